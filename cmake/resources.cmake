@@ -1,0 +1,29 @@
+# Resource-only modules, built for both hosts from one .rc: a DLL without code on Windows, the compiled .res under the DLL's name
+# elsewhere (the platform layer loads that).
+find_program(VELMORA_WINDRES NAMES x86_64-w64-mingw32-windres REQUIRED)
+
+# add_resource_module(TARGET FILE.DLL SOURCE.rc): the module is made as RESOURCE_MODULE_FILE, a property of the target.
+function(add_resource_module target file source)
+  get_filename_component(source "${source}" ABSOLUTE)
+  get_filename_component(folder "${source}" DIRECTORY)
+  set(res "${CMAKE_CURRENT_BINARY_DIR}/${target}.res")
+  set(module "${CMAKE_CURRENT_BINARY_DIR}/${file}")
+  add_custom_command(
+    OUTPUT "${res}"
+    COMMAND "${VELMORA_WINDRES}" --codepage=65001 -I "${folder}" -O res -i "${source}" -o "${res}"
+    DEPENDS "${source}"
+    VERBATIM)
+  if(WIN32)
+    set(object "${CMAKE_CURRENT_BINARY_DIR}/${target}.obj")
+    add_custom_command(
+      OUTPUT "${module}"
+      COMMAND "${VELMORA_WINDRES}" -I "${folder}" -O coff -i "${res}" -o "${object}"
+      COMMAND "${CMAKE_CXX_COMPILER}" -nostdlib -shared -s -Wl,--entry,0 -Wl,--no-insert-timestamp -o "${module}" "${object}"
+      DEPENDS "${res}"
+      VERBATIM)
+  else()
+    add_custom_command(OUTPUT "${module}" COMMAND "${CMAKE_COMMAND}" -E copy "${res}" "${module}" DEPENDS "${res}" VERBATIM)
+  endif()
+  add_custom_target(${target} ALL DEPENDS "${module}")
+  set_target_properties(${target} PROPERTIES RESOURCE_MODULE_FILE "${module}")
+endfunction()

@@ -1,0 +1,75 @@
+// Owners of the platform's handles.
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+namespace velmora {
+
+// Owns a handle; Traits say its type, the value that means none, and how it is closed.
+template <class Traits>
+class HandleOwner {
+  public:
+    using Handle = typename Traits::Handle;
+
+    HandleOwner() = default;
+    explicit HandleOwner(Handle handle) : handle_(handle) {}
+    HandleOwner(HandleOwner&& other) noexcept : handle_(other.Release()) {}
+    HandleOwner& operator=(HandleOwner&& other) noexcept {
+        if (this != &other) {
+            Close();
+            handle_ = other.Release();
+        }
+        return *this;
+    }
+    HandleOwner(const HandleOwner&) = delete;
+    HandleOwner& operator=(const HandleOwner&) = delete;
+    ~HandleOwner() { Close(); }
+
+    Handle Get() const { return handle_; }
+    explicit operator bool() const { return handle_ != Traits::None(); }
+
+    // Gives the handle to the caller.
+    Handle Release() { return std::exchange(handle_, Traits::None()); }
+
+    void Close() {
+        if (handle_ != Traits::None()) {
+            Traits::Close(handle_);
+            handle_ = Traits::None();
+        }
+    }
+
+  private:
+    Handle handle_ = Traits::None();
+};
+
+struct FileTraits {
+    using Handle = HANDLE;
+    static Handle None() { return INVALID_HANDLE_VALUE; }
+    static void Close(Handle file) { CloseHandle(file); }
+};
+using OwnedFile = HandleOwner<FileTraits>;
+
+struct SearchTraits {
+    using Handle = HANDLE;
+    static Handle None() { return INVALID_HANDLE_VALUE; }
+    static void Close(Handle search) { FindClose(search); }
+};
+using OwnedSearch = HandleOwner<SearchTraits>;
+
+struct ModuleTraits {
+    using Handle = HMODULE;
+    static Handle None() { return nullptr; }
+    static void Close(Handle module) { FreeLibrary(module); }
+};
+using OwnedModule = HandleOwner<ModuleTraits>;
+
+struct RegistryKeyTraits {
+    using Handle = HKEY;
+    static Handle None() { return nullptr; }
+    static void Close(Handle key) { RegCloseKey(key); }
+};
+using OwnedRegistryKey = HandleOwner<RegistryKeyTraits>;
+
+}  // namespace velmora

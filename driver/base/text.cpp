@@ -1,0 +1,75 @@
+#include "driver/base/text.h"
+
+#include <climits>
+
+namespace velmora {
+namespace {
+
+// The value of a digit, or 255.
+unsigned DigitValue(WCHAR character) {
+    if (character >= TEXT('0') && character <= TEXT('9')) {
+        return character - TEXT('0');
+    }
+    if (character >= TEXT('a') && character <= TEXT('f')) {
+        return character - TEXT('a') + 10u;
+    }
+    if (character >= TEXT('A') && character <= TEXT('F')) {
+        return character - TEXT('A') + 10u;
+    }
+    return 255;
+}
+
+}  // namespace
+
+uint32_t ParseNumber(const WCHAR* text, unsigned base) {
+    while (*text == TEXT(' ')) {
+        ++text;
+    }
+    uint32_t number = 0;
+    for (; DigitValue(*text) < base; ++text) {
+        number = number * base + DigitValue(*text);
+    }
+    return number;
+}
+
+HeapOwner<WCHAR> Widen(const char* text, size_t length) {
+    const size_t bytes = TextLength(text, length);
+    const int count =
+        bytes > 0 && bytes <= INT_MAX ? MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(bytes), nullptr, 0) : 0;
+    auto wide = HeapOwner<WCHAR>::Allocate(static_cast<size_t>(count) + 1);
+    if (wide && count > 0) {
+        MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(bytes), wide.Get(), count);
+    }
+    return wide;
+}
+
+HeapOwner<char> Narrow(const WCHAR* text) {
+    const size_t length = TextLength(text);
+    const int count = length > 0 && length <= INT_MAX / 4
+                          ? WideCharToMultiByte(CP_ACP, 0, text, static_cast<int>(length), nullptr, 0, nullptr, nullptr)
+                          : 0;
+    auto narrow = HeapOwner<char>::Allocate(static_cast<size_t>(count) + 1);
+    if (narrow && count > 0) {
+        WideCharToMultiByte(CP_ACP, 0, text, static_cast<int>(length), narrow.Get(), count, nullptr, nullptr);
+    }
+    return narrow;
+}
+
+size_t WidenText(WCHAR* destination, size_t capacity, const char* text, size_t length) {
+    const HeapOwner<WCHAR> wide = Widen(text, length);
+    return CopyText<WCHAR>(destination, capacity, wide.Get());
+}
+
+size_t WholeCharacters(const char* text, size_t length) {
+    size_t whole = 0;
+    while (whole < length) {
+        const size_t bytes = IsDBCSLeadByteEx(CP_ACP, static_cast<BYTE>(text[whole])) ? 2 : 1;
+        if (bytes > length - whole) {
+            break;
+        }
+        whole += bytes;
+    }
+    return whole;
+}
+
+}  // namespace velmora

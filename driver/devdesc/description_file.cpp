@@ -1,0 +1,293 @@
+#include "driver/devdesc/description_file.h"
+
+#include <cstring>
+
+#include "driver/base/text.h"
+#include "driver/entry/printer_access.h"
+
+namespace velmora {
+namespace {
+
+// Zeros behind a loaded block: a list that doesn't end in the block ends here, however its last record lies.
+constexpr size_t kBlockTail = 2 * sizeof(ConstraintRecord);
+
+// Font records are loaded by groups of at most this many bytes.
+constexpr uint64_t kMostGroupBytes = 32767;
+
+// Reads up to `size` bytes at a position of the file; returns the bytes that arrived.
+size_t ReadAt(HANDLE file, uint64_t position, void* destination, size_t size) {
+    LARGE_INTEGER place;
+    place.QuadPart = static_cast<LONGLONG>(position);
+    DWORD arrived = 0;
+    if (!SetFilePointerEx(file, place, nullptr, FILE_BEGIN) ||
+        !ReadFile(file, destination, static_cast<DWORD>(size), &arrived, nullptr)) {
+        return 0;
+    }
+    return arrived;
+}
+
+template <class Value>
+bool ReadValueAt(HANDLE file, uint64_t position, Value* value) {
+    return ReadAt(file, position, value, sizeof(Value)) == sizeof(Value);
+}
+
+// Entry `index` of a table of Values; false where the file ends before it.
+template <class Value>
+bool ReadEntry(HANDLE file, uint32_t tableOffset, uint64_t index, Value* value) {
+    return ReadValueAt(file, tableOffset + index * sizeof(Value), value);
+}
+
+// Reads up to `capacity` bytes at a position and terminates them within `capacity`.
+size_t ReadTextBytes(HANDLE file, uint64_t position, char* destination, size_t capacity) {
+    const size_t arrived = ReadAt(file, position, destination, capacity);
+    destination[arrived < capacity ? arrived : capacity - 1] = 0;
+    return arrived;
+}
+
+void ReadWideText(HANDLE file, uint64_t position, WCHAR* destination, size_t capacity) {
+    const auto bytes = HeapOwner<char>::Allocate(capacity);
+    if (bytes) {
+        WidenText(destination, capacity, bytes.Get(), ReadAt(file, position, bytes.Get(), capacity));
+    }
+}
+
+// The position of a name; false where the reference has none.
+bool FindName(HANDLE file, int16_t reference, uint64_t* position) {
+    if (reference <= 0) {
+        return false;
+    }
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint16_t offset = 0;
+    if (!header || !ReadEntry(file, header->nameIndexOffset, static_cast<uint64_t>(reference), &offset)) {
+        return false;
+    }
+    *position = uint64_t{header->namePoolOffset} + offset;
+    return true;
+}
+
+void ReadTextBlock(HANDLE file, int16_t reference, char* destination, size_t capacity) {
+    destination[0] = 0;
+    if (reference <= 0) {
+        return;
+    }
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint16_t offset = 0;
+    if (!header || !ReadEntry(file, header->textIndexOffset, static_cast<uint64_t>(reference), &offset)) {
+        return;
+    }
+    const uint64_t position = uint64_t{header->textPoolOffset} + offset;
+    if (position >= header->fontPoolOffset) {
+        return;
+    }
+    const uint64_t readable = header->fontPoolOffset - position;
+    const size_t count = readable < capacity ? static_cast<size_t>(readable) : capacity;
+    const size_t arrived = ReadAt(file, position, destination, count);
+    destination[arrived < capacity ? arrived : capacity - 1] = 0;
+}
+
+// Fills the block's array of font group starts. The slot still holds the array's offset: it is the file's own place in
+// the block, and whatever is written there is resolved and checked afterwards like everything else.
+void FillFontGroups(HANDLE file, const DescriptionFileHeader& header, char* block, size_t length) {
+    const auto* model = reinterpret_cast<const DeviceModel*>(block);
+    uint32_t arrayOffset = 0;
+    memcpy(&arrayOffset, block + offsetof(DeviceModel, fontGroups), sizeof(arrayOffset));
+    const int16_t fontCount = model->fontCount;
+    if (arrayOffset == 0 || arrayOffset >= length || fontCount <= 0) {
+        return;
+    }
+    const auto count = static_cast<size_t>(fontCount);
+    const auto offsets = HeapOwner<uint32_t>::Allocate(count + 1);
+    const size_t bytes = (count + 1) * sizeof(uint32_t);
+    if (!offsets || ReadAt(file, header.fontIndexOffset, offsets.Get(), bytes) != bytes) {
+        return;
+    }
+    const size_t room = (length - arrayOffset) / sizeof(uint16_t);
+    size_t groups = 0;
+    const auto storeGroup = [&](size_t firstRecord) {
+        if (groups < room) {
+            const auto start = static_cast<uint16_t>(firstRecord + 1);
+            memcpy(block + arrayOffset + groups * sizeof(start), &start, sizeof(start));
+            ++groups;
+        }
+    };
+    size_t groupFirst = 0;
+    uint64_t groupBytes = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const uint32_t recordBytes = offsets.Get()[i + 1] - offsets.Get()[i];
+        if (i > groupFirst && groupBytes + recordBytes > kMostGroupBytes) {
+            storeGroup(groupFirst);
+            groupFirst = i;
+            groupBytes = 0;
+        }
+        groupBytes += recordBytes;
+    }
+    storeGroup(groupFirst);
+}
+
+// Turns each slot's offset into the address of what it names, or null where that lies outside the block.
+void ResolvePointerSlots(char* block, size_t length) {
+    for (const size_t slot : kPointerSlots) {
+        uint32_t offset = 0;
+        memcpy(&offset, block + slot, sizeof(offset));
+        const char* target = offset != 0 && offset < length ? block + offset : nullptr;
+        memcpy(block + slot, &target, sizeof(target));
+    }
+}
+
+}  // namespace
+
+bool FindDescriptionFile(HANDLE printer, WCHAR* path) {
+    return FindDriverFile(printer, TEXT("XPI"), TEXT(".XPI"), path);
+}
+
+OwnedFile OpenDescriptionFile(HANDLE printer) {
+    WCHAR path[MAX_PATH];
+    return FindDescriptionFile(printer, path) ? OpenDescriptionFileAt(path) : OwnedFile();
+}
+
+OwnedFile OpenDescriptionFileAt(const WCHAR* path) {
+    return OwnedFile(
+        CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+HeapOwner<DescriptionFileHeader> ReadFileHeader(HANDLE file) {
+    auto header = HeapOwner<DescriptionFileHeader>::Allocate();
+    if (header && !ReadValueAt(file, 0, header.Get())) {
+        header.Reset(nullptr);
+    }
+    return header;
+}
+
+HeapOwner<DeviceModel> LoadDeviceModel(HANDLE file) {
+    if (file == INVALID_HANDLE_VALUE) {
+        return {};
+    }
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    if (!header) {
+        return {};
+    }
+    const auto length = static_cast<uint16_t>(header->languageTableOffset - header->deviceBlockOffset);
+    if (length == 0) {
+        return {};
+    }
+    const size_t held = length > sizeof(DeviceModel) ? length : sizeof(DeviceModel);
+    auto model = HeapOwner<DeviceModel>::AllocateSize(held + kBlockTail);
+    auto* block = reinterpret_cast<char*>(model.Get());
+    if (!model || ReadAt(file, header->deviceBlockOffset, block, length) != length) {
+        return {};
+    }
+    FillFontGroups(file, *header, block, length);
+    ResolvePointerSlots(block, length);
+    return model;
+}
+
+void ReadLocalizedString(HANDLE file, WORD language, HMODULE module, int16_t reference, WCHAR* destination,
+                         size_t capacity) {
+    if (capacity == 0) {
+        return;
+    }
+    destination[0] = 0;
+    if (reference < 0) {
+        if (module) {
+            LoadStringW(module, static_cast<UINT>(-reference), destination, static_cast<int>(capacity));
+        }
+        return;
+    }
+    if (reference == 0) {
+        return;
+    }
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint16_t base = 0;
+    uint16_t offset = 0;
+    if (!header || !ReadEntry(file, header->languageTableOffset, language, &base) ||
+        !ReadEntry(file, header->stringIndexOffset, uint64_t{base} + static_cast<uint64_t>(reference), &offset)) {
+        return;
+    }
+    ReadWideText(file, uint64_t{header->stringPoolOffset} + offset, destination, capacity);
+}
+
+void ReadName(HANDLE file, int16_t reference, WCHAR* destination, size_t capacity) {
+    uint64_t position = 0;
+    if (capacity > 0) {
+        destination[0] = 0;
+        if (FindName(file, reference, &position)) {
+            ReadWideText(file, position, destination, capacity);
+        }
+    }
+}
+
+void ReadName(HANDLE file, int16_t reference, char* destination, size_t capacity) {
+    uint64_t position = 0;
+    if (capacity > 0) {
+        destination[0] = 0;
+        if (FindName(file, reference, &position)) {
+            ReadTextBytes(file, position, destination, capacity);
+        }
+    }
+}
+
+void ReadText(HANDLE file, int16_t reference, char* destination) {
+    ReadTextBlock(file, reference, destination, kTextCapacity);
+}
+
+void ReadShortText(HANDLE file, int16_t reference, char* destination) {
+    ReadTextBlock(file, reference, destination, kShortTextCapacity);
+}
+
+HeapOwner<BITMAPFILEHEADER> ReadImage(HANDLE file, uint16_t index) {
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint32_t offset = 0;
+    LARGE_INTEGER fileSize;
+    if (!header || !ReadEntry(file, header->imageIndexOffset, index, &offset) || !GetFileSizeEx(file, &fileSize)) {
+        return {};
+    }
+    const uint64_t position = uint64_t{header->imagePoolOffset} + offset;
+    BITMAPFILEHEADER bitmap;
+    // A size that the file can't hold is refused before memory of that size is asked for.
+    if (!ReadValueAt(file, position, &bitmap) || bitmap.bfSize < sizeof(bitmap) ||
+        bitmap.bfSize > static_cast<uint64_t>(fileSize.QuadPart) - position) {
+        return {};
+    }
+    auto image = HeapOwner<BITMAPFILEHEADER>::AllocateSize(bitmap.bfSize);
+    if (!image || ReadAt(file, position, image.Get(), bitmap.bfSize) != bitmap.bfSize) {
+        return {};
+    }
+    return image;
+}
+
+uint16_t ReadBlob(HANDLE file, void* destination, size_t capacity) {
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    if (!header || header->blobSize == 0) {
+        return 0;
+    }
+    if (destination &&
+        (header->blobSize > capacity || ReadAt(file, header->blobOffset, destination, header->blobSize) == 0)) {
+        return 0;
+    }
+    return static_cast<uint16_t>(header->blobSize);
+}
+
+uint32_t ReadPatternBlock(HANDLE file, int16_t index, void* destination, size_t count) {
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint32_t offset = 0;
+    if (!header || index < 0 || !ReadEntry(file, header->patternIndexOffset, static_cast<uint64_t>(index), &offset)) {
+        return 0;
+    }
+    if (destination && count > 0) {
+        ReadAt(file, uint64_t{header->patternPoolOffset} + offset, destination, count);
+    }
+    return offset;
+}
+
+uint32_t GetFontDataSize(HANDLE file, const DeviceModel& model) {
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint32_t first = 0;
+    uint32_t last = 0;
+    if (!header || model.fontCount <= 0 || !ReadEntry(file, header->fontIndexOffset, 0, &first) ||
+        !ReadEntry(file, header->fontIndexOffset, static_cast<uint64_t>(model.fontCount), &last)) {
+        return 0;
+    }
+    return last - first;
+}
+
+}  // namespace velmora

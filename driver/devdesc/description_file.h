@@ -1,0 +1,64 @@
+// Reading a printer's description file (".XPI"). Nothing in the file is trusted: what points outside it, or ends early,
+// reads as null, as the empty text or as an absent table, never beyond what was read. Each operation reads the header
+// anew; nothing is cached. The caller owns what is returned.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "driver/base/handles.h"
+#include "driver/base/heap.h"
+#include "driver/devdesc/description_format.h"
+
+namespace velmora {
+
+inline constexpr size_t kTextCapacity = 1024;      // bytes that ReadText fills, the terminator included
+inline constexpr size_t kShortTextCapacity = 128;  // bytes that ReadShortText fills, the terminator included
+
+// The full path of the printer's description file in `path` (MAX_PATH characters); false and the empty string where it
+// has none.
+bool FindDescriptionFile(HANDLE printer, WCHAR* path);
+
+// The printer's description file, or the one at a path, opened for reading; the invalid handle where there is none.
+OwnedFile OpenDescriptionFile(HANDLE printer);
+OwnedFile OpenDescriptionFileAt(const WCHAR* path);
+
+// Empty where the file is shorter than a header.
+HeapOwner<DescriptionFileHeader> ReadFileHeader(HANDLE file);
+
+// The device block with its pointer slots resolved, one block of the process heap. Slots that lead outside the block
+// are null, and every list ends inside the allocation. Empty for the invalid handle, a file that ends before its block
+// does, or no memory.
+HeapOwner<DeviceModel> LoadDeviceModel(HANDLE file);
+
+// The string with this reference (0: empty; negative: a string of `module`, which may be null) in a language, given by
+// its primary identifier (LANG_, winnt.h). `destination` has `capacity` characters and is always terminated.
+void ReadLocalizedString(HANDLE file, WORD language, HMODULE module, int16_t reference, WCHAR* destination,
+                         size_t capacity);
+
+// The name with this reference, converted from the ANSI code page or as its bytes are; 0 and negative references are
+// empty.
+void ReadName(HANDLE file, int16_t reference, WCHAR* destination, size_t capacity);
+void ReadName(HANDLE file, int16_t reference, char* destination, size_t capacity);
+
+// The text with this reference, cut to kTextCapacity or kShortTextCapacity bytes; 0 and negative references are empty.
+void ReadText(HANDLE file, int16_t reference, char* destination);
+void ReadShortText(HANDLE file, int16_t reference, char* destination);
+
+// A whole bitmap file (BITMAPFILEHEADER, header, bits), bfSize bytes. Empty where the file ends before it does.
+HeapOwner<BITMAPFILEHEADER> ReadImage(HANDLE file, uint16_t index);
+
+// The low 16 bits of the command blob's size; 0 where there is none. With a destination, whose `capacity` bytes must
+// hold the whole blob, the blob is read into it; 0 where that fails.
+uint16_t ReadBlob(HANDLE file, void* destination, size_t capacity);
+
+// The offset of a pattern block in the pattern pool, 0 where the index has no such entry. With a destination, `count`
+// bytes of the block are read into it (32*k*k bytes make it whole; the file may hold fewer).
+uint32_t ReadPatternBlock(HANDLE file, int16_t index, void* destination, size_t count);
+
+// Bytes of all font records.
+uint32_t GetFontDataSize(HANDLE file, const DeviceModel& model);
+
+}  // namespace velmora

@@ -1,0 +1,69 @@
+#include "driver/devdesc/model_tables.h"
+
+#include <windows.h>
+
+namespace velmora {
+namespace {
+
+// The record at `index` of a table whose records are `stride` bytes apart, or null where it doesn't lie whole in the
+// model's block, whose bounds the process heap knows.
+template <class Record>
+const Record* RecordInBlock(const DeviceModel& model, const Record* table, int32_t index, size_t stride) {
+    if (!table || index < 0) {
+        return nullptr;
+    }
+    const auto* block = reinterpret_cast<const char*>(&model);
+    const size_t size = HeapSize(GetProcessHeap(), 0, block);
+    const size_t offset =
+        static_cast<size_t>(reinterpret_cast<const char*>(table) - block) + static_cast<size_t>(index) * stride;
+    if (size == static_cast<size_t>(-1) || offset > size || size - offset < sizeof(Record)) {
+        return nullptr;
+    }
+    return reinterpret_cast<const Record*>(block + offset);
+}
+
+}  // namespace
+
+const OptionRecord* OptionAt(const DeviceModel& model, int32_t index) {
+    return RecordInBlock(model, model.optionTable, index, OptionStride(model.pdlType));
+}
+
+size_t CountOptions(const DeviceModel& model, const FeatureRecord& feature) {
+    size_t count = 0;
+    for (int32_t index = feature.firstOption;; ++index) {
+        const OptionRecord* option = OptionAt(model, index);
+        if (!option || EndsList(*option)) {
+            return count;
+        }
+        ++count;
+    }
+}
+
+const ColorValueRecord* ColorValueAt(const DeviceModel& model, int32_t index) {
+    return RecordInBlock(model, model.colorOptionValues, index, sizeof(ColorValueRecord));
+}
+
+const PresetSettingRecord* PresetSettingAt(const DeviceModel& model, int32_t index) {
+    return RecordInBlock(model, model.presetSettings, index, sizeof(PresetSettingRecord));
+}
+
+uint16_t LookupMemorySize(const DeviceModel& model, int32_t key) {
+    for (const MemoryRecord& record : RecordList(model.memoryTable)) {
+        if (record.key == key) {
+            return record.megabytes;
+        }
+    }
+    const MemoryRecord* first = RecordAt(model.memoryTable, 0);
+    return first ? first->megabytes : uint16_t{0};
+}
+
+uint32_t GetPatternDataSize(const DeviceModel& model) {
+    uint32_t total = 0;
+    for (const ResolutionRecord& record : RecordList(model.resolutionTable)) {
+        const auto k = static_cast<uint32_t>(record.patternSize);
+        total += 32 * k * k;
+    }
+    return total;
+}
+
+}  // namespace velmora

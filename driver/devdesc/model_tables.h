@@ -1,0 +1,129 @@
+// Walking and indexing the tables of a device model. A description file is not trusted: every list ends inside the
+// model's allocation, and an index that leads outside gives null.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "driver/devdesc/device_model.h"
+
+namespace velmora {
+
+// True for the record behind the last one of a list.
+constexpr bool EndsList(const PaperRecord& record) {
+    return record.nameRef == 0;
+}
+constexpr bool EndsList(const BinRecord& record) {
+    return record.optionMask == 0;
+}
+constexpr bool EndsList(const ExtraKeywordRecord& record) {
+    return record.optionMask == 0;
+}
+constexpr bool EndsList(const MediaRecord& record) {
+    return record.mark == 0;
+}
+constexpr bool EndsList(const ResolutionRecord& record) {
+    return record.mark == 0;
+}
+constexpr bool EndsList(const MarginRecord& record) {
+    return record.mark == 0;
+}
+constexpr bool EndsList(const ConstraintRecord& record) {
+    return record.mark == 0;
+}
+constexpr bool EndsList(const FeatureRecord& record) {
+    return record.nameRef == 0;
+}
+constexpr bool EndsList(const OptionRecord& record) {
+    return record.nameRef == 0;
+}
+constexpr bool EndsList(const ColorModeRecord& record) {
+    return record.kind == 0;
+}
+constexpr bool EndsList(const ColorFeatureRecord& record) {
+    return record.nameRef == 0;
+}
+constexpr bool EndsList(const ColorValueRecord& record) {
+    return record.nameRef == 0;
+}
+constexpr bool EndsList(const PresetSettingRecord& record) {
+    return record.group == 0;
+}
+constexpr bool EndsList(const KeywordRecord& record) {
+    return record.mark == 0;
+}
+constexpr bool EndsList(const MemoryRecord& record) {
+    return record.key == 0;
+}
+
+// The records of a list, for a range-based for. A null table has none.
+template <class Record>
+class RecordList {
+  public:
+    struct Sentinel {};
+    class Iterator {
+      public:
+        explicit Iterator(const Record* record) : record_(record) {}
+        const Record& operator*() const { return *record_; }
+        Iterator& operator++() {
+            ++record_;
+            return *this;
+        }
+        bool operator!=(Sentinel) const { return record_ && !EndsList(*record_); }
+
+      private:
+        const Record* record_;
+    };
+
+    explicit RecordList(const Record* table) : table_(table) {}
+    Iterator begin() const { return Iterator(table_); }
+    Sentinel end() const { return {}; }
+
+  private:
+    const Record* table_;
+};
+
+// Records of a list; 0 for a null table.
+template <class Record>
+size_t CountRecords(const Record* table) {
+    size_t count = 0;
+    while (table && !EndsList(table[count])) {
+        ++count;
+    }
+    return count;
+}
+
+// The record at `index` of a list, or null where the list ends before it.
+template <class Record>
+const Record* RecordAt(const Record* table, size_t index) {
+    for (size_t i = 0; table && !EndsList(table[i]); ++i) {
+        if (i == index) {
+            return &table[i];
+        }
+    }
+    return nullptr;
+}
+
+// The option record at `index` of the model's optionTable, or null where it doesn't lie in the model. The record may be
+// one that ends a feature's run. `model` comes from LoadDeviceModel.
+const OptionRecord* OptionAt(const DeviceModel& model, int32_t index);
+
+// Options of a feature: from its first one to the end of the run.
+size_t CountOptions(const DeviceModel& model, const FeatureRecord& feature);
+
+// The value record at `index` of colorOptionValues and the selection at `index` of presetSettings, as OptionAt.
+const ColorValueRecord* ColorValueAt(const DeviceModel& model, int32_t index);
+const PresetSettingRecord* PresetSettingAt(const DeviceModel& model, int32_t index);
+
+// True where `paperId`, 0 to 255, is in the set.
+constexpr bool ContainsPaper(const PaperSet& papers, int paperId) {
+    return (papers.bytes[paperId / 8] & (0x80 >> (paperId % 8))) != 0;
+}
+
+// Megabytes of the first pair with this key, else those of the first pair; 0 without a memory table.
+uint16_t LookupMemorySize(const DeviceModel& model, int32_t key);
+
+// Bytes of the pattern blocks of all resolutions.
+uint32_t GetPatternDataSize(const DeviceModel& model);
+
+}  // namespace velmora

@@ -1,0 +1,182 @@
+// The library's sixteen exports and its entry routine. Each export opens what it needs and closes it before it returns.
+#include <objbase.h>
+#include <windows.h>
+
+#include <cstring>
+
+#include "driver/base/heap.h"
+#include "driver/devmode/convert_devmode.h"
+#include "driver/devmode/private_devmode.h"
+#include "driver/entry/driver_interface.h"
+#include "driver/entry/printer_access.h"
+#include "driver/entry/spool_directory.h"
+#include "driver/entry/stored_devmode.h"
+#include "driver/settings/printer_data_file.h"
+
+namespace velmora {
+namespace {
+
+constexpr const WCHAR* kSpoolerClient = TEXT("winspool.drv");
+constexpr LONG kAdvancedAnswer = 10;
+constexpr WORD kDriverVersionAnswer = kDevModeSpecVersion;
+
+// The spooler client library's own function of a name that this library exports too; null where it has none.
+template <class Function>
+Function SpoolerFunction(const OwnedModule& module, const char* name) {
+    return module ? reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module.Get(), name))) : nullptr;
+}
+
+// Device modes are 4088 bytes at every export; the header's cbOut says no less where the caller asks for the size.
+LONG AnswerSize(DOCUMENTPROPERTYHEADER* header) {
+    header->cbOut = kDevModeSize;
+    return kDevModeSize;
+}
+
+// INIT of the document sheets: the output receives the printer's device mode, where the printer can be read. Without
+// pages to show the host gets failure.
+LONG PrepareDocumentSheets(const DOCUMENTPROPERTYHEADER& header) {
+    const auto source = HeapOwner<VelmoraDevMode>::Allocate();
+    if (source) {
+        GetPrinterDevMode(header.hPrinter, source.Get());
+    }
+    if (source && source->publicPart.dmSize != 0) {
+        memcpy(header.pdmOut, source.Get(), sizeof(VelmoraDevMode));
+    }
+    return 0;
+}
+
+LONG RunDocumentSheets(PROPSHEETUI_INFO* info, const DOCUMENTPROPERTYHEADER& header) {
+    LONG result = 1;
+    if (info->Reason == PROPSHEETUI_REASON_INIT) {
+        result = PrepareDocumentSheets(header);
+    } else if (info->Reason == PROPSHEETUI_REASON_DESTROY && header.pszPrinterName) {
+        SyncPrinterDataFileCopies(header.pszPrinterName);
+    }
+    info->Result = static_cast<ULONG_PTR>(result);
+    return result;
+}
+
+}  // namespace
+}  // namespace velmora
+
+using namespace velmora;  // NOLINT(google-build-using-namespace): the exports are the library's outside
+
+extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+    return reason == DLL_PROCESS_ATTACH || reason == DLL_PROCESS_DETACH || reason == DLL_THREAD_ATTACH ||
+           reason == DLL_THREAD_DETACH;
+}
+
+BOOL WINAPI DevQueryPrint(HANDLE hPrinter, LPDEVMODEW pDevMode, DWORD* pResID) {
+    const OwnedModule module(LoadLibraryW(kSpoolerClient));
+    const auto function = SpoolerFunction<BOOL(WINAPI*)(HANDLE, LPDEVMODEW, DWORD*)>(module, "DevQueryPrint");
+    return function ? function(hPrinter, pDevMode, pResID) : FALSE;
+}
+
+BOOL WINAPI PrinterProperties(HWND hWnd, HANDLE hPrinter) {
+    const OwnedModule module(LoadLibraryW(kSpoolerClient));
+    const auto function = SpoolerFunction<BOOL(WINAPI*)(HWND, HANDLE)>(module, "PrinterProperties");
+    return function ? function(hWnd, hPrinter) : FALSE;
+}
+
+BOOL WINAPI DevQueryPrintEx(PDEVQUERYPRINT_INFO) {
+    return TRUE;
+}
+
+BOOL WINAPI DrvUpgradePrinter(DWORD, LPBYTE) {
+    return TRUE;
+}
+
+LONG WINAPI DrvAdvancedDocumentProperties(HWND, HANDLE, LPWSTR, PDEVMODEW, PDEVMODEW) {
+    return kAdvancedAnswer;
+}
+
+LONG WINAPI DrvDocumentProperties(HWND, HANDLE hPrinter, LPWSTR pDeviceName, PDEVMODEW pDevModeOutput,
+                                  PDEVMODEW pDevModeInput, DWORD fMode) {
+    DOCUMENTPROPERTYHEADER header = {};
+    header.cbSize = sizeof(header);
+    header.hPrinter = hPrinter;
+    header.pszPrinterName = pDeviceName;
+    header.pdmIn = pDevModeInput;
+    header.pdmOut = pDevModeOutput;
+    header.cbOut = (fMode & DM_IN_BUFFER) != 0 && pDevModeInput ? pDevModeInput->dmSize : kPublicDevModeSize;
+    header.fMode = fMode;
+    return DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&header));
+}
+
+LONG WINAPI DrvDocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam) {
+    auto* header = reinterpret_cast<DOCUMENTPROPERTYHEADER*>(pPSUIInfo ? pPSUIInfo->lParamInit : lParam);
+    if (header->fMode == 0 || !header->pdmOut) {
+        return AnswerSize(header);
+    }
+    if (!pPSUIInfo || (header->fMode & DM_PROMPT) == 0) {
+        return 1;
+    }
+    return RunDocumentSheets(pPSUIInfo, *header);
+}
+
+LONG WINAPI DrvDevicePropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM) {
+    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_INIT) {
+        return 0;
+    }
+    const auto* header = reinterpret_cast<const DEVICEPROPERTYHEADER*>(pPSUIInfo->lParamInit);
+    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_DESTROY && header->pszPrinterName) {
+        SyncPrinterDataFileCopies(header->pszPrinterName);
+    }
+    return 1;
+}
+
+BOOL WINAPI DrvConvertDevMode(LPWSTR pszPrinterName, PDEVMODEW, PDEVMODEW pdmOut, PLONG pcbNeeded, DWORD) {
+    return ConvertDevMode(pszPrinterName, pdmOut, pcbNeeded);
+}
+
+DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD iDevCap, VOID*, PDEVMODEW) {
+    switch (iDevCap) {
+        case DC_SIZE:
+            return kPublicDevModeSize;
+        case DC_EXTRA:
+            return kPrivateDevModeSize;
+        case DC_VERSION:
+            if (pDeviceName) {
+                RegisterSpoolDirectory(hPrinter, pDeviceName);
+            }
+            return kDriverVersionAnswer;
+        case DC_DRIVER: {
+            WCHAR path[MAX_PATH];
+            GetRenderCorePath(hPrinter, path);
+            return GetDriverVersion(path);
+        }
+        default:
+            return 0;
+    }
+}
+
+BOOL WINAPI DrvPrinterEvent(LPWSTR, INT, DWORD, LPARAM) {
+    return TRUE;
+}
+
+int WINAPI GuiStartJob(PDEVMODEW, char*, DWORD*, void*) {
+    return 0;
+}
+
+int WINAPI GuiStartSheet(PDEVMODEW, void*) {
+    return 1;
+}
+
+int WINAPI GuiEndJob(PDEVMODEW, char*, DWORD*, void*) {
+    return 1;
+}
+
+HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, LPVOID* ppv) {
+    if (ppv) {
+        *ppv = nullptr;
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+HRESULT WINAPI DllCanUnloadNow() {
+    return S_OK;
+}
+
+}  // extern "C"

@@ -1,0 +1,49 @@
+// The installed options of a printer, kept in its printer data.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "driver/base/heap.h"
+#include "driver/devdesc/device_model.h"
+
+namespace velmora {
+
+#pragma pack(push, 1)
+
+// Printer-data value "DeviceInfo", binary, 16 bytes.
+struct DeviceInfo {
+    uint32_t installedOptions;  // option mask; a tray is offered only where its mask shares a bit with it
+    uint32_t secondTray;        // second paper tray: 1 installed, 0 not, 0xFFFFFFFF not applicable
+    uint32_t optionFlags;       // DeviceInfoOption bits; 0xFFFFFFFF where a duplex unit isn't applicable
+    uint32_t memoryKey;         // key into the model's memory table
+};
+
+#pragma pack(pop)
+
+static_assert(offsetof(DeviceInfo, installedOptions) == 0);
+static_assert(offsetof(DeviceInfo, secondTray) == 4);
+static_assert(offsetof(DeviceInfo, optionFlags) == 8);
+static_assert(offsetof(DeviceInfo, memoryKey) == 12);
+static_assert(sizeof(DeviceInfo) == 16);
+
+// Bit values of DeviceInfo.optionFlags.
+enum DeviceInfoOption : uint32_t {
+    kDuplexInstalled = 1u << 0,
+    kExtraInstalled = 1u << 1,
+    kStaplerInstalled = 1u << 4,
+};
+
+// The printer's installed options: the stored record, or the model's defaults (all 0 where `model` is null) as the
+// driver's INI data file overrides them. Empty where there is no memory.
+HeapOwner<DeviceInfo> GetDeviceInfo(HANDLE printer, const DeviceModel* model);
+
+// Stores the record. False where the spooler refuses it.
+bool SetDeviceInfo(HANDLE printer, const DeviceInfo& info);
+
+// Overrides the record with what the section "DeviceInfo" of an INI file holds.
+void ReadDeviceInfoDefaults(const WCHAR* iniFile, DeviceInfo* info);
+
+}  // namespace velmora

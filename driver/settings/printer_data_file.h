@@ -1,0 +1,28 @@
+// The printer data file: the driver's data file where it is a file of its own rather than the description file. At
+// installation the model's patterns and fonts are appended to it for the renderer.
+#pragma once
+
+#include <windows.h>
+
+#include "driver/base/handles.h"
+
+namespace velmora {
+
+// Bytes of a printer data file that can't be measured.
+inline constexpr DWORD kNoPrinterDataFile = 0xFFFFFFFF;
+
+// Opens the file for the given access, existing and unshared, its read-only attribute taken away; the invalid handle
+// where the printer has no such file or it can't be opened.
+OwnedFile OpenPrinterDataFile(const WCHAR* printerName, DWORD access);
+
+// Its size in bytes, or kNoPrinterDataFile.
+DWORD GetPrinterDataFileSize(const WCHAR* printerName);
+
+// Its size before patterns and fonts were appended, as installation stored it; without that its size, 0 where there is
+// none.
+DWORD GetBasePdfSize(HANDLE printer);
+
+// Copies the file over the smaller copies of it that other versions of the driver directory hold.
+void SyncPrinterDataFileCopies(const WCHAR* printerName);
+
+}  // namespace velmora

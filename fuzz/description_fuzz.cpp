@@ -1,0 +1,151 @@
+// The reader of description files and what is built on it, on any bytes as a printer's description file: no read
+// outside what was read, no list without end, nothing left open. One machine and one printer serve the whole run; an
+// input takes the place of the printer's file.
+//
+// Seeds are compiled models (*.XPI); -max_len should be above their size.
+#include <windows.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "driver/devdesc/description_file.h"
+#include "driver/devdesc/description_format.h"
+#include "driver/devdesc/model_tables.h"
+#include "driver/devdesc/paper_lookup.h"
+#include "driver/devmode/color_preset.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/settings/device_info.h"
+#include "platform/host.h"
+#include "tests/driver/package.h"
+
+namespace {
+
+using namespace velmora;  // NOLINT(google-build-using-namespace): the operations under test
+
+[[noreturn]] void Stop(const char* what) {
+    fprintf(stderr, "%s\n", what);
+    abort();
+}
+
+// The printer whose description file the inputs become.
+struct Target {
+    host::Machine machine;
+    OwnedPrinter printer;
+    std::filesystem::path file;
+
+    Target() {
+        driver_test::DriverPackage package = driver_test::PackageOf("none yet");
+        package.dependent.push_back({u"KV62.INI",
+                                     "[CustomSizes]\r\nNumCustomSizes=1\r\nCustomName0=One\r\nCustomWidth0=12340\r\n"
+                                     "CustomLength0=23450\r\nCustomMetric0=1\r\n"});
+        driver_test::InstallPrinter(package);
+        printer = driver_test::OpenWithAllAccess(driver_test::kPrinterName);
+        file = driver_test::DrivePath(driver_test::InstalledPath(package.data.name));
+    }
+};
+
+Target& TheTarget() {
+    static Target target;
+    return target;
+}
+
+// The reference of a record that is looked up in the file, of whatever kind its field is.
+int16_t Reference(unsigned value) {
+    return static_cast<int16_t>(value);
+}
+
+void ReadByReference(HANDLE file, int16_t reference) {
+    WCHAR wide[80];
+    char ansi[80];
+    char text[kTextCapacity];
+    for (const WORD language : {WORD{0}, WORD{LANG_ENGLISH}, WORD{1023}}) {
+        ReadLocalizedString(file, language, nullptr, reference, wide, ARRAYSIZE(wide));
+    }
+    ReadName(file, reference, wide, ARRAYSIZE(wide));
+    ReadName(file, reference, ansi, sizeof(ansi));
+    ReadText(file, reference, text);
+    ReadShortText(file, reference, text);
+}
+
+void ReadPools(HANDLE file) {
+    for (const int reference : {-1, 0, 1, 2, 3, 10, 100, 1000, 32767}) {
+        ReadByReference(file, Reference(static_cast<unsigned>(reference)));
+    }
+    char block[32 * 8 * 8];
+    for (const uint16_t index : {0, 1, 2, 0xFFFF}) {
+        ReadImage(file, index);
+        ReadPatternBlock(file, static_cast<int16_t>(index), block, sizeof(block));
+    }
+    static char blob[0x10000];
+    ReadBlob(file, blob, sizeof(blob));
+    ReadBlob(file, nullptr, 0);
+}
+
+// Every table to its end, and from each record what it names.
+void WalkTables(HANDLE printer, HANDLE file, const DeviceModel& model) {
+    for (const PaperRecord& paper : RecordList(model.paperTable)) {
+        LookupPaperSize(printer, &model, paper.paperId);
+        GetPrintableMargins(printer, &model, paper.paperId, kPortraitMargins, 25400);
+    }
+    for (const FeatureRecord& feature : RecordList(model.featureTable)) {
+        CountOptions(model, feature);
+    }
+    const size_t lists =
+        CountRecords(model.binTable) + CountRecords(model.extraKeywordTable) + CountRecords(model.mediaTable) +
+        CountRecords(model.resolutionTable) + CountRecords(model.marginTable) + CountRecords(model.constraintTable) +
+        CountRecords(model.colorModeTable) + CountRecords(model.textColorFeatures) +
+        CountRecords(model.imageColorFeatures) + CountRecords(model.graphicsColorFeatures) +
+        CountRecords(model.generalColorFeatures) + CountRecords(model.photoIntentList) +
+        CountRecords(model.signatureOptionList) + CountRecords(model.extraListA) + CountRecords(model.extraListB) +
+        CountRecords(model.mediaColorList) + CountRecords(model.extraListC) + CountRecords(model.memoryTable);
+    if (lists > 18 * 0x10000) {
+        Stop("a list that runs out of its block");
+    }
+    for (const int id : {0, 1, 9, 256, 448, 449, 500, 511, 512, 600, 32767, -9, -448}) {
+        LookupPaperSize(printer, &model, id);
+        GetPrintableMargins(printer, &model, id, kLandscapeMargins, 600);
+    }
+    LookupMemorySize(model, model.memoryKeyBase + model.memoryKeyStep);
+    GetPatternDataSize(model);
+    GetFontDataSize(file, model);
+    GetDeviceInfo(printer, &model);
+    for (const uint16_t reference : {model.pageLabelRef, model.linkRef, model.oemNamespaceRef, model.jobTextRef}) {
+        ReadByReference(file, Reference(reference));
+    }
+    PrivateDevMode devMode = {};
+    for (uint16_t mode = 0; mode < 8; ++mode) {
+        ApplyColorModeSelections(model, mode, &devMode);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    Target& target = TheTarget();
+    std::ofstream(target.file, std::ios::binary | std::ios::trunc)
+        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+    const size_t open = host::StillOpen().size();
+    {
+        const OwnedFile file = OpenDescriptionFile(target.printer.Get());
+        if (!file) {
+            Stop("the description file can't be opened");
+        }
+        ReadPools(file.Get());
+        if (const HeapOwner<DeviceModel> model = LoadDeviceModel(file.Get())) {
+            WalkTables(target.printer.Get(), file.Get(), *model);
+        }
+    }
+    VelmoraDevMode devMode;
+    BuildDefaultDevMode(target.printer.Get(), driver_test::kPrinterName, &devMode);
+    if (devMode.publicPart.dmSize != kPublicDevModeSize || devMode.privatePart.privateSignature != kPrivateSignature) {
+        Stop("the default device mode is damaged");
+    }
+    if (host::StillOpen().size() != open) {
+        Stop("something is left open");
+    }
+    return 0;
+}

@@ -1,0 +1,4 @@
+// Task memory and the exports of a COM server.
+#pragma once
+
+#include <objbase.h>

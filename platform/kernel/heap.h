@@ -1,0 +1,27 @@
+// Blocks of memory that programs hold: the process heap's and the task allocator's. Each carries its own ledger entry.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "platform/kernel/objects.h"
+
+namespace host {
+
+// Null where the memory ran out or the test wants this allocation to fail.
+void* AllocateBlock(Resource kind, size_t bytes, bool zeroed);
+// As above for a new size; the old block stays as it is on failure. A grown part is zeroed when asked.
+void* ReallocateBlock(Resource kind, void* block, size_t bytes, bool zeroed);
+void FreeBlock(Resource kind, void* block);
+size_t BlockSize(Resource kind, const void* block);
+// A block of this kind that is in use. A freed block or a foreign address can't be told in every case; what can't is an
+// error that the address sanitizer reports.
+bool IsBlock(Resource kind, const void* block);
+
+// One line a block that is in use.
+std::vector<std::string> OpenBlocks();
+// For the machine's end: gives back all that is in use.
+void FreeAllBlocks();
+
+}  // namespace host

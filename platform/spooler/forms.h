@@ -1,0 +1,12 @@
+// Forms that every machine has.
+#pragma once
+
+#include <vector>
+
+#include "platform/spooler/state.h"
+
+namespace host {
+
+std::vector<Form> BuiltInForms();
+
+}  // namespace host

@@ -1,0 +1,161 @@
+// What every export answers before any printer setting matters.
+#include <cstddef>
+#include <string>
+
+#include "tests/contract/contract_test.h"
+
+namespace contract {
+namespace {
+
+class EntryPoints : public ContractTest {
+  protected:
+    InstalledPrinter printer_{*environment_, PackageOf(DescriptionFiles().at(0))};
+};
+
+TEST_F(EntryPoints, ConstantAnswers) {
+    const DriverExports& driver = printer_.Driver();
+    BYTE query[64] = {};
+    EXPECT_EQ(driver.DevQueryPrintEx(reinterpret_cast<PDEVQUERYPRINT_INFO>(query)), 1);
+    EXPECT_EQ(driver.DrvUpgradePrinter(1, nullptr), 1);
+    EXPECT_EQ(
+        driver.DrvAdvancedDocumentProperties(nullptr, printer_.Handle(), printer_.NameArgument(), nullptr, nullptr),
+        10);
+    // Events that mean nothing to the driver.
+    for (const int event : {0, PRINTER_EVENT_CACHE_REFRESH, PRINTER_EVENT_ATTRIBUTES_CHANGED, 1000}) {
+        EXPECT_EQ(driver.DrvPrinterEvent(printer_.NameArgument(), event, 0, 0), 1) << event;
+    }
+}
+
+TEST_F(EntryPoints, DocumentPropertiesTellTheSize) {
+    DevModeBuffer output;
+    EXPECT_EQ(printer_.Driver().DrvDocumentProperties(nullptr, printer_.Handle(), printer_.NameArgument(), output.Get(),
+                                                      nullptr, 0),
+              4088);
+    EXPECT_EQ(printer_.Driver().DrvDocumentProperties(nullptr, printer_.Handle(), printer_.NameArgument(), nullptr,
+                                                      nullptr, DM_OUT_BUFFER),
+              4088);
+    EXPECT_TRUE(output.Untouched());
+}
+
+DOCUMENTPROPERTYHEADER DocumentHeader(InstalledPrinter& printer, DEVMODEW* output, DWORD outputSize, DWORD mode) {
+    DOCUMENTPROPERTYHEADER header = {};
+    header.cbSize = sizeof(header);
+    header.hPrinter = printer.Handle();
+    header.pszPrinterName = printer.NameArgument();
+    header.pdmOut = output;
+    header.cbOut = outputSize;
+    header.fMode = mode;
+    return header;
+}
+
+TEST_F(EntryPoints, DocumentSheetsTellTheSize) {
+    DevModeBuffer output;
+    const struct {
+        DEVMODEW* output;
+        DWORD mode;
+    } cases[] = {
+        {output.Get(), 0}, {nullptr, 0}, {nullptr, DM_OUT_BUFFER}, {nullptr, DM_IN_BUFFER | DM_OUT_BUFFER | DM_PROMPT}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE("fMode " + std::to_string(c.mode));
+        DOCUMENTPROPERTYHEADER header = DocumentHeader(printer_, c.output, 0, c.mode);
+        EXPECT_EQ(printer_.Driver().DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&header)), 4088);
+        EXPECT_EQ(header.cbOut, 4088u);
+
+        // A sheet info's header counts, not the second parameter.
+        DOCUMENTPROPERTYHEADER sheetHeader = DocumentHeader(printer_, c.output, 0, c.mode);
+        PROPSHEETUI_INFO info = {};
+        info.cbSize = sizeof(info);
+        info.Reason = PROPSHEETUI_REASON_INIT;
+        info.lParamInit = reinterpret_cast<LPARAM>(&sheetHeader);
+        EXPECT_EQ(printer_.Driver().DrvDocumentPropertySheets(&info, 0), 4088);
+        EXPECT_EQ(sheetHeader.cbOut, 4088u);
+    }
+    EXPECT_TRUE(output.Untouched());
+}
+
+TEST_F(EntryPoints, DocumentSheetsWithoutSheetInfoReturnOne) {
+    DevModeBuffer output;
+    DOCUMENTPROPERTYHEADER header = DocumentHeader(printer_, output.Get(), 4000, DM_OUT_BUFFER);
+    EXPECT_EQ(printer_.Driver().DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&header)), 1);
+    EXPECT_TRUE(output.Untouched()) << "the output was too small";
+}
+
+TEST_F(EntryPoints, SheetsAnswerOtherReasonsWithSuccess) {
+    DevModeBuffer output;
+    const struct {
+        DWORD mode;
+        WORD reason;
+        ULONG_PTR result;  // Result afterwards; it was 77
+    } cases[] = {{DM_OUT_BUFFER, PROPSHEETUI_REASON_INIT, 77},
+                 {DM_OUT_BUFFER | DM_PROMPT, PROPSHEETUI_REASON_GET_INFO_HEADER, 1},
+                 {DM_OUT_BUFFER | DM_PROMPT, PROPSHEETUI_REASON_SET_RESULT, 1},
+                 {DM_OUT_BUFFER | DM_PROMPT, PROPSHEETUI_REASON_GET_ICON, 1},
+                 {DM_OUT_BUFFER | DM_PROMPT, 1000, 1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE("fMode " + std::to_string(c.mode) + " reason " + std::to_string(c.reason));
+        DOCUMENTPROPERTYHEADER header = DocumentHeader(printer_, output.Get(), 4088, c.mode);
+        PROPSHEETUI_INFO info = {};
+        info.cbSize = sizeof(info);
+        info.Reason = c.reason;
+        info.lParamInit = reinterpret_cast<LPARAM>(&header);
+        info.Result = 77;
+        EXPECT_EQ(printer_.Driver().DrvDocumentPropertySheets(&info, 0), 1);
+        EXPECT_EQ(info.Result, c.result);
+
+        if (c.reason != PROPSHEETUI_REASON_INIT) {
+            DEVICEPROPERTYHEADER deviceHeader = {};
+            deviceHeader.cbSize = sizeof(deviceHeader);
+            deviceHeader.hPrinter = printer_.Handle();
+            deviceHeader.pszPrinterName = printer_.NameArgument();
+            info.lParamInit = reinterpret_cast<LPARAM>(&deviceHeader);
+            EXPECT_EQ(printer_.Driver().DrvDevicePropertySheets(&info, 0), 1);
+        }
+    }
+    EXPECT_TRUE(output.Untouched());
+}
+
+TEST_F(EntryPoints, ForeignComClassIsUnknown) {
+    const CLSID foreign = {0x1B2C3D4E, 0x1111, 0x2222, {1, 2, 3, 4, 5, 6, 7, 8}};
+    const IID classFactory = {0x00000001, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};  // IClassFactory (unknwn.h)
+    void* object = nullptr;
+    EXPECT_EQ(printer_.Driver().DllGetClassObject(foreign, classFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(printer_.Driver().DllCanUnloadNow(), S_OK);
+}
+
+// The part of the job-hook record that the hooks look at: byte-packed, so its pointers lie unaligned.
+#pragma pack(push, 1)
+struct JobRecord {
+    BYTE reserved0[10];
+    WCHAR* printerName;
+    BYTE reserved18[4];
+    void* jobState;
+    DWORD promptFlag;
+    BYTE reserved34[8];
+    DWORD result;
+    BYTE reserved46[2];
+    WCHAR* jobName;
+};
+#pragma pack(pop)
+static_assert(offsetof(JobRecord, jobState) == 22 && offsetof(JobRecord, result) == 42 &&
+              offsetof(JobRecord, jobName) == 48);
+
+TEST_F(EntryPoints, JobHooksWithoutDescriptionFileOrJobState) {
+    DriverPackage package;
+    package.driverName = TEXT("Velmora Without Model");
+    package.dataFile = {TEXT("PLAIN.BIN"), {}, "no description"};
+    InstalledPrinter plain(*environment_, package, TEXT("Plain"));
+    JobRecord record = {};
+    record.printerName = plain.NameArgument();
+    char block[256] = "";
+    DWORD size = sizeof(block);
+    EXPECT_EQ(plain.Driver().GuiStartJob(nullptr, block, &size, &record), 0);
+    void* const jobState = record.jobState;  // a copy: the field lies unaligned
+    EXPECT_EQ(jobState, nullptr);
+    EXPECT_EQ(plain.Driver().GuiStartSheet(nullptr, &record), 1);
+    EXPECT_EQ(plain.Driver().GuiEndJob(nullptr, block, &size, &record), 1);
+    EXPECT_STREQ(block, "");
+}
+
+}  // namespace
+}  // namespace contract

@@ -1,0 +1,161 @@
+#include "tests/contract/transcript.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <span>
+#include <type_traits>
+#include <vector>
+
+#include "driver/devmode/devmode_fields.h"
+#include "driver/devmode/private_devmode.h"
+
+namespace contract {
+namespace {
+
+using velmora::FieldDescriptor;
+using velmora::FieldKind;
+using velmora::VelmoraDevMode;
+
+std::string Hex(const uint8_t* bytes, size_t count) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string text;
+    for (size_t i = 0; i < count; ++i) {
+        if (i > 0) {
+            text += ' ';
+        }
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 15];
+    }
+    return text;
+}
+
+// The text of `capacity` characters at most; text without a terminator ends there.
+template <class Character>
+WideText TextAt(const uint8_t* bytes, size_t capacity) {
+    WideText text;
+    for (size_t i = 0; i < capacity; ++i) {
+        Character character;
+        memcpy(&character, bytes + i * sizeof(Character), sizeof(Character));
+        if (character == 0) {
+            break;
+        }
+        text += static_cast<WCHAR>(static_cast<std::make_unsigned_t<Character>>(character));
+    }
+    return text;
+}
+
+std::string ElementText(const FieldDescriptor& field, const void* part, size_t index) {
+    const uint8_t* bytes = static_cast<const uint8_t*>(part) + field.offset + index * field.stride;
+    switch (field.kind) {
+        case FieldKind::kWideText:
+            return '"' + Printable(TextAt<WCHAR>(bytes, field.width / sizeof(WCHAR))) + '"';
+        case FieldKind::kAnsiText:
+            return '"' + Printable(TextAt<char>(bytes, field.width)) + '"';
+        case FieldKind::kBytes:
+            return std::to_string(field.width) + " bytes";
+        default:
+            return std::to_string(velmora::ReadFieldNumber(field, part, index));
+    }
+}
+
+void RecordFields(std::span<const FieldDescriptor> fields, const void* part) {
+    for (const FieldDescriptor& field : fields) {
+        std::string line = field.name;
+        for (size_t i = 0; i < field.count; ++i) {
+            line += ' ' + ElementText(field, part, i);
+        }
+        Record(line);
+    }
+}
+
+// What was recorded so far, by test: programs order their tests differently on the two hosts.
+std::map<std::string, std::vector<std::string>>& Lines() {
+    static std::map<std::string, std::vector<std::string>> lines;
+    return lines;
+}
+
+// Writes the transcript when all tests have run.
+class TranscriptWriter : public testing::Environment {
+  public:
+    void TearDown() override {
+        const char* path = getenv("VELMORA_TRANSCRIPT");
+        if (path == nullptr) {
+            return;
+        }
+        std::ofstream stream(path, std::ios::binary);
+        for (const auto& [test, lines] : Lines()) {
+            stream << '[' << test << "]\n";
+            for (const std::string& line : lines) {
+                stream << line << '\n';
+            }
+        }
+        EXPECT_TRUE(stream.flush()) << "can't write the transcript " << path;
+    }
+};
+
+const testing::Environment* const kWriter = testing::AddGlobalTestEnvironment(new TranscriptWriter);
+
+// Leaves the file name alone in the path's place, moved to the field's start.
+void MaskFolder(WCHAR* path, size_t capacity) {
+    size_t name = 0;
+    size_t end = 0;
+    while (end < capacity && path[end] != 0) {
+        if (path[end++] == '\\') {
+            name = end;
+        }
+    }
+    memmove(path, path + name, (end - name) * sizeof(WCHAR));
+    memset(path + (end - name), 0, name * sizeof(WCHAR));
+}
+
+}  // namespace
+
+std::string Printable(const WideText& text) {
+    std::string printable;
+    for (const WCHAR character : text) {
+        if (character >= 0x20 && character < 0x7F && character != '\\') {
+            printable += static_cast<char>(character);
+        } else {
+            std::array<char, 8> escaped;
+            snprintf(escaped.data(), escaped.size(), "\\u%04X", static_cast<unsigned>(character));
+            printable += escaped.data();
+        }
+    }
+    return printable;
+}
+
+void Record(std::string_view line) {
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    Lines()[std::string(test->test_suite_name()) + '.' + test->name()].emplace_back(line);
+}
+
+void RecordDevMode(const DEVMODEW* devMode) {
+    const auto masked = std::make_unique<VelmoraDevMode>();
+    memcpy(masked.get(), devMode, sizeof(VelmoraDevMode));
+    WCHAR path[std::extent_v<decltype(masked->privatePart.descriptionPath)>];
+    memcpy(path, masked->privatePart.descriptionPath, sizeof(path));
+    MaskFolder(path, std::size(path));
+    memcpy(masked->privatePart.descriptionPath, path, sizeof(path));
+
+    RecordFields(velmora::PublicFields(), &masked->publicPart);
+    RecordFields(velmora::PrivateFields(), &masked->privatePart);
+    constexpr size_t kRow = 16;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(masked.get());
+    for (size_t row = 0; row < sizeof(VelmoraDevMode); row += kRow) {
+        const size_t count = std::min(kRow, sizeof(VelmoraDevMode) - row);
+        if (std::any_of(bytes + row, bytes + row + count, [](uint8_t byte) { return byte != 0; })) {
+            Record(std::to_string(row) + ": " + Hex(bytes + row, count));
+        }
+    }
+}
+
+}  // namespace contract

@@ -1,0 +1,27 @@
+// What a run observed, line by line. The runs of both hosts write the same lines, so a diff of the two files shows
+// where they part.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tests/contract/environment.h"
+
+namespace contract {
+
+// Printable ASCII as it is; every other code unit as \uXXXX.
+std::string Printable(const WideText& text);
+
+// Notes a line under the running test's name. After the last test all lines go to the file that the environment
+// variable VELMORA_TRANSCRIPT names, if it names one, the tests in the order of their names.
+void Record(std::string_view line);
+
+// Notes a device mode: each field of the driver's own table with its value, then the bytes in rows of 16
+// (rows of zeros are left out). What differs between machines by right is masked in both: of the description path only
+// the file name stands.
+void RecordDevMode(const DEVMODEW* devMode);
+
+}  // namespace contract

@@ -1,0 +1,468 @@
+#include "tests/contract/wine_stand_ins.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "driver/entry/driver_interface.h"
+
+namespace contract {
+namespace {
+
+// The test program's own imports are replaced too, so what a stand-in builds on is asked of the library itself.
+template <class Function>
+Function Genuine(Function, const char* name) {
+    const auto address = GetProcAddress(GetModuleHandleW(L"winspool.drv"), name);
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+}
+#define GENUINE(call) Genuine(&call, #call)
+
+// PRINTER_INFO_2W of the printer as Wine has it; empty on failure, with the last error set.
+std::vector<BYTE> GenuinePrinterInfo(HANDLE printer) {
+    const auto getPrinter = GENUINE(GetPrinterW);
+    DWORD needed = 0;
+    getPrinter(printer, 2, nullptr, 0, &needed);
+    std::vector<BYTE> block(needed);
+    if (needed == 0 || !getPrinter(printer, 2, block.data(), needed, &needed)) {
+        return {};
+    }
+    return block;
+}
+
+std::wstring PrinterName(HANDLE printer) {
+    const std::vector<BYTE> block = GenuinePrinterInfo(printer);
+    return block.empty() ? std::wstring() : reinterpret_cast<const PRINTER_INFO_2W*>(block.data())->pPrinterName;
+}
+
+// What Wine raises where a function is exported but not written (winternl.h there).
+constexpr DWORD kUnwrittenFunction = 0x80000100;
+
+DWORD probeThread = 0;
+
+LONG CALLBACK EndProbeThread(EXCEPTION_POINTERS* exception) {
+    if (exception->ExceptionRecord->ExceptionCode == kUnwrittenFunction && GetCurrentThreadId() == probeThread) {
+        ExitThread(1);
+    }
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+// Whether `use(function)` comes back: a function that isn't written would end the process, so it is called on a thread
+// that ends in its place. False for null.
+template <class Function, class Use>
+bool CallReturns(Function function, [[maybe_unused]] Use use) {
+    if (function == nullptr) {
+        return false;
+    }
+    const auto body = [](void* parameter) -> DWORD { return Use()(*static_cast<Function*>(parameter)), 0; };
+    void* const handler = AddVectoredExceptionHandler(1, EndProbeThread);
+    const HANDLE thread = CreateThread(nullptr, 0, body, &function, CREATE_SUSPENDED, &probeThread);
+    DWORD result = 1;
+    if (thread != nullptr) {
+        ResumeThread(thread);
+        WaitForSingleObject(thread, INFINITE);
+        GetExitCodeThread(thread, &result);
+        CloseHandle(thread);
+    }
+    RemoveVectoredExceptionHandler(handler);
+    return result == 0;
+}
+
+// --- Printer data: DeletePrinterDataW
+
+bool DeletesPrinterData(HANDLE) {
+    return CallReturns(GENUINE(DeletePrinterDataW), [](auto call) {
+        wchar_t name[] = L"Velmora probe";
+        call(nullptr, name);
+    });
+}
+
+// Printer data lies in the registry, as it does on Windows.
+DWORD WINAPI StandInDeletePrinterData(HANDLE printer, LPWSTR valueName) {
+    const std::wstring name = PrinterName(printer);
+    if (name.empty()) {
+        return ERROR_INVALID_HANDLE;
+    }
+    const std::wstring path = L"System\\CurrentControlSet\\Control\\Print\\Printers\\" + name + L"\\PrinterDriverData";
+    HKEY key = nullptr;
+    const LSTATUS opened = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_SET_VALUE, &key);
+    if (opened != ERROR_SUCCESS) {
+        return static_cast<DWORD>(opened);
+    }
+    const LSTATUS deleted = RegDeleteValueW(key, valueName);
+    RegCloseKey(key);
+    return static_cast<DWORD>(deleted);
+}
+
+// --- Forms: AddFormW, EnumFormsW, DeleteFormW
+
+struct KeptForm {
+    std::wstring name;
+    FORM_INFO_1W info;  // pName isn't used
+};
+
+std::vector<KeptForm> keptForms;
+
+std::vector<KeptForm>::iterator FindForm(const wchar_t* name) {
+    return std::find_if(keptForms.begin(), keptForms.end(),
+                        [name](const KeptForm& form) { return lstrcmpiW(form.name.c_str(), name) == 0; });
+}
+
+// FORM_INFO_1W records of the forms as Wine has them, `*count` of them; false on failure.
+bool GenuineForms(HANDLE printer, std::vector<BYTE>* block, DWORD* count) {
+    const auto enumForms = GENUINE(EnumFormsW);
+    DWORD needed = 0;
+    if (enumForms(printer, 1, nullptr, 0, &needed, count)) {
+        block->clear();
+        return true;
+    }
+    if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
+        return false;
+    }
+    block->resize(needed);
+    return enumForms(printer, 1, block->data(), needed, &needed, count) != FALSE;
+}
+
+bool HasForm(HANDLE printer, const wchar_t* name) {
+    std::vector<BYTE> block;
+    DWORD count = 0;
+    if (!GenuineForms(printer, &block, &count)) {
+        return false;
+    }
+    const auto* forms = reinterpret_cast<const FORM_INFO_1W*>(block.data());
+    return std::any_of(forms, forms + count,
+                       [name](const FORM_INFO_1W& form) { return lstrcmpiW(form.pName, name) == 0; });
+}
+
+bool KeepsForms(HANDLE printer) {
+    wchar_t name[] = L"Velmora probe";
+    FORM_INFO_1W form = {FORM_USER, name, {100000, 100000}, {0, 0, 100000, 100000}};
+    GENUINE(AddFormW)(printer, 1, reinterpret_cast<BYTE*>(&form));
+    const bool kept = HasForm(printer, name);
+    GENUINE(DeleteFormW)(printer, name);
+    return kept;
+}
+
+BOOL WINAPI StandInAddForm(HANDLE printer, DWORD level, LPBYTE form) {
+    std::vector<BYTE> block;
+    DWORD count = 0;
+    if (level != 1) {
+        SetLastError(ERROR_INVALID_LEVEL);
+        return FALSE;
+    }
+    if (!GenuineForms(printer, &block, &count)) {
+        return FALSE;
+    }
+    const auto* info = reinterpret_cast<const FORM_INFO_1W*>(form);
+    if (info == nullptr || info->pName == nullptr || *info->pName == 0) {
+        SetLastError(info == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_FORM_NAME);
+        return FALSE;
+    }
+    if (FindForm(info->pName) != keptForms.end() || HasForm(printer, info->pName)) {
+        SetLastError(ERROR_FILE_EXISTS);
+        return FALSE;
+    }
+    keptForms.push_back({info->pName, *info});
+    return TRUE;
+}
+
+BOOL WINAPI StandInDeleteForm(HANDLE printer, LPWSTR name) {
+    std::vector<BYTE> block;
+    DWORD count = 0;
+    if (!GenuineForms(printer, &block, &count)) {
+        return FALSE;
+    }
+    const auto form = name == nullptr ? keptForms.end() : FindForm(name);
+    if (form == keptForms.end()) {
+        SetLastError(ERROR_INVALID_FORM_NAME);
+        return FALSE;
+    }
+    keptForms.erase(form);
+    return TRUE;
+}
+
+BOOL WINAPI StandInEnumForms(HANDLE printer, DWORD level, LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD returned) {
+    std::vector<BYTE> block;
+    DWORD count = 0;
+    if (level != 1) {
+        return GENUINE(EnumFormsW)(printer, level, buffer, size, needed, returned);
+    }
+    if (!GenuineForms(printer, &block, &count)) {
+        return FALSE;
+    }
+    std::vector<KeptForm> forms;
+    const auto* genuine = reinterpret_cast<const FORM_INFO_1W*>(block.data());
+    for (DWORD i = 0; i < count; ++i) {
+        forms.push_back({genuine[i].pName, genuine[i]});
+    }
+    forms.insert(forms.end(), keptForms.begin(), keptForms.end());
+
+    size_t total = forms.size() * sizeof(FORM_INFO_1W);
+    for (const KeptForm& form : forms) {
+        total += (form.name.size() + 1) * sizeof(wchar_t);
+    }
+    if (needed == nullptr || returned == nullptr) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    *needed = static_cast<DWORD>(total);
+    *returned = 0;
+    if (size < total || buffer == nullptr) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return FALSE;
+    }
+    auto* record = reinterpret_cast<FORM_INFO_1W*>(buffer);
+    auto* text = reinterpret_cast<wchar_t*>(record + forms.size());
+    for (const KeptForm& form : forms) {
+        *record = form.info;
+        record->pName = text;
+        memcpy(text, form.name.c_str(), (form.name.size() + 1) * sizeof(wchar_t));
+        text += form.name.size() + 1;
+        ++record;
+    }
+    *returned = static_cast<DWORD>(forms.size());
+    return TRUE;
+}
+
+// --- The printer's device mode: GetPrinterW, SetPrinterW
+
+std::map<std::wstring, std::vector<BYTE>> keptDevModes;  // by printer
+
+std::vector<BYTE> DevModeBytes(const DEVMODEW* devMode) {
+    const auto* bytes = reinterpret_cast<const BYTE*>(devMode);
+    return std::vector<BYTE>(bytes, bytes + devMode->dmSize + devMode->dmDriverExtra);
+}
+
+bool KeepsDevModes(HANDLE printer) {
+    std::vector<BYTE> before = GenuinePrinterInfo(printer);
+    if (before.empty()) {
+        throw std::runtime_error("GetPrinterW fails");
+    }
+    auto* info = reinterpret_cast<PRINTER_INFO_2W*>(before.data());
+    DEVMODEW* const former = info->pDevMode;
+    DEVMODEW probe = {};
+    probe.dmSize = sizeof(probe);
+    for (DWORD i = 1; i < CCHDEVICENAME; ++i) {
+        probe.dmDeviceName[i] = static_cast<wchar_t>(i * 257);
+    }
+    const auto setPrinter = GENUINE(SetPrinterW);
+    info->pDevMode = &probe;
+    info->pSecurityDescriptor = nullptr;
+    bool kept = setPrinter(printer, 2, before.data(), 0) != FALSE;
+    std::vector<BYTE> after = GenuinePrinterInfo(printer);
+    const DEVMODEW* stored = after.empty() ? nullptr : reinterpret_cast<PRINTER_INFO_2W*>(after.data())->pDevMode;
+    kept = kept && stored != nullptr && memcmp(stored, &probe, sizeof(probe)) == 0;
+    info->pDevMode = former;
+    setPrinter(printer, 2, before.data(), 0);
+    return kept;
+}
+
+BOOL WINAPI StandInSetPrinter(HANDLE printer, DWORD level, LPBYTE data, DWORD command) {
+    if (!GENUINE(SetPrinterW)(printer, level, data, command)) {
+        return FALSE;
+    }
+    if (level == 2 && data != nullptr) {
+        const DEVMODEW* devMode = reinterpret_cast<const PRINTER_INFO_2W*>(data)->pDevMode;
+        if (devMode != nullptr) {
+            keptDevModes[PrinterName(printer)] = DevModeBytes(devMode);
+        }
+    }
+    return TRUE;
+}
+
+void ClearBehindText(wchar_t* text, size_t capacity) {
+    const size_t length = static_cast<size_t>(std::find(text, text + capacity, L'\0') - text);
+    std::fill(text + length, text + capacity, L'\0');
+}
+
+BOOL WINAPI StandInGetPrinter(HANDLE printer, DWORD level, LPBYTE data, DWORD size, LPDWORD needed) {
+    if (!GENUINE(GetPrinterW)(printer, level, data, size, needed)) {
+        return FALSE;
+    }
+    if (level != 2) {
+        return TRUE;
+    }
+    auto* info = reinterpret_cast<PRINTER_INFO_2W*>(data);
+    DEVMODEW* devMode = info->pDevMode;
+    if (devMode == nullptr) {
+        return TRUE;
+    }
+    const auto kept = keptDevModes.find(info->pPrinterName);
+    if (kept != keptDevModes.end() && kept->second.size() == DevModeBytes(devMode).size()) {
+        memcpy(devMode, kept->second.data(), kept->second.size());
+    } else {
+        ClearBehindText(devMode->dmDeviceName, CCHDEVICENAME);
+        ClearBehindText(devMode->dmFormName, CCHFORMNAME);
+    }
+    return TRUE;
+}
+
+// --- Jobs: DevQueryPrint
+
+bool QueriesPrint(HANDLE) {
+    return CallReturns(GENUINE(DevQueryPrint), [](auto call) {
+        DWORD reason = 0;
+        call(nullptr, nullptr, &reason);
+    });
+}
+
+// The published DEVQUERYPRINT_INFO, which the cross compiler's headers lack.
+struct QueryPrintInfo {
+    WORD cbSize;
+    WORD Level;
+    HANDLE hPrinter;
+    DEVMODEW* pDevMode;
+    LPWSTR pszErrorStr;
+    DWORD cchErrorStr;
+    DWORD cchNeeded;
+};
+
+// Asks the driver's DevQueryPrintEx, as the spooler does.
+BOOL WINAPI StandInDevQueryPrint(HANDLE printer, LPDEVMODEW devMode, DWORD* reason) {
+    const auto getDriver = GENUINE(GetPrinterDriverW);
+    DWORD needed = 0;
+    getDriver(printer, nullptr, 3, nullptr, 0, &needed);
+    std::vector<BYTE> block(needed);
+    if (needed == 0 || !getDriver(printer, nullptr, 3, block.data(), needed, &needed)) {
+        return FALSE;
+    }
+    const HMODULE driver = LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
+    if (driver == nullptr) {
+        return FALSE;
+    }
+    const auto ask = reinterpret_cast<decltype(&::DevQueryPrintEx)>(
+        reinterpret_cast<void*>(GetProcAddress(driver, "DevQueryPrintEx")));
+    wchar_t text[256] = L"";
+    QueryPrintInfo info = {sizeof(info), 1, printer, devMode, text, ARRAYSIZE(text), 0};
+    const BOOL allowed = ask != nullptr && ask(reinterpret_cast<PDEVQUERYPRINT_INFO>(&info));
+    if (allowed) {
+        *reason = 0;
+    }
+    FreeLibrary(driver);
+    return allowed;
+}
+
+// --- Which are used, and where
+
+struct StandIn {
+    const char* call;
+    const char* why;
+    bool (*works)(HANDLE printer);
+    void* function;
+    bool used;
+};
+
+// `published` is there for its type: the stand-in is of the same.
+template <class Function>
+StandIn MakeStandIn([[maybe_unused]] Function published, const char* call, const char* why, bool (*works)(HANDLE),
+                    Function function) {
+    return {call, why, works, reinterpret_cast<void*>(function), false};
+}
+
+constexpr char kNotWritten[] = "not there, a call ends the process";
+constexpr char kNoForms[] = "no form is kept";
+constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
+
+std::vector<StandIn> standIns = {
+    MakeStandIn(&DeletePrinterDataW, "DeletePrinterDataW", kNotWritten, DeletesPrinterData, &StandInDeletePrinterData),
+    MakeStandIn(&DevQueryPrint, "DevQueryPrint", kNotWritten, QueriesPrint, &StandInDevQueryPrint),
+    MakeStandIn(&AddFormW, "AddFormW", kNoForms, KeepsForms, &StandInAddForm),
+    MakeStandIn(&EnumFormsW, "EnumFormsW", kNoForms, KeepsForms, &StandInEnumForms),
+    MakeStandIn(&DeleteFormW, "DeleteFormW", kNoForms, KeepsForms, &StandInDeleteForm),
+    MakeStandIn(&GetPrinterW, "GetPrinterW", kTextOnly, KeepsDevModes, &StandInGetPrinter),
+    MakeStandIn(&SetPrinterW, "SetPrinterW", kTextOnly, KeepsDevModes, &StandInSetPrinter),
+};
+
+template <class T>
+T* At(HMODULE module, DWORD relativeAddress) {
+    return reinterpret_cast<T*>(reinterpret_cast<BYTE*>(module) + relativeAddress);
+}
+
+// Lets the module's import of this name, from whatever library, lead to `function`. Nothing happens where the module
+// doesn't import it.
+void ReplaceImport(HMODULE module, const char* name, void* function) {
+    const auto* dosHeader = At<IMAGE_DOS_HEADER>(module, 0);
+    const auto* headers = At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(dosHeader->e_lfanew));
+    const IMAGE_DATA_DIRECTORY& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (directory.Size == 0) {
+        return;
+    }
+    for (auto* import = At<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); import->Name != 0; ++import) {
+        const auto* lookup = At<IMAGE_THUNK_DATA>(module, import->OriginalFirstThunk);
+        auto* address = At<IMAGE_THUNK_DATA>(module, import->FirstThunk);
+        for (; lookup->u1.AddressOfData != 0; ++lookup, ++address) {
+            if (IMAGE_SNAP_BY_ORDINAL(lookup->u1.Ordinal)) {
+                continue;
+            }
+            const auto* imported = At<IMAGE_IMPORT_BY_NAME>(module, static_cast<DWORD>(lookup->u1.AddressOfData));
+            if (strcmp(reinterpret_cast<const char*>(imported->Name), name) != 0) {
+                continue;
+            }
+            DWORD protection = 0;
+            if (!VirtualProtect(address, sizeof(*address), PAGE_READWRITE, &protection)) {
+                throw std::runtime_error("an import table can't be written");
+            }
+            address->u1.Function = reinterpret_cast<ULONGLONG>(function);
+            VirtualProtect(address, sizeof(*address), protection, &protection);
+        }
+    }
+}
+
+// For modules that ask for a call by name instead of importing it.
+FARPROC WINAPI FindWithStandIns(HMODULE module, LPCSTR name) {
+    // Where the high word is 0, the "name" is an ordinal.
+    if (module == GetModuleHandleW(L"winspool.drv") && reinterpret_cast<ULONG_PTR>(name) > 0xFFFF) {
+        for (const StandIn& standIn : standIns) {
+            if (standIn.used && strcmp(standIn.call, name) == 0) {
+                return reinterpret_cast<FARPROC>(standIn.function);
+            }
+        }
+    }
+    return GetProcAddress(module, name);
+}
+
+}  // namespace
+
+void ProbeCalls(HANDLE printer) {
+    static const bool probed = [printer] {
+        std::map<bool (*)(HANDLE), bool> results;
+        for (StandIn& standIn : standIns) {
+            if (!results.contains(standIn.works)) {
+                results[standIn.works] = standIn.works(printer);
+            }
+            standIn.used = !results[standIn.works];
+            if (standIn.used) {
+                std::cout << "stand-in: " << standIn.call << " (" << standIn.why << ")" << std::endl;
+            }
+        }
+        return true;
+    }();
+    static_cast<void>(probed);
+}
+
+void PutStandIns(HMODULE module) {
+    for (const StandIn& standIn : standIns) {
+        if (standIn.used) {
+            ReplaceImport(module, standIn.call, standIn.function);
+        }
+    }
+    // The test program's own must stay: the stand-ins call it.
+    if (module != GetModuleHandleW(nullptr)) {
+        ReplaceImport(module, "GetProcAddress", reinterpret_cast<void*>(&FindWithStandIns));
+    }
+}
+
+void ForgetPrinter(HANDLE printer) {
+    keptDevModes.erase(PrinterName(printer));
+}
+
+void ForgetMachine() {
+    keptDevModes.clear();
+    keptForms.clear();
+}
+
+}  // namespace contract

@@ -1,0 +1,20 @@
+// Stand-ins for published calls that Wine lacks or breaks. They are put into the import tables of loaded modules, in
+// memory, so neither the driver nor a test knows of them. Each is used only where a probe shows that it is needed.
+#pragma once
+
+#include <windows.h>
+
+namespace contract {
+
+// Finds out which calls fall short, once a process, and prints each stand-in that is used from then on. `printer` is
+// open for administering; it is as it was afterwards.
+void ProbeCalls(HANDLE printer);
+
+// Puts the stand-ins that are used into the import table of a loaded module.
+void PutStandIns(HMODULE module);
+
+// Makes the stand-ins forget what they keep: of one printer, of all printers and forms.
+void ForgetPrinter(HANDLE printer);
+void ForgetMachine();
+
+}  // namespace contract

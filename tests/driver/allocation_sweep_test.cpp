@@ -1,0 +1,387 @@
+// Every operation with every allocation, and every platform call that can fail, made to fail in turn: nothing crashes,
+// nothing stays open, and the printer's data is as it was or as it was to become.
+#include <winspool.h>
+
+#include <cstring>
+#include <functional>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "driver/devdesc/description_file.h"
+#include "driver/devdesc/model_tables.h"
+#include "driver/devdesc/paper_lookup.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/entry/driver_interface.h"
+#include "driver/entry/printer_access.h"
+#include "driver/entry/resource_module.h"
+#include "driver/entry/spool_directory.h"
+#include "driver/entry/stored_devmode.h"
+#include "driver/settings/custom_sizes.h"
+#include "driver/settings/device_info.h"
+#include "driver/settings/printer_data_file.h"
+#include "driver/settings/settings_folder.h"
+#include "tests/driver/description_builder.h"
+#include "tests/driver/machine.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+struct Operation {
+    const char* name;
+    std::function<void()> run;
+};
+
+// Published calls that the driver makes and that can fail. Those that close or free something aren't among them: where
+// they fail, what they were to close stays open by nobody's fault.
+constexpr const char* kCalls[] = {
+    "AddFormW",
+    "CopyFileW",
+    "CreateDirectoryW",
+    "CreateFileW",
+    "DeletePrinterDataW",
+    "EnumFormsW",
+    "FindFirstFileW",
+    "GetComputerNameW",
+    "GetEnvironmentVariableW",
+    "GetFileAttributesW",
+    "GetFileSize",
+    "GetFileSizeEx",
+    "GetFileVersionInfoSizeW",
+    "GetFileVersionInfoW",
+    "GetPrinterDataW",
+    "GetPrinterDriverW",
+    "GetPrinterW",
+    "GetProcAddress",
+    "GetVersionExW",
+    "HeapAlloc",
+    "LoadLibraryW",
+    "LoadStringW",
+    "MultiByteToWideChar",
+    "OpenPrinterW",
+    "ReadFile",
+    "RegOpenKeyExW",
+    "RegSetValueExW",
+    "SetFileAttributesW",
+    "SetFilePointerEx",
+    "SetPrinterDataW",
+    "SetPrinterW",
+    "VerQueryValueW",
+    "WideCharToMultiByte",
+    "WritePrivateProfileStringW",
+};
+
+class FailureSweep : public MachineTest {
+  protected:
+    void SetUp() override {
+        DescriptionBuilder builder = SmallModel(kPdlPcl5);
+        builder.AddName("psk:ISOA4");
+        builder.AddText("@PJL SET TRAY=1\r\n");
+        BITMAPFILEHEADER bitmap = {};
+        bitmap.bfSize = sizeof(bitmap);
+        builder.AddImage({reinterpret_cast<const char*>(&bitmap), sizeof(bitmap)});
+        builder.AddFont("font");
+        builder.Table(offsetof(DeviceModel, fontGroups), std::vector<PackedU16>(4));
+        AddColor(&builder);
+        DriverPackage package = PackageOf("");
+        package.data = {u"KV62.DAT", std::string(500, 'd')};
+        package.dependent.push_back({u"KV62.XPI", builder.Build()});
+        package.dependent.push_back({u"KV62.INI",
+                                     "[CustomSizes]\r\nNumCustomSizes=1\r\nCustomName0=One\r\nCustomWidth0=12340\r\n"
+                                     "CustomLength0=23450\r\nCustomMetric0=1\r\n[DeviceInfo]\r\nOptions=3\r\n"});
+        package.dependent.push_back({u"KV62GERM.DLL", package.dependent[0].bytes});
+        Install(package);
+        machine_.SetLanguage(MAKELANGID(LANG_GERMAN, 1));
+        builder.fields.pdlType = kPdlImage;
+        imageModel_ = builder.Build();
+        builder.fields.pdlType = kPdlPcl6;
+        builder.fields.colorCapability = kColor;
+        colorModel_ = builder.Build();
+        plainModel_ = ReadDriveFile(InstalledPath(u"KV62.XPI"));
+
+        FORM_INFO_1W form = {};
+        WideText formName = u"Form";
+        form.pName = formName.data();
+        form.Size = {100000, 200000};
+        form.ImageableArea = {0, 0, 100000, 200000};
+        ASSERT_TRUE(AddFormW(Printer(), 1, reinterpret_cast<BYTE*>(&form)));
+        SetString(Printer(), u"DefaultSpoolDirectory", u"D:\\Spool");
+        HKEY key = nullptr;
+        ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE,
+                                  TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Test Printer"), 0, nullptr,
+                                  REG_OPTION_NON_VOLATILE, KEY_SET_VALUE, nullptr, &key, nullptr),
+                  ERROR_SUCCESS);
+        RegCloseKey(key);
+        BuildDefaultDevMode(Printer(), kPrinterName, &storedDevMode_);
+        ASSERT_TRUE(SetPrinterDevMode(Printer(), &storedDevMode_.publicPart));
+        Prepare();
+    }
+
+    static void AddColor(DescriptionBuilder* builder) {
+        builder->Table(offsetof(DeviceModel, colorModeTable),
+                       std::vector<ColorModeRecord>{{kColorModeHasDefaults, 1, 0}});
+        builder->Table(offsetof(DeviceModel, presetSettings), std::vector<PresetSettingRecord>{{1, 0, 1}});
+        builder->Table(offsetof(DeviceModel, textColorFeatures), std::vector<ColorFeatureRecord>{{1, 0}});
+        builder->Table(offsetof(DeviceModel, colorOptionValues),
+                       std::vector<ColorValueRecord>{{1, 1, 1, 0, 0}, {1, 2, 2, 0, 0}});
+    }
+
+    // The printer's data and files before each run.
+    void Prepare() {
+        constexpr const char16_t* kValues[] = {u"Test", u"Settings", u"DeviceInfo", u"FontSubs", u"Memory"};
+        for (const WideText name : kValues) {
+            WideText value = name;
+            DeletePrinterDataW(Printer(), value.data());
+        }
+        if (storedSettings_) {
+            SetString(Printer(), u"Settings", u"STORED.ini");
+        }
+        WriteDriveFile(InstalledPath(u"KV62.XPI"), plainModel_);
+    }
+
+    std::string State() const {
+        std::string state;
+        for (const WideText name : {u"Settings", u"DeviceInfo", u"FontSubs", u"Memory", u"DefaultSpoolDirectory"}) {
+            const auto value = GetData(Printer(), name);
+            state += value ? "[" + *value + "]" : "none";
+        }
+        const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(Printer());
+        const size_t size = info && info->pDevMode ? sizeof(VelmoraDevMode) : 0;
+        return state + (size > 0 ? std::string(reinterpret_cast<const char*>(info->pDevMode), size) : "");
+    }
+
+    std::vector<Operation> Operations();
+
+    // A device mode that was written at all has the published frame.
+    static void CheckFrame(const VelmoraDevMode& devMode) {
+        EXPECT_EQ(ValueOf(devMode.publicPart.dmSize), kPublicDevModeSize);
+        EXPECT_EQ(ValueOf(devMode.publicPart.dmDriverExtra), kPrivateDevModeSize);
+        EXPECT_EQ(ValueOf(devMode.privatePart.privateSignature), kPrivateSignature);
+        EXPECT_EQ(ValueOf(devMode.privatePart.extensionMagicA), 2033u);
+    }
+
+    void BuildWith(const std::string& description) {
+        WriteDriveFile(InstalledPath(u"KV62.XPI"), description);
+        VelmoraDevMode devMode;
+        BuildDefaultDevMode(Printer(), kPrinterName, &devMode);
+        CheckFrame(devMode);
+    }
+
+    bool storedSettings_ = false;
+    VelmoraDevMode storedDevMode_;
+    WideText name_ = kPrinterName;
+    std::string plainModel_;
+    std::string imageModel_;
+    std::string colorModel_;
+};
+
+std::vector<Operation> FailureSweep::Operations() {
+    return {
+        {"open and load",
+         [this] {
+             const OwnedPrinter printer = OpenPrinterLocal(TEXT("\\\\VELMORA-PC\\Test Printer,Local"));
+             const HeapOwner<DeviceModel> model = LoadDeviceModel(OpenDescriptionFile(printer.Get()).Get());
+             if (model) {
+                 CountRecords(model->paperTable);
+             }
+         }},
+        {"printer and driver information",
+         [this] {
+             WCHAR text[MAX_PATH];
+             GetPrinterDriverName(Printer(), text);
+             GetDriverInfo3(Printer());
+             FindDriverFile(Printer(), TEXT("XPI"), TEXT(".XPI"), text);
+             GetRenderCorePath(Printer(), text);
+             GetDriverVersion(InstalledPath(u"KV62R.DLL").c_str());
+         }},
+        {"reader",
+         [this] {
+             const OwnedFile file = OpenDescriptionFile(Printer());
+             const HeapOwner<DeviceModel> model = LoadDeviceModel(file.Get());
+             WCHAR wide[64];
+             char text[kTextCapacity];
+             ReadLocalizedString(file.Get(), LANG_ENGLISH, nullptr, 1, wide, ARRAYSIZE(wide));
+             ReadName(file.Get(), 1, wide, ARRAYSIZE(wide));
+             ReadName(file.Get(), 1, text, sizeof(text));
+             ReadText(file.Get(), 1, text);
+             ReadShortText(file.Get(), 1, text);
+             ReadImage(file.Get(), 0);
+             ReadBlob(file.Get(), text, sizeof(text));
+             ReadPatternBlock(file.Get(), 1, text, 64);
+             if (model) {
+                 GetFontDataSize(file.Get(), *model);
+             }
+         }},
+        {"papers and margins",
+         [this] {
+             const HeapOwner<DeviceModel> model = LoadDeviceModel(OpenDescriptionFile(Printer()).Get());
+             for (const int id : {9, 448, 449, 450}) {
+                 EXPECT_GT(LookupPaperSize(Printer(), model.Get(), id).width, 0);
+                 EXPECT_GT(GetPrintableMargins(Printer(), model.Get(), id, kPortraitMargins, 600).horizontal, 0);
+             }
+         }},
+        {"default device mode", [this] { BuildWith(plainModel_); }},
+        {"default device mode in colour", [this] { BuildWith(colorModel_); }},
+        {"default device mode of an image printer", [this] { BuildWith(imageModel_); }},
+        {"stored device mode",
+         [this] {
+             VelmoraDevMode devMode;
+             if (GetPrinterDevMode(Printer(), &devMode) == 1) {
+                 CheckFrame(devMode);
+             }
+             SetPrinterDevMode(Printer(), &storedDevMode_.publicPart);
+         }},
+        {"DrvConvertDevMode",
+         [this] {
+             VelmoraDevMode devMode;
+             LONG needed = sizeof(devMode);
+             if (DrvConvertDevMode(name_.data(), nullptr, &devMode.publicPart, &needed, 0)) {
+                 CheckFrame(devMode);
+             }
+             EXPECT_EQ(needed, 4088);
+         }},
+        {"sheets",
+         [this] {
+             VelmoraDevMode devMode = {};
+             DOCUMENTPROPERTYHEADER document = {};
+             document.hPrinter = Printer();
+             document.pszPrinterName = name_.data();
+             document.pdmOut = &devMode.publicPart;
+             document.cbOut = sizeof(devMode);
+             document.fMode = DM_OUT_BUFFER | DM_PROMPT;
+             DEVICEPROPERTYHEADER device = {};
+             device.hPrinter = Printer();
+             device.pszPrinterName = name_.data();
+             for (const WORD reason : {PROPSHEETUI_REASON_INIT, PROPSHEETUI_REASON_DESTROY}) {
+                 PROPSHEETUI_INFO info = {};
+                 info.Reason = reason;
+                 info.lParamInit = reinterpret_cast<LPARAM>(&document);
+                 DrvDocumentPropertySheets(&info, 0);
+                 info.lParamInit = reinterpret_cast<LPARAM>(&device);
+                 DrvDevicePropertySheets(&info, 0);
+             }
+         }},
+        {"capabilities",
+         [this] {
+             WriteDriveFile(InstalledPath(u"KV62.XPI"), imageModel_);
+             for (const WORD capability : {DC_SIZE, DC_EXTRA, DC_VERSION, DC_DRIVER}) {
+                 DrvDeviceCapabilities(Printer(), name_.data(), capability, nullptr, nullptr);
+             }
+         }},
+        {"spool directory",
+         [this] {
+             WriteDriveFile(InstalledPath(u"KV62.XPI"), imageModel_);
+             RegisterSpoolDirectory(Printer(), kPrinterName);
+         }},
+        {"custom sizes",
+         [this] {
+             const CustomSizeList list = LoadCustomSizes(kPrinterName);
+             EXPECT_TRUE(list.count == 0 || list.records);
+             SaveCustomSizes(kPrinterName, list.records.Get(), list.count);
+             EXPECT_LE(EnumUserForms(Printer()).count, 1);
+         }},
+        {"installed options",
+         [this] {
+             const HeapOwner<DeviceModel> model = LoadDeviceModel(OpenDescriptionFile(Printer()).Get());
+             if (const HeapOwner<DeviceInfo> info = GetDeviceInfo(Printer(), model.Get())) {
+                 SetDeviceInfo(Printer(), {1, 2, 3, 4});
+             }
+             GetDeviceInfo(Printer(), nullptr);
+         }},
+        {"resource module",
+         [this] {
+             ResourceContext context;
+             const OwnedModule module = LoadResourceModule(Printer(), &context);
+             EXPECT_TRUE(context.language == LANG_GERMAN || context.language == LANG_ENGLISH);
+         }},
+        {"settings file", [] { PrepareSettingsFile(kPrinterName); }},
+        {"settings keys",
+         [] {
+             WCHAR text[64];
+             ReadProfileName(kPrinterName, text, ARRAYSIZE(text));
+             WriteProfileName(kPrinterName, TEXT("profile"));
+             WriteScreenProfileName(kPrinterName, TEXT("screen"));
+             ReadScreenProfileName(kPrinterName, text, ARRAYSIZE(text));
+         }},
+        {"printer data",
+         [this] {
+             HeapOwner<WCHAR> table;
+             TestPrinterDataAccess(Printer());
+             SetFontSubs(Printer(), TEXT("a\0b\0"), 5);
+             GetFontSubs(Printer(), &table);
+             SetMemorySetting(Printer(), 64);
+             GetMemorySetting(Printer());
+         }},
+        {"files",
+         [this] {
+             WCHAR path[MAX_PATH] = TEXT("C:\\Windows\\System32\\missing");
+             GetShortPath(path, ARRAYSIZE(path));
+             OpenPrinterDataFile(kPrinterName, GENERIC_READ);
+             GetPrinterDataFileSize(kPrinterName);
+             GetBasePdfSize(Printer());
+             SyncPrinterDataFileCopies(kPrinterName);
+         }},
+    };
+}
+
+TEST_F(FailureSweep, EveryAllocation) {
+    size_t points = 0;
+    for (const bool stored : {false, true}) {
+        storedSettings_ = stored;
+        for (const Operation& operation : Operations()) {
+            SCOPED_TRACE(operation.name);
+            Prepare();
+            const std::vector<std::string> open = host::StillOpen();
+            const std::string before = State();
+            operation.run();
+            const std::string after = State();
+            EXPECT_EQ(host::StillOpen(), open);
+            for (uint64_t n = 1;; ++n) {
+                Prepare();
+                host::FailAllocation(n);
+                operation.run();
+                const uint64_t used = host::AllocationsSoFar();
+                host::ClearFaults();
+                ASSERT_EQ(host::StillOpen(), open) << "allocation " << n;
+                const std::string state = State();
+                EXPECT_TRUE(state == before || state == after) << "allocation " << n;
+                if (used < n) {
+                    break;
+                }
+                ++points;
+            }
+        }
+    }
+    std::cout << "allocations swept: " << points << "\n";
+}
+
+TEST_F(FailureSweep, EveryCall) {
+    size_t points = 0;
+    for (const bool stored : {false, true}) {
+        storedSettings_ = stored;
+        for (const Operation& operation : Operations()) {
+            SCOPED_TRACE(operation.name);
+            for (const char* call : kCalls) {
+                Prepare();
+                const std::vector<std::string> open = host::StillOpen();
+                const uint64_t before = host::CallsSoFar(call);
+                operation.run();
+                const uint64_t calls = host::CallsSoFar(call) - before;
+                for (uint64_t n = 1; n <= calls; ++n) {
+                    Prepare();
+                    host::FailCall(call, ERROR_ACCESS_DENIED, n);
+                    operation.run();
+                    host::ClearFaults();
+                    ASSERT_EQ(host::StillOpen(), open) << call << " " << n;
+                    ++points;
+                }
+            }
+        }
+    }
+    std::cout << "calls swept: " << points << "\n";
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,119 @@
+// Each of the project's compiled models loads through the driver's own reader.
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "driver/devdesc/description_file.h"
+#include "driver/devdesc/model_tables.h"
+#include "driver/devdesc/paper_lookup.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/entry/resource_module.h"
+#include "tests/driver/machine.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+std::string FileBytes(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class ProjectModel : public testing::TestWithParam<std::filesystem::path> {
+  protected:
+    void SetUp() override {
+        InstallPrinter(PackageOf(FileBytes(GetParam())));
+        printer_ = OpenWithAllAccess(kPrinterName);
+        file_ = OpenDescriptionFile(printer_.Get());
+        model_ = LoadDeviceModel(file_.Get());
+        ASSERT_TRUE(model_);
+    }
+
+    void TearDown() override {
+        model_.Reset(nullptr);
+        file_.Close();
+        printer_.Close();
+        EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
+    }
+
+    std::string String(int16_t reference) const {
+        WCHAR text[128];
+        ReadLocalizedString(file_.Get(), LANG_ENGLISH, nullptr, reference, text, ARRAYSIZE(text));
+        return ToText(text);
+    }
+
+    host::Machine machine_;
+    OwnedPrinter printer_;
+    OwnedFile file_;
+    HeapOwner<DeviceModel> model_;
+};
+
+TEST_P(ProjectModel, IsWhole) {
+    EXPECT_GT(CountRecords(model_->paperTable), 0u);
+    EXPECT_GT(CountRecords(model_->resolutionTable), 1u);
+    EXPECT_GT(CountRecords(model_->marginTable), 0u);
+    EXPECT_LT(static_cast<size_t>(model_->defaultResolution), CountRecords(model_->resolutionTable));
+    EXPECT_LE(ValueOf(model_->defaultMedia), CountRecords(model_->mediaTable));
+    EXPECT_TRUE(
+        std::ranges::any_of(std::vector<BinRecord>(model_->binTable, model_->binTable + CountRecords(model_->binTable)),
+                            [&](const BinRecord& bin) { return bin.binId == model_->defaultBin; }));
+    for (const PaperRecord& paper : RecordList(model_->paperTable)) {
+        if (static_cast<int16_t>(paper.nameRef) > 0) {
+            EXPECT_NE(String(static_cast<int16_t>(paper.nameRef)), "") << paper.paperId;
+        }
+        WCHAR keyword[80];
+        ReadName(file_.Get(), static_cast<int16_t>(paper.keywordRef), keyword, ARRAYSIZE(keyword));
+        EXPECT_NE(keyword[0], 0) << paper.paperId;
+        const PaperSize size = LookupPaperSize(printer_.Get(), model_.Get(), paper.paperId);
+        EXPECT_EQ(ValueOf(size.width), paper.width) << paper.paperId;
+        EXPECT_EQ(ValueOf(size.length), paper.length) << paper.paperId;
+        for (const WORD orientation : {kPortraitMargins, kLandscapeMargins}) {
+            const MarginPair margins =
+                GetPrintableMargins(printer_.Get(), model_.Get(), paper.paperId, orientation, 25400);
+            // Below 0 where the image runs over the edge.
+            EXPECT_LT(std::abs(margins.horizontal), paper.width * 50) << paper.paperId;
+            EXPECT_LT(std::abs(margins.vertical), paper.length * 50) << paper.paperId;
+        }
+    }
+    for (const FeatureRecord& feature : RecordList(model_->featureTable)) {
+        EXPECT_LT(CountOptions(*model_, feature), 100u);
+    }
+    EXPECT_LT(CountRecords(model_->featureTable), 33u);
+}
+
+TEST_P(ProjectModel, HasADefaultDeviceMode) {
+    VelmoraDevMode devMode;
+    BuildDefaultDevMode(printer_.Get(), kPrinterName, &devMode);
+    EXPECT_EQ(ValueOf(devMode.publicPart.dmPaperSize), DMPAPER_A4);
+    EXPECT_EQ(ValueOf(devMode.privatePart.modelCode), model_->modelCode);
+    EXPECT_EQ(ValueOf(devMode.publicPart.dmPrintQuality), model_->resolutionTable[1].xDpi);
+    EXPECT_EQ(ValueOf(devMode.publicPart.dmColor), model_->colorCapability == kColor ? 2 : 0);
+    const uint16_t blobSize = ReadBlob(file_.Get(), nullptr, 0);
+    for (int i = 0; i < devMode.privatePart.sliceCount; ++i) {
+        const BlobSlice& slice = devMode.privatePart.blobSlices[i];
+        EXPECT_LE(slice.start + (slice.length & 0x1FFF), blobSize) << i;
+    }
+}
+
+std::vector<std::filesystem::path> CompiledModels() {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_COMPILED_MODELS)) {
+        if (entry.path().extension() == ".XPI") {
+            paths.push_back(entry.path());
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+INSTANTIATE_TEST_SUITE_P(Models, ProjectModel, testing::ValuesIn(CompiledModels()), [](const auto& info) {
+    std::string name = info.param.stem().string();
+    std::ranges::replace(name, '-', '_');
+    return name;
+});
+
+}  // namespace
+}  // namespace velmora

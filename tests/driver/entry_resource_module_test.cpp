@@ -1,0 +1,114 @@
+#include "driver/entry/resource_module.h"
+
+#include "tests/driver/machine.h"
+#include "tests/driver/resource_file.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+TEST(LanguageCodes, RowsEndsAndHoles) {
+    constexpr struct {
+        WORD primary;
+        WORD sublanguage;
+        const char* code;  // "" for none
+    } kCases[] = {
+        {0, 0, "NEUT"},  {0, 1, "NEUT"},  {0, 2, "NEUT"},  {0, 3, ""},       {1, 0, ""},      {1, 1, "SAUD"},
+        {1, 14, "UAE"},  {1, 16, "QATA"}, {1, 17, ""},     {4, 1, "CTRA"},   {4, 2, "CSIM"},  {4, 5, ""},
+        {7, 1, "GERM"},  {7, 5, "GLIE"},  {7, 6, ""},      {9, 0, ""},       {9, 1, "ENUS"},  {9, 2, "ENUK"},
+        {9, 11, "ENTR"}, {9, 12, ""},     {10, 1, "SCAS"}, {10, 20, "SPUE"}, {10, 21, ""},    {18, 2, "KJOH"},
+        {20, 2, "NYNO"}, {22, 1, "BRAZ"}, {22, 2, "PORT"}, {26, 3, "SCYR"},  {31, 1, "TURK"}, {32, 1, "ENUS"},
+        {32, 2, ""},     {33, 1, "INDO"}, {40, 1, "FARS"}, {41, 1, "ENUS"},  {42, 1, "VIET"}, {44, 1, "ENUS"},
+        {45, 1, "BASQ"}, {46, 1, "ENUS"}, {53, 1, "ENUS"}, {54, 1, "AFRI"},  {55, 1, "AFRI"}, {56, 1, "FAER"},
+        {56, 0, ""},     {57, 1, ""},     {1023, 1, ""},   {17, 63, ""},
+    };
+    for (const auto& c : kCases) {
+        const WCHAR* code = LanguageCode(c.primary, c.sublanguage);
+        EXPECT_EQ(ToText(code ? code : TEXT("")), c.code) << c.primary << "." << c.sublanguage;
+    }
+}
+
+class ResourceModule : public MachineTest {
+  protected:
+    // String 1 of each module is its language's code.
+    static DriverPackage Languages(const std::vector<WideText>& codes) {
+        DriverPackage package = PackageOf("");
+        package.dependent.clear();
+        for (const WideText& code : codes) {
+            package.dependent.push_back({u"KV62" + code + u".DLL", StringModule({{1, code}})});
+            package.dependent.push_back({u"KV62" + code + u".CHM", "help"});
+        }
+        return package;
+    }
+
+    std::string Loaded(LANGID language, ResourceContext* context = nullptr) {
+        machine_.SetLanguage(language);
+        const OwnedModule module = LoadResourceModule(Printer(), context);
+        WCHAR text[8] = {};
+        if (module) {
+            LoadStringW(module.Get(), 1, text, ARRAYSIZE(text));
+        }
+        return ToText(text);
+    }
+};
+
+TEST_F(ResourceModule, FollowsTheUsersLanguageOrIsEnglish) {
+    Install(Languages({u"GERM", u"GSWI", u"FREN", u"ENUK", u"ENUS"}));
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1)), "GERM");
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 2)), "GSWI");
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 3)), "ENUS");  // GAUS isn't in the package
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 0)), "ENUS");  // no code
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_ENGLISH, 2)), "ENUK");
+    EXPECT_EQ(Loaded(MAKELANGID(0x91, 1)), "ENUS");  // beyond the table
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_JAPANESE, 1)), "ENUS");
+}
+
+TEST_F(ResourceModule, APrinterDataValueMayNameIt) {
+    Install(Languages({u"GERM", u"FREN", u"ENUS"}));
+    SetString(Printer(), u"GERM", u"kv62fren.dll");
+    SetString(Printer(), u"GERMhelp", u"kv62fren.chm");
+    ResourceContext context;
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1), &context), "FREN");
+    EXPECT_EQ(ToText(context.helpPath).substr(ToText(context.helpPath).rfind('\\') + 1), "KV62FREN.CHM");
+}
+
+TEST_F(ResourceModule, TheContextSaysWhatIsUsed) {
+    Install(Languages({u"GERM", u"ENUS"}));
+    ResourceContext context;
+    machine_.SetDecimalSeparator(u",");
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1), &context), "GERM");
+    EXPECT_EQ(ValueOf(context.language), LANG_GERMAN);
+    EXPECT_EQ(ValueOf(context.sublanguage), 1);
+    EXPECT_EQ(ToText(context.decimalSeparator), ",");
+    WideText help = InstalledPath(u"KV62GERM.CHM");
+    CharUpperW(help.data());
+    EXPECT_EQ(ToText(context.helpPath), ToText(help));
+
+    machine_.SetDecimalSeparator(u"123456789");
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_FRENCH, 2), &context), "ENUS");
+    EXPECT_EQ(ValueOf(context.language), LANG_ENGLISH);
+    EXPECT_EQ(ValueOf(context.sublanguage), 1);
+    EXPECT_EQ(ToText(context.decimalSeparator), "1234567");
+    EXPECT_NE(ToText(context.helpPath).find("KV62ENUS.CHM"), std::string::npos);
+}
+
+TEST_F(ResourceModule, AModuleThatDoesNotLoadIsReplaced) {
+    DriverPackage package = Languages({u"ENUS"});
+    package.dependent.push_back({u"KV62GERM.DLL", "no library"});
+    Install(package);
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1)), "ENUS");
+}
+
+TEST_F(ResourceModule, NoneAtAll) {
+    Install(Languages({}));
+    ResourceContext context;
+    memset(&context, 0x55, sizeof(context));
+    EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1), &context), "");
+    EXPECT_EQ(ValueOf(context.helpPath[0]), 0);
+    EXPECT_EQ(ValueOf(context.language), LANG_ENGLISH);
+    EXPECT_EQ(ToText(context.decimalSeparator), ".");
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,248 @@
+// What the commands print of a printer: the values that matter, in JSON and in text.
+#include <windows.h>
+#include <winspool.h>
+
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "driver/devmode/devmode_fields.h"
+#include "platform/host.h"
+#include "tests/workbench/workbench_fixture.h"
+#include "tools/velmora/devmode_report.h"
+#include "tools/velmora/field_report.h"
+#include "tools/velmora/model_report.h"
+#include "tools/velmora/printer_report.h"
+#include "tools/velmora/spooler_client.h"
+
+namespace velmora {
+namespace {
+
+using Names = std::vector<std::string>;
+
+// The lines of a text with runs of spaces as one.
+Names Lines(const std::string& text) {
+    Names lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        std::istringstream words(line);
+        std::string joined;
+        for (std::string word; words >> word;) {
+            joined += (joined.empty() ? "" : " ") + word;
+        }
+        lines.push_back(joined);
+    }
+    return lines;
+}
+
+bool HasLine(const std::string& text, const std::string& line) {
+    const Names lines = Lines(text);
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+class ReportTest : public WorkbenchTest {
+  protected:
+    void SetUp() override { Succeed({"install", WriteSource()}); }
+};
+
+TEST_F(ReportTest, DevModeNamesValuesByTheFieldTableAndTheModel) {
+    const nlohmann::json devMode = Json({"devmode", "Probe 9"});
+    const struct {
+        const char* part;
+        const char* field;
+        nlohmann::json value;
+        nlohmann::json name;
+    } cases[] = {
+        {"public", "dmDeviceName", "Probe 9", nullptr},
+        {"public", "dmDriverVersion", 0x100, "1.0"},
+        {"public", "dmSize", 220, nullptr},
+        {"public", "dmOrientation", 1, "portrait"},
+        {"public", "dmPaperSize", 9, "A4"},
+        {"public", "dmPaperLength", 2970, nullptr},
+        {"public", "dmDefaultSource", 257, "Upper tray"},
+        {"public", "dmColor", 0, "not set"},
+        {"private", "privateSignature", 0xCACA, "0xCACA"},
+        {"private", "resolutionIndex", 1, "Fine"},
+        {"private", "resolutionId", 600, nullptr},
+        {"private", "mediaIndex", 1, "Plain paper"},
+        {"private", "interleaveBin", 257, "Upper tray"},
+        {"private", "frontCoverBin", 261, nullptr},
+        {"private", "frontCoverPaper", -1, "as the document"},
+        {"private", "uiFitToPaper", 65535, nullptr},
+        {"private", "modelCode", 909, nullptr},
+        {"private", "pjlJobStart", "@PJL JOB NAME=\"!JOBNAME\"\r\n@PJL SET GUISTARTJOB=1\r\n", nullptr},
+        {"private", "descriptionPath", "C:\\WINDOWS\\SYSTEM32\\SPOOL\\DRIVERS\\X64\\3\\PROBE.XPI", nullptr},
+        {"private", "exceptionArea", "", nullptr},
+        {"private", "objectColor.mode", {1, 3, 2}, nullptr},
+        {"private", "objectPresetNames", {"", "", ""}, nullptr},
+    };
+    for (const auto& expected : cases) {
+        const nlohmann::json& field = devMode.at(expected.part).at(expected.field);
+        EXPECT_EQ(field.at("value"), expected.value) << expected.field;
+        EXPECT_EQ(field.at("valueName"), expected.name) << expected.field;
+    }
+    const nlohmann::json& features = devMode.at("private").at("featureSelection");
+    EXPECT_EQ(features.at("value").size(), 32u);
+    EXPECT_EQ(features.at("value")[1], -1);
+    EXPECT_EQ(features.at("valueName")[0], "Economy: Off");
+    EXPECT_EQ(features.at("valueName")[1], "Account: no option");
+    EXPECT_EQ(features.at("valueName")[2], nullptr);
+    EXPECT_EQ(devMode.at("public").size(), PublicFields().size());
+    EXPECT_EQ(devMode.at("private").size(), PrivateFields().size());
+}
+
+TEST_F(ReportTest, DevModeAsText) {
+    const std::string text = Succeed({"devmode", "Probe 9"});
+    for (const char* line : {
+             "Public part, 220 bytes",
+             "dmPaperSize 9 (A4) paper: DMPAPER_ id, driver-defined id,",
+             "dmFormName \"\" never used",
+             "Private part, 3868 bytes",
+             "pjlJobStart \"@PJL JOB NAME=\\\"!JOBNAME\\\"\\r\\n@PJL PJL lines sent at the start of a job",
+             "SET GUISTARTJOB=1\\r\\n\"",
+             "exceptionArea 734 bytes, all 0 exception records, then page lists",
+             "objectColor.mode 1, 3, 2 treatment of an object kind's colours",
+             "colorAdjust 0 (3 times) brightness, contrast, saturation",
+         }) {
+        EXPECT_TRUE(HasLine(text, line)) << line << "\n" << text;
+    }
+}
+
+TEST_F(ReportTest, LanguageIsTheUsersAndIsKept) {
+    EXPECT_EQ(Json({"--language", "GERM", "devmode", "Probe 9"}).at("public").at("dmDefaultSource").at("valueName"),
+              "Oberes Fach");
+    EXPECT_EQ(Json({"devmode", "Probe 9"}).at("private").at("resolutionIndex").at("valueName"), "Fein");
+    EXPECT_EQ(Json({"devmode", "Probe 9", "--language", "0x0809"}).at("private").at("resolutionIndex").at("valueName"),
+              "Fine");
+}
+
+TEST_F(ReportTest, ModelTables) {
+    const nlohmann::json model = Json({"model", "Probe 9"});
+    EXPECT_EQ(model.at("values").at("pdlType").at("valueName"), "pcl6");
+    EXPECT_EQ(model.at("values").at("defaultBin").at("valueName"), "Upper tray");
+    EXPECT_EQ(model.at("values").at("customMaxWidth").at("value"), 2970);
+    EXPECT_EQ(model.at("papers").size(), 3u);
+    EXPECT_EQ(model.at("papers")[2].at("name"), "Card");
+    EXPECT_EQ(model.at("papers")[2].at("widthMm"), 100.0);
+    EXPECT_EQ(model.at("papers")[2].at("keyword"), "pr:Card");
+    EXPECT_EQ(model.at("trays")[0].at("isOffered"), true);
+    EXPECT_EQ(model.at("trays")[1].at("isOffered"), false) << "the second tray isn't installed";
+    EXPECT_EQ(model.at("media")[0].at("jobText"), "\"@PJL SET MEDIATYPE=PLAIN\\r\\n\"");
+    EXPECT_EQ(model.at("resolutions")[1].at("xDpi"), 600);
+    EXPECT_EQ(model.at("margins")[0].at("leftMm"), 4.2);
+    EXPECT_EQ(model.at("features")[1].at("optionCount"), 0);
+    EXPECT_EQ(model.at("featureOptions").size(), 2u);
+    EXPECT_EQ(model.at("featureOptions")[1].at("jobValue"), "\"ON\"");
+    EXPECT_EQ(model.at("constraints")[0].at("trays"), nlohmann::json({"Lower tray"}));
+    EXPECT_EQ(model.at("constraints")[0].at("onlyBothSides"), true);
+    EXPECT_EQ(model.at("constraints")[0].at("message"), "Cards come from the upper tray.");
+    EXPECT_EQ(model.at("colorModes"), nlohmann::json::array());
+
+    const std::string text = Succeed({"model", "Probe 9"});
+    EXPECT_TRUE(HasLine(text, "257 Upper tray 0x1 yes pr:Upper")) << text;
+    EXPECT_EQ(text.find("Colour modes"), text.npos) << "empty tables are left out";
+}
+
+TEST_F(ReportTest, PrinterData) {
+    EXPECT_EQ(Succeed({"data", "Probe 9"}), "\"Probe 9\" has no printer data\n");
+    EXPECT_EQ(Json({"data", "Probe 9"}), nlohmann::json::array());
+    {
+        const host::Machine machine(MachineFolder());
+        const OwnedPrinter printer = OpenNamedPrinter("Probe 9");
+        const auto set = [&](std::u16string name, DWORD type, std::u16string text) {
+            EXPECT_EQ(SetPrinterDataW(printer.Get(), name.data(), type, reinterpret_cast<BYTE*>(text.data()),
+                                      static_cast<DWORD>(text.size() * sizeof(WCHAR))),
+                      static_cast<DWORD>(ERROR_SUCCESS));
+        };
+        set(u"Settings", REG_SZ, std::u16string(u"a\\b\"\n\0", 6));
+        set(u"Memory", REG_DWORD, std::u16string(u"\x0100\x0000", 2));
+        set(u"FontSubs", REG_MULTI_SZ, std::u16string(u"Arial\0Helv\0\0", 12));
+        set(u"DeviceInfo", REG_BINARY, u"\x0201\x0A00");
+        set(u"Empty", REG_BINARY, u"");
+        set(u"Odd", 77, u"\x0001");
+    }
+    const std::string text = Succeed({"data", "Probe 9"});
+    for (const char* line : {"Settings string 12 \"a\\\\b\\\"\\n\"", "Memory dword 4 256 (0x100)",
+                             "FontSubs multi-string 24 \"Arial\", \"Helv\"", "DeviceInfo binary 4 01 02 00 0A",
+                             "Empty binary 0", "Odd type 77 2 01 00"}) {
+        EXPECT_TRUE(HasLine(text, line)) << line << "\n" << text;
+    }
+    const nlohmann::json data = Json({"data", "Probe 9"});
+    EXPECT_EQ(data[0].at("value"), "a\\b\"\n");
+    EXPECT_EQ(data[1].at("value"), 256);
+    EXPECT_EQ(data[2].at("value"), nlohmann::json({"Arial", "Helv"}));
+}
+
+TEST_F(ReportTest, UnknownPrintersAndUnreadableModels) {
+    for (const char* command : {"devmode", "model", "data", "remove"}) {
+        EXPECT_EQ(Fail({command, "Nope"}),
+                  "velmora: there is no printer \"Nope\" on this machine; its printers: \"Probe 9\"\n");
+    }
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(MachineFolder())) {
+        if (entry.path().extension() == ".XPI") {
+            std::ofstream(entry.path(), std::ios::trunc) << "short";
+        }
+    }
+    EXPECT_NE(Fail({"devmode", "Probe 9"}).find("install the model again"), std::string::npos);
+    Succeed({"remove", "Probe 9"});
+    EXPECT_EQ(Fail({"devmode", "Nope"}),
+              "velmora: there is no printer \"Nope\" on this machine; it has none yet: velmora install MODEL.json\n");
+    EXPECT_EQ(Succeed({"printers"}), "this machine has no printers; install one: velmora install MODEL.json\n");
+}
+
+// Every model of the project, by every report that a model goes through.
+TEST_F(WorkbenchTest, ProjectModelsInAHundredColumns) {
+    size_t models = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_SOURCE_DIR "/models")) {
+        if (entry.path().extension() != ".json" || entry.path().filename().string().ends_with("schema.json")) {
+            continue;
+        }
+        ++models;
+        const std::string printer = "Printer " + std::to_string(models);
+        Succeed({"install", entry.path().string(), "--name", printer});
+        for (const std::string command : {"devmode", "model"}) {
+            std::istringstream text(Succeed({command, printer}));
+            for (std::string line; std::getline(text, line);) {
+                const auto characters =
+                    std::count_if(line.begin(), line.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
+                EXPECT_LE(characters, 100) << line;
+            }
+            EXPECT_FALSE(Json({command, printer}).empty());
+        }
+    }
+    EXPECT_GE(models, 3u);
+}
+
+TEST_F(WorkbenchTest, ReportsLeaveNothingOpen) {
+    // The machine is the test's own here, so that it can be asked.
+    Succeed({"install", WriteSource()});
+    const host::Machine machine(MachineFolder());
+    ReportDefaultDevMode("Probe 9");
+    ReportModel("Probe 9");
+    ReportPrinterData("Probe 9");
+    ReportPrinters();
+    EXPECT_EQ(host::StillOpen(), Names());
+}
+
+TEST(Fields, PageInDocsIsCurrent) {
+    std::ifstream stream(VELMORA_SOURCE_DIR "/docs/device-mode.md", std::ios::binary);
+    const std::string page(std::istreambuf_iterator<char>(stream), {});
+    EXPECT_EQ(page, MakeFieldPage()) << "./dev docs writes it anew";
+}
+
+TEST_F(WorkbenchTest, FieldsNeedNoMachine) {
+    const nlohmann::json fields = Json({"fields"});
+    const auto angle = std::ranges::find_if(
+        fields.at("private"), [](const nlohmann::json& field) { return field.at("field") == "watermarkAngle"; });
+    ASSERT_NE(angle, fields.at("private").end());
+    EXPECT_EQ(fields.at("public").size(), PublicFields().size());
+    EXPECT_EQ(fields.at("private").size(), PrivateFields().size());
+    EXPECT_EQ(*angle, nlohmann::json::parse(R"({"offset": 404, "field": "watermarkAngle", "type": "i32",
+        "meaning": "tenths of a degree; height of a rendered file", "default": "0",
+        "valid": "below 3600 for text, 1 and above for a rendered file"})"));
+    EXPECT_EQ(Succeed({"fields", "--markdown"}), MakeFieldPage());
+    EXPECT_FALSE(std::filesystem::exists(MachineFolder()));
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,22 @@
+// The failure of a command: what went wrong, where, and what to do about it, for the one who gave the command.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace velmora {
+
+class CommandError : public std::runtime_error {
+  public:
+    // `details`: whole lines, with their line ends, that come before the message.
+    explicit CommandError(const std::string& message, std::string details = {})
+        : std::runtime_error(message), details_(std::move(details)) {}
+
+    const std::string& Details() const { return details_; }
+
+  private:
+    std::string details_;
+};
+
+}  // namespace velmora

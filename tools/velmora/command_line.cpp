@@ -1,0 +1,252 @@
+#include "tools/velmora/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "platform/host.h"
+#include "tools/velmora/command_error.h"
+#include "tools/velmora/devmode_report.h"
+#include "tools/velmora/driver_package.h"
+#include "tools/velmora/field_report.h"
+#include "tools/velmora/machine_settings.h"
+#include "tools/velmora/model_report.h"
+#include "tools/velmora/printer_report.h"
+#include "tools/velmora/table.h"
+
+namespace velmora {
+namespace {
+
+// What a command line says, and where its command writes.
+struct Request {
+    const std::filesystem::path& programFolder;
+    std::ostream& output;
+
+    std::string machineFolder = {};
+    MachineSettings settings = {};
+    bool json = false;
+
+    std::string model = {};
+    std::optional<std::string> name = {};
+    std::string printer = {};
+    bool markdown = false;
+};
+
+// The machine of the command, set as the command line says.
+std::unique_ptr<host::Machine> OpenMachine(const Request& request) {
+    const std::filesystem::path folder =
+        request.machineFolder.empty() ? DefaultMachineFolder() : std::filesystem::path(request.machineFolder);
+    std::unique_ptr<host::Machine> machine;
+    try {
+        machine = std::make_unique<host::Machine>(folder);
+    } catch (const std::exception& error) {
+        throw CommandError("the machine in " + folder.string() + " can't be used: " + error.what() +
+                           "; name another folder with --machine");
+    }
+    Apply(request.settings, *machine);
+    return machine;
+}
+
+void Print(const Request& request, std::span<const Table> tables) {
+    request.output << (request.json ? FormatJson(ToJson(tables)) : FormatText(tables));
+}
+
+// One table, and what stands in place of an empty one.
+void PrintOne(const Request& request, const Table& table, const std::string& whenEmpty) {
+    if (table.rows.empty() && !request.json) {
+        request.output << whenEmpty << "\n";
+    } else {
+        Print(request, std::span(&table, 1));
+    }
+}
+
+void Install(const Request& request) {
+    const PackagedModel model = ReadModel(request.model);
+    const BuiltFiles files = FindBuiltFiles(request.programFolder);
+    const auto machine = OpenMachine(request);
+    const Installation done = InstallPrinter(*machine, files, model, request.name.value_or(model.modelName));
+    if (request.json) {
+        request.output << FormatJson({{"printer", done.printer},
+                                      {"driver", done.driver},
+                                      {"renewedDriver", done.renewedDriver},
+                                      {"otherPrinters", done.otherPrinters}});
+        return;
+    }
+    request.output << "installed printer \"" << done.printer << "\", "
+                   << (done.renewedDriver ? "driver renewed: " : "driver ") << done.driver << "\n";
+    for (const std::string& other : done.otherPrinters) {
+        request.output << "also of this driver: \"" << other << "\"\n";
+    }
+}
+
+void Printers(const Request& request) {
+    const auto machine = OpenMachine(request);
+    PrintOne(request, ReportPrinters(), "this machine has no printers; install one: velmora install MODEL.json");
+}
+
+void Remove(const Request& request) {
+    const auto machine = OpenMachine(request);
+    const bool driverRemoved = RemovePrinter(request.printer);
+    if (request.json) {
+        request.output << FormatJson({{"printer", request.printer}, {"driverRemoved", driverRemoved}});
+    } else {
+        request.output << "removed printer \"" << request.printer << "\""
+                       << (driverRemoved ? " and its driver" : "; its driver stays") << "\n";
+    }
+}
+
+void DevMode(const Request& request) {
+    const auto machine = OpenMachine(request);
+    Print(request, ReportDefaultDevMode(request.printer));
+}
+
+void Model(const Request& request) {
+    const auto machine = OpenMachine(request);
+    Print(request, ReportModel(request.printer));
+}
+
+void Data(const Request& request) {
+    const auto machine = OpenMachine(request);
+    PrintOne(request, ReportPrinterData(request.printer), "\"" + request.printer + "\" has no printer data");
+}
+
+void Fields(const Request& request) {
+    if (request.markdown) {
+        request.output << MakeFieldPage();
+    } else {
+        Print(request, ReportFields());
+    }
+}
+
+// An option whose text a function reads; a text that it can't read is a wrong command line.
+template <class Value>
+void AddParsed(CLI::App& app, const std::string& name, std::optional<Value>& target,
+               std::optional<Value> (*parse)(const std::string&), const char* typeName, const std::string& expected,
+               const std::string& description) {
+    app.add_option_function<std::string>(
+           name,
+           [&target, parse, name, expected](const std::string& text) {
+               target = parse(text);
+               if (!target) {
+                   throw CLI::ValidationError(name, "\"" + text + "\" is not " + expected);
+               }
+           },
+           description)
+        ->type_name(typeName)
+        ->group("Machine (kept with it until set again)");
+}
+
+void AddGlobalOptions(CLI::App& app, Request& request) {
+    app.add_option("--machine", request.machineFolder,
+                   "Folder of the machine (default: below $XDG_DATA_HOME or ~/.local/share)")
+        ->type_name("DIR");
+    app.add_flag("--json", request.json, "Print JSON");
+    AddParsed<LANGID>(app, "--language", request.settings.language, ParseLanguage, "CODE",
+                      "a language: a code such as ENUS, GERM, JAPA, or an id such as 0x0407",
+                      "The user's language: ENUS, GERM, JAPA, ... or 0x0407");
+    AddParsed<bool>(app, "--measurement", request.settings.isMetric, ParseMeasurement, "SYSTEM", "metric or us",
+                    "The user's measurement system: metric or us");
+    AddParsed<MachineSettings::Version>(app, "--system-version", request.settings.systemVersion, ParseVersion,
+                                        "VERSION", "a version such as 10.0", "The system's version: 10.0");
+    AddParsed<std::string>(app, "--computer-name", request.settings.computerName, ParseComputerName, "NAME",
+                           "a computer name: 1 to 15 letters, digits, \"-\" and \"_\"", "The computer's name");
+}
+
+struct Command {
+    const char* name;
+    const char* description;
+    const char* more;  // for its own help
+    const char* example;
+    void (*run)(const Request& request);
+    void (*addArguments)(CLI::App& app, Request& request);
+};
+
+void AddPrinterArgument(CLI::App& app, Request& request) {
+    app.add_option("PRINTER", request.printer, "Name of the printer")->required();
+}
+
+void AddModelArguments(CLI::App& app, Request& request) {
+    app.add_option("MODEL", request.model, "Model source (.json) or compiled description (.XPI)")->required();
+    app.add_option("--name", request.name, "The printer's name (default: the model's)");
+}
+
+void AddFieldArguments(CLI::App& app, Request& request) {
+    app.add_flag("--markdown", request.markdown, "Print the page docs/device-mode.md");
+}
+
+void AddNoArguments(CLI::App&, Request&) {}
+
+constexpr Command kCommands[] = {
+    {"install", "Install a printer from a model",
+     "A source is compiled first. The model's driver is installed with the printer, or renewed for all its printers.",
+     "velmora install models/velmora-c3200.json --name \"Third floor\"", Install, AddModelArguments},
+    {"printers", "List the machine's printers", "", "velmora printers", Printers, AddNoArguments},
+    {"remove", "Remove a printer", "Its driver goes with the last printer of it.", "velmora remove \"Third floor\"",
+     Remove, AddPrinterArgument},
+    {"devmode", "Print a printer's default device mode", "Every field, with what its value means.",
+     "velmora devmode \"Velmora C3200\" --json | jq .public.dmPaperSize", DevMode, AddPrinterArgument},
+    {"model", "Print a printer's model", "Every value and table as the driver reads them, in the user's language.",
+     "velmora model \"Velmora C3200\" --language GERM", Model, AddPrinterArgument},
+    {"data", "Print a printer's data", "The named values that the driver keeps with the printer.",
+     "velmora data \"Velmora C3200\"", Data, AddPrinterArgument},
+    {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",
+     "velmora fields --markdown", Fields, AddFieldArguments},
+};
+
+std::string ExplainUsageError(const CLI::App* app, const CLI::Error& error) {
+    const std::vector<CLI::App*> commands = app->get_subcommands();
+    const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+    return std::string("velmora: ") + error.what() + "\nTry: velmora" + command + " --help\n";
+}
+
+}  // namespace
+
+int RunCommandLine(const std::vector<std::string>& arguments, const std::filesystem::path& programFolder,
+                   std::ostream& output, std::ostream& errors) {
+    Request request = {programFolder, output};
+    CLI::App app(
+        "The printer driver's workbench: installs printers on a machine of its own and shows what the driver "
+        "makes of them.",
+        "velmora");
+    app.require_subcommand(0, 1);  // a word that names no command is told as such
+    app.fallthrough();
+    app.failure_message(ExplainUsageError);
+    app.footer(
+        "Example: velmora install models/velmora-c3200.json && velmora devmode \"Velmora C3200\"\n"
+        "Exit codes: 0 done, 1 failed, 2 wrong command line.");
+    AddGlobalOptions(app, request);
+    const Command* chosen = nullptr;
+    for (const Command& command : kCommands) {
+        CLI::App* const subcommand = app.add_subcommand(command.name, command.description);
+        subcommand->footer(std::string(command.more) + (*command.more != 0 ? "\n" : "") +
+                           "Example: " + command.example);
+        command.addArguments(*subcommand, request);
+        subcommand->callback([&chosen, &command] { chosen = &command; });
+    }
+    try {
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // as CLI11 takes them
+        app.parse(std::move(reversed));
+        if (!chosen) {
+            throw CLI::RequiredError("A command");
+        }
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, output, errors) == 0 ? kDone : kUsage;
+    }
+    try {
+        chosen->run(request);
+        output.flush();
+        if (!output) {
+            throw CommandError("the output can't be written");
+        }
+        return kDone;
+    } catch (const CommandError& error) {
+        errors << error.Details() << "velmora: " << error.what() << "\n";
+    } catch (const std::exception& error) {
+        errors << "velmora: " << error.what() << "\n";
+    }
+    return kFailed;
+}
+
+}  // namespace velmora

@@ -1,0 +1,268 @@
+#include "tools/velmora/driver_package.h"
+
+#include <windows.h>
+#include <winspool.h>
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <iterator>
+
+#include "driver/base/handles.h"
+#include "driver/devdesc/description_file.h"
+#include "platform/kernel/text.h"
+#include "tools/velmora/command_error.h"
+#include "tools/velmora/spooler_client.h"
+#include "tools/xpic/compile.h"
+
+namespace velmora {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kStagingFolder = "Velmora package";  // below the drive
+constexpr DWORD kDriverVersion = 3;                        // DRIVER_INFO_3.cVersion: user-mode drivers
+constexpr size_t kMostPrinterName = 127;                   // the driver knows no longer ones
+constexpr size_t kMostStem = 64;  // keeps the installed path within the device mode's descriptionPath
+
+struct BuiltFile {
+    fs::path BuiltFiles::*place;
+    const char* fromProgram;  // path from the program's folder
+    const char* name;         // as it is installed
+};
+
+constexpr BuiltFile kBuiltFiles[] = {
+    {&BuiltFiles::renderingCore, VELMORA_RENDERING_CORE, "KV62R.DLL"},
+    {&BuiltFiles::configurationFile, VELMORA_CONFIGURATION_FILE, "KV62U.DLL"},
+    {&BuiltFiles::languageModule, VELMORA_LANGUAGE_MODULE, "KV62ENUS.DLL"},
+};
+
+std::string UpperCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return text;
+}
+
+// A file name without extension that holds nothing the driver could take for another of its files: it looks for
+// extensions anywhere in a path.
+std::string DriverNameFrom(const fs::path& file) {
+    std::string name = UpperCase(file.stem().string());
+    if (name.size() > kMostStem) {
+        throw CommandError(file.string() + ": the file's name becomes the driver's and has more than " +
+                           std::to_string(kMostStem) + " characters; give it a shorter one");
+    }
+    for (char& c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        c = byte >= 0x80 || std::isalnum(byte) || c == '-' || c == '_' || c == ' ' ? c : '-';
+    }
+    return name;
+}
+
+std::vector<std::byte> ReadFile(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream || fs::is_directory(file)) {
+        throw CommandError(file.string() + " can't be read");
+    }
+    const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+    const auto* const first = reinterpret_cast<const std::byte*>(bytes.data());
+    return {first, first + bytes.size()};
+}
+
+[[noreturn]] void ThrowFaults(const fs::path& file, const std::vector<Diagnostic>& diagnostics) {
+    std::string lines;
+    for (const Diagnostic& diagnostic : diagnostics) {
+        lines += FormatDiagnostic(diagnostic) + "\n";
+    }
+    const size_t count = diagnostics.size();
+    throw CommandError(file.string() + " has " + std::to_string(count) + (count == 1 ? " fault" : " faults") +
+                           "; nothing was installed",
+                       lines);
+}
+
+// The package's files on the machine's drive, for as long as they are needed.
+class StagedPackage {
+  public:
+    StagedPackage(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model)
+        : folder_(machine.Drive() / kStagingFolder) {
+        try {
+            // What a command left that was killed.
+            fs::remove_all(folder_);
+            fs::create_directories(folder_);
+            for (const BuiltFile& file : kBuiltFiles) {
+                fs::copy_file(files.*file.place, folder_ / file.name);
+            }
+            WriteFileAtomically(folder_ / model.dataFile, model.description);
+        } catch (const fs::filesystem_error& error) {
+            Remove();
+            throw CommandError(std::string("the package can't be put on the machine's drive: ") + error.what());
+        }
+    }
+    ~StagedPackage() { Remove(); }
+    StagedPackage(const StagedPackage&) = delete;
+    StagedPackage& operator=(const StagedPackage&) = delete;
+
+    // As the machine names it.
+    static std::u16string PathOf(const std::string& name) {
+        return host::ToWide(std::string("C:\\") + kStagingFolder + "\\" + name);
+    }
+
+  private:
+    void Remove() {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+
+    fs::path folder_;
+};
+
+void CheckDescription(const PackagedModel& model) {
+    const OwnedFile file(CreateFileW(StagedPackage::PathOf(model.dataFile).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!LoadDeviceModel(file.Get())) {
+        throw CommandError(model.file.string() +
+                           ": the driver can't read a model from it; is it a compiled description file?");
+    }
+}
+
+void AddDriver(const PackagedModel& model) {
+    std::u16string name = host::ToWide(model.driverName);
+    std::u16string core = StagedPackage::PathOf("KV62R.DLL");
+    std::u16string configuration = StagedPackage::PathOf("KV62U.DLL");
+    std::u16string data = StagedPackage::PathOf(model.dataFile);
+    std::u16string dependent = StagedPackage::PathOf("KV62ENUS.DLL") + u'\0';  // multi-string
+    std::u16string dataType = u"RAW";
+    DRIVER_INFO_3W info = {};
+    info.cVersion = kDriverVersion;
+    info.pName = name.data();
+    info.pDriverPath = core.data();
+    info.pDataFile = data.data();
+    info.pConfigFile = configuration.data();
+    info.pDependentFiles = dependent.data();
+    info.pDefaultDataType = dataType.data();
+    if (!AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info),
+                             APD_COPY_ALL_FILES | APD_COPY_FROM_DIRECTORY)) {
+        ThrowRefused("AddPrinterDriverExW of " + model.driverName);
+    }
+}
+
+void AddPrinter(const std::string& printerName, const std::string& driverName) {
+    std::u16string name = host::ToWide(printerName);
+    std::u16string driver = host::ToWide(driverName);
+    std::u16string port = u"FILE:";
+    std::u16string processor = u"winprint";
+    std::u16string dataType = u"RAW";
+    PRINTER_INFO_2W info = {};
+    info.pPrinterName = name.data();
+    info.pDriverName = driver.data();
+    info.pPortName = port.data();
+    info.pPrintProcessor = processor.data();
+    info.pDatatype = dataType.data();
+    const HANDLE added = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info));
+    if (!added) {
+        ThrowRefused("AddPrinterW of \"" + printerName + "\"");
+    }
+    ClosePrinter(added);
+}
+
+bool DeleteDriver(const std::string& driverName) {
+    std::u16string name = host::ToWide(driverName);
+    return DeletePrinterDriverExW(nullptr, nullptr, name.data(), DPD_DELETE_UNUSED_FILES, 0) != FALSE;
+}
+
+std::vector<std::string> PrintersOf(const std::string& driverName) {
+    std::vector<std::string> names;
+    for (const PrinterEntry& printer : ListPrinters()) {
+        if (SameName(printer.driver, driverName)) {
+            names.push_back(printer.name);
+        }
+    }
+    return names;
+}
+
+void CheckPrinterName(const std::string& name) {
+    if (name.empty() || name.find_first_of("\\,!") != name.npos || host::ToWide(name).size() > kMostPrinterName) {
+        throw CommandError("\"" + name + "\" can't be a printer's name: that has 1 to " +
+                           std::to_string(kMostPrinterName) +
+                           " characters, none of them a backslash, a comma or an exclamation mark; choose another "
+                           "with --name");
+    }
+    for (const PrinterEntry& printer : ListPrinters()) {
+        if (SameName(printer.name, name)) {
+            throw CommandError("there is a printer \"" + printer.name +
+                               "\" already; remove it first (velmora remove \"" + printer.name +
+                               "\") or choose another name with --name");
+        }
+    }
+}
+
+}  // namespace
+
+BuiltFiles FindBuiltFiles(const fs::path& programFolder) {
+    BuiltFiles files;
+    for (const BuiltFile& file : kBuiltFiles) {
+        const fs::path path = (programFolder / file.fromProgram).lexically_normal();
+        if (!fs::is_regular_file(path)) {
+            throw CommandError("the driver's file " + path.string() +
+                               " isn't there; build the target velmora and run it from its build folder");
+        }
+        files.*file.place = path;
+    }
+    return files;
+}
+
+PackagedModel ReadModel(const fs::path& file) {
+    const std::string extension = UpperCase(file.extension().string());
+    const bool isSource = extension == ".JSON";
+    if (!isSource && extension != ".XPI") {
+        throw CommandError(file.string() + ": a model is a source (.json) or a compiled description (.XPI)");
+    }
+    PackagedModel model;
+    model.file = file;
+    model.driverName = DriverNameFrom(file);
+    model.dataFile = model.driverName + ".XPI";
+    if (isSource) {
+        CompileResult result = CompileModel(file);
+        if (!result.Succeeded()) {
+            ThrowFaults(file, result.diagnostics);
+        }
+        model.description = std::move(result.bytes);
+        model.modelName = std::move(result.modelName);
+    } else {
+        model.description = ReadFile(file);
+    }
+    if (model.modelName.empty()) {
+        model.modelName = model.driverName;
+    }
+    return model;
+}
+
+Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,
+                            const std::string& printerName) {
+    CheckPrinterName(printerName);
+    Installation installation = {printerName, model.driverName, false, PrintersOf(model.driverName)};
+    for (const DriverEntry& driver : ListDrivers()) {
+        installation.renewedDriver |= SameName(driver.name, model.driverName);
+    }
+    const StagedPackage package(machine, files, model);
+    CheckDescription(model);
+    AddDriver(model);
+    try {
+        AddPrinter(printerName, model.driverName);
+    } catch (...) {
+        if (!installation.renewedDriver) {
+            DeleteDriver(model.driverName);
+        }
+        throw;
+    }
+    return installation;
+}
+
+bool RemovePrinter(const std::string& printerName) {
+    const OwnedPrinter printer = OpenNamedPrinter(printerName);
+    const std::string driver = DriverOf(printer.Get()).name;
+    if (!DeletePrinter(printer.Get())) {
+        ThrowRefused("DeletePrinter of \"" + printerName + "\"");
+    }
+    return PrintersOf(driver).empty() && DeleteDriver(driver);
+}
+
+}  // namespace velmora

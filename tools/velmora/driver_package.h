@@ -1,0 +1,54 @@
+// Driver packages: the built files that make a driver with a model, and installing and removing printers of one.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/host.h"
+
+namespace velmora {
+
+// The files of the build that every package has.
+struct BuiltFiles {
+    std::filesystem::path renderingCore;
+    std::filesystem::path configurationFile;  // the driver
+    std::filesystem::path languageModule;
+};
+
+// Where the build puts them, seen from the folder of the workbench's program. Throws a CommandError for one that isn't
+// there.
+BuiltFiles FindBuiltFiles(const std::filesystem::path& programFolder);
+
+// A model as it goes into a package. Its data file gives the driver its name: printers of one model share a driver, and
+// installing a model again renews it for all of them.
+struct PackagedModel {
+    std::filesystem::path file;  // where it comes from
+    std::vector<std::byte> description;
+    std::string dataFile;    // file name in the driver's folder, "VELMORA-C3200.XPI"
+    std::string driverName;  // the same without the extension
+    std::string modelName;   // as the source gives it, else the driver's name
+};
+
+// Compiles a model source (.json) or reads a compiled description (.XPI). Throws a CommandError where that fails; for a
+// faulty source its details are what the compiler says, a line a fault.
+PackagedModel ReadModel(const std::filesystem::path& file);
+
+struct Installation {
+    std::string printer;
+    std::string driver;
+    bool renewedDriver;                      // the driver was there before
+    std::vector<std::string> otherPrinters;  // of the same driver
+};
+
+// Installs the driver and a printer of it by the published calls. Throws a CommandError where anything is refused; a
+// driver that wasn't there before isn't there then either.
+Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,
+                            const std::string& printerName);
+
+// Removes the printer, and its driver where no printer of it is left. True where the driver went too. Throws a
+// CommandError for an unknown printer and where the spooler refuses it.
+bool RemovePrinter(const std::string& printerName);
+
+}  // namespace velmora

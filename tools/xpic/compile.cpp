@@ -1,0 +1,64 @@
+#include "tools/xpic/compile.h"
+
+#include <fstream>
+#include <iterator>
+
+#include "tools/xpic/container.h"
+#include "tools/xpic/load_model.h"
+#include "tools/xpic/source_document.h"
+
+namespace velmora {
+
+CompileResult CompileModel(const std::filesystem::path& source) {
+    std::ifstream file(source, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file) {
+        CompileResult result;
+        result.diagnostics.push_back(
+            {source.string(), {}, std::string(kRootPath), "no file that can be read", "a model source"});
+        return result;
+    }
+    return CompileModelText(text, source);
+}
+
+CompileResult CompileModelText(std::string_view text, const std::filesystem::path& file) {
+    CompileResult result;
+    const std::optional<ModelSource> model = LoadModelSource(text, file, result.diagnostics);
+    if (model) {
+        result.modelName = model->modelName;
+        TextPools pools{LocalizedPool(model->languages)};
+        LimitFaults faults;
+        const Bytes block = BuildDeviceBlock(*model, pools, faults);
+        for (LimitFault& fault : faults) {
+            result.diagnostics.push_back({file.string(), {}, std::string(kRootPath), fault.found, fault.expected});
+        }
+        if (faults.empty()) {
+            result.bytes = BuildContainer(*model, block, pools);
+        }
+    }
+    SortDiagnostics(result.diagnostics);
+    return result;
+}
+
+void WriteFileAtomically(const std::filesystem::path& file, const std::vector<std::byte>& bytes) {
+    const std::filesystem::path temporary = file.string() + ".new";
+    std::error_code error;
+    {
+        std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
+        stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        stream.close();
+        if (!stream) {
+            error = std::make_error_code(std::errc::io_error);
+        }
+    }
+    if (!error) {
+        std::filesystem::rename(temporary, file, error);
+    }
+    if (error) {
+        std::error_code ignored;
+        std::filesystem::remove(temporary, ignored);
+        throw std::filesystem::filesystem_error("can't write", file, error);
+    }
+}
+
+}  // namespace velmora

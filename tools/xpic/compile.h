@@ -1,0 +1,32 @@
+// The model compiler: from a model source (JSON, docs/models.md) to a description file (".XPI").
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/xpic/diagnostic.h"
+
+namespace velmora {
+
+struct CompileResult {
+    std::vector<std::byte> bytes;         // the description file; empty when there are diagnostics
+    std::vector<Diagnostic> diagnostics;  // in the order of the source
+    std::string modelName;                // UTF-8, empty where the source gives none
+
+    bool Succeeded() const { return diagnostics.empty(); }
+};
+
+// A file that can't be read is a diagnostic too. Throws only what memory or a missing code page of the system brings.
+CompileResult CompileModel(const std::filesystem::path& source);
+
+// `file` is named in messages; its folder is where files named in the source are looked for.
+CompileResult CompileModelText(std::string_view text, const std::filesystem::path& file);
+
+// Puts the bytes under the name in one step: on failure, which is thrown as std::filesystem::filesystem_error, whatever
+// was there before is still there.
+void WriteFileAtomically(const std::filesystem::path& file, const std::vector<std::byte>& bytes);
+
+}  // namespace velmora

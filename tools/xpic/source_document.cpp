@@ -1,0 +1,187 @@
+#include "tools/xpic/source_document.h"
+
+#include <algorithm>
+
+namespace velmora {
+namespace {
+
+constexpr size_t kDeepestNesting = 32;
+
+bool IsPlainKey(std::string_view key) {
+    return !key.empty() && std::all_of(key.begin(), key.end(), [](unsigned char c) {
+        return c == '$' || c == '_' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    });
+}
+
+// Walks a text that is already known to be JSON (or to be JSON up to a byte) and counts lines and characters.
+class PositionScanner {
+  public:
+    PositionScanner(std::string_view text, SourceDocument& document, std::vector<Diagnostic>& diagnostics)
+        : text_(text), document_(document), diagnostics_(diagnostics) {}
+
+    // Enters the place of every value into the document. False when a key stands twice or the nesting is too deep.
+    bool Scan() {
+        bool good = true;
+        SkipBlanks();
+        if (!Value(std::string(kRootPath), at_)) {
+            return false;
+        }
+        while (!open_.empty()) {
+            SkipBlanks();
+            Level& level = open_.back();
+            if (text_[next_] == '}' || text_[next_] == ']') {
+                Advance();
+                open_.pop_back();
+                continue;
+            }
+            if (text_[next_] == ',') {
+                Advance();
+                continue;
+            }
+            const Position start = at_;
+            std::string path;
+            if (level.isObject) {
+                path = MemberPath(level.path, Key());
+                if (document_.positions.count(path) != 0) {
+                    diagnostics_.push_back(
+                        {document_.file.string(), start, path, "the key a second time", "each key once in an object"});
+                    good = false;
+                }
+            } else {
+                path = ElementPath(level.path, level.count++);
+            }
+            if (!Value(path, start)) {
+                return false;
+            }
+        }
+        return good;
+    }
+
+    // The place of a byte offset.
+    Position PlaceOf(size_t offset) {
+        while (next_ < std::min(offset, text_.size())) {
+            Advance();
+        }
+        return at_;
+    }
+
+  private:
+    struct Level {
+        std::string path;
+        bool isObject;
+        size_t count = 0;
+    };
+
+    void Advance() {
+        const unsigned char c = static_cast<unsigned char>(text_[next_++]);
+        if (c == '\n') {
+            ++at_.line;
+            at_.column = 1;
+        } else if ((c & 0xC0) != 0x80) {
+            ++at_.column;
+        }
+    }
+
+    void SkipBlanks() {
+        constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+        if (next_ == 0 && text_.starts_with(kByteOrderMark)) {
+            next_ = kByteOrderMark.size();
+        }
+        while (next_ < text_.size()) {
+            const std::string_view rest = text_.substr(next_);
+            if (rest.starts_with("//")) {
+                while (next_ < text_.size() && text_[next_] != '\n') {
+                    Advance();
+                }
+            } else if (rest.starts_with("/*")) {
+                PlaceOf(text_.find("*/", next_ + 2) + 2);
+            } else if (rest[0] == ' ' || rest[0] == '\t' || rest[0] == '\r' || rest[0] == '\n') {
+                Advance();
+            } else {
+                return;
+            }
+        }
+    }
+
+    // Steps over a string and returns it as written, quotes included.
+    std::string_view String() {
+        const size_t start = next_;
+        do {
+            if (text_[next_] == '\\') {
+                Advance();
+            }
+            Advance();
+        } while (text_[next_] != '"');
+        Advance();
+        return text_.substr(start, next_ - start);
+    }
+
+    std::string Key() {
+        const std::string key = Json::parse(String()).get<std::string>();
+        SkipBlanks();
+        Advance();  // the colon
+        SkipBlanks();
+        return key;
+    }
+
+    bool Value(std::string path, Position start) {
+        document_.positions.emplace(path, start);
+        const char first = text_[next_];
+        if (first == '{' || first == '[') {
+            if (open_.size() == kDeepestNesting) {
+                diagnostics_.push_back({document_.file.string(), start, path, "another level of nesting",
+                                        "at most " + std::to_string(kDeepestNesting) + " levels"});
+                return false;
+            }
+            Advance();
+            open_.push_back({std::move(path), first == '{'});
+        } else if (first == '"') {
+            String();
+        } else {
+            while (next_ < text_.size() &&
+                   std::string_view(",]} \t\r\n/").find(text_[next_]) == std::string_view::npos) {
+                Advance();
+            }
+        }
+        return true;
+    }
+
+    std::string_view text_;
+    SourceDocument& document_;
+    std::vector<Diagnostic>& diagnostics_;
+    size_t next_ = 0;
+    Position at_{1, 1};
+    std::vector<Level> open_;
+};
+
+}  // namespace
+
+std::string MemberPath(const std::string& parent, std::string_view key) {
+    if (IsPlainKey(key)) {
+        return parent + "." + std::string(key);
+    }
+    return parent + "[" + Json(key).dump(-1, ' ', false, Json::error_handler_t::replace) + "]";
+}
+
+std::string ElementPath(const std::string& parent, size_t index) {
+    return parent + "[" + std::to_string(index) + "]";
+}
+
+bool ParseSource(std::string_view text, SourceDocument& document, std::vector<Diagnostic>& diagnostics) {
+    PositionScanner scanner(text, document, diagnostics);
+    try {
+        document.root = Json::parse(text, nullptr, true, true);
+    } catch (const Json::parse_error& error) {
+        // "[json.exception…] parse error at line 3, column 5: syntax error while …; expected …": the place is our own.
+        std::string what = error.what();
+        if (const size_t reason = what.find(": "); reason != std::string::npos) {
+            what.erase(0, reason + 2);
+        }
+        diagnostics.push_back({document.file.string(), scanner.PlaceOf(error.byte == 0 ? 0 : error.byte - 1),
+                               std::string(kRootPath), "no JSON (" + what + ")", "a JSON document"});
+        return false;
+    }
+    return scanner.Scan();
+}
+
+}  // namespace velmora

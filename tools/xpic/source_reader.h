@@ -1,0 +1,149 @@
+// Typed reading of a source's values. Whatever is wrong becomes a diagnostic at its place and reading goes on with a
+// harmless value, so that one run finds all faults.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tools/xpic/model_source.h"
+#include "tools/xpic/source_document.h"
+#include "tools/xpic/text_encoding.h"
+
+namespace velmora {
+
+// A value and its place.
+struct SourceValue {
+    const Json* json = nullptr;
+    std::string path;
+};
+
+// What all readers of one source share.
+struct SourceContext {
+    const SourceDocument& document;
+    std::vector<Diagnostic>& diagnostics;
+    std::vector<const Language*> languages;
+    TextEncoder encoder;
+
+    void Report(const std::string& path, std::string found, std::string expected);
+};
+
+struct Range {
+    int64_t min;
+    int64_t max;
+};
+
+// Longest texts, in bytes without the terminator, as their readers hold them.
+struct TextLimit {
+    static constexpr size_t kLabel = 63;
+    static constexpr size_t kPaperLabel = 127;  // media and messages too
+    static constexpr size_t kTrayLabel = 47;
+    static constexpr size_t kLink = 255;
+    static constexpr size_t kKeyword = 119;
+    static constexpr size_t kKeywordName = 79;  // the part of a keyword behind its colon
+    static constexpr size_t kNamespace = 159;
+    static constexpr size_t kRendererPaper = 14;
+    static constexpr size_t kRendererMedium = 63;
+    static constexpr size_t kJobWord = 127;   // a key or a value of a job line
+    static constexpr size_t kJobText = 1023;  // a whole job command
+    static constexpr size_t kExtraText = 11;  // the device mode's extraText
+    static constexpr size_t kFontFace = 31;   // the device mode's font names
+    static constexpr size_t kSubstitution = 63;
+};
+
+// As a message shows them: "12.34", "\"Leter\"", "an object".
+std::string Describe(const Json& json);
+std::string Quote(std::string_view text);
+// "\"Letter\"" for a near name; else all of them, or no more than the noun when they are many.
+std::string ExpectOneOf(std::string_view noun, std::string_view name, const std::vector<std::string_view>& known);
+
+std::string ExpectInteger(Range range);
+// `given` is what stands there, empty when it is no word.
+std::string ExpectWord(Words words, std::optional<Range> numbers, std::string_view given);
+
+// The names of a table's records.
+class NameIndex {
+  public:
+    // `noun` stands in messages: "a tray".
+    explicit NameIndex(std::string_view noun) : noun_(noun) {}
+
+    // Names must not be empty or given twice. Records are numbered in the order of the calls, faulty ones too.
+    void Add(SourceContext& context, const std::string& path, const std::string& name);
+    // Reports an unknown name.
+    std::optional<size_t> Resolve(SourceContext& context, const SourceValue& value) const;
+    size_t Count() const { return count_; }
+    const std::string& Noun() const { return noun_; }
+
+  private:
+    std::string noun_;
+    std::map<std::string, size_t, std::less<>> byName_;
+    size_t count_ = 0;
+};
+
+// The element readers behind ObjectReader's member readers; a fault gives nothing.
+std::optional<int64_t> ReadInteger(SourceContext& context, const SourceValue& value, Range range);
+// Millimetres in the source, 0.1 mm in `range` and in the result.
+std::optional<int64_t> ReadMillimetres(SourceContext& context, const SourceValue& value, Range range);
+// A word, or a number where `numbers` allows it.
+std::optional<int64_t> ReadWord(SourceContext& context, const SourceValue& value, Words words,
+                                std::optional<Range> numbers);
+std::optional<std::string> ReadString(SourceContext& context, const SourceValue& value);
+// In kFixedTextEncoding.
+std::optional<std::string> ReadFixedText(SourceContext& context, const SourceValue& value, size_t maxBytes);
+std::optional<LocalizedText> ReadLocalizedText(SourceContext& context, const SourceValue& value, size_t maxBytes);
+// A text (its bytes in kFixedTextEncoding) or an object with one of "file", "hex", "base64".
+std::optional<Bytes> ReadBytes(SourceContext& context, const SourceValue& value);
+std::vector<SourceValue> ReadElements(SourceContext& context, const SourceValue& value);
+std::vector<std::pair<std::string, SourceValue>> ReadMembers(SourceContext& context, const SourceValue& value);
+
+// Reads the members of an object, each by its key; without a fallback the member must be there. Keys that nobody asked
+// for are reported at the end of the reader's life.
+class ObjectReader {
+  public:
+    // Reports a value that is no object; it is read as an empty one, of which nothing more is reported.
+    ObjectReader(SourceContext& context, SourceValue value);
+    ~ObjectReader();
+    ObjectReader(const ObjectReader&) = delete;
+    ObjectReader& operator=(const ObjectReader&) = delete;
+
+    bool Has(std::string_view key);
+    std::optional<SourceValue> Find(std::string_view key);
+    // Reports an absent member.
+    std::optional<SourceValue> Require(std::string_view key, std::string_view expected);
+    const std::string& Path() const { return value_.path; }
+    std::string PathOf(std::string_view key) const { return MemberPath(value_.path, key); }
+
+    int64_t Integer(std::string_view key, Range range, std::optional<int64_t> fallback);
+    int64_t Millimetres(std::string_view key, Range range, std::optional<int64_t> fallback);
+    int64_t Choice(std::string_view key, Words words, std::optional<Range> numbers, std::optional<int64_t> fallback);
+    bool Flag(std::string_view key, bool fallback);
+    std::string FixedText(std::string_view key, size_t maxBytes, std::string_view fallback = {});
+    // A Print Schema keyword, "prefix:keyword".
+    std::string Keyword(std::string_view key, std::string_view fallback = {});
+    LocalizedText Localized(std::string_view key, size_t maxBytes);
+    // The record's name (required, UTF-8) and its display text, which is the name where no "label" is given.
+    std::string Name();
+    LocalizedText Label(const std::string& name, size_t maxBytes, std::string_view fallback = {});
+    TicketValues Ticket();
+    // Empty for an absent member.
+    std::vector<SourceValue> Elements(std::string_view key);
+    std::vector<std::pair<std::string, SourceValue>> Members(std::string_view key);
+    // The sum (as bits) of an array of words.
+    uint32_t WordBits(std::string_view key, Words words, uint32_t fallback);
+    // Positions of the named records, in the order given, none twice.
+    std::vector<size_t> References(std::string_view key, const NameIndex& names);
+    // The position of the named record.
+    size_t Reference(std::string_view key, const NameIndex& names, size_t fallback);
+
+  private:
+    SourceContext& context_;
+    SourceValue value_;
+    bool isObject_;
+    std::vector<std::string_view> known_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,28 @@
+// The published paper sizes that model sources name.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace velmora {
+
+struct StandardPaper {
+    std::string_view name;  // as sources write it
+    int16_t id;             // DMPAPER_ (wingdi.h)
+    int16_t width;          // 0.1 mm
+    int16_t length;         // 0.1 mm
+    bool isMetric;
+    std::string_view label;         // English display name
+    std::string_view keyword;       // Print Schema keyword with its prefix; empty where none is published
+    int16_t pclSizeCode;            // PCL page size code, 0 where none is published
+    std::string_view rendererName;  // the PCL 6 renderer's name, empty where it knows none
+};
+
+extern const std::span<const StandardPaper> kStandardPapers;
+
+// Null for an unknown one.
+const StandardPaper* FindStandardPaper(std::string_view name);
+const StandardPaper* FindStandardPaper(int64_t id);
+
+}  // namespace velmora
