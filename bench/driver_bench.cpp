@@ -68,8 +68,8 @@ class BenchPrinter {
             std::exit(1);
         }
         const std::string driver = "BENCH" + std::to_string(papers);
-        InstallPrinter(machine, FindBuiltFiles(WorkbenchFolder()), {"bench.json", compiled.bytes, driver + ".XPI", driver, driver},
-                       name_);
+        InstallPrinter(machine, FindBuiltFiles(WorkbenchFolder()),
+                       {"bench.json", compiled.bytes, driver + ".XPI", driver, driver}, name_);
         printer_ = OpenNamedPrinter(name_);
         FindDescriptionFile(printer_.Get(), path_);
     }

@@ -34,7 +34,7 @@ inline constexpr ColorGroup kColorGroups[] = {
 // The group's feature list in a loaded model, or null.
 inline const ColorFeatureRecord* ColorFeatures(const DeviceModel& model, const ColorGroup& group) {
     const ColorFeatureRecord* features = nullptr;
-    memcpy(&features, reinterpret_cast<const char*>(&model) + group.featuresSlot, sizeof(features));
+    memcpy(&features, reinterpret_cast<const char*>(&model) + group.featuresSlot, sizeof(void*));
     return features;
 }
 

@@ -13,7 +13,7 @@
 extern "C" {
 
 // lParamInit of a device (printer) property sheet.
-typedef struct _DEVICEPROPERTYHEADER {
+typedef struct DEVICEPROPERTYHEADER {
     WORD cbSize;
     WORD Flags;
     HANDLE hPrinter;
@@ -21,7 +21,7 @@ typedef struct _DEVICEPROPERTYHEADER {
 } DEVICEPROPERTYHEADER, *PDEVICEPROPERTYHEADER;
 
 // lParamInit of a document property sheet.
-typedef struct _DOCUMENTPROPERTYHEADER {
+typedef struct DOCUMENTPROPERTYHEADER {
     WORD cbSize;
     WORD Reserved;
     HANDLE hPrinter;
@@ -33,7 +33,7 @@ typedef struct _DOCUMENTPROPERTYHEADER {
 } DOCUMENTPROPERTYHEADER, *PDOCUMENTPROPERTYHEADER;
 
 // What DevQueryPrintEx is asked with; no field of it is read.
-typedef struct _DEVQUERYPRINT_INFO DEVQUERYPRINT_INFO, *PDEVQUERYPRINT_INFO;
+typedef struct DEVQUERYPRINT_INFO DEVQUERYPRINT_INFO, *PDEVQUERYPRINT_INFO;
 
 BOOL WINAPI DevQueryPrint(HANDLE hPrinter, LPDEVMODEW pDevMode, DWORD* pResID);
 BOOL WINAPI DevQueryPrintEx(PDEVQUERYPRINT_INFO pDQPInfo);

@@ -310,8 +310,10 @@ SHORT DefaultPaperForLocale() {
 
 void DeviceNameFromPrinterName(WCHAR* destination, const WCHAR* printerName, size_t limit) {
     const WCHAR* name = FileNamePart(printerName);
-    const WCHAR* end = FindText(name, TEXT(",Local"));
-    const size_t length = end ? static_cast<size_t>(end - name) : TextLength(name);
+    size_t length = 0;
+    while (name[length] != 0 && !TextBeginsWith(name + length, TEXT(",Local"))) {
+        ++length;
+    }
     CopyText(destination, length + 1 < limit ? length + 1 : limit, name);
 }
 

@@ -16,11 +16,11 @@ namespace {
 
 // The test program's own imports are replaced too, so what a stand-in builds on is asked of the library itself.
 template <class Function>
-Function Genuine(Function, const char* name) {
+Function Genuine(const char* name) {
     const auto address = GetProcAddress(GetModuleHandleW(L"winspool.drv"), name);
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
-#define GENUINE(call) Genuine(&call, #call)
+#define GENUINE(call) Genuine<decltype(&(call))>(#call)
 
 // PRINTER_INFO_2W of the printer as Wine has it; empty on failure, with the last error set.
 std::vector<BYTE> GenuinePrinterInfo(HANDLE printer) {
@@ -356,25 +356,24 @@ struct StandIn {
     bool used;
 };
 
-// `published` is there for its type: the stand-in is of the same.
 template <class Function>
-StandIn MakeStandIn([[maybe_unused]] Function published, const char* call, const char* why, bool (*works)(HANDLE),
-                    Function function) {
+StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Function function) {
     return {call, why, works, reinterpret_cast<void*>(function), false};
 }
+#define STAND_IN(call, why, works, function) MakeStandIn<decltype(&(call))>(#call, why, works, function)
 
 constexpr char kNotWritten[] = "not there, a call ends the process";
 constexpr char kNoForms[] = "no form is kept";
 constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
 
 std::vector<StandIn> standIns = {
-    MakeStandIn(&DeletePrinterDataW, "DeletePrinterDataW", kNotWritten, DeletesPrinterData, &StandInDeletePrinterData),
-    MakeStandIn(&DevQueryPrint, "DevQueryPrint", kNotWritten, QueriesPrint, &StandInDevQueryPrint),
-    MakeStandIn(&AddFormW, "AddFormW", kNoForms, KeepsForms, &StandInAddForm),
-    MakeStandIn(&EnumFormsW, "EnumFormsW", kNoForms, KeepsForms, &StandInEnumForms),
-    MakeStandIn(&DeleteFormW, "DeleteFormW", kNoForms, KeepsForms, &StandInDeleteForm),
-    MakeStandIn(&GetPrinterW, "GetPrinterW", kTextOnly, KeepsDevModes, &StandInGetPrinter),
-    MakeStandIn(&SetPrinterW, "SetPrinterW", kTextOnly, KeepsDevModes, &StandInSetPrinter),
+    STAND_IN(DeletePrinterDataW, kNotWritten, DeletesPrinterData, StandInDeletePrinterData),
+    STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
+    STAND_IN(AddFormW, kNoForms, KeepsForms, StandInAddForm),
+    STAND_IN(EnumFormsW, kNoForms, KeepsForms, StandInEnumForms),
+    STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),
+    STAND_IN(GetPrinterW, kTextOnly, KeepsDevModes, StandInGetPrinter),
+    STAND_IN(SetPrinterW, kTextOnly, KeepsDevModes, StandInSetPrinter),
 };
 
 template <class T>

@@ -223,11 +223,11 @@ class BlockBuilder {
     }
 
     void AddColorFeatures() {
-        constexpr size_t kGroupSlots[kColorGroups] = {
+        constexpr size_t kGroupSlots[kColorGroupCount] = {
             offsetof(DeviceModel, textColorFeatures), offsetof(DeviceModel, imageColorFeatures),
             offsetof(DeviceModel, graphicsColorFeatures), offsetof(DeviceModel, generalColorFeatures)};
         std::vector<ColorValueRecord> values;
-        for (size_t group = 0; group < kColorGroups; ++group) {
+        for (size_t group = 0; group < kColorGroupCount; ++group) {
             std::vector<ColorFeatureRecord> features;
             for (const ColorFeatureSource& feature : model_.colorFeatures[group]) {
                 features.push_back({String(feature.label), Position(values.size(), "color values")});

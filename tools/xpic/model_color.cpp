@@ -20,7 +20,7 @@ ColorValueSource ReadColorValue(ModelReader& reader, const SourceValue& element,
         const std::optional<SourceValue> given = object.Find(key);
         const std::optional<size_t> command =
             given ? reader.names.commands.Resolve(reader.context, *given) : std::nullopt;
-        return command ? reader.names.commandSlices[*command] : BlobSlice{};
+        return command ? reader.names.commandSlices[*command] : CommandSlice{};
     };
     value.first = slice("command");
     if (group != kGeneralGroup) {

@@ -19,10 +19,10 @@ struct ModelNames {
     NameIndex patterns{"a pattern"};
     NameIndex commands{"a command"};
     NameIndex colorModes{"a color mode"};
-    std::vector<BlobSlice> commandSlices;
+    std::vector<CommandSlice> commandSlices;
     // By group; the value names by feature too.
-    std::vector<NameIndex> colorFeatures = std::vector<NameIndex>(kColorGroups, NameIndex("a color feature"));
-    std::vector<std::vector<NameIndex>> colorValues = std::vector<std::vector<NameIndex>>(kColorGroups);
+    std::vector<NameIndex> colorFeatures = std::vector<NameIndex>(kColorGroupCount, NameIndex("a color feature"));
+    std::vector<std::vector<NameIndex>> colorValues = std::vector<std::vector<NameIndex>>(kColorGroupCount);
     std::vector<Word> trayOptions;    // bit values of DeviceInfo.installedOptions
     std::vector<Word> deviceOptions;  // bit values of DeviceInfo.optionFlags
 };

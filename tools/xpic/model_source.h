@@ -95,15 +95,15 @@ struct FeatureSource {
     std::vector<OptionSource> options;
 };
 
-struct BlobSlice {
+struct CommandSlice {
     uint16_t start = 0;
     uint16_t length = 0;
 };
 
 struct ColorValueSource {
     LocalizedText label;
-    BlobSlice first;
-    BlobSlice second;
+    CommandSlice first;
+    CommandSlice second;
     std::string jobValue;  // image models, in place of the slices
 };
 
@@ -135,7 +135,7 @@ struct PatternSource {
 };
 
 // The colour groups in the order of the preset settings' group numbers, which begin with 1.
-enum ColorGroup { kTextGroup, kImageGroup, kGraphicsGroup, kGeneralGroup, kColorGroups };
+enum ColorGroupIndex { kTextGroup, kImageGroup, kGraphicsGroup, kGeneralGroup, kColorGroupCount };
 
 // The lists that only the PrintTicket provider reads.
 enum KeywordList {
@@ -173,7 +173,7 @@ struct ModelSource {
     std::vector<ResolutionSource> resolutions;
     std::vector<FeatureSource> features;
     std::vector<ColorModeSource> colorModes;
-    std::array<std::vector<ColorFeatureSource>, kColorGroups> colorFeatures;
+    std::array<std::vector<ColorFeatureSource>, kColorGroupCount> colorFeatures;
     std::array<std::vector<KeywordSource>, kKeywordLists> keywordLists;
 
     std::vector<Bytes> fonts;

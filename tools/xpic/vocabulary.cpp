@@ -35,7 +35,7 @@ constexpr Word kMedia[] = {{"standard", 1}, {"transparency", 2}, {"glossy", 3}};
 constexpr Word kOrientations[] = {{"portrait", 1}, {"landscape", 2}};
 constexpr Word kTrayOptions[] = {{"secondTray", 2}};
 constexpr Word kDeviceOptions[] = {{"duplexUnit", 0}, {"extraOption", 1}, {"borderless", 3}, {"stapler", 4}};
-constexpr Word kColorGroups[] = {{"text", 1}, {"image", 2}, {"graphics", 3}, {"general", 4}};
+constexpr Word kColorGroupNames[] = {{"text", 1}, {"image", 2}, {"graphics", 3}, {"general", 4}};
 
 constexpr Language kLanguageTable[] = {
     {"af", 0x36, "CP1252"}, {"ar", 0x01, "CP1256"}, {"be", 0x23, "CP1251"}, {"bg", 0x02, "CP1251"},
@@ -66,7 +66,7 @@ constinit const Words kMediaWords = kMedia;
 constinit const Words kOrientationWords = kOrientations;
 constinit const Words kTrayOptionWords = kTrayOptions;
 constinit const Words kDeviceOptionWords = kDeviceOptions;
-constinit const Words kColorGroupWords = kColorGroups;
+constinit const Words kColorGroupWords = kColorGroupNames;
 constinit const std::span<const Language> kLanguages = kLanguageTable;
 
 const Language* FindLanguage(std::string_view code) {
