@@ -2,6 +2,15 @@
 # elsewhere (the platform layer loads that).
 find_program(VELMORA_WINDRES NAMES x86_64-w64-mingw32-windres REQUIRED)
 
+# Scripts are preprocessed for the host's own headers: the SDK's by the cross compiler, the layer's by this host's compiler.
+if(WIN32)
+  set(VELMORA_RC_PREPROCESSOR)
+else()
+  set(VELMORA_RC_PREPROCESSOR
+    --preprocessor=${CMAKE_CXX_COMPILER} --preprocessor-arg=-E --preprocessor-arg=-xc --preprocessor-arg=-DRC_INVOKED
+    -I ${PROJECT_SOURCE_DIR}/platform/include)
+endif()
+
 # add_resource_module(TARGET FILE.DLL SOURCE.rc): the module is made as RESOURCE_MODULE_FILE, a property of the target.
 function(add_resource_module target file source)
   get_filename_component(source "${source}" ABSOLUTE)
@@ -10,7 +19,7 @@ function(add_resource_module target file source)
   set(module "${CMAKE_CURRENT_BINARY_DIR}/${file}")
   add_custom_command(
     OUTPUT "${res}"
-    COMMAND "${VELMORA_WINDRES}" --codepage=65001 -I "${folder}" -O res -i "${source}" -o "${res}"
+    COMMAND "${VELMORA_WINDRES}" ${VELMORA_RC_PREPROCESSOR} --codepage=65001 -I "${folder}" -O res -i "${source}" -o "${res}"
     DEPENDS "${source}"
     VERBATIM)
   if(WIN32)

@@ -179,7 +179,7 @@ DescriptionBuilder SmallModel(uint16_t pdlType, uint16_t colorCapability) {
         OptionRecord record = {};
         record.nameRef = nameRef;
         options.append(reinterpret_cast<const char*>(&record), sizeof(record));
-        options.resize(options.size() + OptionStride(pdlType) - sizeof(record));
+        options.resize(options.size() + (pdlType == kPdlImage ? 2 : 0));
     }
     builder.Bytes(offsetof(DeviceModel, optionTable), options);
     builder.Table(offsetof(DeviceModel, featureTable),

@@ -231,6 +231,18 @@ TEST_F(FontGroups, NothingIsStoredWithoutFontsRoomOrAnIndex) {
     EXPECT_EQ(StartsOf(file), Groups());
 }
 
+TEST_F(FontGroups, AnArrayOutsideTheBlockIsAbsent) {
+    DescriptionBuilder builder;
+    builder.AddFont("font");
+    const uint32_t end = builder.Bytes(offsetof(DeviceModel, memoryTable), "1234") + 4;
+    for (const uint32_t offset : {end, end + 1, end + 0x10000, 0xFFFFFFFFu}) {
+        builder.SetSlot(offsetof(DeviceModel, fontGroups), offset);
+        const HeapOwner<DeviceModel> model = Load(builder.Build());
+        ASSERT_TRUE(model) << offset;
+        EXPECT_TRUE(model->fontGroups == nullptr) << offset;
+    }
+}
+
 // The array may lie anywhere in the block, over the slots too: what is written there is checked like everything else.
 TEST_F(FontGroups, AnArrayOverTheSlotsHarmsNothing) {
     DescriptionBuilder builder;

@@ -267,8 +267,19 @@ TEST_F(PaperLookup, MarginsOfCustomSizesGoByTheirLimits) {
     AddPaper(&notCustom, 1);
     notCustom.maxWidth = 32767;
     notCustom.maxLength = 32767;
+    MarginRecord wider = Margins(kPortraitMargins, 5, 5, 5, 5);
+    AddPaper(&wider, 0);
+    wider.minWidth = 1235;
+    wider.maxWidth = 1300;
+    wider.maxLength = 2345;
+    MarginRecord taller = Margins(kPortraitMargins, 6, 6, 6, 6);
+    AddPaper(&taller, 0);
+    taller.maxWidth = 1300;
+    taller.minLength = 2346;
+    taller.maxLength = 2400;
     DescriptionBuilder builder = SmallModel(kPdlPcl6);
-    builder.Table(offsetof(DeviceModel, marginTable), std::vector<MarginRecord>{notCustom, narrow, wide, longer});
+    builder.Table(offsetof(DeviceModel, marginTable),
+                  std::vector<MarginRecord>{notCustom, wider, taller, narrow, wide, longer});
     InstallModel(builder, kTwoSizes);
     EXPECT_EQ(MarginsOf(448), "3,2");
     EXPECT_EQ(MarginsOf(449), "1,1");

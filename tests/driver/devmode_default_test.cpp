@@ -314,7 +314,7 @@ TEST_F(DefaultDevMode, FeaturesWithoutOptionsCountDown) {
         for (const uint16_t nameRef : {1, 1, 0, 0, 1, 0}) {
             const OptionRecord record = {nameRef, 1, 1};
             options.append(reinterpret_cast<const char*>(&record), sizeof(record));
-            options.resize(options.size() + OptionStride(pdlType) - sizeof(record));
+            options.resize(options.size() + (pdlType == kPdlImage ? 2 : 0));
         }
         builder.Bytes(offsetof(DeviceModel, optionTable), options);
         std::vector<FeatureRecord> features;

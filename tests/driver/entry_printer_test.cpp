@@ -47,7 +47,7 @@ TEST_F(PrinterAccess, PrinterNamesAreCutAndMadeLocal) {
         {u"Test Printer,DEVMODE", "Test Printer"},
         {u"Test Printer,DEVMODE,DrvConvert,Local", "Test Printer"},
         {u"DEVMODE,Local", "DEVMODE"},
-        {u"\\\\OTHER-PC\\Test Printer", "none"},
+        {u"\\\\VELMORA-PX\\Test Printer", "none"},
         {u"\\\\VELMORA-PC", "none"},
         {u"Test Printer,Other", "none"},
         {u",Local", "none"},
@@ -103,9 +103,9 @@ TEST_F(PrinterAccess, WritingPrinterDataIsTried) {
 TEST_F(PrinterAccess, DriverFilesAreSearchedInOrder) {
     DriverPackage package = PackageOf("");
     package.core.name = u"set-core.dll";
-    package.configuration.name = u"set-config.dll";
-    package.data = {u"set-data.dat", "d"};
-    package.help = {u"set-help.hlp", "h"};
+    package.data = {u"set-p1.dat", "d"};
+    package.help = {u"set-p1p2.hlp", "h"};
+    package.configuration.name = u"set-p2.dll";
     package.dependent = {{u"set-one.txt", "1"}, {u"set-two.txt", "2"}};
     Install(package);
     constexpr struct {
@@ -115,9 +115,9 @@ TEST_F(PrinterAccess, DriverFilesAreSearchedInOrder) {
         {u"SET-", "SET-ONE.TXT"},
         {u"set-two", "SET-TWO.TXT"},
         {u".t", "SET-ONE.TXT"},
-        {u"DAT", "SET-DATA.DAT"},
-        {u"-H", "SET-HELP.HLP"},
-        {u"SET-CO", "SET-CONFIG.DLL"},  // the rendering core is never searched
+        {u"P1", "SET-P1.DAT"},
+        {u"P2", "SET-P1P2.HLP"},
+        {u".DLL", "SET-P2.DLL"},  // the rendering core is never searched
         {u"CORE", ""},
         {u"\\3\\", "SET-ONE.TXT"},  // the whole path counts
         {u"", ""},
@@ -127,8 +127,8 @@ TEST_F(PrinterAccess, DriverFilesAreSearchedInOrder) {
         EXPECT_EQ(Found(nullptr, c.fragment), c.found) << ToText(c.fragment ? c.fragment : u"null");
     }
     WCHAR path[MAX_PATH];
-    EXPECT_TRUE(FindDriverFile(Printer(), nullptr, TEXT("help"), path));
-    WideText installed = InstalledPath(u"set-help.hlp");
+    EXPECT_TRUE(FindDriverFile(Printer(), nullptr, TEXT("hlp"), path));
+    WideText installed = InstalledPath(u"set-p1p2.hlp");
     CharUpperW(installed.data());
     EXPECT_EQ(ToText(path), ToText(installed));
 }
@@ -188,7 +188,7 @@ TEST_F(PrinterAccess, FileVersions) {
         {"one number", VersionedFile(u"3"), 3},
         {"two numbers", VersionedFile(u"1.2"), 0x0102},
         {"wide numbers", VersionedFile(u"300.7"), static_cast<WORD>((300 << 8) + 7)},
-        {"a wide minor number", VersionedFile(u"2.300"), 0x0200 + 300},
+        {"a wide minor number", VersionedFile(u"3.300"), 0x0300 + 300},
         {"text behind the number", VersionedFile(u"4.1 beta"), 0x0401},
         {"the first translation",
          VersionedFile({japanese, {0x0409, 1252}}, {{u"041104B0", u"5.6"}, {u"040904E4", u"7.8"}}), 0x0506},

@@ -25,10 +25,13 @@ TEST_F(PrinterDataFile, IsOpenedUnsharedAndWritable) {
     const WideText path = InstalledPath(u"kv62.dat");
     ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
     {
-        const OwnedFile file = OpenPrinterDataFile(kPrinterName, GENERIC_READ | GENERIC_WRITE);
+        const OwnedFile file = OpenPrinterDataFile(kPrinterName, GENERIC_READ);
         EXPECT_TRUE(file);
-        EXPECT_FALSE(OpenPrinterDataFile(kPrinterName, GENERIC_READ));
+        const OwnedFile second(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+        EXPECT_FALSE(second);
     }
+    EXPECT_TRUE(OpenPrinterDataFile(kPrinterName, GENERIC_READ | GENERIC_WRITE));
     EXPECT_EQ(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_READONLY, 0u);
     EXPECT_EQ(GetPrinterDataFileSize(kPrinterName), 1234u);
     EXPECT_EQ(GetBasePdfSize(Printer()), 1234u);
