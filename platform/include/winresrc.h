@@ -1,5 +1,5 @@
-// What resource scripts name: constants alone, since the resource compiler reads nothing else. Values as published (winnt.h,
-// verrsrc.h).
+// What resource scripts name: constants alone, since the resource compiler reads nothing else. Values as published
+// (winnt.h, verrsrc.h).
 #pragma once
 
 #ifdef RC_INVOKED
