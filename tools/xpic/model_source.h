@@ -27,7 +27,11 @@ struct LocalizedText {
     bool Absent() const { return resourceId == 0 && byLanguage.empty(); }
 };
 
+// Every record has the name by which the source refers to it (UTF-8). A model that was read from a description file has
+// none until names are made for it.
+
 struct PaperSource {
+    std::string name;
     LocalizedText label;
     int16_t id = 0;
     std::string keyword;
@@ -41,6 +45,7 @@ struct PaperSource {
 };
 
 struct TraySource {
+    std::string name;
     uint32_t mask = 0;
     uint16_t binId = 0;
     LocalizedText label;
@@ -49,6 +54,7 @@ struct TraySource {
 
 // Its id in the device mode is the text reference of its job value.
 struct ExtraKeywordSource {
+    std::string name;
     uint32_t mask = 0;
     LocalizedText label;
     std::string keyword;
@@ -56,6 +62,7 @@ struct ExtraKeywordSource {
 };
 
 struct MediumSource {
+    std::string name;
     uint32_t mark = 0;
     LocalizedText label;
     std::string jobText;
@@ -66,6 +73,7 @@ struct MediumSource {
 };
 
 struct ResolutionSource {
+    std::string name;
     int16_t resolutionId = 0;
     std::string jobText;
     LocalizedText label;
@@ -82,12 +90,14 @@ struct ConstraintSource {
 };
 
 struct OptionSource {
+    std::string name;
     LocalizedText label;
     std::string jobValue;
     std::string keyword;
 };
 
 struct FeatureSource {
+    std::string name;
     LocalizedText label;
     std::string jobKey;
     uint32_t mask = 0;
@@ -101,6 +111,7 @@ struct CommandSlice {
 };
 
 struct ColorValueSource {
+    std::string name;
     LocalizedText label;
     CommandSlice first;
     CommandSlice second;
@@ -108,17 +119,20 @@ struct ColorValueSource {
 };
 
 struct ColorFeatureSource {
+    std::string name;
     LocalizedText label;
     std::vector<ColorValueSource> values;
 };
 
 struct ColorModeSource {
+    std::string name;
     uint32_t kind = 0;
     std::string displayName;
     std::vector<PresetSettingRecord> settings;
 };
 
 struct KeywordSource {
+    std::string name;
     LocalizedText label;
     std::string keyword;
     TicketValues ticketValues{};
@@ -130,6 +144,7 @@ struct FontSubstitution {
 };
 
 struct PatternSource {
+    std::string name;
     int16_t size = 0;  // k: the block is 32*k*k bytes
     Bytes block;
 };
@@ -146,6 +161,12 @@ enum KeywordList {
     kMediaColors,
     kExtraListC,
     kKeywordLists
+};
+
+// A localised text that the source gives in some of the model's languages only.
+struct MissingText {
+    std::string path;  // of the text
+    const Language* language;
 };
 
 struct ModelSource {
@@ -180,6 +201,11 @@ struct ModelSource {
     std::vector<Bytes> images;
     std::vector<PatternSource> patterns;
     Bytes blob;
+
+    // What only a model from a source has.
+    std::vector<size_t> marginElements;      // by margin record: the element of "margins" that it was made of
+    std::vector<size_t> constraintElements;  // by constraint record: the element of "constraints"
+    std::vector<MissingText> missingTexts;
 };
 
 }  // namespace velmora

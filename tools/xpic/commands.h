@@ -1,0 +1,18 @@
+// The subcommands of xpic.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace velmora {
+
+// What xpic ends with. A command line that can't be understood is told by the command line's own reader.
+enum ExitCode : int {
+    kDone = 0,
+    kFault = 1,  // the source or a file is at fault
+    kBadCommandLine = 2,
+};
+
+// Adds the subcommand, which sets the code when it was run.
+void AddBuildCommand(CLI::App& app, int& exitCode);
+
+}  // namespace velmora
