@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -162,6 +163,9 @@ enum KeywordList {
     kExtraListC,
     kKeywordLists
 };
+// Their keys in a source.
+inline constexpr std::string_view kKeywordListKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
+                                                                     "extraListB",   "mediaColors",      "extraListC"};
 
 // A localised text that the source gives in some of the model's languages only.
 struct MissingText {
