@@ -163,7 +163,8 @@ enum KeywordList {
     kExtraListC,
     kKeywordLists
 };
-// Their keys in a source.
+
+// Their members of a source.
 inline constexpr std::string_view kKeywordListKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
                                                                      "extraListB",   "mediaColors",      "extraListC"};
 

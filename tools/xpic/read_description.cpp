@@ -411,7 +411,7 @@ DescriptionReading ReadDescription(std::span<const std::byte> file) {
         LimitFaults faults;
         BuildDeviceBlock(*reading.model, pools, faults);
         for (const LimitFault& fault : faults) {
-            AddFinding(reading.findings, "format-limit", std::string(kRootPath), fault.found + ", " + fault.expected);
+            AddFinding(reading.findings, "format-limit", fault.path, fault.found + ", " + fault.expected);
         }
     }
     return reading;
