@@ -85,7 +85,13 @@ class DescriptionReader {
         return FixedText(view_.JobText(reference, limit), path, limit);
     }
     // For references where an empty text means something else than none.
-    std::string NeverEmpty(uint16_t reference, std::string text, const std::string& path);
+    std::string NameOrNone(uint16_t reference, const std::string& path, size_t limit) {
+        return NeverEmpty(reference, view_.Name(reference, limit), path, limit);
+    }
+    std::string JobTextOrNone(uint16_t reference, const std::string& path, size_t limit) {
+        return NeverEmpty(reference, view_.JobText(reference, limit), path, limit);
+    }
+    std::string NeverEmpty(uint16_t reference, const PoolText& text, const std::string& path, size_t limit);
     std::string Keyword(uint16_t reference, const std::string& record);
     LocalizedText Localized(uint16_t reference, const std::string& path, size_t limit);
     // The display text of a record that would end its list without one.

@@ -75,8 +75,9 @@ void DescriptionReader::ReadExtraKeywords() {
         keyword.mask = record.optionMask;
         keyword.label = Localized(record.nameRef, path + ".label", TextLimit::kLabel);
         keyword.keyword = Keyword(record.keywordRef, path);
-        keyword.jobValue = NeverEmpty(record.id, JobText(record.id, valuePath, TextLimit::kJobWord), valuePath);
-        if (!jobValues.insert(keyword.jobValue).second) {
+        const size_t before = findings_.size();
+        keyword.jobValue = JobTextOrNone(record.id, valuePath, TextLimit::kJobWord);
+        if (findings_.size() == before && !jobValues.insert(keyword.jobValue).second) {
             Report("job-value-twice", valuePath,
                    keyword.jobValue.empty() ? "a second extra keyword without a job value"
                                             : "an earlier extra keyword has this job value");
@@ -129,8 +130,7 @@ void DescriptionReader::ReadFeatures() {
             const std::string valuePath = optionPath + ".jobValue";
             OptionSource option;
             option.label = Label(optionRecord.nameRef, optionPath, TextLimit::kLabel);
-            option.jobValue = NeverEmpty(optionRecord.jobValueRef,
-                                         JobText(optionRecord.jobValueRef, valuePath, TextLimit::kJobWord), valuePath);
+            option.jobValue = JobTextOrNone(optionRecord.jobValueRef, valuePath, TextLimit::kJobWord);
             option.keyword = Keyword(optionRecord.keywordRef, optionPath);
             feature.options.push_back(std::move(option));
         }
@@ -192,8 +192,7 @@ void DescriptionReader::ReadColorFeatures() {
                 value.label = Label(record.nameRef, valuePath, TextLimit::kLabel);
                 if (record_.pdlType == kPdlImage) {
                     const std::string wordPath = valuePath + ".jobValue";
-                    value.jobValue = NeverEmpty(record.firstStart,
-                                                JobText(record.firstStart, wordPath, TextLimit::kJobWord), wordPath);
+                    value.jobValue = JobTextOrNone(record.firstStart, wordPath, TextLimit::kJobWord);
                 } else {
                     value.first = {record.firstStart, record.firstLength};
                     CheckSlice(value.first, valuePath + ".command");
@@ -219,7 +218,7 @@ void DescriptionReader::ReadColorModes() {
         const std::string namePath = path + ".displayName";
         ColorModeSource mode;
         mode.kind = record.kind;
-        mode.displayName = NeverEmpty(record.nameRef, Name(record.nameRef, namePath, TextLimit::kLabel), namePath);
+        mode.displayName = NameOrNone(record.nameRef, namePath, TextLimit::kLabel);
         if (record.firstSetting >= 0) {
             mode.settings = Run<PresetSettingRecord>(settings, record.firstSetting, path + ".selects");
         }

@@ -164,14 +164,17 @@ void DescriptionReader::ReadLanguageTable() {
     // The compiler numbers the languages' strings in the order of the languages.
     std::stable_sort(others.begin(), others.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     model_.languages.push_back(english);  // until ChooseFirstLanguage
-    const auto addUse = [&](uint16_t base) {
-        const auto next = counts.upper_bound(base);
-        uses_.push_back({base, next != counts.end() ? uint32_t{next->first} - base : UINT32_MAX, 0, {}});
-    };
-    addUse(fallback);
+    uses_.push_back({fallback, UINT32_MAX, 0, {}});
     for (const auto& [base, language] : others) {
         model_.languages.push_back(language);
-        addUse(base);
+        uses_.push_back({base, UINT32_MAX, 0, {}});
+    }
+    for (LanguageUse& use : uses_) {
+        for (const LanguageUse& other : uses_) {
+            if (other.base > use.base) {
+                use.strings = std::min<uint32_t>(use.strings, other.base - use.base);
+            }
+        }
     }
 }
 
@@ -254,7 +257,7 @@ LocalizedText DescriptionReader::Localized(uint16_t reference, const std::string
             const std::string language = i == 0 ? "the first language" : Quote(model_.languages[i]->code);
             ReportText(*fault, path, "reference " + std::to_string(number) + " in " + language, limit);
         }
-        if (reference > uses_[i].strings && uses_[i].foreign++ == 0) {
+        if (string.fault == nullptr && reference > uses_[i].strings && uses_[i].foreign++ == 0) {
             uses_[i].firstForeign = path;
         }
         strings_.push_back({findings_.size(), path, i, string.text});
@@ -298,11 +301,12 @@ std::string DescriptionReader::FixedText(const PoolText& text, const std::string
     return std::string(text.text);
 }
 
-std::string DescriptionReader::NeverEmpty(uint16_t reference, std::string text, const std::string& path) {
-    if (reference != 0 && text.empty()) {
+std::string DescriptionReader::NeverEmpty(uint16_t reference, const PoolText& text, const std::string& path,
+                                          size_t limit) {
+    if (reference != 0 && text.fault == nullptr && text.text.empty()) {
         Report("text-empty", path, "reference " + std::to_string(reference) + " is an empty text");
     }
-    return text;
+    return FixedText(text, path, limit);
 }
 
 std::string DescriptionReader::Keyword(uint16_t reference, const std::string& record) {
@@ -375,16 +379,10 @@ void DescriptionReader::ReadNumbers() {
 void DescriptionReader::ReadTexts() {
     model_.pageLabel = Localized(record_.pageLabelRef, "$.pageLabel", TextLimit::kLabel);
     model_.link = Localized(record_.linkRef, "$.link", TextLimit::kLink);
-    const auto names = [&](uint16_t reference, const std::string& path, size_t limit) {
-        return NeverEmpty(reference, Name(reference, path, limit), path);
-    };
-    const auto texts = [&](uint16_t reference, const std::string& path, size_t limit) {
-        return NeverEmpty(reference, JobText(reference, path, limit), path);
-    };
-    model_.extraKeywordJobKey = texts(record_.jobTextRef, "$.extraKeywordJobKey", TextLimit::kJobWord);
-    model_.extraText = texts(record_.extraTextRef, "$.extraOption.text", TextLimit::kExtraText);
-    model_.namespaceUri = names(record_.oemNamespaceRef, "$.namespace.uri", TextLimit::kNamespace);
-    model_.namespacePrefix = names(record_.oemPrefixRef, "$.namespace.prefix", TextLimit::kLabel);
+    model_.extraKeywordJobKey = JobTextOrNone(record_.jobTextRef, "$.extraKeywordJobKey", TextLimit::kJobWord);
+    model_.extraText = JobTextOrNone(record_.extraTextRef, "$.extraOption.text", TextLimit::kExtraText);
+    model_.namespaceUri = NameOrNone(record_.oemNamespaceRef, "$.namespace.uri", TextLimit::kNamespace);
+    model_.namespacePrefix = NameOrNone(record_.oemPrefixRef, "$.namespace.prefix", TextLimit::kLabel);
 }
 
 DescriptionReading ReadDescription(std::span<const std::byte> file) {
