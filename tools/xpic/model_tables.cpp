@@ -333,10 +333,8 @@ void ReadFontSubstitutions(ModelReader& reader) {
 }
 
 void ReadKeywordLists(ModelReader& reader) {
-    constexpr std::string_view kKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
-                                                       "extraListB",   "mediaColors",      "extraListC"};
     for (size_t list = 0; list < kKeywordLists; ++list) {
-        for (const SourceValue& element : reader.root.Elements(kKeys[list])) {
+        for (const SourceValue& element : reader.root.Elements(kKeywordListKeys[list])) {
             ReadKeywordEntry(reader, reader.model.keywordLists[list], element);
         }
     }
