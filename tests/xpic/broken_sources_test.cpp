@@ -23,13 +23,13 @@ const BrokenSource kBrokenDocuments[] = {
     {R"({"pdl": "xps", "pdl": "pcl6"})",
      "1:16: $.pdl: found the key a second time, expected each key once in an object\n"},
     {"{}",
-     "1:1: $.pdl: found nothing, expected a number from 6 to 65535 or a word: \"pcl6\", \"pcl5\", \"postscript\", "
-     "\"image\", \"xps\", \"own\"\n"},
+     "1:1: $.pdl: found nothing, expected a word: \"pcl6\", \"pcl5\", \"postscript\", "
+     "\"image\", \"xps\", \"own\", or a number from 6 to 65535\n"},
     {R"({"pdl": "pcl7"})",
-     "1:2: $.pdl: found \"pcl7\", expected a number from 6 to 65535 or a word, nearest \"pcl6\"\n"},
+     "1:2: $.pdl: found \"pcl7\", expected a word, nearest \"pcl6\"\n"},
     {"{\n\t\"pdl\": 5}",
-     "2:2: $.pdl: found 5, expected a number from 6 to 65535 or a word: \"pcl6\", \"pcl5\", \"postscript\", \"image\", "
-     "\"xps\", \"own\"\n"},
+     "2:2: $.pdl: found 5, expected a word: \"pcl6\", \"pcl5\", \"postscript\", \"image\", "
+     "\"xps\", \"own\", or a number from 6 to 65535\n"},
 };
 
 TEST(BrokenSources, Documents) {
@@ -78,9 +78,9 @@ const BrokenSource kBrokenMembers[] = {
     // Sizes.
     {R"("customSizes": {"minWidthMm": 10.05, "maxWidthMm": 6554, "minLengthMm": "1", "maxLengthMm": -1e300})",
      "17: $.customSizes.minWidthMm: found 10.05, expected millimetres in steps of 0.1, from 0 to 3276.7\n"
-     "38: $.customSizes.maxWidthMm: found 6554, expected millimetres in steps of 0.1, from 0.1 to 6553.5\n"
+     "38: $.customSizes.maxWidthMm: found 6554, expected millimetres in steps of 0.1, from 0 to 6553.5\n"
      "58: $.customSizes.minLengthMm: found \"1\", expected millimetres in steps of 0.1, from 0 to 3276.7\n"
-     "78: $.customSizes.maxLengthMm: found -1e+300, expected millimetres in steps of 0.1, from 0.1 to 6553.5\n"},
+     "78: $.customSizes.maxLengthMm: found -1e+300, expected millimetres in steps of 0.1, from 0 to 6553.5\n"},
     // Papers.
     {R"("papers": ["Leter", 5])",
      "12: $.papers[0]: found \"Leter\", expected the name of a standard paper, nearest \"Letter\"\n"
@@ -107,7 +107,7 @@ const BrokenSource kBrokenMembers[] = {
      "27: $.papers[0].keyword: found a keyword of 80 bytes, expected at most 79 bytes behind the colon\n"},
     // Trays and installable options.
     {R"("trays": [{"name": "1", "bin": "uper"}, {"name": "2", "bin": 16}, {"name": "3", "bin": 1, "needs": ["x"]}])",
-     "25: $.trays[0].bin: found \"uper\", expected a number from 1 to 65535 or a word, nearest \"upper\"\n"
+     "25: $.trays[0].bin: found \"uper\", expected a word, nearest \"upper\"\n"
      "55: $.trays[1].bin: found 16, expected a bin, 1 to 15 or from 256\n"
      "101: $.trays[2].needs[0]: found \"x\", expected a word: \"secondTray\"\n"},
     {R"("trayOptions": {"secondTray": 3, "x": 2}, "deviceOptions": {"y": 32}, "installed": ["y"])",

@@ -400,7 +400,7 @@ TEST(Compile, FilesAreFoundBesideTheSource) {
         << R"({"pdl": "pcl5", "modelName": "Velmora M1", "fonts": [{"file": "data/font.bin"}]})";
     const CompileResult result = CompileModel(folder / "m.json");
     ASSERT_TRUE(result.Succeeded());
-    EXPECT_EQ(result.modelName, "Velmora M1");
+    EXPECT_EQ(result.ModelName(), "Velmora M1");
     const Description file(result.bytes);
     EXPECT_EQ(BytesAt(file, file.Header().fontPoolOffset, 5), "font!");
 

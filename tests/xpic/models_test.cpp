@@ -37,7 +37,7 @@ class Models : public testing::TestWithParam<std::filesystem::path> {
         }
         ASSERT_TRUE(result.Succeeded());
         EXPECT_EQ(CompileModel(GetParam()).bytes, result.bytes);
-        modelName_ = result.modelName;
+        modelName_ = result.ModelName();
         file_.emplace(result.bytes);
     }
 

@@ -228,7 +228,7 @@ PackagedModel ReadModel(const fs::path& file) {
             ThrowFaults(file, result.diagnostics);
         }
         model.description = std::move(result.bytes);
-        model.modelName = std::move(result.modelName);
+        model.modelName = result.ModelName();
     } else {
         model.description = ReadFile(file);
     }

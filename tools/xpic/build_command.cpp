@@ -18,8 +18,8 @@ int Build(const std::string& source, const std::string& output) {
         return kFault;
     }
     WriteFileAtomically(output, result.bytes);
-    std::cout << (result.modelName.empty() ? source : result.modelName) << ": " << output << ", " << result.bytes.size()
-              << " bytes\n";
+    std::cout << (result.ModelName().empty() ? source : result.ModelName()) << ": " << output << ", "
+              << result.bytes.size() << " bytes\n";
     return kDone;
 }
 

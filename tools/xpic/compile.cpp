@@ -5,7 +5,6 @@
 
 #include "tools/xpic/container.h"
 #include "tools/xpic/load_model.h"
-#include "tools/xpic/source_document.h"
 
 namespace velmora {
 
@@ -23,14 +22,15 @@ CompileResult CompileModel(const std::filesystem::path& source) {
 
 CompileResult CompileModelText(std::string_view text, const std::filesystem::path& file) {
     CompileResult result;
-    const std::optional<ModelSource> model = LoadModelSource(text, file, result.diagnostics);
-    if (model) {
-        result.modelName = model->modelName;
+    result.model = LoadModelSource(text, file, result.document, result.diagnostics);
+    if (const std::optional<ModelSource>& model = result.model) {
         TextPools pools{LocalizedPool(model->languages)};
         LimitFaults faults;
         const Bytes block = BuildDeviceBlock(*model, pools, faults);
         for (LimitFault& fault : faults) {
-            result.diagnostics.push_back({file.string(), {}, std::string(kRootPath), fault.found, fault.expected});
+            const SourcePlace place = result.document.Locate(fault.path);
+            result.diagnostics.push_back(
+                {result.document.FileName(place), place.position, place.path, fault.found, fault.expected});
         }
         if (faults.empty()) {
             result.bytes = BuildContainer(*model, block, pools);

@@ -3,20 +3,26 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tools/xpic/diagnostic.h"
+#include "tools/xpic/model_source.h"
+#include "tools/xpic/source_document.h"
 
 namespace velmora {
 
 struct CompileResult {
     std::vector<std::byte> bytes;         // the description file; empty when there are diagnostics
     std::vector<Diagnostic> diagnostics;  // in the order of the source
-    std::string modelName;                // UTF-8, empty where the source gives none
+    std::optional<ModelSource> model;     // what the source says, when its own text is faultless
+    SourceDocument document;              // where it says it
 
     bool Succeeded() const { return diagnostics.empty(); }
+    // UTF-8, empty where the source gives none.
+    std::string ModelName() const { return model ? model->modelName : std::string(); }
 };
 
 // A file that can't be read is a diagnostic too. Throws only what memory or a missing code page of the system brings.

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/xpic/include_sources.h"
 #include "tools/xpic/model_reader.h"
-#include "tools/xpic/source_document.h"
 
 namespace velmora {
 namespace {
@@ -33,12 +33,12 @@ constexpr Range kDataModeBit = {kJobSetsDataMode, kJobSetsDataMode};
 const ScalarField kModelFields[] = {
     {"pdl", ScalarKind::kWord, DEVICE_FIELD(pdlType), kOwnPdls, {}, kPdlWords},
     {"modelCode", ScalarKind::kInteger, DEVICE_FIELD(modelCode), kAnyU16, 0, {}},
-    {"color", ScalarKind::kWord, DEVICE_FIELD(colorCapability), {}, kColorNone, kColorWords},
+    {"color", ScalarKind::kWord, DEVICE_FIELD(colorCapability), kAnyU16, kColorNone, kColorWords},
     {"pagesPerMinute", ScalarKind::kInteger, DEVICE_FIELD(pagesPerMinute), kCountI16, 0, {}},
     {"defaultFontSize", ScalarKind::kInteger, DEVICE_FIELD(defaultFontSize), kCountI16, 10, {}},
     {"imageMode", ScalarKind::kWord, DEVICE_FIELD(imageModeDefault), kAnyU32, 0, kImageModeWords},
     {"defaultIcmIntent", ScalarKind::kWord, DEVICE_FIELD(defaultIcmIntent), kAnyU32, 0, kIcmIntentWords},
-    {"icmIntents", ScalarKind::kWord, DEVICE_FIELD(icmIntentFlags), {}, 0, kIcmOfferWords},
+    {"icmIntents", ScalarKind::kWord, DEVICE_FIELD(icmIntentFlags), kAnyU16, 0, kIcmOfferWords},
     {"jobName", ScalarKind::kWord, DEVICE_FIELD(jobNameFlags), {}, 0, kJobNameWords},
     {"jobSetsDataMode", ScalarKind::kFlag, DEVICE_FIELD(descriptionFlags), kDataModeBit, 0, {}},
     {"jobDescription", ScalarKind::kWord, DEVICE_FIELD(descriptionFlags), {}, 0, kDescriptionWords},
@@ -46,9 +46,9 @@ const ScalarField kModelFields[] = {
 
 const ScalarField kCustomSizeFields[] = {
     {"minWidthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMinWidth), kCountI16, {}, {}},
-    {"maxWidthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMaxWidth), Range{1, UINT16_MAX}, {}, {}},
+    {"maxWidthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMaxWidth), kAnyU16, {}, {}},
     {"minLengthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMinLength), kCountI16, {}, {}},
-    {"maxLengthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMaxLength), Range{1, UINT16_MAX}, {}, {}},
+    {"maxLengthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMaxLength), kAnyU16, {}, {}},
 };
 
 const ScalarField kExtraOptionFields[] = {
@@ -104,6 +104,20 @@ void ReadLanguages(SourceContext& context, ObjectReader& root) {
     }
 }
 
+void ReadTexts(SourceContext& context, ObjectReader& root) {
+    for (const auto& [text, meanings] : root.Members("texts")) {
+        for (const auto& [code, meaning] : ReadMembers(context, meanings)) {
+            if (FindLanguage(code) == nullptr) {
+                context.Report(meaning.path, Quote(code), "a two-letter language code such as \"en\", \"de\", \"ja\"");
+            }
+            ReadString(context, meaning);
+        }
+        if (meanings.json->is_object()) {
+            context.texts.emplace(text, meanings);
+        }
+    }
+}
+
 // Plain numbers and texts that a row of a table can't say.
 void ReadGroups(ModelReader& reader) {
     ObjectReader& root = reader.root;
@@ -137,7 +151,19 @@ void ReadGroups(ModelReader& reader) {
     model.link = root.Localized("link", TextLimit::kLink);
     model.primaryFont = root.FixedText("primaryFont", TextLimit::kFontFace);
     model.secondaryFont = root.FixedText("secondaryFont", TextLimit::kFontFace);
-    model.device.defaultOptionFlags = root.WordBits("optionFlags", kOptionFlagWords, 0);
+    model.device.defaultOptionFlags = root.WordBits("optionFlags", kOptionFlagWords, 0, kAnyU32);
+}
+
+// A default: the number that the device model holds, given as it is or by the name of a record, whose position `number`
+// turns into it. Without the member it is the number of the record at `fallback`.
+template <class Number>
+int64_t ReadDefault(ModelReader& reader, std::string_view key, const NameIndex& names, size_t fallback, Range numbers,
+                    Number number) {
+    const std::optional<SourceValue> member = reader.root.Find(key);
+    if (member && member->json->is_number()) {
+        return ReadInteger(reader.context, *member, numbers).value_or(0);
+    }
+    return number(member ? names.Resolve(reader.context, *member).value_or(fallback) : fallback);
 }
 
 // What a new device mode begins with; a record that isn't named is the first of its table.
@@ -145,37 +171,49 @@ void ReadDefaults(ModelReader& reader) {
     ObjectReader& root = reader.root;
     ModelSource& model = reader.model;
     ModelNames& names = reader.names;
+    DeviceModel& device = model.device;
     constexpr uint16_t kAutomaticBin = 7;  // DMBIN_AUTO (wingdi.h)
-    const size_t tray = root.Reference("defaultTray", names.trays, 0);
-    model.device.defaultBin = tray < model.trays.size() ? model.trays[tray].binId : kAutomaticBin;
-    const size_t medium = root.Reference("defaultMedium", names.media, 0);
-    model.device.defaultMedia = model.media.empty() ? 0 : static_cast<uint16_t>(medium + 1);
+    const auto binOf = [&](size_t tray) { return tray < model.trays.size() ? model.trays[tray].binId : kAutomaticBin; };
+    const auto ordinalOf = [&](size_t medium) { return model.media.empty() ? size_t{0} : medium + 1; };
+    const auto same = [](size_t position) { return position; };
     const size_t second = model.resolutions.size() > 1 ? 1 : 0;
-    model.device.defaultResolution =
-        static_cast<int16_t>(root.Reference("defaultResolution", names.resolutions, second));
-    model.device.defaultColorMode = static_cast<uint16_t>(root.Reference("defaultColorMode", names.colorModes, 0));
+    device.defaultBin = static_cast<uint16_t>(ReadDefault(reader, "defaultTray", names.trays, 0, kAnyU16, binOf));
+    device.defaultMedia =
+        static_cast<uint16_t>(ReadDefault(reader, "defaultMedium", names.media, 0, kAnyU16, ordinalOf));
+    device.defaultResolution =
+        static_cast<int16_t>(ReadDefault(reader, "defaultResolution", names.resolutions, second, kAnyI16, same));
+    device.defaultColorMode =
+        static_cast<uint16_t>(ReadDefault(reader, "defaultColorMode", names.colorModes, 0, kAnyU16, same));
     // Bits 0 and 1 stand for what every printer has; the printer properties set them whatever is installed.
     constexpr uint32_t kAlwaysInstalled = 3;
-    model.device.defaultOptionMask = kAlwaysInstalled | root.WordBits("installed", names.trayOptions, 0);
+    device.defaultOptionMask = kAlwaysInstalled | root.WordBits("installed", names.trayOptions, 0);
+    if (const std::optional<SourceValue> mask = root.Find("installedMask")) {
+        if (root.Has("installed")) {
+            reader.context.Report(mask->path, "a mask beside \"installed\"", "one of the two");
+        }
+        device.defaultOptionMask =
+            static_cast<uint32_t>(ReadInteger(reader.context, *mask, kAnyU32).value_or(kAlwaysInstalled));
+    }
 }
 
 }  // namespace
 
 std::optional<ModelSource> LoadModelSource(std::string_view text, const std::filesystem::path& file,
-                                           std::vector<Diagnostic>& diagnostics) {
+                                           SourceDocument& document, std::vector<Diagnostic>& diagnostics) {
     const size_t before = diagnostics.size();
-    SourceDocument document{file, {}, {}};
-    if (!ParseSource(text, document, diagnostics)) {
+    if (!ReadSource(text, file, document, diagnostics)) {
         return std::nullopt;
     }
     ModelSource model;
-    SourceContext context{document, diagnostics, {}, {}};
+    SourceContext context{document, diagnostics, {}, {}, {}, {}};
     {
         ObjectReader root(context, {&document.root, std::string(kRootPath)});
         ModelNames names;
         ModelReader reader{context, root, model, names};
         root.Has("$schema");  // for editors
+        root.Has("include");  // done
         ReadLanguages(context, root);
+        ReadTexts(context, root);
         model.languages = context.languages;
         if (const std::optional<SourceValue> name = root.Find("modelName")) {
             model.modelName = ReadString(context, *name).value_or("");
@@ -200,6 +238,7 @@ std::optional<ModelSource> LoadModelSource(std::string_view text, const std::fil
         ReadMargins(reader);
         ReadConstraints(reader);
         ReadDefaults(reader);
+        model.missingTexts = std::move(context.missingTexts);
     }
     return diagnostics.size() == before ? std::optional(std::move(model)) : std::nullopt;
 }

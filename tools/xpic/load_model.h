@@ -8,12 +8,14 @@
 
 #include "tools/xpic/diagnostic.h"
 #include "tools/xpic/model_source.h"
+#include "tools/xpic/source_document.h"
 
 namespace velmora {
 
 // `file` is named in messages, and files named in the source are looked for in its folder. Nothing, with every fault in
-// `diagnostics` (unsorted), unless the source is faultless.
+// `diagnostics` (unsorted), unless the source is faultless. `document` receives what was read, for the places of
+// values.
 std::optional<ModelSource> LoadModelSource(std::string_view text, const std::filesystem::path& file,
-                                           std::vector<Diagnostic>& diagnostics);
+                                           SourceDocument& document, std::vector<Diagnostic>& diagnostics);
 
 }  // namespace velmora

@@ -11,6 +11,7 @@ ColorValueSource ReadColorValue(ModelReader& reader, const SourceValue& element,
     const std::string name = object.Name();
     names.Add(reader.context, element.path, name);
     ColorValueSource value;
+    value.name = name;
     value.label = object.Label(name, TextLimit::kLabel);
     if (reader.model.device.pdlType == kPdlImage) {
         value.jobValue = object.FixedText("jobValue", TextLimit::kJobWord);
@@ -41,6 +42,7 @@ void ReadColorGroup(ModelReader& reader, const SourceValue& list, size_t group) 
         const std::string name = object.Name();
         reader.names.colorFeatures[group].Add(reader.context, element.path, name);
         ColorFeatureSource feature;
+        feature.name = name;
         feature.label = object.Label(name, TextLimit::kLabel);
         NameIndex values("a color value");
         for (const SourceValue& valueElement : object.Elements("values")) {
@@ -72,6 +74,23 @@ std::vector<PresetSettingRecord> ReadSettings(ModelReader& reader, const SourceV
     return settings;
 }
 
+// The records themselves, for selections that no names stand for.
+std::vector<PresetSettingRecord> ReadRawSettings(ModelReader& reader, const std::vector<SourceValue>& elements) {
+    constexpr Range kAnyI16 = {INT16_MIN, INT16_MAX};
+    std::vector<PresetSettingRecord> settings;
+    for (const SourceValue& element : elements) {
+        ObjectReader object(reader.context, element);
+        const auto group = static_cast<int16_t>(object.Choice("group", kColorGroupWords, kAnyI16, {}));
+        const auto feature = static_cast<int16_t>(object.Integer("feature", kAnyI16, {}));
+        const auto option = static_cast<uint16_t>(object.Integer("option", {0, UINT16_MAX}, {}));
+        if (const std::optional<SourceValue> given = object.Find("group"); given && *given->json == 0) {
+            reader.context.Report(object.PathOf("group"), "0", "a group: 0 ends the settings");
+        }
+        settings.push_back({group, feature, option});
+    }
+    return settings;
+}
+
 }  // namespace
 
 void ReadColorFeatures(ModelReader& reader) {
@@ -91,16 +110,21 @@ void ReadColorModes(ModelReader& reader) {
     constexpr uint32_t kPlainKind = 1;  // a kind of 0 would end the table
     for (const SourceValue& element : reader.root.Elements("colorModes")) {
         ObjectReader object(reader.context, element);
-        reader.names.colorModes.Add(reader.context, element.path, object.Name());
         ColorModeSource mode;
+        mode.name = object.Name();
+        reader.names.colorModes.Add(reader.context, element.path, mode.name);
         mode.displayName = object.FixedText("displayName", TextLimit::kLabel);
         mode.kind |= object.Flag("systemManaged", false) ? kColorModeSystem : 0;
         mode.kind |= object.Flag("manual", false) ? kColorModeManual : 0;
         if (const std::optional<SourceValue> selects = object.Find("selects")) {
             mode.kind |= kColorModeHasDefaults;
             mode.settings = ReadSettings(reader, *selects);
+        } else if (object.Has("settings")) {
+            mode.kind |= kColorModeHasDefaults;
+            mode.settings = ReadRawSettings(reader, object.Elements("settings"));
         }
-        mode.kind = mode.kind != 0 ? mode.kind : kPlainKind;
+        mode.kind =
+            static_cast<uint32_t>(object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainKind));
         reader.model.colorModes.push_back(std::move(mode));
     }
 }

@@ -30,6 +30,23 @@ size_t ReadPatternSize(SourceContext& context, ObjectReader& object) {
     return 0;
 }
 
+constexpr int64_t kLongestSlice = 0x1FFF;  // the slice table's 13 bits
+
+// Commands as parts of a given blob.
+void ReadSlices(ModelReader& reader) {
+    for (const auto& [name, value] : reader.root.Members("commands")) {
+        reader.names.commands.Add(reader.context, value.path, name);
+        ObjectReader object(reader.context, value);
+        const auto start = static_cast<uint16_t>(object.Integer("at", {0, UINT16_MAX}, {}));
+        const auto length = static_cast<uint16_t>(object.Integer("length", {0, kLongestSlice}, {}));
+        if (start + length > static_cast<int>(reader.model.blob.size())) {
+            reader.context.Report(value.path, "a command that ends at byte " + std::to_string(start + length),
+                                  "a part of the blob's " + std::to_string(reader.model.blob.size()) + " bytes");
+        }
+        reader.names.commandSlices.push_back({start, length});
+    }
+}
+
 }  // namespace
 
 void ReadPatterns(ModelReader& reader) {
@@ -37,6 +54,7 @@ void ReadPatterns(ModelReader& reader) {
         reader.names.patterns.Add(reader.context, value.path, name);
         ObjectReader object(reader.context, value);
         PatternSource pattern;
+        pattern.name = name;
         const size_t size = ReadPatternSize(reader.context, object);
         pattern.size = static_cast<int16_t>(size);
         if (object.Has("shape")) {
@@ -86,12 +104,20 @@ void ReadImages(ModelReader& reader) {
 }
 
 void ReadCommands(ModelReader& reader) {
-    constexpr size_t kLongestSlice = 0x1FFF;  // the slice table's 13 bits
     Bytes& blob = reader.model.blob;
+    if (const std::optional<SourceValue> whole = reader.root.Find("commandBlob")) {
+        blob = ReadBytes(reader.context, *whole).value_or(Bytes{});
+        if (blob.size() > UINT16_MAX) {
+            reader.context.Report(whole->path, "a blob of " + std::to_string(blob.size()) + " bytes",
+                                  "at most " + std::to_string(UINT16_MAX) + " bytes");
+        }
+        ReadSlices(reader);
+        return;
+    }
     for (const auto& [name, value] : reader.root.Members("commands")) {
         reader.names.commands.Add(reader.context, value.path, name);
         const Bytes command = ReadBytes(reader.context, value).value_or(Bytes{});
-        if (command.size() > kLongestSlice) {
+        if (command.size() > static_cast<size_t>(kLongestSlice)) {
             reader.context.Report(value.path, "a command of " + std::to_string(command.size()) + " bytes",
                                   "at most " + std::to_string(kLongestSlice) + " bytes");
         }

@@ -53,6 +53,9 @@ PaperChoice ReadPaperChoice(ModelReader& reader, const SourceValue& value) {
     for (const SourceValue& element : ReadElements(reader.context, value)) {
         if (element.json->is_string() && *element.json == "custom") {
             choice.custom = true;
+        } else if (element.json->is_number()) {
+            AddToSet(choice.set,
+                     static_cast<int>(ReadInteger(reader.context, element, {1, kPaperSetSize - 1}).value_or(0)));
         } else if (const auto position = reader.names.papers.Resolve(reader.context, element)) {
             AddPaper(choice, reader.model.papers[*position]);
         }
@@ -169,7 +172,20 @@ void ReadMarginSizes(ObjectReader& object, MarginRecord& record) {
 struct NamedRecords {
     std::string path;
     std::vector<size_t> positions;
+    std::optional<uint32_t> mask;  // given in place of names
 };
+
+NamedRecords ReadNamedRecords(ModelReader& reader, ObjectReader& object, std::string_view key, std::string_view maskKey,
+                              const NameIndex& names) {
+    NamedRecords records = {object.PathOf(key), object.References(key, names), {}};
+    if (const std::optional<SourceValue> mask = object.Find(maskKey)) {
+        if (object.Has(key)) {
+            reader.context.Report(mask->path, "a mask beside " + Quote(key), "one of the two");
+        }
+        records.mask = static_cast<uint32_t>(ReadInteger(reader.context, *mask, {0, UINT32_MAX}).value_or(0));
+    }
+    return records;
+}
 
 // The masks by which each rule finds its records and no others, one a rule (0 for a rule without names). Where the
 // records' masks don't tell, records get bits of their own, from bit 31 down, past the used ones.
@@ -182,6 +198,10 @@ std::vector<uint32_t> TellApart(ModelReader& reader, const std::vector<NamedReco
     std::vector<uint32_t> own(masks.size());
     std::vector<uint32_t> result;
     for (const NamedRecords& rule : rules) {
+        if (rule.mask) {
+            result.push_back(*rule.mask);
+            continue;
+        }
         uint32_t wanted = 0;
         for (size_t position : rule.positions) {
             wanted |= plain[position];
@@ -240,18 +260,23 @@ uint32_t BitsOf(const std::vector<Word>& words) {
 
 void ReadMargins(ModelReader& reader) {
     constexpr uint32_t kBothOrientations = 3;
+    ModelSource& model = reader.model;
+    size_t count = 0;
     for (const SourceValue& element : reader.root.Elements("margins")) {
+        const size_t number = count++;
         ObjectReader object(reader.context, element);
         MarginRecord record{};
         record.mark = 1;
         const std::optional<SourceValue> papers = object.Find("papers");
-        const PaperChoice choice = papers ? ReadPaperChoice(reader, *papers) : AllPapers(reader.model);
+        const PaperChoice choice = papers ? ReadPaperChoice(reader, *papers) : AllPapers(model);
         const SizeLimits limits = ReadSizeLimits(reader, object, choice.custom, INT16_MAX);
         record.orientationMask =
             static_cast<uint16_t>(object.WordBits("orientations", kOrientationWords, kBothOrientations));
         ReadMarginSizes(object, record);
-        AddRecords(choice, limits, SizeMatch::kWithinLimits, record,
-                   [&](const MarginRecord& margin) { reader.model.margins.push_back(margin); });
+        AddRecords(choice, limits, SizeMatch::kWithinLimits, record, [&](const MarginRecord& margin) {
+            model.margins.push_back(margin);
+            model.marginElements.push_back(number);
+        });
     }
 }
 
@@ -269,7 +294,6 @@ void ReadConstraints(ModelReader& reader) {
     std::vector<NamedRecords> trays;
     std::vector<NamedRecords> media;
     std::vector<NamedRecords> extraKeywords;
-    std::vector<size_t> ruleOfRecord;
     for (const SourceValue& element : reader.root.Elements("constraints")) {
         ObjectReader object(reader.context, element);
         ConstraintSource constraint;
@@ -279,14 +303,14 @@ void ReadConstraints(ModelReader& reader) {
         const SizeLimits limits = ReadSizeLimits(reader, object, choice.custom, UINT16_MAX);
         constraint.record.flags =
             (object.Flag("duplex", false) ? kOnlyOnBothSides : 0) | object.WordBits("options", options, 0);
-        trays.push_back({object.PathOf("trays"), object.References("trays", names.trays)});
-        media.push_back({object.PathOf("media"), object.References("media", names.media)});
+        trays.push_back(ReadNamedRecords(reader, object, "trays", "trayMask", names.trays));
+        media.push_back(ReadNamedRecords(reader, object, "media", "mediaMask", names.media));
         extraKeywords.push_back(
-            {object.PathOf("extraKeywords"), object.References("extraKeywords", names.extraKeywords)});
+            ReadNamedRecords(reader, object, "extraKeywords", "extraKeywordMask", names.extraKeywords));
         constraint.message = object.Localized("message", TextLimit::kPaperLabel);
         const auto add = [&](const ConstraintRecord& record) {
             model.constraints.push_back({record, constraint.message});
-            ruleOfRecord.push_back(trays.size() - 1);
+            model.constraintElements.push_back(trays.size() - 1);
         };
         if (papers) {
             AddRecords(choice, limits, SizeMatch::kExact, constraint.record, add);
@@ -301,9 +325,10 @@ void ReadConstraints(ModelReader& reader) {
     const std::vector<uint32_t*> keywordMasks = MasksOf(model.extraKeywords, &ExtraKeywordSource::mask);
     const std::vector<uint32_t> extraMasks = TellApart(reader, extraKeywords, keywordMasks, BitsOf(keywordMasks));
     for (size_t i = 0; i < model.constraints.size(); ++i) {
-        model.constraints[i].record.binMask = trayMasks[ruleOfRecord[i]];
-        model.constraints[i].record.mediaMask = mediaMasks[ruleOfRecord[i]];
-        model.constraints[i].record.extraKeywordMask = extraMasks[ruleOfRecord[i]];
+        const size_t rule = model.constraintElements[i];
+        model.constraints[i].record.binMask = trayMasks[rule];
+        model.constraints[i].record.mediaMask = mediaMasks[rule];
+        model.constraints[i].record.extraKeywordMask = extraMasks[rule];
     }
 }
 

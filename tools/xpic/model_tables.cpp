@@ -72,6 +72,7 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
             return {};
         }
         PaperSource paper = FromStandard(*standard, reader.model);
+        paper.name = name;
         const Json label = std::string(standard->label);
         paper.label = *ReadLocalizedText(reader.context, {&label, value.path}, TextLimit::kPaperLabel);
         return paper;
@@ -82,6 +83,7 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
     int16_t id = 0;
     const StandardPaper* standard = StandardOf(reader, object, name, id);
     PaperSource paper = standard != nullptr ? FromStandard(*standard, reader.model) : PaperSource{};
+    paper.name = name;
     const bool misspelt = standard == nullptr && object.Has("id") && id == 0;  // reported already
     const auto own = [&](int64_t known) {
         return standard != nullptr || misspelt ? std::optional(known) : std::nullopt;
@@ -129,10 +131,16 @@ std::vector<Word> OptionWords(ModelReader& reader, std::string_view key, Words k
     return words;
 }
 
+// A record's whole mask, for what names can't say.
+uint32_t ReadMask(ObjectReader& object, uint32_t fallback) {
+    return static_cast<uint32_t>(object.Integer("mask", {1, UINT32_MAX}, fallback));
+}
+
 void ReadKeywordEntry(ModelReader& reader, std::vector<KeywordSource>& list, const SourceValue& value) {
     ObjectReader object(reader.context, value);
     KeywordSource entry;
-    entry.label = object.Label(object.Name(), TextLimit::kLabel);
+    entry.name = object.Name();
+    entry.label = object.LabelOrNone(entry.name, TextLimit::kLabel);
     entry.keyword = object.Keyword("keyword");
     entry.ticketValues = object.Ticket();
     list.push_back(std::move(entry));
@@ -164,7 +172,10 @@ void ReadPapers(ModelReader& reader) {
     for (size_t i = 0; i < elements.size(); ++i) {
         if (elements[i].json->is_object() && elements[i].json->contains("fit")) {
             const SourceValue target{&(*elements[i].json)["fit"], MemberPath(elements[i].path, "fit")};
-            if (const std::optional<size_t> position = reader.names.papers.Resolve(reader.context, target)) {
+            if (target.json->is_number()) {
+                papers[i].fitPaperId =
+                    static_cast<int16_t>(ReadInteger(reader.context, target, {1, INT16_MAX}).value_or(0));
+            } else if (const std::optional<size_t> position = reader.names.papers.Resolve(reader.context, target)) {
                 papers[i].fitPaperId = papers[*position].id;
             }
         }
@@ -179,7 +190,8 @@ void ReadTrays(ModelReader& reader) {
         const std::string name = object.Name();
         reader.names.trays.Add(reader.context, element.path, name);
         TraySource tray;
-        tray.label = object.Label(name, TextLimit::kTrayLabel);
+        tray.name = name;
+        tray.label = object.LabelOrNone(name, TextLimit::kTrayLabel);
         const int64_t bin = object.Choice("bin", kBinWords, Range{1, UINT16_MAX}, {});
         if (bin > kLastStandardBin && bin < kFirstOwnBin) {
             reader.context.Report(object.PathOf("bin"), std::to_string(bin), "a bin, 1 to 15 or from 256");
@@ -187,7 +199,10 @@ void ReadTrays(ModelReader& reader) {
         tray.binId = static_cast<uint16_t>(bin);
         tray.keyword = object.Keyword("keyword");
         const uint32_t needs = object.WordBits("needs", reader.names.trayOptions, 0);
-        tray.mask = needs != 0 ? needs : kPlainMask;
+        if (object.Has("needs") && object.Has("mask")) {
+            reader.context.Report(object.PathOf("mask"), "a mask beside \"needs\"", "one of the two");
+        }
+        tray.mask = ReadMask(object, needs != 0 ? needs : kPlainMask);
         reader.model.trays.push_back(std::move(tray));
     }
 }
@@ -199,8 +214,9 @@ void ReadExtraKeywords(ModelReader& reader) {
         const std::string name = object.Name();
         reader.names.extraKeywords.Add(reader.context, element.path, name);
         ExtraKeywordSource keyword;
-        keyword.mask = kPlainMask;
-        keyword.label = object.Label(name, TextLimit::kLabel);
+        keyword.name = name;
+        keyword.mask = ReadMask(object, kPlainMask);
+        keyword.label = object.LabelOrNone(name, TextLimit::kLabel);
         keyword.keyword = object.Keyword("keyword");
         keyword.jobValue = object.FixedText("jobValue", TextLimit::kJobWord);
         for (const ExtraKeywordSource& earlier : reader.model.extraKeywords) {
@@ -223,8 +239,9 @@ void ReadMedia(ModelReader& reader) {
         const std::string name = object.Name();
         reader.names.media.Add(reader.context, element.path, name);
         MediumSource medium;
-        medium.mark = kPlainMask;
-        medium.label = object.Label(name, TextLimit::kPaperLabel);
+        medium.name = name;
+        medium.mark = ReadMask(object, kPlainMask);
+        medium.label = object.LabelOrNone(name, TextLimit::kPaperLabel);
         medium.mediaId = static_cast<uint32_t>(
             object.Choice("mediaId", kMediaWords, Range{0, UINT32_MAX}, kFirstOwnMedium + reader.model.media.size()));
         medium.keyword = object.Keyword("keyword");
@@ -242,7 +259,8 @@ void ReadResolutions(ModelReader& reader) {
         const std::string name = object.Name();
         reader.names.resolutions.Add(reader.context, element.path, name);
         ResolutionSource resolution;
-        resolution.label = object.Label(name, TextLimit::kLabel);
+        resolution.name = name;
+        resolution.label = object.LabelOrNone(name, TextLimit::kLabel);
         resolution.xDpi = static_cast<uint16_t>(object.Integer("dpi", kDots, std::nullopt));
         resolution.yDpi = static_cast<uint16_t>(object.Integer("verticalDpi", kDots, resolution.xDpi));
         resolution.resolutionId = static_cast<int16_t>(object.Integer("resolutionId", kDots, resolution.xDpi));
@@ -269,6 +287,7 @@ void ReadFeatures(ModelReader& reader) {
         const std::string name = object.Name();
         names.Add(reader.context, element.path, name);
         FeatureSource feature;
+        feature.name = name;
         feature.label = object.Label(name, TextLimit::kLabel);
         feature.jobKey = object.FixedText("jobKey", TextLimit::kJobWord);
         feature.keyword = object.Keyword("keyword");
@@ -279,6 +298,7 @@ void ReadFeatures(ModelReader& reader) {
             const std::string optionName = optionObject.Name();
             optionNames.Add(reader.context, optionElement.path, optionName);
             OptionSource option;
+            option.name = optionName;
             option.label = optionObject.Label(optionName, TextLimit::kLabel);
             option.jobValue = optionObject.FixedText("jobValue", TextLimit::kJobWord);
             option.keyword = optionObject.Keyword("keyword");
@@ -313,10 +333,8 @@ void ReadFontSubstitutions(ModelReader& reader) {
 }
 
 void ReadKeywordLists(ModelReader& reader) {
-    constexpr std::string_view kKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
-                                                       "extraListB",   "mediaColors",      "extraListC"};
     for (size_t list = 0; list < kKeywordLists; ++list) {
-        for (const SourceValue& element : reader.root.Elements(kKeys[list])) {
+        for (const SourceValue& element : reader.root.Elements(kKeywordListKeys[list])) {
             ReadKeywordEntry(reader, reader.model.keywordLists[list], element);
         }
     }

@@ -42,9 +42,9 @@ class PositionScanner {
             std::string path;
             if (level.isObject) {
                 path = MemberPath(level.path, Key());
-                if (document_.positions.count(path) != 0) {
-                    diagnostics_.push_back(
-                        {document_.file.string(), start, path, "the key a second time", "each key once in an object"});
+                if (document_.places.count(path) != 0) {
+                    diagnostics_.push_back({document_.files.back().string(), start, path, "the key a second time",
+                                            "each key once in an object"});
                     good = false;
                 }
             } else {
@@ -125,11 +125,11 @@ class PositionScanner {
     }
 
     bool Value(std::string path, Position start) {
-        document_.positions.emplace(path, start);
+        document_.places.emplace(path, SourcePlace{document_.files.size() - 1, start, path});
         const char first = text_[next_];
         if (first == '{' || first == '[') {
             if (open_.size() == kDeepestNesting) {
-                diagnostics_.push_back({document_.file.string(), start, path, "another level of nesting",
+                diagnostics_.push_back({document_.files.back().string(), start, path, "another level of nesting",
                                         "at most " + std::to_string(kDeepestNesting) + " levels"});
                 return false;
             }
@@ -167,6 +167,20 @@ std::string ElementPath(const std::string& parent, size_t index) {
     return parent + "[" + std::to_string(index) + "]";
 }
 
+SourcePlace SourceDocument::Locate(const std::string& path) const {
+    std::string nearest = path;
+    while (!nearest.empty()) {
+        if (const auto it = places.find(nearest); it != places.end()) {
+            SourcePlace place = it->second;
+            place.path += path.substr(nearest.size());
+            return place;
+        }
+        const size_t cut = nearest.find_last_of(".[");
+        nearest.resize(cut == std::string::npos ? 0 : cut);
+    }
+    return {0, {}, path};
+}
+
 bool ParseSource(std::string_view text, SourceDocument& document, std::vector<Diagnostic>& diagnostics) {
     PositionScanner scanner(text, document, diagnostics);
     try {
@@ -177,7 +191,7 @@ bool ParseSource(std::string_view text, SourceDocument& document, std::vector<Di
         if (const size_t reason = what.find(": "); reason != std::string::npos) {
             what.erase(0, reason + 2);
         }
-        diagnostics.push_back({document.file.string(), scanner.PlaceOf(error.byte == 0 ? 0 : error.byte - 1),
+        diagnostics.push_back({document.files.back().string(), scanner.PlaceOf(error.byte == 0 ? 0 : error.byte - 1),
                                std::string(kRootPath), "no JSON (" + what + ")", "a JSON document"});
         return false;
     }

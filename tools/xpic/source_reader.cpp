@@ -134,14 +134,22 @@ std::string ObjectReader::Name() {
 
 LocalizedText ObjectReader::Label(const std::string& name, size_t maxBytes, std::string_view fallback) {
     if (const std::optional<SourceValue> label = Find("label")) {
-        if (label->json->is_string() && label->json->get_ref<const std::string&>().empty()) {
+        const std::optional<LocalizedText> text = ReadLocalizedText(context_, *label, maxBytes);
+        if (text && text->resourceId == 0 &&
+            std::all_of(text->byLanguage.begin(), text->byLanguage.end(),
+                        [](const auto& own) { return own.empty(); })) {
             context_.Report(label->path, "an empty text", "a display text");
         }
-        return ReadLocalizedText(context_, *label, maxBytes).value_or(LocalizedText{});
+        return text.value_or(LocalizedText{});
     }
     const Json text = fallback.empty() ? name : std::string(fallback);
     const SourceValue standIn{&text, Has("name") ? PathOf("name") : value_.path};
     return ReadLocalizedText(context_, standIn, maxBytes).value_or(LocalizedText{});
+}
+
+LocalizedText ObjectReader::LabelOrNone(const std::string& name, size_t maxBytes) {
+    const std::optional<SourceValue> label = Find("label");
+    return label && label->json->is_null() ? LocalizedText{} : Label(name, maxBytes);
 }
 
 TicketValues ObjectReader::Ticket() {
@@ -171,13 +179,13 @@ std::vector<std::pair<std::string, SourceValue>> ObjectReader::Members(std::stri
     return member ? ReadMembers(context_, *member) : std::vector<std::pair<std::string, SourceValue>>{};
 }
 
-uint32_t ObjectReader::WordBits(std::string_view key, Words words, uint32_t fallback) {
+uint32_t ObjectReader::WordBits(std::string_view key, Words words, uint32_t fallback, std::optional<Range> numbers) {
     if (!Has(key)) {
         return fallback;
     }
     uint32_t bits = 0;
     for (const SourceValue& element : Elements(key)) {
-        bits |= static_cast<uint32_t>(ReadWord(context_, element, words, std::nullopt).value_or(0));
+        bits |= static_cast<uint32_t>(ReadWord(context_, element, words, numbers).value_or(0));
     }
     return bits;
 }

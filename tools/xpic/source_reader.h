@@ -27,6 +27,8 @@ struct SourceContext {
     const SourceDocument& document;
     std::vector<Diagnostic>& diagnostics;
     std::vector<const Language*> languages;
+    std::map<std::string, SourceValue, std::less<>> texts;  // the root's "texts": objects of texts by language code
+    std::vector<MissingText> missingTexts;
     TextEncoder encoder;
 
     void Report(const std::string& path, std::string found, std::string expected);
@@ -128,12 +130,14 @@ class ObjectReader {
     // The record's name (required, UTF-8) and its display text, which is the name where no "label" is given.
     std::string Name();
     LocalizedText Label(const std::string& name, size_t maxBytes, std::string_view fallback = {});
+    // The same, but for a label of null there is no text.
+    LocalizedText LabelOrNone(const std::string& name, size_t maxBytes);
     TicketValues Ticket();
     // Empty for an absent member.
     std::vector<SourceValue> Elements(std::string_view key);
     std::vector<std::pair<std::string, SourceValue>> Members(std::string_view key);
-    // The sum (as bits) of an array of words.
-    uint32_t WordBits(std::string_view key, Words words, uint32_t fallback);
+    // The sum (as bits) of an array of words, or of numbers where `numbers` allows them.
+    uint32_t WordBits(std::string_view key, Words words, uint32_t fallback, std::optional<Range> numbers = {});
     // Positions of the named records, in the order given, none twice.
     std::vector<size_t> References(std::string_view key, const NameIndex& names);
     // The position of the named record.

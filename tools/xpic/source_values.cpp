@@ -70,21 +70,21 @@ std::optional<std::string> EncodeText(SourceContext& context, const std::string&
     return encoded;
 }
 
+// The text of a language in an entry of "texts".
+std::optional<SourceValue> TextIn(const Language& language, const SourceValue& entry) {
+    const auto member = entry.json->find(std::string(language.code));
+    if (member == entry.json->end() || !member->is_string()) {
+        return std::nullopt;
+    }
+    return SourceValue{&*member, MemberPath(entry.path, language.code)};
+}
+
 }  // namespace
 
 void SourceContext::Report(const std::string& path, std::string found, std::string expected) {
-    // A missing member stands nowhere: its object is the nearest place.
-    Position position;
-    std::string place = path;
-    while (!place.empty()) {
-        if (const auto it = document.positions.find(place); it != document.positions.end()) {
-            position = it->second;
-            break;
-        }
-        const size_t cut = place.find_last_of(".[");
-        place.resize(cut == std::string::npos ? 0 : cut);
-    }
-    diagnostics.push_back({document.file.string(), position, path, std::move(found), std::move(expected)});
+    const SourcePlace place = document.Locate(path);
+    diagnostics.push_back(
+        {document.FileName(place), place.position, place.path, std::move(found), std::move(expected)});
 }
 
 std::string Quote(std::string_view text) {
@@ -129,7 +129,9 @@ std::string ExpectWord(Words words, std::optional<Range> numbers, std::string_vi
     for (const Word& word : words) {
         names.push_back(word.name);
     }
-    return ExpectOneOf(numbers ? "a number " + Describe(*numbers) + " or a word" : "a word", given, names);
+    const std::string known = ExpectOneOf("a word", given, names);
+    const bool isSlip = !NearestName(given, names).empty();
+    return numbers && !isSlip ? known + ", or a number " + Describe(*numbers) : known;
 }
 
 std::optional<int64_t> ReadInteger(SourceContext& context, const SourceValue& value, Range range) {
@@ -192,9 +194,17 @@ std::optional<LocalizedText> ReadLocalizedText(SourceContext& context, const Sou
     LocalizedText text;
     const Json& json = *value.json;
     if (json.is_string()) {
+        const auto meaning = context.texts.find(json.get_ref<const std::string&>());
         for (const Language* language : context.languages) {
-            std::optional<std::string> encoded =
-                EncodeText(context, value.path, json.get_ref<const std::string&>(), language->ansiEncoding, maxBytes);
+            SourceValue own = value;
+            if (meaning != context.texts.end()) {
+                own = TextIn(*language, meaning->second).value_or(value);
+                if (own.json == value.json && language != context.languages.front()) {
+                    context.missingTexts.push_back({value.path, language});
+                }
+            }
+            std::optional<std::string> encoded = EncodeText(context, own.path, own.json->get_ref<const std::string&>(),
+                                                            language->ansiEncoding, maxBytes);
             if (!encoded) {
                 return std::nullopt;
             }
@@ -227,6 +237,7 @@ std::optional<LocalizedText> ReadLocalizedText(SourceContext& context, const Sou
         std::optional<SourceValue> own = object.Find(language->code);
         if (!own) {
             own = fallback;
+            context.missingTexts.push_back({value.path, language});
         }
         const std::optional<std::string> given = own ? ReadString(context, *own) : std::nullopt;
         const std::optional<std::string> encoded =
@@ -260,7 +271,8 @@ std::optional<Bytes> ReadBytes(SourceContext& context, const SourceValue& value)
         return std::nullopt;
     }
     if (forms[0]) {
-        std::ifstream file(context.document.file.parent_path() / *text, std::ios::binary);
+        const SourcePlace place = context.document.Locate(form.path);
+        std::ifstream file(context.document.files[place.file].parent_path() / *text, std::ios::binary);
         std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
         if (!file) {
             context.Report(form.path, Quote(*text), "a readable file, named from the source's folder");
