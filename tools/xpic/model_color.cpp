@@ -31,11 +31,10 @@ ColorValueSource ReadColorValue(ModelReader& reader, const SourceValue& element,
 }
 
 void ReadColorGroup(ModelReader& reader, const SourceValue& list, size_t group) {
-    constexpr size_t kMostFeatures = 4;  // the device mode's selections of a group
     const std::vector<SourceValue> elements = ReadElements(reader.context, list);
-    if (elements.size() > kMostFeatures) {
+    if (elements.size() > kMostColorFeatures) {
         reader.context.Report(list.path, std::to_string(elements.size()) + " color features",
-                              "at most " + std::to_string(kMostFeatures));
+                              "at most " + std::to_string(kMostColorFeatures));
     }
     for (const SourceValue& element : elements) {
         ObjectReader object(reader.context, element);

@@ -7,8 +7,6 @@
 namespace velmora {
 namespace {
 
-constexpr int kFirstOwnPaperId = 256;
-constexpr int kLastStandardPaperId = 118;
 constexpr uint32_t kPlainMask = 1;  // what every printer has
 
 bool IsPcl(const ModelSource& model) {
@@ -183,8 +181,6 @@ void ReadPapers(ModelReader& reader) {
 }
 
 void ReadTrays(ModelReader& reader) {
-    constexpr int64_t kLastStandardBin = 15;
-    constexpr int64_t kFirstOwnBin = 256;
     for (const SourceValue& element : reader.root.Elements("trays")) {
         ObjectReader object(reader.context, element);
         const std::string name = object.Name();
@@ -275,7 +271,6 @@ void ReadResolutions(ModelReader& reader) {
 }
 
 void ReadFeatures(ModelReader& reader) {
-    constexpr size_t kMostFeatures = 32;  // the device mode's selections
     const std::vector<SourceValue> elements = reader.root.Elements("features");
     if (elements.size() > kMostFeatures) {
         reader.context.Report(reader.root.PathOf("features"), std::to_string(elements.size()) + " features",

@@ -1,4 +1,4 @@
-// From the source's UTF-8 to the 8-bit code pages that description files hold.
+// Between the UTF-8 of sources and the 8-bit code pages that description files hold.
 #pragma once
 
 #include <map>
