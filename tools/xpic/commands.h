@@ -14,5 +14,6 @@ enum ExitCode : int {
 
 // Adds the subcommand, which sets the code when it was run.
 void AddBuildCommand(CLI::App& app, int& exitCode);
+void AddDumpCommand(CLI::App& app, int& exitCode);
 
 }  // namespace velmora

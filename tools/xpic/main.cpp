@@ -8,6 +8,7 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     int exitCode = velmora::kDone;
     velmora::AddBuildCommand(app, exitCode);
+    velmora::AddDumpCommand(app, exitCode);
     try {
         app.parse(argc, argv);
         return exitCode;
