@@ -28,7 +28,9 @@ CompileResult CompileModelText(std::string_view text, const std::filesystem::pat
         LimitFaults faults;
         result.bytes = BuildDescription(*result.model, faults);
         for (LimitFault& fault : faults) {
-            result.diagnostics.push_back({file.string(), {}, std::string(kRootPath), fault.found, fault.expected});
+            const SourcePlace place = result.document.Locate(fault.path);
+            result.diagnostics.push_back(
+                {result.document.FileName(place), place.position, place.path, fault.found, fault.expected});
         }
     }
     if (!result.bytes.empty() && result.model->layout) {

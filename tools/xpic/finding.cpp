@@ -5,7 +5,8 @@
 namespace velmora {
 
 void AddFinding(Findings& findings, FindingCode code, std::string path, std::string what) {
-    findings.push_back({code.kind.severity, code.kind.code, std::move(path), std::move(what), code.kind.why, {}, {}});
+    const FindingKind& kind = *code.kind;
+    findings.push_back({kind.severity, kind.code, std::move(path), std::move(what), kind.why, {}, {}});
 }
 
 bool HasErrors(const Findings& findings) {

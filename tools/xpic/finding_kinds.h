@@ -53,13 +53,13 @@ inline constexpr FindingKind kFindingKinds[] = {
 // The kind of a code. A misspelt one doesn't compile.
 struct FindingCode {
     consteval FindingCode(const char* code) : kind(Find(code)) {}
-    const FindingKind& kind;
+    const FindingKind* kind;
 
   private:
-    static consteval const FindingKind& Find(std::string_view code) {
+    static consteval const FindingKind* Find(std::string_view code) {
         for (const FindingKind& kind : kFindingKinds) {
             if (kind.code == code) {
-                return kind;
+                return &kind;
             }
         }
         throw "no kind of finding has this code";
