@@ -106,7 +106,6 @@ void ReadColorFeatures(ModelReader& reader) {
 }
 
 void ReadColorModes(ModelReader& reader) {
-    constexpr uint32_t kPlainKind = 1;  // a kind of 0 would end the table
     for (const SourceValue& element : reader.root.Elements("colorModes")) {
         ObjectReader object(reader.context, element);
         ColorModeSource mode;
@@ -122,8 +121,8 @@ void ReadColorModes(ModelReader& reader) {
             mode.kind |= kColorModeHasDefaults;
             mode.settings = ReadRawSettings(reader, object.Elements("settings"));
         }
-        mode.kind =
-            static_cast<uint32_t>(object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainKind));
+        mode.kind = static_cast<uint32_t>(
+            object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainColorMode));
         reader.model.colorModes.push_back(std::move(mode));
     }
 }
