@@ -9,6 +9,7 @@
 #include <set>
 
 #include "tests/xpic/description.h"
+#include "tools/xpic/dump_description.h"
 
 namespace velmora {
 namespace {
@@ -321,6 +322,13 @@ TEST(Products, HaveOneFeatureWithoutOptions) {
         }
     }
     EXPECT_EQ(without, 1);
+}
+
+// A dump of the product's file gives the file again, and needs no layout for it.
+TEST_P(Models, ComeBackFromTheirDescriptionFiles) {
+    const Dump dump = DumpDescription(file_->File(), "", "");
+    EXPECT_EQ(dump.source.text.find("\"layout\""), std::string::npos);
+    EXPECT_EQ(CompileModelText(dump.source.text, "dump.json").bytes, file_->File()) << dump.source.text;
 }
 
 // The last listing of docs/models.md is a source that readers start from.

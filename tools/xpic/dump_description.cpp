@@ -7,6 +7,28 @@
 #include "tools/xpic/record_names.h"
 
 namespace velmora {
+namespace {
+
+// A record without a text and one with an empty text look the same to everybody; a source says the former.
+void DropEmptyLabels(ModelSource& model) {
+    const auto drop = [](auto& records) {
+        for (auto& record : records) {
+            const std::vector<std::string>& texts = record.label.byLanguage;
+            if (std::all_of(texts.begin(), texts.end(), [](const std::string& text) { return text.empty(); })) {
+                record.label.byLanguage.clear();
+            }
+        }
+    };
+    drop(model.trays);
+    drop(model.extraKeywords);
+    drop(model.media);
+    drop(model.resolutions);
+    for (std::vector<KeywordSource>& list : model.keywordLists) {
+        drop(list);
+    }
+}
+
+}  // namespace
 
 Dump DumpDescription(std::span<const std::byte> file, const std::string& comment, const std::string& fileStem) {
     DescriptionReading reading = ReadDescription(file);
@@ -14,6 +36,7 @@ Dump DumpDescription(std::span<const std::byte> file, const std::string& comment
     if (!reading.model || HasErrors(dump.findings)) {
         return dump;
     }
+    DropEmptyLabels(*reading.model);
     MakeNames(*reading.model);
     SourceStyle style{comment, fileStem, nullptr};
     LimitFaults faults;

@@ -47,12 +47,16 @@ class SourcePrinter {
     std::string Print(const Json& root) {
         Put("{");
         size_t left = root.size();
+        bool wasOneLine = true;
+        bool wasApart = true;  // a blank line stands before the last member
         for (const auto& [key, member] : root.items()) {
             const size_t reserve = --left == 0 ? 0 : 1;
             const std::string line = KeyText(key) + Compact(member);
             const bool listed = HoldsObjects(member) && member.size() > 1;
             const bool oneLine = !listed && kRootIndent + Width(line) + reserve <= kLineWidth;
-            if (!oneLine && out_.back() != '{') {
+            // Lists stand apart, together with the line that introduces them.
+            const bool apart = !wasOneLine || (!oneLine && !wasApart);
+            if (apart) {
                 out_ += '\n';
             }
             NewLine(kRootIndent);
@@ -63,6 +67,8 @@ class SourcePrinter {
                 member.is_object() ? PutBlock(member, kRootIndent) : PutBroken(member, kRootIndent);
             }
             Put(reserve == 0 ? "" : ",");
+            wasOneLine = oneLine;
+            wasApart = apart;
         }
         NewLine(0);
         return out_ + "}\n";

@@ -164,10 +164,10 @@ enum KeywordList {
     kExtraListC,
     kKeywordLists
 };
-inline constexpr std::string_view kKeywordListKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
-                                                                     "extraListB",   "mediaColors",      "extraListC"};
 
 // Their members of a source.
+inline constexpr std::string_view kKeywordListKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
+                                                                     "extraListB",   "mediaColors",      "extraListC"};
 
 // A localised text that the source gives in some of the model's languages only.
 struct MissingText {
