@@ -190,7 +190,7 @@ class BlockBuilder {
     void AddFonts() {
         AddFontName(offsetof(DeviceModel, defaultFontA), "primaryFont", model_.primaryFont);
         AddFontName(offsetof(DeviceModel, defaultFontB), "secondaryFont", model_.secondaryFont);
-        if (const size_t groups = CountFontGroups(model_.fonts); groups != 0) {
+        if (const size_t groups = FontGroups(model_.fonts).size(); groups != 0) {
             Begin(offsetof(DeviceModel, fontGroups), "fonts");
             block_.resize(block_.size() + groups * sizeof(PackedU16));
         }
@@ -314,16 +314,16 @@ Bytes BuildDeviceBlock(const ModelSource& model, TextPools& pools, LimitFaults& 
     return block;
 }
 
-size_t CountFontGroups(const std::vector<Bytes>& fonts) {
+std::vector<uint16_t> FontGroups(const std::vector<Bytes>& fonts) {
     constexpr size_t kLargestGroup = 32767;
-    size_t groups = 0;
+    std::vector<uint16_t> groups;
     size_t sum = 0;
-    for (const Bytes& font : fonts) {
-        if (groups == 0 || sum + font.size() > kLargestGroup) {
-            ++groups;
+    for (size_t i = 0; i < fonts.size(); ++i) {
+        if (groups.empty() || sum + fonts[i].size() > kLargestGroup) {
+            groups.push_back(static_cast<uint16_t>(i + 1));
             sum = 0;
         }
-        sum += font.size();
+        sum += fonts[i].size();
     }
     return groups;
 }
