@@ -32,7 +32,8 @@ TEST(Limits, DeviceBlock) {
     EXPECT_EQ(Description(MemoryOf(kMost)).BlockSize(), 65532u);
     EXPECT_EQ(
         FaultsOf(MemoryOf(kMost + 1)),
-        "model.json: $: found a device block of 65536 bytes, expected at most 65535 bytes of records and lists\n");
+        "model.json:1:17: $.memory: found a device block of 65536 bytes, 65160 of them here, expected at most 65535 "
+        "bytes of records and lists\n");
 }
 
 TEST(Limits, DisplayTextsAreFoundByU16Offsets) {
@@ -49,8 +50,9 @@ TEST(Limits, DisplayTextsAreFoundByU16Offsets) {
     // One byte for the empty text, then 44 a text: text 1489 begins at 65517, text 1490 would at 65561.
     const Description full(trays(1490, "\"en\""));
     EXPECT_EQ(full.LocalizedString(kEnglish, 1490), std::string(39, '-') + "1489");
-    EXPECT_EQ(FaultsOf(trays(1491, "\"en\"")),
-              "model.json: $: found 65561 bytes of display texts before the last of them, expected at most 65535\n");
+    EXPECT_EQ(
+        FaultsOf(trays(1491, "\"en\"")),
+        "model.json:1:1: $: found 65561 bytes of display texts before the last of them, expected at most 65535\n");
     EXPECT_EQ(Description(trays(1490, "\"en\", \"de\", \"fr\"")).LocalizedString(kFrench, 1490),
               std::string(39, '-') + "1489")
         << "the same text in several languages lies in the file once";

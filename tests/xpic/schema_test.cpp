@@ -173,7 +173,7 @@ struct Probes {
 
 bool IsAllowed(const std::vector<Json>& alternatives, const Json& number) {
     return std::any_of(alternatives.begin(), alternatives.end(), [&](const Json& schema) {
-        return schema.contains("minimum") && number >= schema["minimum"] && number <= schema["maximum"];
+        return schema.contains("minimum") && number >= schema["minimum"] && number <= schema.value("maximum", number);
     });
 }
 

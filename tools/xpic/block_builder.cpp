@@ -1,5 +1,6 @@
 #include "tools/xpic/block_builder.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "driver/devdesc/description_format.h"
@@ -31,7 +32,7 @@ class BlockBuilder {
         AddExtraKeywords();
         AddMedia();
         AddResolutions();
-        AddTable(offsetof(DeviceModel, memoryTable), model_.memory);
+        AddTable(offsetof(DeviceModel, memoryTable), "memory", model_.memory);
         AddFonts();
         AddRules();
         AddFeatures();
@@ -40,8 +41,12 @@ class BlockBuilder {
         AddKeywordLists();
         Align(block_);
         if (block_.size() > kLargestBlock) {
-            faults_.push_back({"a device block of " + std::to_string(block_.size()) + " bytes",
-                               "at most " + std::to_string(kLargestBlock) + " bytes of records and lists"});
+            const auto largest = std::max_element(tables_.begin(), tables_.end(),
+                                                  [](const auto& a, const auto& b) { return a.bytes < b.bytes; });
+            faults_.push_back({"a device block of " + std::to_string(block_.size()) + " bytes, " +
+                                   std::to_string(largest->bytes) + " of them here",
+                               "at most " + std::to_string(kLargestBlock) + " bytes of records and lists",
+                               MemberPath(std::string(kRootPath), largest->key)});
         }
         // The slots were filled in the block's own copy.
         DeviceModel slots;
@@ -57,9 +62,16 @@ class BlockBuilder {
     // Localised references are signed in some records and not in others; the bits are the same.
     uint16_t String(const LocalizedText& text) { return static_cast<uint16_t>(pools_.strings.Add(text)); }
 
+    // A table's member of the source, and the bytes that it takes.
+    struct TableSize {
+        std::string_view key;
+        size_t bytes;
+    };
+
     // Lets the slot lead to what is appended next.
-    void Begin(size_t slot) {
+    void Begin(size_t slot, std::string_view key) {
         Align(block_);
+        tables_.push_back({key, 0});
         const uint64_t offset = block_.size();
         std::memcpy(block_.data() + slot, &offset, sizeof offset);
     }
@@ -67,23 +79,25 @@ class BlockBuilder {
     void Append(const void* data, size_t size) {
         const auto* first = static_cast<const std::byte*>(data);
         block_.insert(block_.end(), first, first + size);
+        tables_.back().bytes += size;
     }
 
     // The records and the zeros that end them; an empty table stays absent.
     template <class Record>
-    void AddTable(size_t slot, const std::vector<Record>& records) {
+    void AddTable(size_t slot, std::string_view key, const std::vector<Record>& records) {
         if (records.empty()) {
             return;
         }
-        Begin(slot);
+        Begin(slot, key);
         Append(records.data(), records.size() * sizeof(Record));
         block_.resize(block_.size() + sizeof(Record));
     }
 
     // Positions of records in tables are i16.
-    int16_t Position(size_t position, const char* table) {
+    int16_t Position(size_t position, const char* records, std::string_view key) {
         if (position > INT16_MAX) {
-            faults_.push_back({std::to_string(position) + " " + table, "at most " + std::to_string(INT16_MAX)});
+            faults_.push_back({std::to_string(position) + " " + records, "at most " + std::to_string(INT16_MAX),
+                               MemberPath(std::string(kRootPath), key)});
         }
         return static_cast<int16_t>(position);
     }
@@ -109,7 +123,7 @@ class BlockBuilder {
             SetTicketValues(record, paper.ticketValues);
             records.push_back(record);
         }
-        AddTable(offsetof(DeviceModel, paperTable), records);
+        AddTable(offsetof(DeviceModel, paperTable), "papers", records);
     }
 
     void AddTrays() {
@@ -117,7 +131,7 @@ class BlockBuilder {
         for (const TraySource& tray : model_.trays) {
             records.push_back({tray.mask, tray.binId, pools_.strings.Add(tray.label), pools_.names.Add(tray.keyword)});
         }
-        AddTable(offsetof(DeviceModel, binTable), records);
+        AddTable(offsetof(DeviceModel, binTable), "trays", records);
     }
 
     void AddExtraKeywords() {
@@ -126,7 +140,7 @@ class BlockBuilder {
             records.push_back({keyword.mask, pools_.texts.Add(keyword.jobValue), String(keyword.label),
                                pools_.names.Add(keyword.keyword)});
         }
-        AddTable(offsetof(DeviceModel, extraKeywordTable), records);
+        AddTable(offsetof(DeviceModel, extraKeywordTable), "extraKeywords", records);
     }
 
     void AddMedia() {
@@ -142,7 +156,7 @@ class BlockBuilder {
             SetTicketValues(record, medium.ticketValues);
             records.push_back(record);
         }
-        AddTable(offsetof(DeviceModel, mediaTable), records);
+        AddTable(offsetof(DeviceModel, mediaTable), "media", records);
     }
 
     void AddResolutions() {
@@ -157,31 +171,31 @@ class BlockBuilder {
             record.yDpi = resolution.yDpi;
             if (resolution.pattern) {
                 record.patternSize = model_.patterns[*resolution.pattern].size;
-                record.patternIndex = Position(*resolution.pattern, "patterns");
+                record.patternIndex = Position(*resolution.pattern, "patterns", "patterns");
             }
             record.keywordRef = pools_.names.Add(resolution.keyword);
             SetTicketValues(record, resolution.ticketValues);
             records.push_back(record);
         }
-        AddTable(offsetof(DeviceModel, resolutionTable), records);
+        AddTable(offsetof(DeviceModel, resolutionTable), "resolutions", records);
     }
 
-    void AddFontName(size_t slot, const std::string& name) {
+    void AddFontName(size_t slot, std::string_view key, const std::string& name) {
         if (!name.empty()) {
-            Begin(slot);
+            Begin(slot, key);
             Append(name.c_str(), name.size() + 1);
         }
     }
 
     void AddFonts() {
-        AddFontName(offsetof(DeviceModel, defaultFontA), model_.primaryFont);
-        AddFontName(offsetof(DeviceModel, defaultFontB), model_.secondaryFont);
-        if (const size_t groups = CountFontGroups(model_.fonts); groups != 0) {
-            Begin(offsetof(DeviceModel, fontGroups));
+        AddFontName(offsetof(DeviceModel, defaultFontA), "primaryFont", model_.primaryFont);
+        AddFontName(offsetof(DeviceModel, defaultFontB), "secondaryFont", model_.secondaryFont);
+        if (const size_t groups = FontGroups(model_.fonts).size(); groups != 0) {
+            Begin(offsetof(DeviceModel, fontGroups), "fonts");
             block_.resize(block_.size() + groups * sizeof(PackedU16));
         }
         if (!model_.fontSubstitutions.empty()) {
-            Begin(offsetof(DeviceModel, defaultFontSubs));
+            Begin(offsetof(DeviceModel, defaultFontSubs), "fontSubstitutions");
             for (const FontSubstitution& pair : model_.fontSubstitutions) {
                 Append(pair.face.c_str(), pair.face.size() + 1);
                 Append(pair.printerFont.c_str(), pair.printerFont.size() + 1);
@@ -196,8 +210,8 @@ class BlockBuilder {
             constraints.push_back(constraint.record);
             constraints.back().messageRef = String(constraint.message);
         }
-        AddTable(offsetof(DeviceModel, constraintTable), constraints);
-        AddTable(offsetof(DeviceModel, marginTable), model_.margins);
+        AddTable(offsetof(DeviceModel, constraintTable), "constraints", constraints);
+        AddTable(offsetof(DeviceModel, marginTable), "margins", model_.margins);
     }
 
     void AddFeatures() {
@@ -206,7 +220,8 @@ class BlockBuilder {
         Bytes options;
         for (const FeatureSource& feature : model_.features) {
             features.push_back({String(feature.label), pools_.texts.Add(feature.jobKey), feature.mask,
-                                Position(options.size() / stride, "options"), pools_.names.Add(feature.keyword)});
+                                Position(options.size() / stride, "options", "features"),
+                                pools_.names.Add(feature.keyword)});
             for (const OptionSource& option : feature.options) {
                 const OptionRecord record = {String(option.label), pools_.texts.Add(option.jobValue),
                                              pools_.names.Add(option.keyword)};
@@ -215,9 +230,9 @@ class BlockBuilder {
             }
             options.resize(options.size() + stride);
         }
-        AddTable(offsetof(DeviceModel, featureTable), features);
+        AddTable(offsetof(DeviceModel, featureTable), "features", features);
         if (!options.empty()) {
-            Begin(offsetof(DeviceModel, optionTable));
+            Begin(offsetof(DeviceModel, optionTable), "features");
             Append(options.data(), options.size());
         }
     }
@@ -230,7 +245,7 @@ class BlockBuilder {
         for (size_t group = 0; group < kColorGroupCount; ++group) {
             std::vector<ColorFeatureRecord> features;
             for (const ColorFeatureSource& feature : model_.colorFeatures[group]) {
-                features.push_back({String(feature.label), Position(values.size(), "color values")});
+                features.push_back({String(feature.label), Position(values.size(), "color values", "colorFeatures")});
                 for (const ColorValueSource& value : feature.values) {
                     ColorValueRecord record = {String(value.label), value.first.start, value.first.length,
                                                value.second.start, value.second.length};
@@ -241,24 +256,25 @@ class BlockBuilder {
                 }
                 values.push_back({});
             }
-            AddTable(kGroupSlots[group], features);
+            AddTable(kGroupSlots[group], "colorFeatures", features);
         }
-        AddTable(offsetof(DeviceModel, colorOptionValues), values);
+        AddTable(offsetof(DeviceModel, colorOptionValues), "colorFeatures", values);
     }
 
     void AddColorModes() {
         std::vector<ColorModeRecord> modes;
         std::vector<PresetSettingRecord> settings;
         for (const ColorModeSource& mode : model_.colorModes) {
-            const int16_t first = mode.settings.empty() ? int16_t{-1} : Position(settings.size(), "preset settings");
+            const int16_t first =
+                mode.settings.empty() ? int16_t{-1} : Position(settings.size(), "preset settings", "colorModes");
             modes.push_back({mode.kind, pools_.names.Add(mode.displayName), first});
             if (!mode.settings.empty()) {
                 settings.insert(settings.end(), mode.settings.begin(), mode.settings.end());
                 settings.push_back({});
             }
         }
-        AddTable(offsetof(DeviceModel, colorModeTable), modes);
-        AddTable(offsetof(DeviceModel, presetSettings), settings);
+        AddTable(offsetof(DeviceModel, colorModeTable), "colorModes", modes);
+        AddTable(offsetof(DeviceModel, presetSettings), "colorModes", settings);
     }
 
     void AddKeywordLists() {
@@ -276,7 +292,7 @@ class BlockBuilder {
                 SetTicketValues(record, entry.ticketValues);
                 records.push_back(record);
             }
-            AddTable(kListSlots[list], records);
+            AddTable(kListSlots[list], kKeywordListKeys[list], records);
         }
     }
 
@@ -285,6 +301,7 @@ class BlockBuilder {
     LimitFaults& faults_;
     DeviceModel device_;
     Bytes block_;  // begins with the record; until Build ends, only its slots are filled
+    std::vector<TableSize> tables_;
 };
 
 }  // namespace
@@ -297,16 +314,16 @@ Bytes BuildDeviceBlock(const ModelSource& model, TextPools& pools, LimitFaults& 
     return block;
 }
 
-size_t CountFontGroups(const std::vector<Bytes>& fonts) {
+std::vector<uint16_t> FontGroups(const std::vector<Bytes>& fonts) {
     constexpr size_t kLargestGroup = 32767;
-    size_t groups = 0;
+    std::vector<uint16_t> groups;
     size_t sum = 0;
-    for (const Bytes& font : fonts) {
-        if (groups == 0 || sum + font.size() > kLargestGroup) {
-            ++groups;
+    for (size_t i = 0; i < fonts.size(); ++i) {
+        if (groups.empty() || sum + fonts[i].size() > kLargestGroup) {
+            groups.push_back(static_cast<uint16_t>(i + 1));
             sum = 0;
         }
-        sum += font.size();
+        sum += fonts[i].size();
     }
     return groups;
 }

@@ -16,8 +16,8 @@ struct TextPools {
 // Lays out the block and fills the pools. A block or an index beyond the format's limits becomes a fault.
 Bytes BuildDeviceBlock(const ModelSource& model, TextPools& pools, LimitFaults& faults);
 
-// The number of group starts that loading font records of these sizes makes: records share a group while their sizes
-// together stay within 32767 bytes.
-size_t CountFontGroups(const std::vector<Bytes>& fonts);
+// The group starts that loading font records of these sizes makes, 1-based record numbers: records share a group while
+// their sizes together stay within 32767 bytes.
+std::vector<uint16_t> FontGroups(const std::vector<Bytes>& fonts);
 
 }  // namespace velmora

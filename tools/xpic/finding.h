@@ -1,4 +1,4 @@
-// What the checker has to say about a model.
+// What the reader of description files and the checker have to say about a model.
 #pragma once
 
 #include <string>
@@ -6,24 +6,30 @@
 #include <vector>
 
 #include "tools/xpic/diagnostic.h"
+#include "tools/xpic/finding_kinds.h"
 
 namespace velmora {
-
-enum class Severity {
-    kNote,     // works, but may not be meant
-    kWarning,  // legal, but will hurt
-    kError,    // the description file isn't well formed: readers get something else than what is there
-};
 
 struct Finding {
     Severity severity;
     std::string_view code;  // "paper-without-margins"
     std::string path;       // of the record or value, by its place in a source: "$.papers[3]"
     std::string what;       // "\"Banner\" has no margins in landscape"
-    std::string why;        // "its printable area is then a quarter inch smaller on each side"
+    std::string_view why;   // "its printable area is then taken a quarter inch inside each edge"
     std::string file;       // where the source says it; empty for what was found in a description file
     Position position;
 };
 using Findings = std::vector<Finding>;
+
+void AddFinding(Findings& findings, FindingCode code, std::string path, std::string what);
+
+bool HasErrors(const Findings& findings);
+
+// "error", "warning", "note".
+std::string_view NameOf(Severity severity);
+
+// "FILE:LINE:COLUMN: LEVEL: PATH: WHAT: WHY [CODE]" on one line, without a line end. `file` is named where the finding
+// names none.
+std::string FormatFinding(const Finding& finding, std::string_view file);
 
 }  // namespace velmora

@@ -31,11 +31,10 @@ ColorValueSource ReadColorValue(ModelReader& reader, const SourceValue& element,
 }
 
 void ReadColorGroup(ModelReader& reader, const SourceValue& list, size_t group) {
-    constexpr size_t kMostFeatures = 4;  // the device mode's selections of a group
     const std::vector<SourceValue> elements = ReadElements(reader.context, list);
-    if (elements.size() > kMostFeatures) {
+    if (elements.size() > kMostColorFeatures) {
         reader.context.Report(list.path, std::to_string(elements.size()) + " color features",
-                              "at most " + std::to_string(kMostFeatures));
+                              "at most " + std::to_string(kMostColorFeatures));
     }
     for (const SourceValue& element : elements) {
         ObjectReader object(reader.context, element);
@@ -107,7 +106,6 @@ void ReadColorFeatures(ModelReader& reader) {
 }
 
 void ReadColorModes(ModelReader& reader) {
-    constexpr uint32_t kPlainKind = 1;  // a kind of 0 would end the table
     for (const SourceValue& element : reader.root.Elements("colorModes")) {
         ObjectReader object(reader.context, element);
         ColorModeSource mode;
@@ -123,8 +121,8 @@ void ReadColorModes(ModelReader& reader) {
             mode.kind |= kColorModeHasDefaults;
             mode.settings = ReadRawSettings(reader, object.Elements("settings"));
         }
-        mode.kind =
-            static_cast<uint32_t>(object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainKind));
+        mode.kind = static_cast<uint32_t>(
+            object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainColorMode));
         reader.model.colorModes.push_back(std::move(mode));
     }
 }

@@ -8,14 +8,6 @@
 namespace velmora {
 namespace {
 
-constexpr Word kShapes[] = {
-    {"dispersed", static_cast<int64_t>(PatternShape::kDispersed)},
-    {"clustered", static_cast<int64_t>(PatternShape::kClustered)},
-};
-
-// What a device mode's patternSize may hold.
-constexpr size_t kPatternSizes[] = {8, 16, 32};
-
 size_t ReadPatternSize(SourceContext& context, ObjectReader& object) {
     const std::optional<SourceValue> value = object.Require("size", "8, 16 or 32");
     if (!value) {
@@ -30,15 +22,13 @@ size_t ReadPatternSize(SourceContext& context, ObjectReader& object) {
     return 0;
 }
 
-constexpr int64_t kLongestSlice = 0x1FFF;  // the slice table's 13 bits
-
 // Commands as parts of a given blob.
 void ReadSlices(ModelReader& reader) {
     for (const auto& [name, value] : reader.root.Members("commands")) {
         reader.names.commands.Add(reader.context, value.path, name);
         ObjectReader object(reader.context, value);
         const auto start = static_cast<uint16_t>(object.Integer("at", {0, UINT16_MAX}, {}));
-        const auto length = static_cast<uint16_t>(object.Integer("length", {0, kLongestSlice}, {}));
+        const auto length = static_cast<uint16_t>(object.Integer("length", {0, kLongestCommand}, {}));
         if (start + length > static_cast<int>(reader.model.blob.size())) {
             reader.context.Report(value.path, "a command that ends at byte " + std::to_string(start + length),
                                   "a part of the blob's " + std::to_string(reader.model.blob.size()) + " bytes");
@@ -58,14 +48,14 @@ void ReadPatterns(ModelReader& reader) {
         const size_t size = ReadPatternSize(reader.context, object);
         pattern.size = static_cast<int16_t>(size);
         if (object.Has("shape")) {
-            const auto shape = static_cast<PatternShape>(object.Choice("shape", kShapes, {}, {}));
+            const auto shape = static_cast<PatternShape>(object.Choice("shape", kPatternShapeWords, {}, {}));
             pattern.block = GeneratePatternBlock(shape, size);
         } else if (const auto bytes = object.Require("block", "a block, or a \"shape\" to make one")) {
             pattern.block = ReadBytes(reader.context, *bytes).value_or(Bytes{});
-            if (size != 0 && pattern.block.size() != 32 * size * size) {
+            if (size != 0 && pattern.block.size() != PatternBlockSize(size)) {
                 reader.context.Report(
                     bytes->path, "a block of " + std::to_string(pattern.block.size()) + " bytes",
-                    std::to_string(32 * size * size) + " bytes for a pattern of size " + std::to_string(size));
+                    std::to_string(PatternBlockSize(size)) + " bytes for a pattern of size " + std::to_string(size));
             }
         }
         reader.model.patterns.push_back(std::move(pattern));
@@ -117,9 +107,9 @@ void ReadCommands(ModelReader& reader) {
     for (const auto& [name, value] : reader.root.Members("commands")) {
         reader.names.commands.Add(reader.context, value.path, name);
         const Bytes command = ReadBytes(reader.context, value).value_or(Bytes{});
-        if (command.size() > static_cast<size_t>(kLongestSlice)) {
+        if (command.size() > kLongestCommand) {
             reader.context.Report(value.path, "a command of " + std::to_string(command.size()) + " bytes",
-                                  "at most " + std::to_string(kLongestSlice) + " bytes");
+                                  "at most " + std::to_string(kLongestCommand) + " bytes");
         }
         if (blob.size() > UINT16_MAX) {
             reader.context.Report(value.path, std::to_string(blob.size()) + " bytes of commands before it",

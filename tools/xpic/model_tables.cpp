@@ -7,32 +7,12 @@
 namespace velmora {
 namespace {
 
-constexpr int kFirstOwnPaperId = 256;
-constexpr int kLastStandardPaperId = 118;
-constexpr uint32_t kPlainMask = 1;  // what every printer has
-
-bool IsPcl(const ModelSource& model) {
-    return model.device.pdlType == kPdlPcl6 || model.device.pdlType == kPdlPcl5;
-}
-
 std::vector<std::string_view> StandardPaperNames() {
     std::vector<std::string_view> names;
     for (const StandardPaper& paper : kStandardPapers) {
         names.push_back(paper.name);
     }
     return names;
-}
-
-PaperSource FromStandard(const StandardPaper& standard, const ModelSource& model) {
-    PaperSource paper;
-    paper.id = standard.id;
-    paper.keyword = standard.keyword;
-    paper.width = standard.width;
-    paper.length = standard.length;
-    paper.isMetric = standard.isMetric;
-    paper.pclSizeCode = IsPcl(model) ? standard.pclSizeCode : int16_t{0};
-    paper.rendererName = model.device.pdlType == kPdlPcl6 ? standard.rendererName : std::string_view();
-    return paper;
 }
 
 // The published paper that "id" or, without one, the paper's name refers to; null for a paper of the model's own.
@@ -71,7 +51,7 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
                                   ExpectOneOf("the name of a standard paper", name, StandardPaperNames()));
             return {};
         }
-        PaperSource paper = FromStandard(*standard, reader.model);
+        PaperSource paper = PaperOf(*standard, reader.model.device.pdlType);
         paper.name = name;
         const Json label = std::string(standard->label);
         paper.label = *ReadLocalizedText(reader.context, {&label, value.path}, TextLimit::kPaperLabel);
@@ -82,7 +62,7 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
     names.papers.Add(reader.context, value.path, name);
     int16_t id = 0;
     const StandardPaper* standard = StandardOf(reader, object, name, id);
-    PaperSource paper = standard != nullptr ? FromStandard(*standard, reader.model) : PaperSource{};
+    PaperSource paper = standard != nullptr ? PaperOf(*standard, reader.model.device.pdlType) : PaperSource{};
     paper.name = name;
     const bool misspelt = standard == nullptr && object.Has("id") && id == 0;  // reported already
     const auto own = [&](int64_t known) {
@@ -92,9 +72,8 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
     paper.pclSizeCode = static_cast<int16_t>(object.Integer("pclSizeCode", {INT16_MIN, INT16_MAX}, paper.pclSizeCode));
     if (id != 0) {
         paper.id = id;
-    } else if (standard == nullptr && IsPcl(reader.model) && paper.pclSizeCode < 0) {
-        // The id by which the paper lookup counts the driver-defined papers.
-        paper.id = static_cast<int16_t>(511 - cardsBefore);
+    } else if (standard == nullptr && IsPcl(reader.model.device.pdlType) && paper.pclSizeCode < 0) {
+        paper.id = CardPaperId(cardsBefore);
     } else if (standard == nullptr && !misspelt) {
         object.Require("id", "a paper id, as the name isn't a standard paper's");
     }
@@ -182,8 +161,6 @@ void ReadPapers(ModelReader& reader) {
 }
 
 void ReadTrays(ModelReader& reader) {
-    constexpr int64_t kLastStandardBin = 15;
-    constexpr int64_t kFirstOwnBin = 256;
     for (const SourceValue& element : reader.root.Elements("trays")) {
         ObjectReader object(reader.context, element);
         const std::string name = object.Name();
@@ -232,7 +209,6 @@ void ReadExtraKeywords(ModelReader& reader) {
 }
 
 void ReadMedia(ModelReader& reader) {
-    constexpr uint32_t kFirstOwnMedium = 256;  // DMMEDIA_USER (wingdi.h)
     for (const SourceValue& element : reader.root.Elements("media")) {
         ObjectReader object(reader.context, element);
         const std::string name = object.Name();
@@ -274,7 +250,6 @@ void ReadResolutions(ModelReader& reader) {
 }
 
 void ReadFeatures(ModelReader& reader) {
-    constexpr size_t kMostFeatures = 32;  // the device mode's selections
     const std::vector<SourceValue> elements = reader.root.Elements("features");
     if (elements.size() > kMostFeatures) {
         reader.context.Report(reader.root.PathOf("features"), std::to_string(elements.size()) + " features",
@@ -332,10 +307,8 @@ void ReadFontSubstitutions(ModelReader& reader) {
 }
 
 void ReadKeywordLists(ModelReader& reader) {
-    constexpr std::string_view kKeys[kKeywordLists] = {"photoIntents", "signatureOptions", "extraListA",
-                                                       "extraListB",   "mediaColors",      "extraListC"};
     for (size_t list = 0; list < kKeywordLists; ++list) {
-        for (const SourceValue& element : reader.root.Elements(kKeys[list])) {
+        for (const SourceValue& element : reader.root.Elements(kKeywordListKeys[list])) {
             ReadKeywordEntry(reader, reader.model.keywordLists[list], element);
         }
     }

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "tools/xpic/model_limits.h"
 #include "tools/xpic/model_source.h"
 #include "tools/xpic/source_document.h"
 #include "tools/xpic/text_encoding.h"
@@ -38,24 +39,6 @@ struct SourceContext {
 struct Range {
     int64_t min;
     int64_t max;
-};
-
-// Longest texts, in bytes without the terminator, as their readers hold them.
-struct TextLimit {
-    static constexpr size_t kLabel = 63;
-    static constexpr size_t kPaperLabel = 127;  // media and messages too
-    static constexpr size_t kTrayLabel = 47;
-    static constexpr size_t kLink = 255;
-    static constexpr size_t kKeyword = 119;
-    static constexpr size_t kKeywordName = 79;  // the part of a keyword behind its colon
-    static constexpr size_t kNamespace = 159;
-    static constexpr size_t kRendererPaper = 14;
-    static constexpr size_t kRendererMedium = 63;
-    static constexpr size_t kJobWord = 127;   // a key or a value of a job line
-    static constexpr size_t kJobText = 1023;  // a whole job command
-    static constexpr size_t kExtraText = 11;  // the device mode's extraText
-    static constexpr size_t kFontFace = 31;   // the device mode's font names
-    static constexpr size_t kSubstitution = 63;
 };
 
 // As a message shows them: "12.34", "\"Leter\"", "an object".

@@ -25,7 +25,7 @@ Bytes OffsetTable(const std::vector<size_t>& offsets) {
 
 void CheckLimit(LimitFaults& faults, size_t value, size_t limit, const std::string& what) {
     if (value > limit) {
-        faults.push_back({std::to_string(value) + " " + what, "at most " + std::to_string(limit)});
+        faults.push_back({.found = std::to_string(value) + " " + what, .expected = "at most " + std::to_string(limit)});
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "tools/xpic/diagnostic.h"
 #include "tools/xpic/model_source.h"
+#include "tools/xpic/source_document.h"
 
 namespace velmora {
 
@@ -15,6 +16,7 @@ namespace velmora {
 struct LimitFault {
     std::string found;
     std::string expected;
+    std::string path = std::string(kRootPath);  // of what exceeds it in the source
 };
 using LimitFaults = std::vector<LimitFault>;
 

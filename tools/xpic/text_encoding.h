@@ -1,10 +1,11 @@
-// From the source's UTF-8 to the 8-bit code pages that description files hold.
+// Between the UTF-8 of sources and the 8-bit code pages that description files hold.
 #pragma once
 
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace velmora {
 
@@ -19,9 +20,15 @@ class TextEncoder {
     // `encoding` is an iconv name. Nothing when the code page lacks one of the characters. Throws std::runtime_error
     // when the system has no such code page.
     std::optional<std::string> Encode(std::string_view utf8, const char* encoding);
+    // The text of bytes in a code page, as UTF-8. Nothing when they aren't text there, and when encoding that text
+    // would give other bytes. Throws as Encode.
+    std::optional<std::string> Decode(std::string_view bytes, const char* encoding);
 
   private:
-    std::map<std::string, void*, std::less<>> converters_;  // iconv_t
+    // Nothing for what can't be converted exactly.
+    std::optional<std::string> Convert(std::string_view text, const char* from, const char* to);
+
+    std::map<std::pair<std::string, std::string>, void*> converters_;  // iconv_t by from and to
 };
 
 }  // namespace velmora
