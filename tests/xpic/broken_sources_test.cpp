@@ -206,7 +206,7 @@ const std::vector<BrokenSource> kBrokenMembers = {
      "81: $.commands.c: found \"x\", expected an object\n"},
     {R"("colorModes": [{"name": "m", "settings": [{"group": 0, "feature": 0, "option": 0}]}, {"name": "n", "selects": {}, "settings": []}])",
      "44: $.colorModes[0].settings[0].group: found 0, expected a group: 0 ends the settings\n"
-     "115: $.colorModes[1].settings: found an unknown key, expected a known one: \"name\", \"displayName\", "
+     "115: $.colorModes[1].settings: found an unknown key, expected a known one: \"name\", \"label\", "
      "\"systemManaged\", \"manual\", \"selects\", \"kind\"\n"},
     {R"("papers": [{"name": "A4", "fit": 0}, {"name": "A5", "omit": true}], "features": [{"name": "f", "label": null}])",
      "27: $.papers[0].fit: found 0, expected a whole number from 1 to 32767\n"
