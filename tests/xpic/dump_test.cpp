@@ -331,26 +331,21 @@ TEST(Dump, GivesBackEveryDamagedFileThatIsWellFormed) {
         if (i > table + 60 && i < table + 2 * kPrimaryLanguages - 2) {
             continue;  // hundreds of languages that nobody knows
         }
-        for (const std::byte damaged : {std::byte(static_cast<unsigned char>(good[i]) + 1), std::byte{0xFF}}) {
-            if (i > table && damaged == std::byte{0xFF}) {
-                continue;  // texts
-            }
-            Bytes file = good;
-            file[i] = damaged;
-            const Dump dump = DumpDescription(file, "", "");
-            if (HasErrors(dump.findings)) {
-                EXPECT_EQ(dump.source.text, "");
-                continue;
-            }
-            ++wellFormed;
-            ExpectRoundTrip(file, dump.source.text);
-            EXPECT_EQ(ModelOf(ModelOf(file)), ModelOf(file));
-            if (HasFailure()) {
-                FAIL() << "byte " << i << " as " << static_cast<int>(damaged);
-            }
+        // Either byte of a number gets either damage, in turn.
+        const bool byOne = (i / 2 + i) % 2 == 0;
+        Bytes file = good;
+        file[i] = byOne ? std::byte(static_cast<unsigned char>(good[i]) + 1) : std::byte{0xFF};
+        const Dump dump = DumpDescription(file, "", "");
+        if (HasErrors(dump.findings)) {
+            EXPECT_EQ(dump.source.text, "");
+            continue;
         }
+        ++wellFormed;
+        ExpectRoundTrip(file, dump.source.text);
+        EXPECT_EQ(ModelOf(ModelOf(file)), ModelOf(file));
+        ASSERT_FALSE(HasFailure()) << "byte " << i << " as " << static_cast<int>(file[i]);
     }
-    EXPECT_GT(wellFormed, good.size() / 8);
+    EXPECT_GT(wellFormed, good.size() / 16);
 }
 
 TEST(Layout, CopiesWhatItCan) {
