@@ -10,10 +10,12 @@ enum ExitCode : int {
     kDone = 0,
     kFault = 1,  // the source or a file is at fault
     kBadCommandLine = 2,
+    kWarned = 3,  // the worst that the checker found is a warning
 };
 
-// Adds the subcommand, which sets the code when it was run.
+// Each adds its subcommand, which sets the code when it was run.
 void AddBuildCommand(CLI::App& app, int& exitCode);
+void AddCheckCommand(CLI::App& app, int& exitCode);
 void AddDumpCommand(CLI::App& app, int& exitCode);
 
 }  // namespace velmora

@@ -196,6 +196,9 @@ void DescriptionReader::ReadBlob() {
     if (header.blobSize == 0) {
         return;
     }
+    if (header.blobSize > UINT16_MAX) {
+        Report("command-blob-size", "$.commands", "the command blob has " + std::to_string(header.blobSize) + " bytes");
+    }
     if (const auto blob = view_.BytesAt(header.blobOffset, header.blobSize)) {
         model_.blob = Copy(*blob);
     } else {

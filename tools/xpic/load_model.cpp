@@ -148,13 +148,15 @@ void ReadDefaults(ModelReader& reader) {
 }  // namespace
 
 std::optional<ModelSource> LoadModelSource(std::string_view text, const std::filesystem::path& file,
-                                           SourceDocument& document, std::vector<Diagnostic>& diagnostics) {
+                                           SourceDocument& document, std::vector<Diagnostic>& diagnostics,
+                                           KnownKeys* knownKeys) {
     const size_t before = diagnostics.size();
     if (!ReadSource(text, file, document, diagnostics)) {
         return std::nullopt;
     }
     ModelSource model;
     SourceContext context{document, diagnostics, {}, {}, {}, {}};
+    context.knownKeys = knownKeys;
     {
         ObjectReader root(context, {&document.root, std::string(kRootPath)});
         ModelNames names;

@@ -4,10 +4,11 @@
 #include "tools/xpic/commands.h"
 
 int main(int argc, char** argv) {
-    CLI::App app("Compiles printer model sources to description files.", "xpic");
+    CLI::App app("Compiles and checks printer models.", "xpic");
     app.require_subcommand(1);
     int exitCode = velmora::kDone;
     velmora::AddBuildCommand(app, exitCode);
+    velmora::AddCheckCommand(app, exitCode);
     velmora::AddDumpCommand(app, exitCode);
     try {
         app.parse(argc, argv);

@@ -111,7 +111,7 @@ void ReadColorModes(ModelReader& reader) {
         ColorModeSource mode;
         mode.name = object.Name();
         reader.names.colorModes.Add(reader.context, element.path, mode.name);
-        mode.displayName = object.FixedText("displayName", TextLimit::kLabel);
+        mode.label = object.LabelOrNone(mode.name, TextLimit::kLabel);
         mode.kind |= object.Flag("systemManaged", false) ? kColorModeSystem : 0;
         mode.kind |= object.Flag("manual", false) ? kColorModeManual : 0;
         if (const std::optional<SourceValue> selects = object.Find("selects")) {

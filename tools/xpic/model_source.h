@@ -129,7 +129,7 @@ struct ColorFeatureSource {
 struct ColorModeSource {
     std::string name;
     uint32_t kind = 0;
-    std::string displayName;
+    LocalizedText label;
     std::vector<PresetSettingRecord> settings;
 };
 

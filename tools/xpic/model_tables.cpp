@@ -139,12 +139,11 @@ void ReadPapers(ModelReader& reader) {
     for (const SourceValue& element : elements) {
         papers.push_back(ReadPaper(reader, element, cards));
         cards += papers.back().pclSizeCode < 0 ? 1 : 0;
-        const std::string* name = element.json->is_string() ? element.json->get_ptr<const std::string*>() : nullptr;
-        if (name == nullptr && element.json->is_object() && element.json->contains("name")) {
-            name = (*element.json)["name"].get_ptr<const std::string*>();
-        }
-        if (name != nullptr && (*name == "custom" || *name == "all")) {
-            reader.context.Report(element.path, Quote(*name), "another name: this one stands for other papers");
+        const bool hasName = element.json->is_object() && element.json->contains("name");
+        const SourceValue name =
+            hasName ? SourceValue{&(*element.json)["name"], MemberPath(element.path, "name")} : element;
+        if (*name.json == "custom" || *name.json == "all") {
+            reader.context.Report(name.path, Describe(*name.json), "another name: this one stands for other papers");
         }
     }
     // A paper may be scaled onto one that comes later.

@@ -72,7 +72,7 @@ class NameMaker {
             const char* kind = (mode.kind & kColorModeSystem) != 0   ? "System"
                                : (mode.kind & kColorModeManual) != 0 ? "Manual"
                                                                      : "";
-            return modes.Make(i, {Decoded(mode.displayName, kFixedTextEncoding), kind});
+            return modes.Make(i, {LabelName(mode.label), kind});
         });
         NameList patterns("pattern");
         NameEach(model_.patterns, patterns, [&](size_t i) {

@@ -164,9 +164,7 @@ std::optional<Json> SelectsOf(const ModelSource& model, const std::vector<Preset
 
 Json WriteMode(SourceWriter& writer, const ColorModeSource& mode) {
     Json record = {{"name", mode.name}};
-    if (!mode.displayName.empty()) {
-        record["displayName"] = writer.texts.Fixed(mode.displayName);
-    }
+    WriteLabel(writer, record, mode.label, mode.name);
     const uint32_t settingsFlag = mode.kind & kColorModeHasDefaults;
     const uint32_t managing = mode.kind & (kColorModeSystem | kColorModeManual);
     const uint32_t said = managing | settingsFlag;

@@ -1,0 +1,82 @@
+#include "tools/xpic/check_file.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <tuple>
+
+#include "tools/xpic/check_model.h"
+#include "tools/xpic/compile.h"
+#include "tools/xpic/read_description.h"
+
+namespace velmora {
+namespace {
+
+bool HasExtension(const std::filesystem::path& file, std::string_view lowerCase) {
+    std::string extension = file.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return extension == lowerCase;
+}
+
+// A source begins with an object or a comment; a description file, whose first words nobody reads, hardly does so.
+bool LooksLikeSource(std::string_view content) {
+    const size_t first = content.find_first_not_of("\xEF\xBB\xBF \t\r\n");
+    return first != std::string_view::npos && (content[first] == '{' || content[first] == '/');
+}
+
+Findings CheckSource(std::string_view content, const std::filesystem::path& file) {
+    const CompileResult result = CompileModelText(content, file);
+    Findings findings;
+    for (const Diagnostic& diagnostic : result.diagnostics) {
+        AddFinding(findings, "refused", diagnostic.path,
+                   "found " + diagnostic.found + ", expected " + diagnostic.expected);
+        findings.back().file = diagnostic.file;
+        findings.back().position = diagnostic.position;
+    }
+    if (!result.Succeeded()) {
+        return findings;
+    }
+    findings = CheckModel(*result.model);
+    for (Finding& finding : findings) {
+        const SourcePlace place = result.document.Locate(finding.path);
+        finding.file = result.document.FileName(place);
+        finding.position = place.position;
+        finding.path = place.path;
+    }
+    // The source itself comes before what it includes.
+    const std::string own = file.string();
+    std::stable_sort(findings.begin(), findings.end(), [&](const Finding& a, const Finding& b) {
+        const auto key = [&](const Finding& finding) {
+            return std::tuple(finding.file != own, std::string_view(finding.file), finding.position.line,
+                              finding.position.column);
+        };
+        return key(a) < key(b);
+    });
+    return findings;
+}
+
+Findings CheckDescription(std::string_view content) {
+    DescriptionReading reading = ReadDescription(std::as_bytes(std::span<const char>(content.data(), content.size())));
+    if (reading.model && !HasErrors(reading.findings)) {
+        Findings judged = CheckModel(*reading.model);
+        std::move(judged.begin(), judged.end(), std::back_inserter(reading.findings));
+    }
+    return std::move(reading.findings);
+}
+
+}  // namespace
+
+Findings CheckFile(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (!stream) {
+        Findings findings;
+        AddFinding(findings, "unreadable", std::string(kRootPath), "no file that can be read");
+        return findings;
+    }
+    const bool isSource = HasExtension(file, ".json") || (!HasExtension(file, ".xpi") && LooksLikeSource(content));
+    return isSource ? CheckSource(content, file) : CheckDescription(content);
+}
+
+}  // namespace velmora
