@@ -9,7 +9,6 @@
 #include "tests/xpic/description.h"
 #include "tools/xpic/dump_description.h"
 #include "tools/xpic/layout.h"
-#include "tools/xpic/load_model.h"
 #include "tools/xpic/read_description.h"
 #include "tools/xpic/record_names.h"
 #include "tools/xpic/string_pools.h"
@@ -47,12 +46,10 @@ std::string WithoutLayout(const std::string& source) {
     return layout == std::string::npos ? source : source.substr(0, source.rfind(',', layout)) + "\n}\n";
 }
 
-// The source gives the file, and what it says without a layout is the model that the file's readers get.
 void ExpectRoundTrip(const Bytes& file, const std::string& source) {
     const CompileResult compiled = CompileModelText(source, "dump.json");
     ASSERT_TRUE(compiled.Succeeded()) << FaultsOf(source) << source;
     EXPECT_EQ(compiled.bytes, file) << source;
-    EXPECT_EQ(ModelOf(CompiledFrom(WithoutLayout(source))), ModelOf(file)) << source;
 }
 
 constexpr std::string_view kLabelled = R"({
@@ -137,16 +134,17 @@ TEST(Dump, WritesNamesAndWordsWhereTheyLoadAsTheSame) {
 }
 
 TEST(Dump, KeepsTheNamesOfALoadedModel) {
-    SourceDocument document;
-    std::vector<Diagnostic> diagnostics;
     const std::string source = LabelledSource();
-    std::optional<ModelSource> model = LoadModelSource(source, "model.json", document, diagnostics);
-    ASSERT_TRUE(model);
-    MakeNames(*model);
-    const std::string written = WriteSource(*model).text;
-    EXPECT_EQ(CompiledFrom(written), CompiledFrom(source));
+    const CompileResult compiled = CompileModelText(source, "model.json");
+    ASSERT_TRUE(compiled.Succeeded());
+    ModelSource model = *compiled.model;
+    MakeNames(model);
+    const std::string written = WriteSource(model).text;
     EXPECT_NE(written.find(R"({"name": "One", "label": {"en": "Tray 1")"), std::string::npos) << written;
-    EXPECT_EQ(WriteSource(*LoadModelSource(written, "model.json", document, diagnostics)).text, written);
+    const CompileResult again = CompileModelText(written, "model.json");
+    ASSERT_TRUE(again.Succeeded());
+    EXPECT_EQ(again.bytes, compiled.bytes);
+    EXPECT_EQ(WriteSource(*again.model).text, written);
 }
 
 TEST(Dump, PutsLargeDataIntoFilesOfItsOwn) {
@@ -188,7 +186,7 @@ TEST(Dump, WritesRawFormsForTheRest) {
         {R"("papers": [{"name": "A4", "fit": 8}], "margins": [{"papers": ["A4", 8], "allMm": -1}])",
          R"({"papers": ["A4", 8], "allMm": -1})"},
         {R"("papers": ["A4", {"name": "Other", "id": "A4", "keyword": ""}])",
-         R"({"name": "A4 2", "label": "Other", "id": "A4", "keyword": ""})"},
+         R"({"name": "A4 2", "id": "A4", "keyword": ""})"},
         {R"("papers": [{"name": "all ", "id": 600, "label": "all", "widthMm": 1, "lengthMm": 1}])",
          R"({"name": "all 2", "label": "all")"},
         {R"("customSizes": {"minWidthMm": 1, "maxWidthMm": 0, "minLengthMm": 0, "maxLengthMm": 6553.5})",
@@ -228,6 +226,8 @@ void ExpectForeignRoundTrip(const Edit& edit, uint16_t pdlType) {
     const std::string source = Dumped(file);
     EXPECT_NE(source.find("\"layout\""), std::string::npos);
     ExpectRoundTrip(file, source);
+    // What the source says without the layout is the model that readers of the file get.
+    EXPECT_EQ(ModelOf(CompiledFrom(WithoutLayout(source))), ModelOf(file)) << source;
 }
 
 TEST(Dump, KeepsTheArrangementOfOtherCompilers) {
@@ -241,7 +241,7 @@ TEST(Dump, KeepsTheArrangementOfOtherCompilers) {
         builder.AddString("never");
         builder.AddName("never");
         builder.AddText("never");
-        builder.AddImage("no bitmap");
+        builder.AddPattern("no block");
         builder.AddFont(std::string(40, 'f'));
         builder.AddFont(std::string(40, 'f'));
         builder.Bytes(offsetof(DeviceModel, fontGroups), std::string(6, '\x7F'));
@@ -331,22 +331,21 @@ TEST(Dump, GivesBackEveryDamagedFileThatIsWellFormed) {
         if (i > table + 60 && i < table + 2 * kPrimaryLanguages - 2) {
             continue;  // hundreds of languages that nobody knows
         }
-        for (const std::byte damaged : {std::byte(static_cast<unsigned char>(good[i]) + 1), std::byte{0xFF}}) {
-            Bytes file = good;
-            file[i] = damaged;
-            const Dump dump = DumpDescription(file, "", "");
-            if (HasErrors(dump.findings)) {
-                EXPECT_EQ(dump.source.text, "");
-                continue;
-            }
-            ++wellFormed;
-            ExpectRoundTrip(file, dump.source.text);
-            if (HasFailure()) {
-                FAIL() << "byte " << i << " as " << static_cast<int>(damaged);
-            }
+        // Either byte of a number gets either damage, in turn.
+        const bool byOne = (i / 2 + i) % 2 == 0;
+        Bytes file = good;
+        file[i] = byOne ? std::byte(static_cast<unsigned char>(good[i]) + 1) : std::byte{0xFF};
+        const Dump dump = DumpDescription(file, "", "");
+        if (HasErrors(dump.findings)) {
+            EXPECT_EQ(dump.source.text, "");
+            continue;
         }
+        ++wellFormed;
+        ExpectRoundTrip(file, dump.source.text);
+        EXPECT_EQ(ModelOf(ModelOf(file)), ModelOf(file));
+        ASSERT_FALSE(HasFailure()) << "byte " << i << " as " << static_cast<int>(file[i]);
     }
-    EXPECT_GT(wellFormed, good.size() / 8);
+    EXPECT_GT(wellFormed, good.size() / 16);
 }
 
 TEST(Layout, CopiesWhatItCan) {
@@ -372,7 +371,7 @@ TEST(Layout, TellsWhatIsWrongWithIt) {
         const char* fault;
     } kCases[] = {
         {R"({"of": {"size": 5, "crc32": "00000000"}, "size": 1, "pieces": ["00"]})",
-         R"(model.json:1:16: $.layout: found a model of )"},
+         R"(model.json:1:17: $.layout: found a model of )"},
         {R"({"of": {"size": 5, "crc32": "00000000"}, "size": 1, "pieces": ["00"]})",
          R"(expected the arrangement of this model: leave "layout" out once the model is changed)"},
         {R"({"of": {"size": 5, "crc32": "0"}, "size": 1, "pieces": ["00"]})",

@@ -41,8 +41,9 @@ Dump DumpDescription(std::span<const std::byte> file, const std::string& comment
     SourceStyle style{comment, fileStem, nullptr};
     LimitFaults faults;
     const Bytes own = BuildDescription(*reading.model, faults);
-    const FileLayout layout = FindLayout(own, Bytes(file.begin(), file.end()));
+    FileLayout layout;
     if (!std::equal(own.begin(), own.end(), file.begin(), file.end())) {
+        layout = FindLayout(own, Bytes(file.begin(), file.end()));
         style.layout = &layout;
     }
     dump.source = WriteSource(*reading.model, style);

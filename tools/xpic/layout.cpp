@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <unordered_map>
+#include <span>
+#include <utility>
 
 #include "tools/xpic/byte_text.h"
 
@@ -89,10 +90,11 @@ LayoutPiece ReadPiece(SourceContext& context, const SourceValue& value, size_t o
 }  // namespace
 
 FileLayout FindLayout(const Bytes& own, const Bytes& file) {
-    std::unordered_map<uint64_t, size_t> places;  // the first place of each window in the compiler's output
+    std::vector<std::pair<uint64_t, size_t>> places;  // the windows of the compiler's output with their places, sorted
     for (size_t place = 0; place + kShortestCopy <= own.size(); ++place) {
-        places.emplace(WindowAt(own, place), place);
+        places.emplace_back(WindowAt(own, place), place);
     }
+    std::sort(places.begin(), places.end());
     FileLayout layout{own.size(), Crc32(own), file.size(), {}};
     size_t at = 0;
     ptrdiff_t shift = 0;  // from a place in the file to the one that the last copy would go on with
@@ -100,7 +102,9 @@ FileLayout FindLayout(const Bytes& own, const Bytes& file) {
         size_t place = static_cast<size_t>(static_cast<ptrdiff_t>(at) + shift);
         size_t length = CommonLength(own, place, file, at);
         if (length < kShortestCopy && at + kShortestCopy <= file.size()) {
-            if (const auto found = places.find(WindowAt(file, at)); found != places.end()) {
+            const uint64_t window = WindowAt(file, at);
+            const auto found = std::lower_bound(places.begin(), places.end(), std::pair(window, size_t{0}));
+            if (found != places.end() && found->first == window) {
                 place = found->second;
                 length = CommonLength(own, place, file, at);
             }

@@ -13,7 +13,7 @@
 
 namespace velmora {
 
-// The arrangement that makes `file` of `own`, in time linear in both.
+// The arrangement that makes `file` of `own`. Takes n log n time in their sizes.
 FileLayout FindLayout(const Bytes& own, const Bytes& file);
 
 // Nothing when `own` isn't what the pieces were cut from.
