@@ -1,5 +1,5 @@
 // The model compiler on any text as a model source: no crash, the same result each time, and every fault told with a
-// place of the text and with words.
+// place of the text and with words. What compiles is read back, checked, and dumped to a source of the same bytes.
 //
 // Seeds are the project's model sources. An input stands where they do, so that it includes and names the same files.
 #include <algorithm>
@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "driver/devdesc/description_format.h"
+#include "tools/xpic/check_model.h"
 #include "tools/xpic/compile.h"
+#include "tools/xpic/dump_description.h"
 
 namespace {
 
@@ -64,6 +66,33 @@ std::vector<std::string> Lines(const CompileResult& result) {
     return lines;
 }
 
+void CheckFindings(const Findings& findings) {
+    for (const Finding& finding : findings) {
+        const std::string line = FormatFinding(finding, kFile);
+        if (!finding.path.starts_with("$") || !IsPhrase(finding.what) || !IsPhrase(finding.why) ||
+            line.find('\n') != line.npos) {
+            Stop("a finding without words", line);
+        }
+    }
+}
+
+void CheckCompiled(const CompileResult& result) {
+    CheckFindings(CheckModel(*result.model));
+    const Dump dump = DumpDescription(result.bytes, "", "");
+    CheckFindings(dump.findings);
+    const auto error = std::ranges::find(dump.findings, Severity::kError, &Finding::severity);
+    if (error != dump.findings.end()) {
+        Stop("a compiled model isn't well formed", FormatFinding(*error, kFile));
+    }
+    const CompileResult again = CompileModelText(dump.source.text, kFile);
+    if (!again.Succeeded()) {
+        Stop("the dump doesn't compile", FormatDiagnostic(again.diagnostics.front()));
+    }
+    if (again.bytes != result.bytes) {
+        Stop("the dump compiles to another file", dump.source.text);
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -78,6 +107,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const CompileResult again = CompileModelText(text, kFile);
     if (again.bytes != result.bytes || Lines(again) != Lines(result)) {
         Stop("another result the second time");
+    }
+    if (result.Succeeded()) {
+        CheckCompiled(result);
     }
     return 0;
 }

@@ -12,6 +12,7 @@
 #include "tools/velmora/description_report.h"
 #include "tools/velmora/escapes.h"
 #include "tools/velmora/printer_model.h"
+#include "tools/xpic/model_limits.h"
 #include "tools/xpic/vocabulary.h"
 
 namespace velmora {
@@ -99,9 +100,6 @@ std::vector<std::string> OptionNames(Words bitNumbers, uint32_t mask) {
     }
     return names;
 }
-
-// Bits of a tray mask that are set on every printer.
-constexpr uint32_t kAlwaysInstalled = 3;
 
 // What a tray must find installed, one of these; nothing where it shares one of the bits that are always set.
 std::vector<std::string> TrayNeeds(uint32_t mask) {
@@ -465,7 +463,6 @@ Cell ExtraKeywordsCell(const PrinterModel& model, uint32_t mask) {
 }
 
 Table ReportConstraints(const PrinterModel& model) {
-    constexpr uint32_t kBothSides = 1;
     return ReportRecords<ConstraintRecord>(
         "Combinations that can't be printed", "constraints", model, model->constraintTable,
         {{{"Papers", "papers"}, CELL(ConstraintRecord, PapersCell(m, r))},
@@ -474,8 +471,8 @@ Table ReportConstraints(const PrinterModel& model) {
          {{"Trays", "trays"}, CELL(ConstraintRecord, TraysCell(m, r.binMask))},
          {{"Media", "media"}, CELL(ConstraintRecord, MediaCell(m, r.mediaMask))},
          {{"Extra keywords", "extraKeywords"}, CELL(ConstraintRecord, ExtraKeywordsCell(m, r.extraKeywordMask))},
-         {{"Both sides", "onlyBothSides"}, CELL(ConstraintRecord, FlagCell((r.flags & kBothSides) != 0))},
-         {{"Options", "optionMask"}, CELL(ConstraintRecord, DeviceOptionsCell(r.flags & ~kBothSides))},
+         {{"Both sides", "onlyBothSides"}, CELL(ConstraintRecord, FlagCell((r.flags & kOnlyOnBothSides) != 0))},
+         {{"Options", "optionMask"}, CELL(ConstraintRecord, DeviceOptionsCell(r.flags & ~kOnlyOnBothSides))},
          {{"Tray mask", "trayMask"}, CELL(ConstraintRecord, HiddenMaskCell(r.binMask))},
          {{"Media mask", "mediaMask"}, CELL(ConstraintRecord, HiddenMaskCell(r.mediaMask))},
          {{"Extra-keyword mask", "extraKeywordMask"}, CELL(ConstraintRecord, HiddenMaskCell(r.extraKeywordMask))},

@@ -15,7 +15,8 @@ SourceTexts::SourceTexts(const ModelSource& model) : model_(model) {
     for (const auto& [first, meanings] : uses) {
         const auto& [meaning, count] = *std::max_element(
             meanings.begin(), meanings.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
-        const bool same = std::all_of(meaning.begin(), meaning.end(), [&](const auto& text) { return text == first; });
+        const bool same =
+            std::all_of(meaning.begin(), meaning.end(), [&first = first](const auto& text) { return text == first; });
         if (count > 1 && !same) {
             table_.emplace(first, meaning);
         }
