@@ -1,17 +1,8 @@
-// What the driver's basic work costs beside the least that it could cost, and how it grows with the model. Prints one
-// table and exits with 1 where a figure is above its limit.
-#include <benchmark/benchmark.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-
+// What the driver's basic work costs beside the least that it could cost, and how it grows with the model.
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <map>
-#include <string>
-#include <vector>
+#include <iterator>
 
+#include "bench/bench.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/default_devmode.h"
@@ -20,17 +11,12 @@
 #include "tools/velmora/spooler_client.h"
 #include "tools/xpic/compile.h"
 
-extern char** environ;
-
+namespace velmora {
 namespace {
-
-using namespace velmora;
 
 constexpr double kMostLoadRatio = 3;
 constexpr double kMostDefaultRatio = 5;
-// Twice the model may cost this much more than twice the time, measured beside the smallest model's fixed part.
-constexpr double kMostGrowth = 2.5;
-constexpr long kMostPeakKilobytes = 30 * 1024;
+constexpr double kMostPeakMegabytes = 30;
 
 constexpr int kFirstPaperId = 1000;  // beyond the ids that PCL models give a meaning of their own
 
@@ -49,26 +35,14 @@ std::string SourceOf(int papers) {
     return text;
 }
 
-std::filesystem::path ProgramFolder() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
-std::filesystem::path WorkbenchFolder() {
-    return ProgramFolder().parent_path() / "tools" / "velmora";
-}
-
 // A printer of a model with this many papers, opened.
 class BenchPrinter {
   public:
     BenchPrinter(const host::Machine& machine, int papers) : name_("Bench " + std::to_string(papers)), papers_(papers) {
         const CompileResult compiled = CompileModelText(SourceOf(papers), "bench.json");
-        if (!compiled.Succeeded()) {
-            std::fprintf(stderr, "velmora_bench: the generated model of %d papers doesn't compile:\n%s\n", papers,
-                         FormatDiagnostic(compiled.diagnostics.front()).c_str());
-            std::exit(1);
-        }
+        Require(compiled.Succeeded(), "the generated model of " + std::to_string(papers) + " papers doesn't compile");
         const std::string driver = "BENCH" + std::to_string(papers);
-        InstallPrinter(machine, FindBuiltFiles(WorkbenchFolder()),
+        InstallPrinter(machine, FindBuiltFiles(ToolsFolder() / "velmora"),
                        {"bench.json", compiled.bytes, driver + ".XPI", driver, driver}, name_);
         printer_ = OpenNamedPrinter(name_);
         FindDescriptionFile(printer_.Get(), path_);
@@ -99,13 +73,6 @@ class BenchPrinter {
     }
 
   private:
-    static void Require(bool holds, const char* what) {
-        if (!holds) {
-            std::fprintf(stderr, "velmora_bench: %s\n", what);
-            std::exit(1);
-        }
-    }
-
     std::string name_;
     int papers_;
     OwnedPrinter printer_;
@@ -113,119 +80,68 @@ class BenchPrinter {
 };
 
 // Keeps each run's time, in nanoseconds.
-class Collector : public benchmark::BenchmarkReporter {
+class DriverBench : public Bench {
   public:
-    bool ReportContext(const Context&) override { return true; }
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.aggregate_name == "median" || run.repetitions == 1) {
-                times[run.run_name.function_name] = run.GetAdjustedRealTime();
+    DriverBench() : peakOfDevMode_(PeakOfDevMode()) {
+        struct Work {
+            const char* name;
+            void (BenchPrinter::*run)() const;
+        };
+        const Work works[] = {{"read", &BenchPrinter::ReadWhole},
+                              {"load", &BenchPrinter::LoadAndLookUp},
+                              {"default", &BenchPrinter::BuildDefault}};
+        for (const int papers : kPaperCounts) {
+            printers_.push_back(std::make_unique<BenchPrinter>(machine_, papers));
+            const BenchPrinter* printer = printers_.back().get();
+            for (const Work& work : works) {
+                RegisterWork(work.name + std::to_string(papers), [=] { (printer->*work.run)(); });
             }
         }
     }
-    std::map<std::string, double> times;
-};
 
-// Peak memory of the workbench showing a device mode, in kilobytes; negative where it can't be run.
-long PeakOfDevMode(const std::filesystem::path& machine) {
-    const std::string program = (WorkbenchFolder() / "velmora").string();
-    const std::string source = (machine / "bench.json").string();
-    std::FILE* file = std::fopen(source.c_str(), "w");
-    const std::string text = SourceOf(kFullSize);
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fclose(file);
-    const std::string folder = (machine / "machine").string();
-    const std::vector<std::vector<std::string>> commands = {
-        {program, "--machine", folder, "install", source, "--name", "Peak"},
-        {program, "--machine", folder, "devmode", "Peak"},
-    };
-    rusage usage = {};
-    for (const auto& command : commands) {
-        std::vector<char*> arguments;
-        for (const std::string& argument : command) {
-            arguments.push_back(const_cast<char*>(argument.c_str()));
+    bool Judge(const Times& times) const override {
+        std::printf("\n  %-10s %14s %22s %22s\n", "papers", "file read, us", "load and lookup, us",
+                    "default devmode, us");
+        const auto time = [&](const char* work, int papers) { return times.at(work + std::to_string(papers)); };
+        for (const int papers : kPaperCounts) {
+            std::printf("  %-10d %14.2f %22.2f %22.2f\n", papers, time("read", papers) / 1000,
+                        time("load", papers) / 1000, time("default", papers) / 1000);
         }
-        arguments.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", 1, 0);
-        pid_t child = 0;
-        int status = 0;
-        const int result = posix_spawn(&child, program.c_str(), &actions, nullptr, arguments.data(), environ);
-        posix_spawn_file_actions_destroy(&actions);
-        if (result != 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
-            WEXITSTATUS(status) != 0) {
-            return -1;
+        std::printf("\n");
+        bool holds = PrintFigure("open, load and look up, against reading the file (64 KiB)",
+                                 time("load", kFullSize) / time("read", kFullSize), "x", kMostLoadRatio);
+        holds &= PrintFigure("default device mode, against reading the file (64 KiB)",
+                             time("default", kFullSize) / time("read", kFullSize), "x", kMostDefaultRatio);
+        for (const char* work : {"load", "default"}) {
+            for (size_t i = 1; i < std::size(kPaperCounts); ++i) {
+                holds &= PrintFigure(std::string(work) + ", " + std::to_string(kPaperCounts[i]) + " papers against " +
+                                         std::to_string(kPaperCounts[i - 1]),
+                                     time(work, kPaperCounts[i]) / time(work, kPaperCounts[i - 1]), "x", kMostGrowth);
+            }
         }
+        return PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes) && holds;
     }
-    return usage.ru_maxrss;
-}
 
-bool PrintRow(const char* what, double value, const char* unit, double limit) {
-    const bool holds = value <= limit;
-    std::printf("  %-58s %8.2f %-4s at most %6.1f  %s\n", what, value, unit, limit, holds ? "ok" : "ABOVE");
-    return holds;
-}
+  private:
+    static double PeakOfDevMode() {
+        const TemporaryFolder folder("velmora-bench");
+        const std::string program = (ToolsFolder() / "velmora" / "velmora").string();
+        const std::string source = (folder.Path() / "bench.json").string();
+        const std::string machine = (folder.Path() / "machine").string();
+        WriteText(source, SourceOf(kFullSize));
+        PeakOf({program, "--machine", machine, "install", source, "--name", "Peak"});
+        return PeakOf({program, "--machine", machine, "devmode", "Peak"});
+    }
+
+    double peakOfDevMode_;
+    host::Machine machine_;
+    std::vector<std::unique_ptr<BenchPrinter>> printers_;
+};
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    const host::Machine machine;
-    std::vector<std::unique_ptr<BenchPrinter>> printers;
-    struct Work {
-        const char* name;
-        void (BenchPrinter::*run)() const;
-    };
-    const Work works[] = {{"read", &BenchPrinter::ReadWhole},
-                          {"load", &BenchPrinter::LoadAndLookUp},
-                          {"default", &BenchPrinter::BuildDefault}};
-    for (const int papers : kPaperCounts) {
-        printers.push_back(std::make_unique<BenchPrinter>(machine, papers));
-        const BenchPrinter* printer = printers.back().get();
-        for (const Work& work : works) {
-            benchmark::RegisterBenchmark((work.name + std::to_string(papers)).c_str(),
-                                         [=](benchmark::State& state) {
-                                             for (auto step : state) {
-                                                 (printer->*work.run)();
-                                             }
-                                         })
-                ->Repetitions(5)
-                ->ReportAggregatesOnly(true);
-        }
-    }
-    Collector collector;
-    benchmark::RunSpecifiedBenchmarks(&collector);
-
-    std::printf("\n  %-10s %14s %22s %22s\n", "papers", "file read, us", "load and lookup, us", "default devmode, us");
-    const auto time = [&](const char* work, int papers) { return collector.times[work + std::to_string(papers)]; };
-    for (const int papers : kPaperCounts) {
-        std::printf("  %-10d %14.2f %22.2f %22.2f\n", papers, time("read", papers) / 1000, time("load", papers) / 1000,
-                    time("default", papers) / 1000);
-    }
-    std::printf("\n");
-    bool holds = PrintRow("open, load and look up, against reading the file (64 KiB)",
-                          time("load", kFullSize) / time("read", kFullSize), "x", kMostLoadRatio);
-    holds &= PrintRow("default device mode, against reading the file (64 KiB)",
-                      time("default", kFullSize) / time("read", kFullSize), "x", kMostDefaultRatio);
-    for (const char* work : {"load", "default"}) {
-        for (size_t i = 1; i < std::size(kPaperCounts); ++i) {
-            const std::string what = std::string(work) + ", " + std::to_string(kPaperCounts[i]) + " papers against " +
-                                     std::to_string(kPaperCounts[i - 1]);
-            holds &=
-                PrintRow(what.c_str(), time(work, kPaperCounts[i]) / time(work, kPaperCounts[i - 1]), "x", kMostGrowth);
-        }
-    }
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("velmora-bench-" + std::to_string(getpid()));
-    std::filesystem::create_directories(folder);
-    const long peak = PeakOfDevMode(folder);
-    std::filesystem::remove_all(folder);
-    if (peak < 0) {
-        std::fprintf(stderr, "velmora_bench: the workbench can't be run\n");
-        return 1;
-    }
-    holds &= PrintRow("peak memory of velmora devmode", static_cast<double>(peak) / 1024, "MiB",
-                      static_cast<double>(kMostPeakKilobytes) / 1024);
-    return holds ? 0 : 1;
+std::unique_ptr<Bench> MakeDriverBench() {
+    return std::make_unique<DriverBench>();
 }
+
+}  // namespace velmora

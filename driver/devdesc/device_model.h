@@ -132,7 +132,7 @@ struct OptionRecord {
 // A colour mode (colour-correction preset). A record whose kind is 0 ends the list.
 struct ColorModeRecord {
     uint32_t kind;         // flags: 2 system colour management, 4 manual settings, 8 carries option defaults
-    uint16_t nameRef;      // name; 0: a resource string by kind
+    uint16_t nameRef;      // localised display name; 0: a resource string by kind
     int16_t firstSetting;  // first entry in presetSettings, negative for none
 };
 

@@ -34,6 +34,9 @@ class ResourceFile {
     ResourceFile() = default;
     explicit ResourceFile(std::vector<ResourceEntry> entries) : entries_(std::move(entries)) {}
 
+    // In the file's order.
+    const std::vector<ResourceEntry>& Entries() const { return entries_; }
+
     // The entry of the wanted language or, by the published order, of its primary language, of no language, of U.S.
     // English, or else the first. Null: no entry of that type and name; the last error says which is missing.
     const ResourceEntry* Find(const ResourceKey& type, const ResourceKey& name, LANGID language) const;

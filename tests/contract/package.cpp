@@ -68,7 +68,9 @@ std::vector<BYTE> ReadSized(const char* call, Query query) {
 DriverPackage PackageOf(const std::string& descriptionFile) {
     DriverPackage package;
     package.dataFile = {WideText(descriptionFile.begin(), descriptionFile.end()), descriptionFile, {}};
-    package.dependentFiles = {{TEXT("KV62ENUS.DLL"), "KV62ENUS.DLL", {}}};
+    package.dependentFiles = {{TEXT("KV62ENUS.DLL"), "KV62ENUS.DLL", {}},
+                              {TEXT("KV62GERM.DLL"), "KV62GERM.DLL", {}},
+                              {TEXT("KV62JAPA.DLL"), "KV62JAPA.DLL", {}}};
     return package;
 }
 

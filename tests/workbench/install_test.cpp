@@ -16,7 +16,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-const Names kPackage = {"KV62ENUS.DLL", "KV62R.DLL", "KV62U.DLL", "PROBE.XPI"};
+const Names kPackage = {"KV62ENUS.DLL", "KV62GERM.DLL", "KV62JAPA.DLL", "KV62R.DLL", "KV62U.DLL", "PROBE.XPI"};
 
 TEST_F(WorkbenchTest, InstallsFromASource) {
     EXPECT_EQ(Succeed({"install", WriteSource()}), "installed printer \"Probe 9\", driver PROBE\n");
@@ -137,7 +137,9 @@ TEST_F(WorkbenchTest, RefusalsNameTheCallAndItsError) {
 TEST(BuiltFiles, AreLookedForFromTheProgramsFolder) {
     EXPECT_THROW(FindBuiltFiles("/"), CommandError);
     const BuiltFiles files = FindBuiltFiles(ProgramFolder());
-    for (const auto& file : {files.renderingCore, files.configurationFile, files.languageModule}) {
+    std::vector<std::filesystem::path> all = files.languageModules;
+    all.insert(all.end(), {files.renderingCore, files.configurationFile});
+    for (const auto& file : all) {
         EXPECT_GT(std::filesystem::file_size(file), 0u) << file;
     }
 }

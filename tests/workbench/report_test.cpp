@@ -134,6 +134,7 @@ TEST_F(ReportTest, ModelTables) {
     EXPECT_EQ(model.at("featureOptions").size(), 2u);
     EXPECT_EQ(model.at("featureOptions")[1].at("jobValue"), "\"ON\"");
     EXPECT_EQ(model.at("constraints")[0].at("trays"), nlohmann::json({"Lower tray"}));
+    EXPECT_EQ(model.at("constraints")[0].at("papers"), nlohmann::json({"Card", "custom sizes"})) << "found by its size";
     EXPECT_EQ(model.at("constraints")[0].at("onlyBothSides"), true);
     EXPECT_EQ(model.at("constraints")[0].at("message"), "Cards come from the upper tray.");
     EXPECT_EQ(model.at("colorModes"), nlohmann::json::array());
@@ -141,6 +142,50 @@ TEST_F(ReportTest, ModelTables) {
     const std::string text = Succeed({"model", "Probe 9"});
     EXPECT_TRUE(HasLine(text, "257 Upper tray 0x1 yes pr:Upper")) << text;
     EXPECT_EQ(text.find("Colour modes"), text.npos) << "empty tables are left out";
+}
+
+TEST_F(WorkbenchTest, WhatTheDescriptionFileHolds) {
+    Succeed({"install", WriteSource("probe.json", {{"\"pagesPerMinute\": 21,", R"("pagesPerMinute": 21,
+        "languages": ["en", "de", "ja"],
+        "patterns": {"fine": {"shape": "clustered", "size": 8}, "spare": {"shape": "dispersed", "size": 8}},
+        "fonts": ["12345678", {"base64": ")" + std::string(43692, 'A') + R"("}, "1234"],
+        "images": [{"hex": "424D3E000000000000003E000000280000000C000000FEFFFFFF0100080000000000000000000000000000000000000000000000000000000000FFFFFF00"}],
+        "commands": {"a": "12345"},
+        "memory": {"keyBase": 7, "sizes": [{"key": 1, "megabytes": 8}, {"key": 2, "megabytes": 16}]},
+        "colorFeatures": {"image": [{"name": "Tone", "values": [{"name": "Soft", "command": "a"}]}]},)"},
+                                                   {"\"languages\": [\"en\", \"de\"],", ""},
+                                                   {"\"dpi\": 600,", "\"dpi\": 600, \"pattern\": \"fine\","},
+                                                   {"\"jobKey\": \"USER\",",
+                                                    "\"jobKey\": \"USER\", \"needs\": [\"stapler\"],"}})});
+    const nlohmann::json model = Json({"model", "Probe 9"});
+    const struct {
+        const char* table;
+        const char* rows;
+    } cases[] = {
+        {"patterns", R"([{"index": 0, "position": 0, "size": 8, "bytes": 2048, "resolutions": ["Fine"]},
+                         {"index": 1, "position": 2048, "size": null, "bytes": null, "resolutions": []}])"},
+        {"fonts", R"([{"number": 1, "position": 0, "bytes": 8, "group": 1},
+                      {"number": 2, "position": 8, "bytes": 32769, "group": 2},
+                      {"number": 3, "position": 32777, "bytes": 4, "group": 3}])"},
+        {"images", R"([{"index": 0, "bytes": 62, "width": 12, "height": -2, "bitsPerPixel": 8}])"},
+        {"languages", R"([{"base": 0, "languages": [], "servesOthers": true},
+                          {"base": 15, "languages": ["de"], "servesOthers": false},
+                          {"base": 30, "languages": ["ja"], "servesOthers": false}])"},
+        {"memory",
+         R"([{"key": 1, "megabytes": 8, "isDefault": true}, {"key": 2, "megabytes": 16, "isDefault": false}])"},
+        {"colorFeatures", R"([{"group": "image", "index": 0, "name": "Tone", "valueCount": 1}])"},
+    };
+    for (const auto& expected : cases) {
+        EXPECT_EQ(model.at(expected.table), nlohmann::json::parse(expected.rows)) << expected.table;
+    }
+    const nlohmann::json& sections = model.at("sections");
+    EXPECT_EQ(sections.front(), nlohmann::json::parse(R"({"section": "device block", "position": 72, "bytes": )" +
+                                                      std::to_string(int{sections[1].at("position")} - 72) + "}"));
+    EXPECT_EQ(sections.back().at("section"), "command blob");
+    EXPECT_EQ(sections.back().at("bytes"), 5);
+    EXPECT_EQ(model.at("trays")[1].at("needs")[0], "secondTray");
+    const std::string text = Succeed({"model", "Probe 9"});
+    EXPECT_TRUE(HasLine(text, "1 Account stapler 0 \"USER\" pr:Account")) << text;
 }
 
 TEST_F(ReportTest, PrinterData) {

@@ -27,6 +27,23 @@ TEST(Table, AlignsByCharactersAndLeavesOutEmptyColumns) {
               "x      1200\n");
 }
 
+TEST(Table, FullWidthCharactersTakeTwoPlaces) {
+    const Table table = {"",
+                         "",
+                         {{"Name", "name"}, {"Count", "count"}},
+                         {{TextCell("封筒 10号"), NumberCell(7)}, {TextCell("ﾊｶﾞｷ é"), NumberCell(1200)}}};
+    EXPECT_EQ(Text(table),
+              "Name       Count\n"
+              "封筒 10号      7\n"
+              "ﾊｶﾞｷ é      1200\n");
+    std::string words;
+    for (int i = 0; i < 51; ++i) {
+        words += "紙";
+    }
+    EXPECT_EQ(Text({"", "", {{"Text", "text"}}, {{TextCell("x" + words)}}}),
+              "Text\nx" + words.substr(0, 49 * 3) + "\n紙紙\n");
+}
+
 TEST(Table, ContinuesWideCellsBelowAndKeepsWordsAndNumbers) {
     const std::string words = "one two three four five six seven eight nine ten eleven twelve thirteen fourteen";
     const Table table = {"",

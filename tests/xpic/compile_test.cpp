@@ -239,7 +239,7 @@ TEST(Compile, ColorCorrection) {
                      {"name": "Black", "values": [{"name": "Pure", "command": "tone", "objectCommand": "black"}]}]},
         "colorModes": [
             {"name": "Plain"},
-            {"name": "Office", "displayName": "Office", "selects": {"general": {"Gloss": "On"}, "text": {"Black": "Pure", "Tone": "Vivid"}}},
+            {"name": "Office", "selects": {"general": {"Gloss": "On"}, "text": {"Black": "Pure", "Tone": "Vivid"}}},
             {"name": "System", "systemManaged": true},
             {"name": "Manual", "manual": true, "selects": {"text": {"Tone": "None"}}}]
     })");
@@ -268,7 +268,7 @@ TEST(Compile, ColorCorrection) {
     EXPECT_EQ(+modes[0].kind, 1u);
     EXPECT_EQ(+modes[0].firstSetting, -1);
     EXPECT_EQ(+modes[1].kind, kColorModeHasDefaults);
-    EXPECT_EQ(file.Name(modes[1].nameRef), "Office");
+    EXPECT_EQ(file.LocalizedString(kEnglish, modes[1].nameRef), "Office");
     EXPECT_EQ(+modes[2].kind, kColorModeSystem);
     EXPECT_EQ(+modes[3].kind, kColorModeManual | kColorModeHasDefaults);
     const auto settings =

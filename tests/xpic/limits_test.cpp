@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "tests/xpic/description.h"
+#include "tests/xpic/schema_faults.h"
 
 namespace velmora {
 namespace {
@@ -76,6 +77,8 @@ TEST(Limits, CommandsAndFeatures) {
     };
     EXPECT_EQ(FaultsOf(features(32)), "");
     EXPECT_EQ(FaultsOf(features(33)), "model.json:1:17: $.features: found 33 features, expected at most 32\n");
+    EXPECT_EQ(SchemaFaultsOfTexts("model.schema.json", {features(32), features(33)}),
+              (PlacesByFile{{"1", {"$.features"}}}));
 }
 
 TEST(Limits, ConstraintsTellAsManyRecordsApartAsAMaskHasBits) {

@@ -67,7 +67,7 @@ constexpr std::string_view kSmall = R"({
                   "options": [{"name": "1", "jobValue": "ON"}]}],
     "commands": {"a": "AAAA", "b": "BB"},
     "colorFeatures": {"text": [{"name": "T", "values": [{"name": "V", "command": "a", "objectCommand": "b"}]}]},
-    "colorModes": [{"name": "M", "displayName": "M", "selects": {"text": {"T": "V"}}}],
+    "colorModes": [{"name": "M", "selects": {"text": {"T": "V"}}}],
     "constraints": [{"papers": ["A4", "custom"], "trays": ["1"], "message": {"en": "No", "de": "Nein", "ja": "不可"}}],
     "mediaColors": [{"name": "White", "keyword": "vx:White"}]
 })";

@@ -25,17 +25,12 @@ constexpr DWORD kDriverVersion = 3;                        // DRIVER_INFO_3.cVer
 constexpr size_t kMostPrinterName = 127;                   // the driver knows no longer ones
 constexpr size_t kMostStem = 64;  // keeps the installed path within the device mode's descriptionPath
 
-struct BuiltFile {
-    fs::path BuiltFiles::*place;
-    const char* fromProgram;  // path from the program's folder
-    const char* name;         // as it is installed
-};
+// Names of files as they are installed. Language modules keep the names that the build gives them.
+constexpr const char* kRenderingCore = "KV62R.DLL";
+constexpr const char* kConfigurationFile = "KV62U.DLL";
 
-constexpr BuiltFile kBuiltFiles[] = {
-    {&BuiltFiles::renderingCore, VELMORA_RENDERING_CORE, "KV62R.DLL"},
-    {&BuiltFiles::configurationFile, VELMORA_CONFIGURATION_FILE, "KV62U.DLL"},
-    {&BuiltFiles::languageModule, VELMORA_LANGUAGE_MODULE, "KV62ENUS.DLL"},
-};
+// The language modules' paths from the program's folder.
+constexpr const char* kLanguageModules[] = {VELMORA_LANGUAGE_MODULES};
 
 std::string UpperCase(std::string text) {
     std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
@@ -87,8 +82,10 @@ class StagedPackage {
             // What a command left that was killed.
             fs::remove_all(folder_);
             fs::create_directories(folder_);
-            for (const BuiltFile& file : kBuiltFiles) {
-                fs::copy_file(files.*file.place, folder_ / file.name);
+            fs::copy_file(files.renderingCore, folder_ / kRenderingCore);
+            fs::copy_file(files.configurationFile, folder_ / kConfigurationFile);
+            for (const fs::path& module : files.languageModules) {
+                fs::copy_file(module, folder_ / module.filename());
             }
             WriteFileAtomically(folder_ / model.dataFile, model.description);
         } catch (const fs::filesystem_error& error) {
@@ -123,12 +120,15 @@ void CheckDescription(const PackagedModel& model) {
     }
 }
 
-void AddDriver(const PackagedModel& model) {
+void AddDriver(const BuiltFiles& files, const PackagedModel& model) {
     std::u16string name = host::ToWide(model.driverName);
-    std::u16string core = StagedPackage::PathOf("KV62R.DLL");
-    std::u16string configuration = StagedPackage::PathOf("KV62U.DLL");
+    std::u16string core = StagedPackage::PathOf(kRenderingCore);
+    std::u16string configuration = StagedPackage::PathOf(kConfigurationFile);
     std::u16string data = StagedPackage::PathOf(model.dataFile);
-    std::u16string dependent = StagedPackage::PathOf("KV62ENUS.DLL") + u'\0';  // multi-string
+    std::u16string dependent;  // multi-string
+    for (const fs::path& module : files.languageModules) {
+        dependent += StagedPackage::PathOf(module.filename().string()) + u'\0';
+    }
     std::u16string dataType = u"RAW";
     DRIVER_INFO_3W info = {};
     info.cVersion = kDriverVersion;
@@ -197,14 +197,17 @@ void CheckPrinterName(const std::string& name) {
 }  // namespace
 
 BuiltFiles FindBuiltFiles(const fs::path& programFolder) {
-    BuiltFiles files;
-    for (const BuiltFile& file : kBuiltFiles) {
-        const fs::path path = (programFolder / file.fromProgram).lexically_normal();
+    const auto find = [&](const char* fromProgram) {
+        fs::path path = (programFolder / fromProgram).lexically_normal();
         if (!fs::is_regular_file(path)) {
             throw CommandError("the driver's file " + path.string() +
                                " isn't there; build the target velmora and run it from its build folder");
         }
-        files.*file.place = path;
+        return path;
+    };
+    BuiltFiles files = {find(VELMORA_RENDERING_CORE), find(VELMORA_CONFIGURATION_FILE), {}};
+    for (const char* module : kLanguageModules) {
+        files.languageModules.push_back(find(module));
     }
     return files;
 }
@@ -244,7 +247,7 @@ Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& file
     }
     const StagedPackage package(machine, files, model);
     CheckDescription(model);
-    AddDriver(model);
+    AddDriver(files, model);
     try {
         AddPrinter(printerName, model.driverName);
     } catch (...) {

@@ -14,7 +14,7 @@ namespace velmora {
 struct BuiltFiles {
     std::filesystem::path renderingCore;
     std::filesystem::path configurationFile;  // the driver
-    std::filesystem::path languageModule;
+    std::vector<std::filesystem::path> languageModules;
 };
 
 // Where the build puts them, seen from the folder of the workbench's program. Throws a CommandError for one that isn't

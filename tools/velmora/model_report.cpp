@@ -9,8 +9,10 @@
 #include "driver/devdesc/model_tables.h"
 #include "driver/devmode/color_groups.h"
 #include "platform/kernel/text.h"
+#include "tools/velmora/description_report.h"
 #include "tools/velmora/escapes.h"
 #include "tools/velmora/printer_model.h"
+#include "tools/xpic/model_limits.h"
 #include "tools/xpic/vocabulary.h"
 
 namespace velmora {
@@ -26,8 +28,9 @@ Cell MaskCell(uint32_t mask) {
     return {HexNumber(mask), mask};
 }
 
-Cell OptionalMaskCell(uint32_t mask) {
-    return mask == 0 ? Cell{"", 0} : MaskCell(mask);
+// In JSON only: what the names in another column were found by.
+Cell HiddenMaskCell(uint32_t mask) {
+    return {"", mask};
 }
 
 Cell OptionalNumberCell(int64_t number) {
@@ -39,13 +42,14 @@ Cell MillimetreCell(int64_t tenths) {
     return DecimalCell(static_cast<double>(tenths) / 10, 1);
 }
 
-// "90.0 to 297.0", from 0.1 mm; empty where both ends are 0.
+// "90.0 to 297.0", or "90.0" where that is all, from 0.1 mm; empty where both ends are 0.
 Cell SizeRangeCell(int64_t smallest, int64_t largest) {
     if (smallest == 0 && largest == 0) {
         return EmptyCell();
     }
     const Cell ends[] = {MillimetreCell(smallest), MillimetreCell(largest)};
-    return {ends[0].text + " to " + ends[1].text, Json::array({ends[0].json, ends[1].json})};
+    return {smallest == largest ? ends[0].text : ends[0].text + " to " + ends[1].text,
+            Json::array({ends[0].json, ends[1].json})};
 }
 
 // The values of a record for the PrintTicket provider; no text where all are 0.
@@ -60,15 +64,6 @@ Cell TicketCell(const Record& record) {
         text += (text.empty() ? "" : " ") + std::to_string(value);
     }
     return {isUsed ? text : "", values};
-}
-
-// One name after the other; an array in JSON.
-Cell ListCell(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return {text, names};
 }
 
 // The word for a value; empty where there is none.
@@ -92,6 +87,28 @@ std::string WordsForBits(Words words, uint64_t bits) {
         add(HexNumber(bits));
     }
     return text;
+}
+
+// The options whose bits are set, by their words, whose values are bit numbers; "bit 5" for one that has no word.
+std::vector<std::string> OptionNames(Words bitNumbers, uint32_t mask) {
+    std::vector<std::string> names;
+    for (int bit = 0; bit < 32; ++bit) {
+        if ((mask >> bit & 1) != 0) {
+            const std::string word = WordFor(bitNumbers, bit);
+            names.push_back(word.empty() ? "bit " + std::to_string(bit) : word);
+        }
+    }
+    return names;
+}
+
+// What a tray must find installed, one of these; nothing where it shares one of the bits that are always set.
+std::vector<std::string> TrayNeeds(uint32_t mask) {
+    return (mask & kAlwaysInstalled) != 0 ? std::vector<std::string>() : OptionNames(kTrayOptionWords, mask);
+}
+
+// Device options by name; the mask in JSON.
+Cell DeviceOptionsCell(uint32_t mask) {
+    return {ListCell(OptionNames(kDeviceOptionWords, mask)).text, mask};
 }
 
 // A plain value of the model: as it stands there, and what that means.
@@ -124,10 +141,6 @@ struct ValueRow {
             [](const PrinterModel&                                                                                       \
                    model) { return Value{NumberCell(model->member), MillimetreCell(model->member).text + " mm"}; },      \
                                                                                                                  meaning \
-    }
-#define MASK(member, meaning)                                                                      \
-    {                                                                                              \
-#member, [](const PrinterModel& model) { return Value{MaskCell(model->member)}; }, meaning \
     }
 #define WORD_OF(member, words, meaning)                                                             \
     {                                                                                               \
@@ -202,7 +215,12 @@ constexpr ValueRow kValues[] = {
          return Value{NumberCell(model->defaultColorMode), mode ? model.ColorModeName(*mode) : std::string()};
      },
      "default colour mode"},
-    MASK(defaultOptionMask, "options installed by default"),
+    {"defaultOptionMask",
+     [](const PrinterModel& model) {
+         return Value{MaskCell(model->defaultOptionMask),
+                      ListCell(OptionNames(kTrayOptionWords, model->defaultOptionMask & ~kAlwaysInstalled)).text};
+     },
+     "tray options installed by default"},
     BITS_OF(defaultOptionFlags, kOptionFlagWords, "option flags of a new device mode"),
     BITS_OF(jobNameFlags, kJobNameBits, "how the job is named, and the duplex unit"),
     BITS_OF(duplexFlagsA, kDuplexBits, "the duplex unit again"),
@@ -233,7 +251,6 @@ constexpr ValueRow kValues[] = {
 };
 #undef NUMBER
 #undef TENTHS
-#undef MASK
 #undef WORD_OF
 #undef BITS_OF
 #undef LOCALIZED
@@ -306,7 +323,8 @@ Table ReportTrays(const PrinterModel& model) {
         "Trays", "trays", model, model->binTable,
         {{{"ID", "id"}, CELL(BinRecord, NumberCell(r.binId))},
          {{"Name", "name"}, CELL(BinRecord, TextOrNull(m.Localized(r.nameRef)))},
-         {{"Options", "optionMask"}, CELL(BinRecord, MaskCell(r.optionMask))},
+         {{"Mask", "optionMask"}, CELL(BinRecord, MaskCell(r.optionMask))},
+         {{"Needs one of", "needs"}, CELL(BinRecord, ListCell(TrayNeeds(r.optionMask)))},
          {{"Offered", "isOffered"}, CELL(BinRecord, FlagCell((r.optionMask & m.Options().installedOptions) != 0))},
          {{"Keyword", "keyword"}, CELL(BinRecord, TextOrNull(m.Name(r.keywordRef)))}});
 }
@@ -350,22 +368,48 @@ Table ReportResolutions(const PrinterModel& model) {
          {{"Ticket", "ticketValues"}, CELL(ResolutionRecord, TicketCell(r))}});
 }
 
+// The key of a new printer; one that no record has stands for the first record.
+bool IsDefaultMemory(const PrinterModel& model, const MemoryRecord& record, size_t index) {
+    const auto isDefaultKey = [&](const MemoryRecord& other) {
+        return other.key == model->memoryKeyBase + model->memoryKeyStep;
+    };
+    const RecordList<MemoryRecord> records(model->memoryTable);
+    for (const MemoryRecord& other : records) {
+        if (isDefaultKey(other)) {
+            return &other == &record;
+        }
+    }
+    return index == 0;
+}
+
 Table ReportMemory(const PrinterModel& model) {
     return ReportRecords<MemoryRecord>(
         "Memory", "memory", model, model->memoryTable,
         {{{"Key", "key"}, CELL(MemoryRecord, NumberCell(r.key))},
          {{"MB", "megabytes"}, CELL(MemoryRecord, NumberCell(r.megabytes))},
-         {{"Default", "isDefault"}, CELL(MemoryRecord, FlagCell(r.key == m->memoryKeyBase + m->memoryKeyStep))}});
+         {{"Default", "isDefault"}, CELL(MemoryRecord, FlagCell(IsDefaultMemory(m, r, i)))}});
 }
 
-// The papers of a set by name, ids that the model doesn't list by number.
-Cell PaperSetCell(const PrinterModel& model, const PaperSet& papers) {
+// The papers of a record by name, ids that the model doesn't list by number. With the custom sizes come the papers
+// whose ids a set can't hold: they are found by their sizes.
+template <class Record>
+Cell PapersCell(const PrinterModel& model, const Record& record) {
     constexpr int kCustomSizes = 0;
+    constexpr int kIds = static_cast<int>(sizeof(record.papers) * 8);
     std::vector<std::string> names;
-    for (int id = 0; id < static_cast<int>(sizeof(papers) * 8); ++id) {
-        if (ContainsPaper(papers, id)) {
-            const std::string name = id == kCustomSizes ? "custom sizes" : model.PaperName(id);
-            names.push_back(name.empty() ? "paper " + std::to_string(id) : name);
+    for (const PaperRecord& paper : RecordList(model->paperTable)) {
+        const bool isFound = paper.paperId >= kIds
+                                 ? ContainsPaper(record.papers, kCustomSizes) && paper.width >= record.minWidth &&
+                                       paper.width <= record.maxWidth && paper.length >= record.minLength &&
+                                       paper.length <= record.maxLength
+                                 : paper.paperId > kCustomSizes && ContainsPaper(record.papers, paper.paperId);
+        if (isFound) {
+            names.push_back(model.Localized(static_cast<int16_t>(paper.nameRef)));
+        }
+    }
+    for (int id = 0; id < kIds; ++id) {
+        if (ContainsPaper(record.papers, id) && model.PaperName(id).empty()) {
+            names.push_back(id == kCustomSizes ? "custom sizes" : "paper " + std::to_string(id));
         }
     }
     return ListCell(names);
@@ -378,7 +422,7 @@ Cell MarginCell(const MarginRecord& record, int16_t margin) {
 Table ReportMargins(const PrinterModel& model) {
     return ReportRecords<MarginRecord>(
         "Margins, mm", "margins", model, model->marginTable,
-        {{{"Papers", "papers"}, CELL(MarginRecord, PaperSetCell(m, r.papers))},
+        {{{"Papers", "papers"}, CELL(MarginRecord, PapersCell(m, r))},
          {{"Widths", "widthsMm"}, CELL(MarginRecord, SizeRangeCell(r.minWidth, r.maxWidth))},
          {{"Lengths", "lengthsMm"}, CELL(MarginRecord, SizeRangeCell(r.minLength, r.maxLength))},
          {{"For", "orientations"}, CELL(MarginRecord, TextOrNull(WordsForBits(kOrientationWords, r.orientationMask)))},
@@ -389,7 +433,8 @@ Table ReportMargins(const PrinterModel& model) {
          {{"Per inch", "unitsPerInch"}, CELL(MarginRecord, NumberCell(r.unit))}});
 }
 
-// The names of the records of a list whose mask, which `maskOf` reads, shares a bit with `mask`.
+// The names of the records of a list whose mask, which `maskOf` reads, shares a bit with `mask`. A mask that finds none
+// is told as it is.
 template <class Record, class MaskOf>
 Cell MatchingCell(const PrinterModel& model, const Record* table, uint32_t mask, MaskOf maskOf) {
     std::vector<std::string> names;
@@ -397,6 +442,9 @@ Cell MatchingCell(const PrinterModel& model, const Record* table, uint32_t mask,
         if ((maskOf(record) & mask) != 0) {
             names.push_back(model.Localized(static_cast<int16_t>(record.nameRef)));
         }
+    }
+    if (names.empty() && mask != 0) {
+        names.push_back("none, mask " + HexNumber(mask));
     }
     return ListCell(names);
 }
@@ -415,17 +463,19 @@ Cell ExtraKeywordsCell(const PrinterModel& model, uint32_t mask) {
 }
 
 Table ReportConstraints(const PrinterModel& model) {
-    constexpr uint32_t kBothSides = 1;
     return ReportRecords<ConstraintRecord>(
         "Combinations that can't be printed", "constraints", model, model->constraintTable,
-        {{{"Papers", "papers"}, CELL(ConstraintRecord, PaperSetCell(m, r.papers))},
+        {{{"Papers", "papers"}, CELL(ConstraintRecord, PapersCell(m, r))},
          {{"Widths mm", "widthsMm"}, CELL(ConstraintRecord, SizeRangeCell(r.minWidth, r.maxWidth))},
          {{"Lengths mm", "lengthsMm"}, CELL(ConstraintRecord, SizeRangeCell(r.minLength, r.maxLength))},
          {{"Trays", "trays"}, CELL(ConstraintRecord, TraysCell(m, r.binMask))},
          {{"Media", "media"}, CELL(ConstraintRecord, MediaCell(m, r.mediaMask))},
          {{"Extra keywords", "extraKeywords"}, CELL(ConstraintRecord, ExtraKeywordsCell(m, r.extraKeywordMask))},
-         {{"Both sides", "onlyBothSides"}, CELL(ConstraintRecord, FlagCell((r.flags & kBothSides) != 0))},
-         {{"Options", "optionMask"}, CELL(ConstraintRecord, OptionalMaskCell(r.flags & ~kBothSides))},
+         {{"Both sides", "onlyBothSides"}, CELL(ConstraintRecord, FlagCell((r.flags & kOnlyOnBothSides) != 0))},
+         {{"Options", "optionMask"}, CELL(ConstraintRecord, DeviceOptionsCell(r.flags & ~kOnlyOnBothSides))},
+         {{"Tray mask", "trayMask"}, CELL(ConstraintRecord, HiddenMaskCell(r.binMask))},
+         {{"Media mask", "mediaMask"}, CELL(ConstraintRecord, HiddenMaskCell(r.mediaMask))},
+         {{"Extra-keyword mask", "extraKeywordMask"}, CELL(ConstraintRecord, HiddenMaskCell(r.extraKeywordMask))},
          {{"Message", "message"},
           CELL(ConstraintRecord, TextOrNull(m.Localized(static_cast<int16_t>(r.messageRef))))}});
 }
@@ -435,7 +485,7 @@ Table ReportFeatures(const PrinterModel& model) {
         "Features", "features", model, model->featureTable,
         {{{"Index", "index"}, CELL(FeatureRecord, NumberCell(static_cast<int64_t>(i)))},
          {{"Name", "name"}, CELL(FeatureRecord, TextOrNull(m.Localized(static_cast<int16_t>(r.nameRef))))},
-         {{"Needs", "featureMask"}, CELL(FeatureRecord, OptionalMaskCell(r.featureMask))},
+         {{"Needs", "featureMask"}, CELL(FeatureRecord, DeviceOptionsCell(r.featureMask))},
          {{"Options", "optionCount"}, CELL(FeatureRecord, NumberCell(static_cast<int64_t>(CountOptions(*m, r))))},
          {{"Job key", "jobKey"}, CELL(FeatureRecord, TextOrNull(m.Text(r.jobKeyRef)))},
          {{"Keyword", "keyword"}, CELL(FeatureRecord, TextOrNull(m.Name(r.keywordRef)))}});
@@ -520,6 +570,33 @@ Cell SliceCell(uint16_t start, uint16_t length) {
     return {std::to_string(start) + ", " + std::to_string(bytes) + " bytes", Json::array({start, bytes})};
 }
 
+// The records of a feature's run of values.
+std::vector<const ColorValueRecord*> ColorValues(const PrinterModel& model, const ColorFeatureRecord& feature) {
+    std::vector<const ColorValueRecord*> values;
+    const ColorValueRecord* value = ColorValueAt(*model, feature.firstValue);
+    while (value && !EndsList(*value)) {
+        values.push_back(value);
+        value = ColorValueAt(*model, feature.firstValue + static_cast<int32_t>(values.size()));
+    }
+    return values;
+}
+
+Table ReportColorFeatures(const PrinterModel& model) {
+    Table table = {"Colour features",
+                   "colorFeatures",
+                   {{"Group", "group"}, {"Index", "index"}, {"Name", "name"}, {"Values", "valueCount"}}};
+    for (size_t group = 0; group < std::size(kColorGroups); ++group) {
+        int64_t index = 0;
+        for (const ColorFeatureRecord& feature : RecordList(ColorFeatures(*model, kColorGroups[group]))) {
+            table.rows.push_back({TextCell(WordFor(kColorGroupWords, static_cast<int64_t>(group) + 1)),
+                                  NumberCell(index++),
+                                  TextOrNull(model.Localized(static_cast<int16_t>(feature.nameRef))),
+                                  NumberCell(static_cast<int64_t>(ColorValues(model, feature).size()))});
+        }
+    }
+    return table;
+}
+
 Table ReportColorValues(const PrinterModel& model) {
     Table table = {"Values of the colour features",
                    "colorValues",
@@ -533,13 +610,11 @@ Table ReportColorValues(const PrinterModel& model) {
     const bool isImage = model->pdlType == kPdlImage;
     for (size_t group = 0; group < std::size(kColorGroups); ++group) {
         for (const ColorFeatureRecord& feature : RecordList(ColorFeatures(*model, kColorGroups[group]))) {
-            for (int32_t i = 0;; ++i) {
-                const ColorValueRecord* const value = ColorValueAt(*model, feature.firstValue + i);
-                if (!value || EndsList(*value)) {
-                    break;
-                }
+            int64_t index = 0;
+            for (const ColorValueRecord* const value : ColorValues(model, feature)) {
                 table.rows.push_back({TextCell(WordFor(kColorGroupWords, static_cast<int64_t>(group) + 1)),
-                                      TextCell(model.Localized(static_cast<int16_t>(feature.nameRef))), NumberCell(i),
+                                      TextCell(model.Localized(static_cast<int16_t>(feature.nameRef))),
+                                      NumberCell(index++),
                                       TextOrNull(model.Localized(static_cast<int16_t>(value->nameRef))),
                                       isImage ? TextOrNull(model.Text(value->firstStart)) : EmptyCell(),
                                       isImage ? EmptyCell() : SliceCell(value->firstStart, value->firstLength),
@@ -598,14 +673,16 @@ Table ReportKeywords(const PrinterModel& model, const KeywordTable& list) {
 std::vector<Table> ReportModel(const std::string& printerName) {
     const PrinterModel model(printerName);
     std::vector<Table> tables;
-    for (const auto report : {ReportValues, ReportPapers, ReportTrays, ReportExtraKeywords, ReportMedia,
-                              ReportResolutions, ReportMemory, ReportMargins, ReportConstraints, ReportFeatures,
-                              ReportOptions, ReportColorModes, ReportColorValues, ReportFontSubstitutions}) {
+    for (const auto report :
+         {ReportValues, ReportPapers, ReportTrays, ReportExtraKeywords, ReportMedia, ReportResolutions, ReportMemory,
+          ReportMargins, ReportConstraints, ReportFeatures, ReportOptions, ReportColorModes, ReportColorFeatures,
+          ReportColorValues, ReportFontSubstitutions}) {
         tables.push_back(report(model));
     }
     for (const KeywordTable& list : kKeywordTables) {
         tables.push_back(ReportKeywords(model, list));
     }
+    std::ranges::move(ReportDescription(model), std::back_inserter(tables));
     return tables;
 }
 

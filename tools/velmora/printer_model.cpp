@@ -65,7 +65,7 @@ std::string PrinterModel::MediumName(int64_t index) const {
 }
 
 std::string PrinterModel::ColorModeName(const ColorModeRecord& mode) const {
-    return Name(mode.nameRef);
+    return Localized(static_cast<int16_t>(mode.nameRef));
 }
 
 }  // namespace velmora

@@ -16,18 +16,49 @@ bool ContinuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-size_t CountCharacters(std::string_view utf8) {
-    return static_cast<size_t>(std::ranges::count_if(utf8, [](char byte) { return !ContinuesCharacter(byte); }));
+// Ranges of characters that terminals show in two places: East Asian scripts, punctuation and full-width forms.
+constexpr struct {
+    char32_t first;
+    char32_t last;
+} kFullWidth[] = {{0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3},  {0xF900, 0xFAFF},
+                  {0xFE30, 0xFE6F}, {0xFF01, 0xFF60}, {0xFFE0, 0xFFE6}, {0x20000, 0x3FFFD}};
+
+// Places of the character that begins at `begin`, and the byte behind it.
+size_t PlacesOfCharacter(std::string_view utf8, size_t begin, size_t* end) {
+    *end = begin + 1;
+    while (*end < utf8.size() && ContinuesCharacter(utf8[*end])) {
+        ++*end;
+    }
+    const size_t bytes = *end - begin;
+    char32_t character = static_cast<unsigned char>(utf8[begin]);
+    if (bytes > 1) {
+        character &= 0x7Fu >> std::min<size_t>(bytes, 4);  // the lead byte's own bits
+    }
+    for (size_t i = begin + 1; i < *end; ++i) {
+        character = character << 6 | (static_cast<unsigned char>(utf8[i]) & 0x3Fu);
+    }
+    const bool isFullWidth = std::ranges::any_of(
+        kFullWidth, [character](const auto& range) { return range.first <= character && character <= range.last; });
+    return isFullWidth ? 2 : 1;
 }
 
-// Bytes of the first `count` characters.
-size_t BytesOfCharacters(std::string_view utf8, size_t count) {
-    size_t bytes = 0;
-    while (bytes < utf8.size() && (count > 0 || ContinuesCharacter(utf8[bytes]))) {
-        count -= ContinuesCharacter(utf8[bytes]) ? 0 : 1;
-        ++bytes;
+// Bytes of the characters that fit `places`, and the places that they take.
+size_t BytesThatFit(std::string_view utf8, size_t places, size_t* taken) {
+    *taken = 0;
+    for (size_t begin = 0, end = 0; begin < utf8.size(); begin = end) {
+        const size_t more = PlacesOfCharacter(utf8, begin, &end);
+        if (more > places - *taken) {
+            return begin;
+        }
+        *taken += more;
     }
-    return bytes;
+    return utf8.size();
+}
+
+size_t CountPlaces(std::string_view utf8) {
+    size_t taken = 0;
+    BytesThatFit(utf8, utf8.npos, &taken);
+    return taken;
 }
 
 // True where a line may end in front of `place`: at a space, and behind a backslash or a line end as texts show them.
@@ -36,11 +67,12 @@ bool CanBreakAt(std::string_view text, size_t place) {
     return text[place] == ' ' || before.ends_with("\\\\") || before.ends_with("\\n");
 }
 
-// Lines of at most `width` characters, each but the last as long as whole words make it; a longer word is cut.
+// Lines of at most `width` places, each but the last as long as whole words make it; a longer word is cut.
 std::vector<std::string> BreakLines(std::string_view text, size_t width) {
     std::vector<std::string> lines;
-    while (CountCharacters(text) > width) {
-        const size_t most = BytesOfCharacters(text, width);
+    while (CountPlaces(text) > width) {
+        size_t taken = 0;
+        const size_t most = BytesThatFit(text, width, &taken);
         size_t end = most;
         while (end > 0 && !CanBreakAt(text, end)) {
             --end;
@@ -53,7 +85,7 @@ std::vector<std::string> BreakLines(std::string_view text, size_t width) {
     return lines;
 }
 
-// Characters of the longest word, but no more than it is worth to keep in one piece.
+// Places of the longest word, but no more than it is worth to keep in one piece.
 size_t LongestWord(std::string_view text) {
     constexpr size_t kMost = 30;
     size_t longest = 0;
@@ -62,7 +94,7 @@ size_t LongestWord(std::string_view text) {
         while (end < text.size() && !CanBreakAt(text, end)) {
             ++end;
         }
-        longest = std::max(longest, CountCharacters(text.substr(begin, end - begin)));
+        longest = std::max(longest, CountPlaces(text.substr(begin, end - begin)));
         begin = end;
     }
     return std::min(longest, kMost);
@@ -81,12 +113,12 @@ std::vector<TextColumn> LayOut(const Table& table) {
     for (size_t i = 0; i < table.columns.size(); ++i) {
         TextColumn column = {i, 0, LongestWord(table.columns[i].heading), true};
         for (const std::vector<Cell>& row : table.rows) {
-            column.width = std::max(column.width, CountCharacters(row[i].text));
+            column.width = std::max(column.width, CountPlaces(row[i].text));
             column.longestWord = std::max(column.longestWord, LongestWord(row[i].text));
             column.isNumeric &= row[i].text.empty() || row[i].json.is_number();
         }
         if (column.width > 0) {
-            column.width = std::max(column.width, CountCharacters(table.columns[i].heading));
+            column.width = std::max(column.width, CountPlaces(table.columns[i].heading));
             columns.push_back(column);
         }
     }
@@ -124,7 +156,7 @@ void AppendRow(std::string& output, const std::vector<TextColumn>& columns, Text
         std::string printed;
         for (size_t i = 0; i < columns.size(); ++i) {
             const std::string text = line < cells[i].size() ? cells[i][line] : std::string();
-            const std::string fill(columns[i].width - CountCharacters(text), ' ');
+            const std::string fill(columns[i].width - CountPlaces(text), ' ');
             printed += i > 0 ? kGap : "";
             printed += columns[i].isNumeric ? fill + text : text + fill;
         }
@@ -181,6 +213,14 @@ Cell DecimalCell(double number, int decimals) {
     char text[64];
     snprintf(text, sizeof(text), "%.*f", decimals, number);
     return {text, number};
+}
+
+Cell ListCell(const std::vector<std::string>& texts) {
+    std::string text;
+    for (const std::string& one : texts) {
+        text += (text.empty() ? "" : ", ") + one;
+    }
+    return {text, texts};
 }
 
 Cell FlagCell(bool flag) {

@@ -26,6 +26,8 @@ Cell EmptyCell();
 Cell NumberCell(int64_t number);
 // As many decimals as asked for in text, the number itself in JSON.
 Cell DecimalCell(double number, int decimals);
+// One text after the other; an array in JSON.
+Cell ListCell(const std::vector<std::string>& texts);
 // "yes" or nothing; true or false in JSON.
 Cell FlagCell(bool flag);
 
@@ -44,10 +46,10 @@ struct Table {
     bool isKeyed = false;
 };
 
-inline constexpr size_t kTextWidth = 100;  // characters of a line
+inline constexpr size_t kTextWidth = 100;  // places of a line on a terminal
 
-// Aligned columns, each line at most kTextWidth characters: cells that are too wide are continued below. Columns
-// without any text and tables without rows are left out.
+// Aligned columns, each line at most kTextWidth places: cells that are too wide are continued below. Full-width
+// characters take two places. Columns without any text and tables without rows are left out.
 std::string FormatText(std::span<const Table> tables);
 
 // One table without a key: its rows. Otherwise an object with a member a table.

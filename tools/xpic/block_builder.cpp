@@ -267,7 +267,7 @@ class BlockBuilder {
         for (const ColorModeSource& mode : model_.colorModes) {
             const int16_t first =
                 mode.settings.empty() ? int16_t{-1} : Position(settings.size(), "preset settings", "colorModes");
-            modes.push_back({mode.kind, pools_.names.Add(mode.displayName), first});
+            modes.push_back({mode.kind, String(mode.label), first});
             if (!mode.settings.empty()) {
                 settings.insert(settings.end(), mode.settings.begin(), mode.settings.end());
                 settings.push_back({});

@@ -1,7 +1,11 @@
 #include "tools/xpic/byte_text.h"
 
+#include <algorithm>
+
 namespace velmora {
 namespace {
+
+constexpr std::string_view kBase64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 bool IsBlank(char c) {
     return c == ' ' || c == '\n' || c == '\r' || c == '\t';
@@ -32,7 +36,6 @@ std::optional<Bytes> DecodeHex(std::string_view text) {
 }
 
 std::optional<Bytes> DecodeBase64(std::string_view text) {
-    constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     Bytes bytes;
     uint32_t bits = 0;
     size_t digits = 0;
@@ -45,7 +48,7 @@ std::optional<Bytes> DecodeBase64(std::string_view text) {
             ++padding;
             continue;
         }
-        const size_t value = kAlphabet.find(c);
+        const size_t value = kBase64Digits.find(c);
         if (value == std::string_view::npos || padding != 0) {
             return std::nullopt;
         }
@@ -58,6 +61,32 @@ std::optional<Bytes> DecodeBase64(std::string_view text) {
         return std::nullopt;
     }
     return bytes;
+}
+
+std::string EncodeHex(std::span<const std::byte> bytes) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (std::byte byte : bytes) {
+        text += kDigits[static_cast<size_t>(byte) >> 4];
+        text += kDigits[static_cast<size_t>(byte) & 0xF];
+    }
+    return text;
+}
+
+std::string EncodeBase64(std::span<const std::byte> bytes) {
+    constexpr size_t kGroup = 3;  // bytes that four digits hold
+    std::string text;
+    for (size_t at = 0; at < bytes.size(); at += kGroup) {
+        const size_t count = std::min(kGroup, bytes.size() - at);
+        uint32_t bits = 0;
+        for (size_t i = 0; i < kGroup; ++i) {
+            bits = bits << 8 | (i < count ? static_cast<uint32_t>(bytes[at + i]) : 0);
+        }
+        for (size_t i = 0; i <= kGroup; ++i) {
+            text += i <= count ? kBase64Digits[bits >> (18 - 6 * i) & 0x3F] : '=';
+        }
+    }
+    return text;
 }
 
 }  // namespace velmora

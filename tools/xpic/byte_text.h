@@ -2,6 +2,8 @@
 #pragma once
 
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 
 #include "tools/xpic/model_source.h"
@@ -13,5 +15,10 @@ std::optional<Bytes> DecodeHex(std::string_view text);
 
 // Standard Base64 (RFC 4648) with its padding; blanks and line ends may stand anywhere. Nothing for other text.
 std::optional<Bytes> DecodeBase64(std::string_view text);
+
+// Capitals, without blanks.
+std::string EncodeHex(std::span<const std::byte> bytes);
+
+std::string EncodeBase64(std::span<const std::byte> bytes);
 
 }  // namespace velmora

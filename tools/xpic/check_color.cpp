@@ -82,10 +82,14 @@ void ModelChecker::CheckColorModes() {
     }
     const bool hasFeatures = std::any_of(model_.colorFeatures.begin(), model_.colorFeatures.end(),
                                          [](const auto& features) { return !features.empty(); });
+    List list;
     for (size_t i = 0; i < model_.colorModes.size(); ++i) {
         const ColorModeSource& mode = model_.colorModes[i];
         const std::string path = ElementPath("$.colorModes", i);
-        const std::string called = Called(mode.name, {});
+        const std::string called = Called(mode);
+        if (!mode.label.Absent()) {  // else the mode is named by its kind
+            CheckLabel(mode.name, mode.label, path, list);
+        }
         const bool sets = (mode.kind & kColorModeHasDefaults) != 0;
         const bool isManual = (mode.kind & kColorModeManual) != 0;
         if ((mode.kind & ~kKnownKinds) != 0 || std::popcount(mode.kind) != 1) {

@@ -9,7 +9,6 @@
 namespace velmora {
 namespace {
 
-constexpr uint32_t kOnlyOnBothSides = 1;
 constexpr size_t kSearchedKeywords = 32;
 
 bool IsEmpty(const PaperSet& papers) {

@@ -200,7 +200,6 @@ void ModelChecker::CheckDefaults() {
                                                [&](const MemoryRecord& record) { return record.key == key; })) {
         Report("default-memory", "$.memory", "no memory size has the key " + std::to_string(key));
     }
-    constexpr uint32_t kAlwaysInstalled = 3;
     uint32_t unused = device.defaultOptionMask & ~kAlwaysInstalled;
     for (const TraySource& record : model_.trays) {
         unused &= ~record.mask;

@@ -16,5 +16,6 @@ enum ExitCode : int {
 // Each adds its subcommand, which sets the code when it was run.
 void AddBuildCommand(CLI::App& app, int& exitCode);
 void AddCheckCommand(CLI::App& app, int& exitCode);
+void AddDumpCommand(CLI::App& app, int& exitCode);
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "tools/xpic/container.h"
+#include "tools/xpic/layout.h"
 #include "tools/xpic/load_model.h"
 
 namespace velmora {
@@ -23,21 +24,33 @@ CompileResult CompileModel(const std::filesystem::path& source) {
 CompileResult CompileModelText(std::string_view text, const std::filesystem::path& file) {
     CompileResult result;
     result.model = LoadModelSource(text, file, result.document, result.diagnostics);
-    if (const std::optional<ModelSource>& model = result.model) {
-        TextPools pools{LocalizedPool(model->languages)};
+    if (result.model) {
         LimitFaults faults;
-        const Bytes block = BuildDeviceBlock(*model, pools, faults);
+        result.bytes = BuildDescription(*result.model, faults);
         for (LimitFault& fault : faults) {
             const SourcePlace place = result.document.Locate(fault.path);
             result.diagnostics.push_back(
                 {result.document.FileName(place), place.position, place.path, fault.found, fault.expected});
         }
-        if (faults.empty()) {
-            result.bytes = BuildContainer(*model, block, pools);
+    }
+    if (!result.bytes.empty() && result.model->layout) {
+        std::optional<Bytes> arranged = ApplyLayout(*result.model->layout, result.bytes);
+        if (!arranged) {
+            const SourcePlace place = result.document.Locate(MemberPath(std::string(kRootPath), "layout"));
+            result.diagnostics.push_back(
+                {result.document.FileName(place), place.position, place.path, DescribeOutput(result.bytes),
+                 "the arrangement of this model: leave \"layout\" out once the model is changed"});
         }
+        result.bytes = arranged.value_or(Bytes{});
     }
     SortDiagnostics(result.diagnostics);
     return result;
+}
+
+Bytes BuildDescription(const ModelSource& model, LimitFaults& faults) {
+    TextPools pools{LocalizedPool(model.languages)};
+    const Bytes block = BuildDeviceBlock(model, pools, faults);
+    return faults.empty() ? BuildContainer(model, block, pools) : Bytes{};
 }
 
 void WriteFileAtomically(const std::filesystem::path& file, const std::vector<std::byte>& bytes) {

@@ -11,6 +11,7 @@
 #include "tools/xpic/diagnostic.h"
 #include "tools/xpic/model_source.h"
 #include "tools/xpic/source_document.h"
+#include "tools/xpic/string_pools.h"
 
 namespace velmora {
 
@@ -30,6 +31,10 @@ CompileResult CompileModel(const std::filesystem::path& source);
 
 // `file` is named in messages; its folder is where files named in the source are looked for.
 CompileResult CompileModelText(std::string_view text, const std::filesystem::path& file);
+
+// The description file of a model in the compiler's own arrangement. Empty, with what is wrong in `faults`, for a model
+// beyond the format's limits.
+Bytes BuildDescription(const ModelSource& model, LimitFaults& faults);
 
 // Puts the bytes under the name in one step: on failure, which is thrown as std::filesystem::filesystem_error, whatever
 // was there before is still there.

@@ -215,10 +215,9 @@ void DescriptionReader::ReadColorModes() {
     for (size_t i = 0; i < records.size(); ++i) {
         const ColorModeRecord& record = records[i];
         const std::string path = ElementPath("$.colorModes", i);
-        const std::string namePath = path + ".displayName";
         ColorModeSource mode;
         mode.kind = record.kind;
-        mode.displayName = NameOrNone(record.nameRef, namePath, TextLimit::kLabel);
+        mode.label = Localized(record.nameRef, path + ".label", TextLimit::kLabel);
         if (record.firstSetting >= 0) {
             mode.settings = Run<PresetSettingRecord>(settings, record.firstSetting, path + ".selects");
         }

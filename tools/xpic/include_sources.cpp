@@ -277,6 +277,7 @@ class SourceFiles {
 
 bool ReadSource(std::string_view text, const std::filesystem::path& file, SourceDocument& document,
                 std::vector<Diagnostic>& diagnostics) {
+    document = {};
     return SourceFiles(diagnostics).Read(text, file, document);
 }
 

@@ -3,64 +3,13 @@
 #include <algorithm>
 
 #include "tools/xpic/include_sources.h"
+#include "tools/xpic/layout.h"
+#include "tools/xpic/model_fields.h"
 #include "tools/xpic/model_reader.h"
+#include "tools/xpic/rule_records.h"
 
 namespace velmora {
 namespace {
-
-enum class ScalarKind { kInteger, kMillimetres, kWord, kFlag };
-
-// A plain number of the device block. Its value is added bit by bit, so several rows may share a byte of flags.
-struct ScalarField {
-    std::string_view key;
-    ScalarKind kind;
-    size_t offset;  // in DeviceModel
-    size_t width;
-    std::optional<Range> range;       // of numbers; millimetres in 0.1 mm; a flag's bit value
-    std::optional<int64_t> fallback;  // none: the key is required
-    Words words;
-};
-
-#define DEVICE_FIELD(member) offsetof(DeviceModel, member), sizeof(DeviceModel::member)
-
-constexpr Range kAnyU16 = {0, UINT16_MAX};
-constexpr Range kAnyU32 = {0, UINT32_MAX};
-constexpr Range kCountI16 = {0, INT16_MAX};
-constexpr Range kAnyI16 = {INT16_MIN, INT16_MAX};
-constexpr Range kOwnPdls = {kPdlOwn + 1, UINT16_MAX};
-constexpr Range kDataModeBit = {kJobSetsDataMode, kJobSetsDataMode};
-
-const ScalarField kModelFields[] = {
-    {"pdl", ScalarKind::kWord, DEVICE_FIELD(pdlType), kOwnPdls, {}, kPdlWords},
-    {"modelCode", ScalarKind::kInteger, DEVICE_FIELD(modelCode), kAnyU16, 0, {}},
-    {"color", ScalarKind::kWord, DEVICE_FIELD(colorCapability), kAnyU16, kColorNone, kColorWords},
-    {"pagesPerMinute", ScalarKind::kInteger, DEVICE_FIELD(pagesPerMinute), kCountI16, 0, {}},
-    {"defaultFontSize", ScalarKind::kInteger, DEVICE_FIELD(defaultFontSize), kCountI16, 10, {}},
-    {"imageMode", ScalarKind::kWord, DEVICE_FIELD(imageModeDefault), kAnyU32, 0, kImageModeWords},
-    {"defaultIcmIntent", ScalarKind::kWord, DEVICE_FIELD(defaultIcmIntent), kAnyU32, 0, kIcmIntentWords},
-    {"icmIntents", ScalarKind::kWord, DEVICE_FIELD(icmIntentFlags), kAnyU16, 0, kIcmOfferWords},
-    {"jobName", ScalarKind::kWord, DEVICE_FIELD(jobNameFlags), {}, 0, kJobNameWords},
-    {"jobSetsDataMode", ScalarKind::kFlag, DEVICE_FIELD(descriptionFlags), kDataModeBit, 0, {}},
-    {"jobDescription", ScalarKind::kWord, DEVICE_FIELD(descriptionFlags), {}, 0, kDescriptionWords},
-};
-
-const ScalarField kCustomSizeFields[] = {
-    {"minWidthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMinWidth), kCountI16, {}, {}},
-    {"maxWidthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMaxWidth), kAnyU16, {}, {}},
-    {"minLengthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMinLength), kCountI16, {}, {}},
-    {"maxLengthMm", ScalarKind::kMillimetres, DEVICE_FIELD(customMaxLength), kAnyU16, {}, {}},
-};
-
-const ScalarField kExtraOptionFields[] = {
-    {"memoryMb", ScalarKind::kInteger, DEVICE_FIELD(extraMemory), kCountI16, 0, {}},
-};
-
-const ScalarField kMemoryFields[] = {
-    {"keyBase", ScalarKind::kInteger, DEVICE_FIELD(memoryKeyBase), kAnyI16, 0, {}},
-    {"keyStep", ScalarKind::kInteger, DEVICE_FIELD(memoryKeyStep), kAnyI16, 0, {}},
-};
-
-#undef DEVICE_FIELD
 
 int64_t ReadScalar(ObjectReader& object, const ScalarField& field) {
     switch (field.kind) {
@@ -77,12 +26,8 @@ int64_t ReadScalar(ObjectReader& object, const ScalarField& field) {
 }
 
 void ReadScalars(ObjectReader& object, std::span<const ScalarField> fields, DeviceModel& device) {
-    auto* bytes = reinterpret_cast<unsigned char*>(&device);
     for (const ScalarField& field : fields) {
-        const int64_t value = ReadScalar(object, field);
-        for (size_t i = 0; i < field.width; ++i) {
-            bytes[field.offset + i] |= static_cast<unsigned char>(value >> (8 * i));
-        }
+        AddScalar(device, field, ReadScalar(object, field));
     }
 }
 
@@ -142,50 +87,54 @@ void ReadGroups(ModelReader& reader) {
         model.namespacePrefix = object.FixedText("prefix", TextLimit::kLabel);
     }
     if (root.Flag("duplexUnit", false)) {
-        constexpr uint8_t kHasDuplexUnit = 1;  // bit 0 of each of the three
-        model.device.jobNameFlags |= kHasDuplexUnit;
-        model.device.duplexFlagsA |= kHasDuplexUnit;
-        model.device.duplexFlagsB |= kHasDuplexUnit;
+        SetDuplexUnit(model.device);
     }
     model.pageLabel = root.Localized("pageLabel", TextLimit::kLabel);
     model.link = root.Localized("link", TextLimit::kLink);
     model.primaryFont = root.FixedText("primaryFont", TextLimit::kFontFace);
     model.secondaryFont = root.FixedText("secondaryFont", TextLimit::kFontFace);
-    model.device.defaultOptionFlags = root.WordBits("optionFlags", kOptionFlagWords, 0, kAnyU32);
+    model.device.defaultOptionFlags = root.WordBits("optionFlags", kOptionFlagWords, 0, Range{0, UINT32_MAX});
 }
 
 // A default: the number that the device model holds, given as it is or by the name of a record, whose position `number`
-// turns into it. Without the member it is the number of the record at `fallback`.
-template <class Number>
-int64_t ReadDefault(ModelReader& reader, std::string_view key, const NameIndex& names, size_t fallback, Range numbers,
-                    Number number) {
+// turns into it. Without the member it stays what it is.
+template <class Field, class Number>
+void ReadDefault(ModelReader& reader, std::string_view key, const NameIndex& names, Range numbers, Field& field,
+                 Number number) {
     const std::optional<SourceValue> member = reader.root.Find(key);
     if (member && member->json->is_number()) {
-        return ReadInteger(reader.context, *member, numbers).value_or(0);
+        field = static_cast<Field>(ReadInteger(reader.context, *member, numbers).value_or(0));
+    } else if (member) {
+        if (const std::optional<size_t> position = names.Resolve(reader.context, *member)) {
+            field = static_cast<Field>(number(*position));
+        }
     }
-    return number(member ? names.Resolve(reader.context, *member).value_or(fallback) : fallback);
 }
 
-// What a new device mode begins with; a record that isn't named is the first of its table.
+// What a new device mode begins with.
 void ReadDefaults(ModelReader& reader) {
+    constexpr Range kAnyI16 = {INT16_MIN, INT16_MAX};
+    constexpr Range kAnyU16 = {0, UINT16_MAX};
+    constexpr Range kAnyU32 = {0, UINT32_MAX};
     ObjectReader& root = reader.root;
     ModelSource& model = reader.model;
     ModelNames& names = reader.names;
     DeviceModel& device = model.device;
-    constexpr uint16_t kAutomaticBin = 7;  // DMBIN_AUTO (wingdi.h)
-    const auto binOf = [&](size_t tray) { return tray < model.trays.size() ? model.trays[tray].binId : kAutomaticBin; };
-    const auto ordinalOf = [&](size_t medium) { return model.media.empty() ? size_t{0} : medium + 1; };
     const auto same = [](size_t position) { return position; };
-    const size_t second = model.resolutions.size() > 1 ? 1 : 0;
-    device.defaultBin = static_cast<uint16_t>(ReadDefault(reader, "defaultTray", names.trays, 0, kAnyU16, binOf));
-    device.defaultMedia =
-        static_cast<uint16_t>(ReadDefault(reader, "defaultMedium", names.media, 0, kAnyU16, ordinalOf));
-    device.defaultResolution =
-        static_cast<int16_t>(ReadDefault(reader, "defaultResolution", names.resolutions, second, kAnyI16, same));
-    device.defaultColorMode =
-        static_cast<uint16_t>(ReadDefault(reader, "defaultColorMode", names.colorModes, 0, kAnyU16, same));
+    SetDefaults(model);
+    uint16_t bin = device.defaultBin;
+    ReadDefault(reader, "defaultTray", names.trays, kAnyU16, bin, [&](size_t tray) { return model.trays[tray].binId; });
+    uint16_t medium = device.defaultMedia;
+    ReadDefault(reader, "defaultMedium", names.media, kAnyU16, medium, [](size_t position) { return position + 1; });
+    int16_t resolution = device.defaultResolution;
+    ReadDefault(reader, "defaultResolution", names.resolutions, kAnyI16, resolution, same);
+    uint16_t colorMode = device.defaultColorMode;
+    ReadDefault(reader, "defaultColorMode", names.colorModes, kAnyU16, colorMode, same);
+    device.defaultBin = bin;
+    device.defaultMedia = medium;
+    device.defaultResolution = resolution;
+    device.defaultColorMode = colorMode;
     // Bits 0 and 1 stand for what every printer has; the printer properties set them whatever is installed.
-    constexpr uint32_t kAlwaysInstalled = 3;
     device.defaultOptionMask = kAlwaysInstalled | root.WordBits("installed", names.trayOptions, 0);
     if (const std::optional<SourceValue> mask = root.Find("installedMask")) {
         if (root.Has("installed")) {
@@ -199,13 +148,15 @@ void ReadDefaults(ModelReader& reader) {
 }  // namespace
 
 std::optional<ModelSource> LoadModelSource(std::string_view text, const std::filesystem::path& file,
-                                           SourceDocument& document, std::vector<Diagnostic>& diagnostics) {
+                                           SourceDocument& document, std::vector<Diagnostic>& diagnostics,
+                                           KnownKeys* knownKeys) {
     const size_t before = diagnostics.size();
     if (!ReadSource(text, file, document, diagnostics)) {
         return std::nullopt;
     }
     ModelSource model;
     SourceContext context{document, diagnostics, {}, {}, {}, {}};
+    context.knownKeys = knownKeys;
     {
         ObjectReader root(context, {&document.root, std::string(kRootPath)});
         ModelNames names;
@@ -238,6 +189,9 @@ std::optional<ModelSource> LoadModelSource(std::string_view text, const std::fil
         ReadMargins(reader);
         ReadConstraints(reader);
         ReadDefaults(reader);
+        if (const std::optional<SourceValue> layout = root.Find("layout")) {
+            model.layout = ReadLayout(context, *layout);
+        }
         model.missingTexts = std::move(context.missingTexts);
     }
     return diagnostics.size() == before ? std::optional(std::move(model)) : std::nullopt;

@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
     int exitCode = velmora::kDone;
     velmora::AddBuildCommand(app, exitCode);
     velmora::AddCheckCommand(app, exitCode);
+    velmora::AddDumpCommand(app, exitCode);
     try {
         app.parse(argc, argv);
         return exitCode;

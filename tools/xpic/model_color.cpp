@@ -106,13 +106,12 @@ void ReadColorFeatures(ModelReader& reader) {
 }
 
 void ReadColorModes(ModelReader& reader) {
-    constexpr uint32_t kPlainKind = 1;  // a kind of 0 would end the table
     for (const SourceValue& element : reader.root.Elements("colorModes")) {
         ObjectReader object(reader.context, element);
         ColorModeSource mode;
         mode.name = object.Name();
         reader.names.colorModes.Add(reader.context, element.path, mode.name);
-        mode.displayName = object.FixedText("displayName", TextLimit::kLabel);
+        mode.label = object.LabelOrNone(mode.name, TextLimit::kLabel);
         mode.kind |= object.Flag("systemManaged", false) ? kColorModeSystem : 0;
         mode.kind |= object.Flag("manual", false) ? kColorModeManual : 0;
         if (const std::optional<SourceValue> selects = object.Find("selects")) {
@@ -122,8 +121,8 @@ void ReadColorModes(ModelReader& reader) {
             mode.kind |= kColorModeHasDefaults;
             mode.settings = ReadRawSettings(reader, object.Elements("settings"));
         }
-        mode.kind =
-            static_cast<uint32_t>(object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainKind));
+        mode.kind = static_cast<uint32_t>(
+            object.Integer("kind", {1, UINT32_MAX}, mode.kind != 0 ? mode.kind : kPlainColorMode));
         reader.model.colorModes.push_back(std::move(mode));
     }
 }

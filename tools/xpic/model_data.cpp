@@ -8,11 +8,6 @@
 namespace velmora {
 namespace {
 
-constexpr Word kShapes[] = {
-    {"dispersed", static_cast<int64_t>(PatternShape::kDispersed)},
-    {"clustered", static_cast<int64_t>(PatternShape::kClustered)},
-};
-
 size_t ReadPatternSize(SourceContext& context, ObjectReader& object) {
     const std::optional<SourceValue> value = object.Require("size", "8, 16 or 32");
     if (!value) {
@@ -53,7 +48,7 @@ void ReadPatterns(ModelReader& reader) {
         const size_t size = ReadPatternSize(reader.context, object);
         pattern.size = static_cast<int16_t>(size);
         if (object.Has("shape")) {
-            const auto shape = static_cast<PatternShape>(object.Choice("shape", kShapes, {}, {}));
+            const auto shape = static_cast<PatternShape>(object.Choice("shape", kPatternShapeWords, {}, {}));
             pattern.block = GeneratePatternBlock(shape, size);
         } else if (const auto bytes = object.Require("block", "a block, or a \"shape\" to make one")) {
             pattern.block = ReadBytes(reader.context, *bytes).value_or(Bytes{});

@@ -33,6 +33,25 @@ inline constexpr int kFirstOwnPaperId = 256;
 inline constexpr int kLastStandardBin = 15;
 inline constexpr int kFirstOwnBin = 256;
 
+// dmMediaType of the model's own media, DMMEDIA_USER (wingdi.h).
+inline constexpr uint32_t kFirstOwnMedium = 256;
+
+// The mask of a record that every printer has.
+inline constexpr uint32_t kPlainMask = 1;
+// The kind of a color mode that is nothing special: 0 would end the table.
+inline constexpr uint32_t kPlainColorMode = 1;
+// Bits of the installed tray options that stand for what every printer has.
+inline constexpr uint32_t kAlwaysInstalled = 3;
+
+// ConstraintRecord.flags: only when printing on both sides. The other bits are device options.
+inline constexpr uint32_t kOnlyOnBothSides = 1;
+
+// The unit of margins in 0.1 mm.
+inline constexpr int16_t kTenthsPerInch = 254;
+
+// MarginRecord.orientationMask.
+inline constexpr uint16_t kBothOrientations = 3;
+
 // What the device mode has room for.
 inline constexpr size_t kMostFeatures = 32;
 inline constexpr size_t kMostColorFeatures = 4;  // a group

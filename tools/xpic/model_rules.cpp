@@ -2,44 +2,10 @@
 #include <algorithm>
 
 #include "tools/xpic/model_reader.h"
+#include "tools/xpic/rule_records.h"
 
 namespace velmora {
 namespace {
-
-constexpr int kPaperSetSize = 256;
-
-struct SizeLimits {
-    Range width;  // 0.1 mm
-    Range length;
-};
-
-// The papers of a rule. Papers with ids beyond a set are found by their size among the custom ones, one record each.
-struct PaperChoice {
-    PaperSet set{};
-    bool custom = false;
-    std::vector<const PaperSource*> bySize;
-};
-
-void AddToSet(PaperSet& set, int id) {
-    set.bytes[id / 8] |= static_cast<uint8_t>(0x80 >> (id % 8));
-}
-
-void AddPaper(PaperChoice& choice, const PaperSource& paper) {
-    if (paper.id < kPaperSetSize) {
-        AddToSet(choice.set, paper.id);
-    } else {
-        choice.bySize.push_back(&paper);
-    }
-}
-
-PaperChoice AllPapers(const ModelSource& model) {
-    PaperChoice choice;
-    for (const PaperSource& paper : model.papers) {
-        AddPaper(choice, paper);
-    }
-    choice.custom = model.device.customMaxWidth != 0 && model.device.customMaxLength != 0;
-    return choice;
-}
 
 PaperChoice ReadPaperChoice(ModelReader& reader, const SourceValue& value) {
     if (value.json->is_string() && *value.json == "all") {
@@ -67,7 +33,7 @@ PaperChoice ReadPaperChoice(ModelReader& reader, const SourceValue& value) {
 Range ReadSizeRange(ModelReader& reader, ObjectReader& object, std::string_view key, Range fallback, int64_t largest) {
     const std::optional<SourceValue> value = object.Find(key);
     if (!value) {
-        return {std::min(fallback.min, largest), std::min(fallback.max, largest)};
+        return fallback;
     }
     const std::vector<SourceValue> ends = ReadElements(reader.context, *value);
     if (ends.size() != 2) {
@@ -87,67 +53,19 @@ Range ReadSizeRange(ModelReader& reader, ObjectReader& object, std::string_view 
 
 // The sizes of the custom papers of a rule, by default those that the model allows.
 SizeLimits ReadSizeLimits(ModelReader& reader, ObjectReader& object, bool custom, int64_t largest) {
-    const DeviceModel& device = reader.model.device;
-    const auto allowed = [&](int64_t min, int64_t max) { return Range{min, max != 0 ? max : largest}; };
+    const SizeLimits allowed = AllowedSizes(reader.model.device, largest);
     for (std::string_view key : {"widthMm", "lengthMm"}) {
         if (const std::optional<SourceValue> value = object.Find(key); value && !custom) {
             reader.context.Report(value->path, "sizes without \"custom\" among the papers",
                                   "sizes only for custom papers");
         }
     }
-    return {
-        ReadSizeRange(reader, object, "widthMm", allowed(device.customMinWidth, device.customMaxWidth), largest),
-        ReadSizeRange(reader, object, "lengthMm", allowed(device.customMinLength, device.customMaxLength), largest)};
-}
-
-template <class Record>
-void SetLimits(Record& record, const SizeLimits& limits) {
-    record.minWidth = static_cast<decltype(record.minWidth)>(limits.width.min);
-    record.maxWidth = static_cast<decltype(record.maxWidth)>(limits.width.max);
-    record.minLength = static_cast<decltype(record.minLength)>(limits.length.min);
-    record.maxLength = static_cast<decltype(record.maxLength)>(limits.length.max);
-}
-
-bool Contains(const SizeLimits& limits, const PaperSource& paper) {
-    return paper.width >= limits.width.min && paper.width <= limits.width.max && paper.length >= limits.length.min &&
-           paper.length <= limits.length.max;
-}
-
-// How a table is searched for a paper that a set can't hold.
-enum class SizeMatch {
-    kWithinLimits,  // any record for custom sizes whose limits contain the paper's size
-    kExact,         // only one whose limits are the paper's size
-};
-
-// One record for the papers of the set and the custom ones (unless there are none), then one for each paper that is
-// found by its size.
-template <class Record, class Add>
-void AddRecords(const PaperChoice& choice, const SizeLimits& limits, SizeMatch match, const Record& pattern, Add add) {
-    Record record = pattern;
-    record.papers = choice.set;
-    if (choice.custom) {
-        AddToSet(record.papers, 0);
-        SetLimits(record, limits);
-    }
-    const bool none = std::all_of(std::begin(record.papers.bytes), std::end(record.papers.bytes),
-                                  [](uint8_t byte) { return byte == 0; });
-    if (!none) {
-        add(record);
-    }
-    for (const PaperSource* paper : choice.bySize) {
-        if (match == SizeMatch::kWithinLimits && choice.custom && Contains(limits, *paper)) {
-            continue;
-        }
-        record = pattern;
-        AddToSet(record.papers, 0);
-        SetLimits(record, {{paper->width, paper->width}, {paper->length, paper->length}});
-        add(record);
-    }
+    return {ReadSizeRange(reader, object, "widthMm", allowed.width, largest),
+            ReadSizeRange(reader, object, "lengthMm", allowed.length, largest)};
 }
 
 // Margins in millimetres, or in units of the source's own.
 void ReadMarginSizes(ObjectReader& object, MarginRecord& record) {
-    constexpr int16_t kTenthsPerInch = 254;
     constexpr Range kAnyI16 = {INT16_MIN, INT16_MAX};
     constexpr std::string_view kSides[][2] = {
         {"leftMm", "left"}, {"topMm", "top"}, {"rightMm", "right"}, {"bottomMm", "bottom"}};
@@ -168,84 +86,42 @@ void ReadMarginSizes(ObjectReader& object, MarginRecord& record) {
     record.bottomMargin = sides[3];
 }
 
-// The records of one table that a rule names.
+// Which records of one table each rule names, and where it does.
 struct NamedRecords {
-    std::string path;
-    std::vector<size_t> positions;
-    std::optional<uint32_t> mask;  // given in place of names
+    std::vector<RuleRecords> rules;
+    std::vector<std::string> paths;
+
+    void Read(ModelReader& reader, ObjectReader& object, std::string_view key, std::string_view maskKey,
+              const NameIndex& names) {
+        paths.push_back(object.PathOf(key));
+        rules.push_back({object.References(key, names), {}});
+        if (const std::optional<SourceValue> mask = object.Find(maskKey)) {
+            if (object.Has(key)) {
+                reader.context.Report(mask->path, "a mask beside " + Quote(key), "one of the two");
+            }
+            rules.back().mask = static_cast<uint32_t>(ReadInteger(reader.context, *mask, {0, UINT32_MAX}).value_or(0));
+        }
+    }
 };
 
-NamedRecords ReadNamedRecords(ModelReader& reader, ObjectReader& object, std::string_view key, std::string_view maskKey,
-                              const NameIndex& names) {
-    NamedRecords records = {object.PathOf(key), object.References(key, names), {}};
-    if (const std::optional<SourceValue> mask = object.Find(maskKey)) {
-        if (object.Has(key)) {
-            reader.context.Report(mask->path, "a mask beside " + Quote(key), "one of the two");
-        }
-        records.mask = static_cast<uint32_t>(ReadInteger(reader.context, *mask, {0, UINT32_MAX}).value_or(0));
-    }
-    return records;
-}
-
-// The masks by which each rule finds its records and no others, one a rule (0 for a rule without names). Where the
-// records' masks don't tell, records get bits of their own, from bit 31 down, past the used ones.
-std::vector<uint32_t> TellApart(ModelReader& reader, const std::vector<NamedRecords>& rules,
-                                const std::vector<uint32_t*>& masks, uint32_t usedBits) {
-    std::vector<uint32_t> plain;
-    for (const uint32_t* mask : masks) {
-        plain.push_back(*mask);
-    }
-    std::vector<uint32_t> own(masks.size());
-    std::vector<uint32_t> result;
-    for (const NamedRecords& rule : rules) {
-        if (rule.mask) {
-            result.push_back(*rule.mask);
-            continue;
-        }
-        uint32_t wanted = 0;
-        for (size_t position : rule.positions) {
-            wanted |= plain[position];
-        }
-        bool shared = false;
-        for (size_t i = 0; i < plain.size(); ++i) {
-            const bool named = std::find(rule.positions.begin(), rule.positions.end(), i) != rule.positions.end();
-            shared |= !named && (plain[i] & wanted) != 0;
-        }
-        if (shared) {
-            wanted = 0;
-            for (size_t position : rule.positions) {
-                for (int bit = 31; own[position] == 0 && bit >= 0; --bit) {
-                    own[position] = (usedBits >> bit & 1) == 0 ? uint32_t{1} << bit : 0;
-                }
-                if (own[position] == 0) {
-                    reader.context.Report(rule.path, "more records to tell apart than a mask has free bits",
-                                          "constraints that name fewer different ones");
-                }
-                usedBits |= own[position];
-                *masks[position] |= own[position];
-                wanted |= own[position];
-            }
-        }
-        result.push_back(wanted);
-    }
-    return result;
-}
-
+// Gives the records the bits that tell them apart, beside those of `usedBits` and their own, and returns the masks of
+// the rules.
 template <class Source>
-std::vector<uint32_t*> MasksOf(std::vector<Source>& records, uint32_t Source::*mask) {
-    std::vector<uint32_t*> masks;
-    for (Source& record : records) {
-        masks.push_back(&(record.*mask));
+std::vector<uint32_t> SetMasks(ModelReader& reader, const NamedRecords& named, std::vector<Source>& records,
+                               uint32_t Source::*mask, uint32_t usedBits) {
+    std::vector<uint32_t> plain;
+    for (const Source& record : records) {
+        plain.push_back(record.*mask);
     }
-    return masks;
-}
-
-uint32_t BitsOf(const std::vector<uint32_t*>& masks) {
-    uint32_t bits = 0;
-    for (const uint32_t* mask : masks) {
-        bits |= *mask;
+    RuleMasks masks = TellApart(named.rules, plain, usedBits | BitsOf(plain));
+    for (size_t i = 0; i < records.size(); ++i) {
+        records[i].*mask = masks.ofRecords[i];
     }
-    return bits;
+    for (size_t rule : masks.withoutBits) {
+        reader.context.Report(named.paths[rule], "more records to tell apart than a mask has free bits",
+                              "constraints that name fewer different ones");
+    }
+    return std::move(masks.ofRules);
 }
 
 uint32_t BitsOf(const std::vector<Word>& words) {
@@ -259,7 +135,6 @@ uint32_t BitsOf(const std::vector<Word>& words) {
 }  // namespace
 
 void ReadMargins(ModelReader& reader) {
-    constexpr uint32_t kBothOrientations = 3;
     ModelSource& model = reader.model;
     size_t count = 0;
     for (const SourceValue& element : reader.root.Elements("margins")) {
@@ -281,8 +156,6 @@ void ReadMargins(ModelReader& reader) {
 }
 
 void ReadConstraints(ModelReader& reader) {
-    constexpr uint32_t kOnlyOnBothSides = 1;
-    constexpr uint32_t kAlwaysInstalled = 3;
     ModelSource& model = reader.model;
     ModelNames& names = reader.names;
     std::vector<Word> options;
@@ -291,9 +164,9 @@ void ReadConstraints(ModelReader& reader) {
             options.push_back(word);
         }
     }
-    std::vector<NamedRecords> trays;
-    std::vector<NamedRecords> media;
-    std::vector<NamedRecords> extraKeywords;
+    NamedRecords trays;
+    NamedRecords media;
+    NamedRecords extraKeywords;
     for (const SourceValue& element : reader.root.Elements("constraints")) {
         ObjectReader object(reader.context, element);
         ConstraintSource constraint;
@@ -303,14 +176,13 @@ void ReadConstraints(ModelReader& reader) {
         const SizeLimits limits = ReadSizeLimits(reader, object, choice.custom, UINT16_MAX);
         constraint.record.flags =
             (object.Flag("duplex", false) ? kOnlyOnBothSides : 0) | object.WordBits("options", options, 0);
-        trays.push_back(ReadNamedRecords(reader, object, "trays", "trayMask", names.trays));
-        media.push_back(ReadNamedRecords(reader, object, "media", "mediaMask", names.media));
-        extraKeywords.push_back(
-            ReadNamedRecords(reader, object, "extraKeywords", "extraKeywordMask", names.extraKeywords));
+        trays.Read(reader, object, "trays", "trayMask", names.trays);
+        media.Read(reader, object, "media", "mediaMask", names.media);
+        extraKeywords.Read(reader, object, "extraKeywords", "extraKeywordMask", names.extraKeywords);
         constraint.message = object.Localized("message", TextLimit::kPaperLabel);
         const auto add = [&](const ConstraintRecord& record) {
             model.constraints.push_back({record, constraint.message});
-            model.constraintElements.push_back(trays.size() - 1);
+            model.constraintElements.push_back(trays.rules.size() - 1);
         };
         if (papers) {
             AddRecords(choice, limits, SizeMatch::kExact, constraint.record, add);
@@ -319,11 +191,10 @@ void ReadConstraints(ModelReader& reader) {
         }
     }
     const std::vector<uint32_t> trayMasks =
-        TellApart(reader, trays, MasksOf(model.trays, &TraySource::mask), BitsOf(names.trayOptions) | kAlwaysInstalled);
-    const std::vector<uint32_t*> marks = MasksOf(model.media, &MediumSource::mark);
-    const std::vector<uint32_t> mediaMasks = TellApart(reader, media, marks, BitsOf(marks));
-    const std::vector<uint32_t*> keywordMasks = MasksOf(model.extraKeywords, &ExtraKeywordSource::mask);
-    const std::vector<uint32_t> extraMasks = TellApart(reader, extraKeywords, keywordMasks, BitsOf(keywordMasks));
+        SetMasks(reader, trays, model.trays, &TraySource::mask, BitsOf(names.trayOptions) | kAlwaysInstalled);
+    const std::vector<uint32_t> mediaMasks = SetMasks(reader, media, model.media, &MediumSource::mark, 0);
+    const std::vector<uint32_t> extraMasks =
+        SetMasks(reader, extraKeywords, model.extraKeywords, &ExtraKeywordSource::mask, 0);
     for (size_t i = 0; i < model.constraints.size(); ++i) {
         const size_t rule = model.constraintElements[i];
         model.constraints[i].record.binMask = trayMasks[rule];

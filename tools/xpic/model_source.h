@@ -26,6 +26,7 @@ struct LocalizedText {
     std::vector<std::string> byLanguage;
 
     bool Absent() const { return resourceId == 0 && byLanguage.empty(); }
+    bool operator==(const LocalizedText&) const = default;
 };
 
 // Every record has the name by which the source refers to it (UTF-8). A model that was read from a description file has
@@ -128,7 +129,7 @@ struct ColorFeatureSource {
 struct ColorModeSource {
     std::string name;
     uint32_t kind = 0;
-    std::string displayName;
+    LocalizedText label;
     std::vector<PresetSettingRecord> settings;
 };
 
@@ -174,6 +175,23 @@ struct MissingText {
     const Language* language;
 };
 
+// Another arrangement of the model's description file (layout.h).
+
+// A part of the file: bytes of the compiler's own output, or given ones.
+struct LayoutPiece {
+    size_t start = 0;   // in the compiler's output
+    size_t length = 0;  // bytes taken from there
+    Bytes given;        // where `length` is 0
+};
+
+struct FileLayout {
+    // The compiler's own output that the pieces were cut from.
+    size_t ofSize = 0;
+    uint32_t ofCrc32 = 0;
+    size_t size = 0;                  // of the file, the sum of the pieces
+    std::vector<LayoutPiece> pieces;  // in the order of the file
+};
+
 struct ModelSource {
     std::string modelName;                   // UTF-8; not part of the description file
     std::vector<const Language*> languages;  // at least one; the first serves every language that isn't listed
@@ -211,6 +229,7 @@ struct ModelSource {
     std::vector<size_t> marginElements;      // by margin record: the element of "margins" that it was made of
     std::vector<size_t> constraintElements;  // by constraint record: the element of "constraints"
     std::vector<MissingText> missingTexts;
+    std::optional<FileLayout> layout;
 };
 
 }  // namespace velmora

@@ -7,30 +7,12 @@
 namespace velmora {
 namespace {
 
-constexpr uint32_t kPlainMask = 1;  // what every printer has
-
-bool IsPcl(const ModelSource& model) {
-    return model.device.pdlType == kPdlPcl6 || model.device.pdlType == kPdlPcl5;
-}
-
 std::vector<std::string_view> StandardPaperNames() {
     std::vector<std::string_view> names;
     for (const StandardPaper& paper : kStandardPapers) {
         names.push_back(paper.name);
     }
     return names;
-}
-
-PaperSource FromStandard(const StandardPaper& standard, const ModelSource& model) {
-    PaperSource paper;
-    paper.id = standard.id;
-    paper.keyword = standard.keyword;
-    paper.width = standard.width;
-    paper.length = standard.length;
-    paper.isMetric = standard.isMetric;
-    paper.pclSizeCode = IsPcl(model) ? standard.pclSizeCode : int16_t{0};
-    paper.rendererName = model.device.pdlType == kPdlPcl6 ? standard.rendererName : std::string_view();
-    return paper;
 }
 
 // The published paper that "id" or, without one, the paper's name refers to; null for a paper of the model's own.
@@ -69,7 +51,7 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
                                   ExpectOneOf("the name of a standard paper", name, StandardPaperNames()));
             return {};
         }
-        PaperSource paper = FromStandard(*standard, reader.model);
+        PaperSource paper = PaperOf(*standard, reader.model.device.pdlType);
         paper.name = name;
         const Json label = std::string(standard->label);
         paper.label = *ReadLocalizedText(reader.context, {&label, value.path}, TextLimit::kPaperLabel);
@@ -80,7 +62,7 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
     names.papers.Add(reader.context, value.path, name);
     int16_t id = 0;
     const StandardPaper* standard = StandardOf(reader, object, name, id);
-    PaperSource paper = standard != nullptr ? FromStandard(*standard, reader.model) : PaperSource{};
+    PaperSource paper = standard != nullptr ? PaperOf(*standard, reader.model.device.pdlType) : PaperSource{};
     paper.name = name;
     const bool misspelt = standard == nullptr && object.Has("id") && id == 0;  // reported already
     const auto own = [&](int64_t known) {
@@ -90,9 +72,8 @@ PaperSource ReadPaper(ModelReader& reader, const SourceValue& value, size_t card
     paper.pclSizeCode = static_cast<int16_t>(object.Integer("pclSizeCode", {INT16_MIN, INT16_MAX}, paper.pclSizeCode));
     if (id != 0) {
         paper.id = id;
-    } else if (standard == nullptr && IsPcl(reader.model) && paper.pclSizeCode < 0) {
-        // The id by which the paper lookup counts the driver-defined papers.
-        paper.id = static_cast<int16_t>(511 - cardsBefore);
+    } else if (standard == nullptr && IsPcl(reader.model.device.pdlType) && paper.pclSizeCode < 0) {
+        paper.id = CardPaperId(cardsBefore);
     } else if (standard == nullptr && !misspelt) {
         object.Require("id", "a paper id, as the name isn't a standard paper's");
     }
@@ -158,12 +139,11 @@ void ReadPapers(ModelReader& reader) {
     for (const SourceValue& element : elements) {
         papers.push_back(ReadPaper(reader, element, cards));
         cards += papers.back().pclSizeCode < 0 ? 1 : 0;
-        const std::string* name = element.json->is_string() ? element.json->get_ptr<const std::string*>() : nullptr;
-        if (name == nullptr && element.json->is_object() && element.json->contains("name")) {
-            name = (*element.json)["name"].get_ptr<const std::string*>();
-        }
-        if (name != nullptr && (*name == "custom" || *name == "all")) {
-            reader.context.Report(element.path, Quote(*name), "another name: this one stands for other papers");
+        const bool hasName = element.json->is_object() && element.json->contains("name");
+        const SourceValue name =
+            hasName ? SourceValue{&(*element.json)["name"], MemberPath(element.path, "name")} : element;
+        if (*name.json == "custom" || *name.json == "all") {
+            reader.context.Report(name.path, Describe(*name.json), "another name: this one stands for other papers");
         }
     }
     // A paper may be scaled onto one that comes later.
@@ -229,7 +209,6 @@ void ReadExtraKeywords(ModelReader& reader) {
 }
 
 void ReadMedia(ModelReader& reader) {
-    constexpr uint32_t kFirstOwnMedium = 256;  // DMMEDIA_USER (wingdi.h)
     for (const SourceValue& element : reader.root.Elements("media")) {
         ObjectReader object(reader.context, element);
         const std::string name = object.Name();

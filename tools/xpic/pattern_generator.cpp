@@ -8,6 +8,11 @@ namespace {
 
 constexpr size_t kGreyLevels = 256;
 
+constexpr Word kShapes[] = {
+    {"dispersed", static_cast<int64_t>(PatternShape::kDispersed)},
+    {"clustered", static_cast<int64_t>(PatternShape::kClustered)},
+};
+
 // The place of a pixel in the order in which an ordered dither of side 2^n turns pixels black.
 size_t DispersedRank(size_t x, size_t y, size_t size) {
     size_t rank = 0;
@@ -44,6 +49,17 @@ Bytes GeneratePatternBlock(PatternShape shape, size_t size) {
         }
     }
     return block;
+}
+
+constinit const Words kPatternShapeWords = kShapes;
+
+const Word* FindPatternShape(size_t size, const Bytes& block) {
+    for (const Word& word : kShapes) {
+        if (GeneratePatternBlock(static_cast<PatternShape>(word.value), size) == block) {
+            return &word;
+        }
+    }
+    return nullptr;
 }
 
 }  // namespace velmora

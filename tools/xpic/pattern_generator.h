@@ -14,4 +14,8 @@ enum class PatternShape {
 // pixel, the leftmost in the highest bit, 1 for black. 32*k*k bytes.
 Bytes GeneratePatternBlock(PatternShape shape, size_t size);
 
+extern const Words kPatternShapeWords;
+// The word of the shape whose block of this size it is; null for another block.
+const Word* FindPatternShape(size_t size, const Bytes& block);
+
 }  // namespace velmora

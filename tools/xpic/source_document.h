@@ -2,7 +2,9 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -21,6 +23,9 @@ struct SourcePlace {
     Position position;
     std::string path;  // in that file, which differs from the document's where files were joined
 };
+
+// The keys that its reader knows of each object, by the object's path.
+using KnownKeys = std::map<std::string, std::set<std::string, std::less<>>, std::less<>>;
 
 struct SourceDocument {
     // As named in messages, the source itself first. A file's folder is the base of the file names in it.

@@ -41,6 +41,9 @@ ObjectReader::~ObjectReader() {
     if (!isObject_) {
         return;
     }
+    if (context_.knownKeys != nullptr) {
+        (*context_.knownKeys)[value_.path].insert(known_.begin(), known_.end());
+    }
     for (const auto& [key, member] : value_.json->items()) {
         if (std::find(known_.begin(), known_.end(), key) == known_.end()) {
             context_.Report(PathOf(key), "an unknown key", ExpectOneOf("a known one", key, known_));

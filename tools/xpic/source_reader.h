@@ -31,6 +31,7 @@ struct SourceContext {
     std::map<std::string, SourceValue, std::less<>> texts;  // the root's "texts": objects of texts by language code
     std::vector<MissingText> missingTexts;
     TextEncoder encoder;
+    KnownKeys* knownKeys = nullptr;  // null: nobody wants to know
 
     void Report(const std::string& path, std::string found, std::string expected);
 };

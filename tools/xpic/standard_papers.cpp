@@ -119,4 +119,16 @@ const StandardPaper* FindStandardPaper(int64_t id) {
     return nullptr;
 }
 
+PaperSource PaperOf(const StandardPaper& standard, uint16_t pdlType) {
+    PaperSource paper;
+    paper.id = standard.id;
+    paper.keyword = standard.keyword;
+    paper.width = standard.width;
+    paper.length = standard.length;
+    paper.isMetric = standard.isMetric;
+    paper.pclSizeCode = IsPcl(pdlType) ? standard.pclSizeCode : int16_t{0};
+    paper.rendererName = pdlType == kPdlPcl6 ? standard.rendererName : std::string_view();
+    return paper;
+}
+
 }  // namespace velmora

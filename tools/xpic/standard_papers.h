@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "tools/xpic/model_source.h"
+
 namespace velmora {
 
 struct StandardPaper {
@@ -24,5 +26,18 @@ extern const std::span<const StandardPaper> kStandardPapers;
 // Null for an unknown one.
 const StandardPaper* FindStandardPaper(std::string_view name);
 const StandardPaper* FindStandardPaper(int64_t id);
+
+// What a source gets that gives a standard paper's name and nothing else; the label and the name are left out.
+PaperSource PaperOf(const StandardPaper& standard, uint16_t pdlType);
+
+constexpr bool IsPcl(uint16_t pdlType) {
+    return pdlType == kPdlPcl6 || pdlType == kPdlPcl5;
+}
+
+// The id by which the paper lookup of PCL models counts the papers with negative pclSizeCode; `before` of them come
+// earlier in the table.
+constexpr int16_t CardPaperId(size_t before) {
+    return static_cast<int16_t>(511 - before);
+}
 
 }  // namespace velmora

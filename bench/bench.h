@@ -1,0 +1,62 @@
+// What the benchmarks have in common: their times, figures against limits, and the memory of the project's programs.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora {
+
+// Least time of each registered work, in nanoseconds.
+using Times = std::map<std::string, double>;
+
+// A subject's benchmarks. Making it measures programs and registers its works; when they have run, it prints its
+// figures.
+class Bench {
+  public:
+    virtual ~Bench() = default;
+    // False where a figure is above its limit.
+    virtual bool Judge(const Times& times) const = 0;
+};
+
+std::unique_ptr<Bench> MakeDriverBench();
+std::unique_ptr<Bench> MakeXpicBench();
+
+void RegisterWork(const std::string& name, std::function<void()> work);
+
+// Ends the program where a work doesn't do what it is measured for.
+void Require(bool holds, std::string_view what);
+
+// Prints a figure with its limit; false where it is above that.
+bool PrintFigure(const std::string& what, double value, const char* unit, double limit);
+
+// Twice the model may cost this much more than the model.
+inline constexpr double kMostGrowth = 2.5;
+
+// The folder of the built programs' folders.
+std::filesystem::path ToolsFolder();
+
+// A folder of its own below the system's temporary one, removed at the end.
+class TemporaryFolder {
+  public:
+    explicit TemporaryFolder(const std::string& name);
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    const std::filesystem::path& Path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+void WriteText(const std::filesystem::path& file, const std::string& text);
+
+// Runs a program without its output and returns its peak memory in MiB, or that of this program so far where it is
+// more: to be measured before works are made. A program that fails ends this one.
+double PeakOf(const std::vector<std::string>& command);
+
+}  // namespace velmora
