@@ -7,7 +7,6 @@
 #include "tools/xpic/check_file.h"
 #include "tools/xpic/check_model.h"
 #include "tools/xpic/compile.h"
-#include "tools/xpic/read_description.h"
 
 namespace velmora {
 namespace {
@@ -296,6 +295,67 @@ TEST(CheckModel, Colour) {
         model["commands"]["filler " + std::to_string(i)] = std::string(8191, 'x');
     }
     EXPECT_EQ(CodesOf(model.dump()), "$.commands command-blob-size");
+}
+
+// Places are those of the source, findings in its order; the compiler's faults are told as it tells them.
+TEST(CheckFile, TellsWhereASourceSaysIt) {
+    const std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "xpic-check";
+    std::filesystem::create_directories(folder);
+    const auto check = [&](const char* name, std::string_view content) {
+        std::ofstream(folder / name, std::ios::binary) << content;
+        std::string lines;
+        for (const Finding& finding : CheckFile(folder / name)) {
+            lines += FormatFinding(finding, (folder / name).string()) + "\n";
+        }
+        const std::string prefix = folder.string() + "/";
+        for (size_t at; (at = lines.find(prefix)) != std::string::npos;) {
+            lines.erase(at, prefix.size());
+        }
+        return lines;
+    };
+    check("family.json", R"({"pagesPerMinute": 1,
+  "papers": ["A4", {"name": "A5", "keyword": "psk:"}]})");
+    EXPECT_EQ(
+        check("model.json", R"({"include": "family.json", "pdl": "xps",
+  "customSizes": {"minWidthMm": 1, "maxWidthMm": 300, "minLengthMm": 1, "maxLengthMm": 500},
+  "margins": [{"allMm": 5}],
+  "trays": [{"name": "1", "bin": 300, "keyword": "psk:Tray"}],
+  "media": [{"name": "Plain", "keyword": "psk:Plain", "jobText": "PLAIN"}],
+  "resolutions": [{"name": "A", "dpi": 300, "keyword": "psk:A"}, {"name": "B", "dpi": 600, "keyword": "psk:A"}]})"),
+        "model.json:5:55: warning: $.media[0].jobText: \"PLAIN\" isn't a whole line that begins with \"@PJL\": "
+        "printers take it for something else than a job command [job-command]\n"
+        "model.json:6:92: warning: $.resolutions[1].keyword: an earlier record has the keyword \"psk:A\": a print "
+        "ticket that names it always selects the first [keyword-twice]\n"
+        "family.json:2:35: warning: $.papers[1].keyword: \"psk:\" has nothing behind the colon: print tickets "
+        "can't name the choice [keyword-empty], included by model.json\n");
+    EXPECT_EQ(check("refused.json", R"({"pdl": "xps", "color": "colour"})"),
+              "refused.json:1:16: error: $.color: found \"colour\", expected a word, nearest \"color\": the compiler "
+              "makes no description "
+              "file of it [refused]\n");
+    EXPECT_EQ(check("short.XPI", "{}"),
+              "short.XPI: error: $: the file has 2 bytes, its header 72: nothing of the model can be read "
+              "[file-too-short]\n");
+    EXPECT_EQ(check("notes.txt", "Call the printer's maker."),
+              "notes.txt: error: $: neither a model source nor a description file: there is nothing to check "
+              "[unreadable]\n");
+    const std::vector<std::byte> bytes = CompileModelText(kGood, "model.json").bytes;
+    EXPECT_EQ(check("good.xpi", {reinterpret_cast<const char*>(bytes.data()), bytes.size()}), "");
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(FormatFinding(CheckFile(folder / "none.json").at(0), "none.json"),
+              "none.json: error: $: no file that can be read: there is nothing to check [unreadable]");
+}
+
+TEST(Documentation, SaysEveryKindOfFinding) {
+    std::ifstream document(VELMORA_MODELS_DOCUMENT);
+    const std::string text{std::istreambuf_iterator<char>(document), std::istreambuf_iterator<char>()};
+    for (const FindingKind& kind : kFindingKinds) {
+        const std::string begin =
+            "\n| `" + std::string(kind.code) + "` | " + std::string(NameOf(kind.severity)) + " | ";
+        const size_t row = text.find(begin);
+        ASSERT_NE(row, std::string::npos) << begin;
+        const std::string line = text.substr(row + 1, text.find('\n', row + 1) - row - 1);
+        EXPECT_TRUE(line.ends_with(" | " + std::string(kind.why) + " |")) << line;
+    }
 }
 
 }  // namespace

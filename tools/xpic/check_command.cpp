@@ -10,9 +10,11 @@
 namespace velmora {
 namespace {
 
+constexpr Severity kLevels[] = {Severity::kError, Severity::kWarning, Severity::kNote};
+
 struct CheckArguments {
     std::vector<std::string> files;
-    Severity lowest = Severity::kNote;
+    std::string lowest = "note";  // the name of a level
     bool json = false;
 };
 
@@ -22,6 +24,7 @@ std::string Count(size_t count, std::string_view noun) {
 
 nlohmann::ordered_json ToJson(const Finding& finding, const std::string& file) {
     nlohmann::ordered_json object;
+    object["checked"] = file;
     object["file"] = finding.file.empty() ? file : finding.file;
     if (finding.position.line != 0) {
         object["line"] = finding.position.line;
@@ -36,13 +39,14 @@ nlohmann::ordered_json ToJson(const Finding& finding, const std::string& file) {
 }
 
 int Check(const CheckArguments& arguments) {
-    constexpr Severity kLevels[] = {Severity::kError, Severity::kWarning, Severity::kNote};
+    const auto* lowest = std::find_if(std::begin(kLevels), std::end(kLevels),
+                                      [&](Severity severity) { return NameOf(severity) == arguments.lowest; });
     std::array<size_t, std::size(kLevels)> counts{};  // by severity
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const std::string& file : arguments.files) {
         for (const Finding& finding : CheckFile(file)) {
             ++counts[static_cast<size_t>(finding.severity)];
-            if (finding.severity < arguments.lowest) {
+            if (finding.severity < *lowest) {
                 continue;
             }
             if (arguments.json) {
@@ -72,10 +76,11 @@ void AddCheckCommand(CLI::App& app, int& exitCode) {
     const auto arguments = std::make_shared<CheckArguments>();
     CLI::App* check = app.add_subcommand("check", "Tell what is wrong with models and what will hurt");
     check->add_option("files", arguments->files, "Model sources (.json) and description files (.XPI)")->required();
-    const std::map<std::string, Severity> levels = {
-        {"note", Severity::kNote}, {"warning", Severity::kWarning}, {"error", Severity::kError}};
-    check->add_option("--level", arguments->lowest, "The lowest level shown: note, warning or error")
-        ->transform(CLI::CheckedTransformer(levels));
+    std::vector<std::string> levels;
+    for (Severity severity : kLevels) {
+        levels.emplace_back(NameOf(severity));
+    }
+    check->add_option("--level", arguments->lowest, "The lowest level shown")->check(CLI::IsMember(levels));
     check->add_flag("--json", arguments->json, "Print an array of objects");
     check->callback([arguments, &exitCode] { exitCode = Check(*arguments); });
 }

@@ -56,8 +56,7 @@ Findings CheckSource(std::string_view content, const std::filesystem::path& file
     return findings;
 }
 
-Findings CheckDescription(std::string_view content) {
-    DescriptionReading reading = ReadDescription(std::as_bytes(std::span<const char>(content.data(), content.size())));
+Findings CheckDescription(DescriptionReading reading) {
     if (reading.model && !HasErrors(reading.findings)) {
         Findings judged = CheckModel(*reading.model);
         std::move(judged.begin(), judged.end(), std::back_inserter(reading.findings));
@@ -75,8 +74,17 @@ Findings CheckFile(const std::filesystem::path& file) {
         AddFinding(findings, "unreadable", std::string(kRootPath), "no file that can be read");
         return findings;
     }
-    const bool isSource = HasExtension(file, ".json") || (!HasExtension(file, ".xpi") && LooksLikeSource(content));
-    return isSource ? CheckSource(content, file) : CheckDescription(content);
+    const bool isDescription = HasExtension(file, ".xpi");
+    if (HasExtension(file, ".json") || (!isDescription && LooksLikeSource(content))) {
+        return CheckSource(content, file);
+    }
+    DescriptionReading reading = ReadDescription(std::as_bytes(std::span<const char>(content.data(), content.size())));
+    if (!isDescription && !reading.model) {
+        Findings findings;
+        AddFinding(findings, "unreadable", std::string(kRootPath), "neither a model source nor a description file");
+        return findings;
+    }
+    return CheckDescription(std::move(reading));
 }
 
 }  // namespace velmora

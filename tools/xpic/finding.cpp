@@ -27,7 +27,11 @@ std::string FormatFinding(const Finding& finding, std::string_view file) {
     }
     line.append(": ").append(NameOf(finding.severity)).append(": ").append(finding.path).append(": ");
     line.append(finding.what).append(": ").append(finding.why);
-    return line.append(" [").append(finding.code).append("]");
+    line.append(" [").append(finding.code).append("]");
+    if (!finding.file.empty() && finding.file != file) {
+        line.append(", included by ").append(file);
+    }
+    return line;
 }
 
 }  // namespace velmora

@@ -28,8 +28,8 @@ bool HasErrors(const Findings& findings);
 // "error", "warning", "note".
 std::string_view NameOf(Severity severity);
 
-// "FILE:LINE:COLUMN: LEVEL: PATH: WHAT: WHY [CODE]" on one line, without a line end. `file` is named where the finding
-// names none.
+// "FILE:LINE:COLUMN: LEVEL: PATH: WHAT: WHY [CODE]" on one line, without a line end. `file` is the one that was
+// checked: it is named where the finding names none, and beside an included one.
 std::string FormatFinding(const Finding& finding, std::string_view file);
 
 }  // namespace velmora
