@@ -92,6 +92,17 @@ DescriptionFileHeader& HeaderOf(std::string& file) {
     return *reinterpret_cast<DescriptionFileHeader*>(file.data());
 }
 
+std::string OptionBytes(const std::vector<uint16_t>& nameRefs, uint16_t pdlType) {
+    std::string options;
+    for (const uint16_t nameRef : nameRefs) {
+        OptionRecord record = {};
+        record.nameRef = nameRef;
+        options.append(reinterpret_cast<const char*>(&record), sizeof(record));
+        options.resize(options.size() + (pdlType == kPdlImage ? 2 : 0));
+    }
+    return options;
+}
+
 DescriptionBuilder SmallModel(uint16_t pdlType, uint16_t colorCapability) {
     DescriptionBuilder builder;
     builder.blob = std::string(1000, 'b');
@@ -174,14 +185,7 @@ DescriptionBuilder SmallModel(uint16_t pdlType, uint16_t colorCapability) {
     builder.Table(offsetof(DeviceModel, marginTable), std::vector<MarginRecord>{margins});
 
     const uint16_t option = builder.AddString("Option");
-    std::string options;
-    for (const uint16_t nameRef : {option, option, uint16_t{0}, uint16_t{0}}) {
-        OptionRecord record = {};
-        record.nameRef = nameRef;
-        options.append(reinterpret_cast<const char*>(&record), sizeof(record));
-        options.resize(options.size() + (pdlType == kPdlImage ? 2 : 0));
-    }
-    builder.Bytes(offsetof(DeviceModel, optionTable), options);
+    builder.Bytes(offsetof(DeviceModel, optionTable), OptionBytes({option, option, 0, 0}, pdlType));
     builder.Table(offsetof(DeviceModel, featureTable),
                   std::vector<FeatureRecord>{{option, 0, 0, 0, 0}, {option, 0, 0, 3, 0}});
 

@@ -83,6 +83,9 @@ class DescriptionBuilder {
 // The header of a built file, to be changed in place.
 velmora::DescriptionFileHeader& HeaderOf(std::string& file);
 
+// An option table of these name references (0 ends a run), laid out as this page description language has it.
+std::string OptionBytes(const std::vector<uint16_t>& nameRefs, uint16_t pdlType);
+
 // A complete small model: A4, Letter and a card; two trays; two media; resolutions of 600, 1200 x 600 and 1200 dpi of
 // which the first two have patterns; margins for all papers and custom sizes up to 297 x 432 mm; two features, the
 // second without options; memory; two default fonts.

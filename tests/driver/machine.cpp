@@ -6,12 +6,29 @@ namespace driver_test {
 
 void MachineTest::TearDown() {
     printer_.Close();
+    file_.Close();
+    model_.Reset(nullptr);
     EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
 }
 
 void MachineTest::Install(const DriverPackage& package, const WideText& printerName) {
     InstallPrinter(package, printerName);
     printer_ = OpenWithAllAccess(printerName);
+}
+
+void MachineTest::AddForm(WideText name, DWORD flags, LONG width, LONG length) {
+    FORM_INFO_1W form = {flags, name.data(), {width, length}, {0, 0, width, length}};
+    ASSERT_TRUE(AddFormW(Printer(), 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
+}
+
+velmora::OwnedFile MachineTest::OpenDescription(const std::string& bytes) {
+    WriteDriveFile(u"C:\\test.xpi", bytes);
+    return velmora::OwnedFile(CreateFileW(TEXT("C:\\test.xpi"), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+velmora::HeapOwner<velmora::DeviceModel> MachineTest::Load(const std::string& bytes) {
+    return velmora::LoadDeviceModel(OpenDescription(bytes).Get());
 }
 
 std::string ToText(std::u16string_view text) {
