@@ -60,6 +60,7 @@ TEST_F(PrinterDataFile, SmallerCopiesAreReplaced) {
     host::FindDriver(u"Velmora Test")->dataFile = Copy(u'3');
     WriteDriveFile(Copy(u'1'), "");
     WriteDriveFile(Copy(u'3'), "the current file");
+    std::filesystem::create_directories(DrivePath(Copy(u'4')).parent_path());
     SyncPrinterDataFileCopies(kPrinterName);
     EXPECT_EQ(ReadDriveFile(Copy(u'1')), "");
     EXPECT_EQ(ReadDriveFile(Copy(u'2')), "the current file");
