@@ -11,31 +11,6 @@ using namespace driver_test;  // NOLINT(google-build-using-namespace): the test 
 
 class DescriptionFile : public MachineTest {
   protected:
-    // Runs every operation that takes a file, with references of all kinds; what they give doesn't matter.
-    static void ReadEverything(const std::string& bytes) {
-        const OwnedFile file = OpenDescription(bytes);
-        const HeapOwner<DeviceModel> model = LoadDeviceModel(file.Get());
-        for (const int reference : {-32768, -1, 0, 1, 2, 100, 32767}) {
-            const auto short16 = static_cast<int16_t>(reference);
-            WCHAR wide[64];
-            char ansi[64];
-            char text[kTextCapacity];
-            ReadLocalizedString(file.Get(), 9, nullptr, short16, wide, ARRAYSIZE(wide));
-            ReadLocalizedString(file.Get(), 1023, nullptr, short16, wide, ARRAYSIZE(wide));
-            ReadName(file.Get(), short16, wide, ARRAYSIZE(wide));
-            ReadName(file.Get(), short16, ansi, sizeof(ansi));
-            ReadText(file.Get(), short16, text);
-            ReadShortText(file.Get(), short16, text);
-            ReadImage(file.Get(), static_cast<uint16_t>(reference));
-            ReadPatternBlock(file.Get(), short16, text, sizeof(text));
-        }
-        std::vector<char> blob(70000);
-        ReadBlob(file.Get(), blob.data(), blob.size());
-        if (model) {
-            GetFontDataSize(file.Get(), *model);
-        }
-    }
-
     // The text that a read of file_ gives in an exact block, so that the address sanitizer sees its ends.
     std::string String(WORD language, int16_t reference, size_t capacity = 64, HMODULE module = nullptr) const {
         std::vector<WCHAR> text(capacity, TEXT('#'));
@@ -400,11 +375,11 @@ TEST_F(DescriptionFile, HeadersThatPointOutside) {
     const std::string good = builder.Build();
     const auto size = static_cast<uint32_t>(good.size());
     for (size_t field = 0; field < sizeof(DescriptionFileHeader); field += sizeof(uint32_t)) {
-        ReadEverything(good.substr(0, field));
+        ReadEverything(OpenDescription(good.substr(0, field)).Get());
         for (const uint32_t value : {0u, size - 1, size, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
             std::string bytes = good;
             memcpy(bytes.data() + field, &value, sizeof(value));
-            ReadEverything(bytes);
+            ReadEverything(OpenDescription(bytes).Get());
         }
     }
 }

@@ -29,6 +29,7 @@ TEST_F(Exports, FixedAnswers) {
         EXPECT_EQ(DllMain(nullptr, reason, nullptr), reason < 4 ? TRUE : FALSE) << reason;
     }
     EXPECT_EQ(DrvDocumentProperties(nullptr, Printer(), name_.data(), &output_.publicPart, nullptr, 0), 4088);
+    EXPECT_EQ(DrvAdvancedDocumentProperties(nullptr, nullptr, nullptr, nullptr, nullptr), 10);
     EXPECT_EQ(DevQueryPrintEx(nullptr), TRUE);
     EXPECT_EQ(DrvUpgradePrinter(1, nullptr), TRUE);
     for (const INT event : {-1, 1, 2, 3, 4, 5}) {
@@ -54,10 +55,15 @@ TEST_F(Exports, DocumentSheetsWithPromptBuildTheDeviceMode) {
 }
 
 TEST_F(Exports, Conversion) {
-    LONG needed = sizeof(output_);
-    SetLastError(ERROR_GEN_FAILURE);
-    EXPECT_TRUE(DrvConvertDevMode(name_.data(), nullptr, &output_.publicPart, &needed, 0));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_SUCCESS});
+    const auto convert = [this](WideText name, LONG* size) {
+        return DrvConvertDevMode(name.data(), nullptr, &output_.publicPart, size, 0) ? 0 : GetLastError();
+    };
+    LONG needed = 220;
+    EXPECT_EQ(convert(name_, nullptr), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(convert(name_, &needed), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_EQ(needed, 4088);
+    EXPECT_EQ(convert(u"Unknown", &needed), DWORD{ERROR_INVALID_PRINTER_NAME});
+    EXPECT_TRUE(convert(name_, &needed) == 0 && GetLastError() == ERROR_SUCCESS);
     EXPECT_EQ(Differences(default_, output_), Texts());
 }
 

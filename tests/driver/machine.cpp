@@ -31,6 +31,26 @@ velmora::HeapOwner<velmora::DeviceModel> MachineTest::Load(const std::string& by
     return velmora::LoadDeviceModel(OpenDescription(bytes).Get());
 }
 
+void ReadEverything(HANDLE file) {
+    std::vector<char> bytes(70000);
+    WCHAR wide[64];
+    for (const int number : {-32768, -1, 0, 1, 2, 100, 32767}) {
+        const auto reference = static_cast<int16_t>(number);
+        velmora::ReadLocalizedString(file, LANG_ENGLISH, nullptr, reference, wide, ARRAYSIZE(wide));
+        velmora::ReadLocalizedString(file, 1023, nullptr, reference, wide, ARRAYSIZE(wide));
+        velmora::ReadName(file, reference, wide, ARRAYSIZE(wide));
+        velmora::ReadName(file, reference, bytes.data(), 64);
+        velmora::ReadText(file, reference, bytes.data());
+        velmora::ReadShortText(file, reference, bytes.data());
+        velmora::ReadImage(file, static_cast<uint16_t>(reference));
+        velmora::ReadPatternBlock(file, reference, bytes.data(), bytes.size());
+    }
+    velmora::ReadBlob(file, bytes.data(), bytes.size());
+    if (const auto model = velmora::LoadDeviceModel(file)) {
+        velmora::GetFontDataSize(file, *model);
+    }
+}
+
 std::string ToText(std::u16string_view text) {
     return host::ToUtf8(text);
 }

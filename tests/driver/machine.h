@@ -47,6 +47,9 @@ class MachineTest : public testing::Test {
     velmora::OwnedPrinter printer_;
 };
 
+// Runs every operation that takes a description file, with references of all kinds; what they give doesn't matter.
+void ReadEverything(HANDLE file);
+
 // A copy of a byte-packed record's field: expectations take references, which such fields can't be bound to.
 template <class T>
 T ValueOf(T value) {
