@@ -1,12 +1,12 @@
 #include "tools/xpic/check_file.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <tuple>
 
 #include "tools/xpic/check_model.h"
 #include "tools/xpic/compile.h"
+#include "tools/xpic/file_content.h"
 #include "tools/xpic/read_description.h"
 
 namespace velmora {
@@ -68,15 +68,14 @@ Findings CheckDescription(std::string_view content) {
 }  // namespace
 
 Findings CheckFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (!stream) {
+    const std::optional<std::string> content = ReadFileContent(file);
+    if (!content) {
         Findings findings;
         AddFinding(findings, "unreadable", std::string(kRootPath), "no file that can be read");
         return findings;
     }
-    const bool isSource = HasExtension(file, ".json") || (!HasExtension(file, ".xpi") && LooksLikeSource(content));
-    return isSource ? CheckSource(content, file) : CheckDescription(content);
+    const bool isSource = HasExtension(file, ".json") || (!HasExtension(file, ".xpi") && LooksLikeSource(*content));
+    return isSource ? CheckSource(*content, file) : CheckDescription(*content);
 }
 
 }  // namespace velmora
