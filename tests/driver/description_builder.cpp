@@ -21,35 +21,6 @@ uint32_t DescriptionBuilder::Bytes(size_t slot, std::string_view bytes) {
     return offset;
 }
 
-void DescriptionBuilder::SetSlot(size_t slot, uint32_t offset) {
-    slots_.emplace_back(slot, offset);
-}
-
-uint16_t DescriptionBuilder::AddString(std::string_view text, bool terminated) {
-    return strings_.Add(std::string(text) + (terminated ? std::string(1, '\0') : ""));
-}
-
-uint16_t DescriptionBuilder::AddName(std::string_view text, bool terminated) {
-    return names_.Add(std::string(text) + (terminated ? std::string(1, '\0') : ""));
-}
-
-uint16_t DescriptionBuilder::AddText(std::string_view text, bool terminated) {
-    return texts_.Add(std::string(text) + (terminated ? std::string(1, '\0') : ""));
-}
-
-uint16_t DescriptionBuilder::AddImage(std::string_view bytes) {
-    return images_.Add(bytes);
-}
-
-uint16_t DescriptionBuilder::AddPattern(std::string_view bytes) {
-    return patterns_.Add(bytes);
-}
-
-uint16_t DescriptionBuilder::AddFont(std::string_view bytes) {
-    ++fields.fontCount;
-    return fonts_.Add(bytes);
-}
-
 std::string DescriptionBuilder::Build() const {
     std::string file(sizeof(DescriptionFileHeader), '\0');
     // Appends a part and returns where it begins.
@@ -92,6 +63,17 @@ DescriptionFileHeader& HeaderOf(std::string& file) {
     return *reinterpret_cast<DescriptionFileHeader*>(file.data());
 }
 
+std::string OptionBytes(const std::vector<uint16_t>& nameRefs, uint16_t pdlType) {
+    std::string options;
+    for (const uint16_t nameRef : nameRefs) {
+        OptionRecord record = {};
+        record.nameRef = nameRef;
+        options.append(reinterpret_cast<const char*>(&record), sizeof(record));
+        options.resize(options.size() + (pdlType == kPdlImage ? 2 : 0));
+    }
+    return options;
+}
+
 DescriptionBuilder SmallModel(uint16_t pdlType, uint16_t colorCapability) {
     DescriptionBuilder builder;
     builder.blob = std::string(1000, 'b');
@@ -113,50 +95,22 @@ DescriptionBuilder SmallModel(uint16_t pdlType, uint16_t colorCapability) {
     fields.defaultIcmIntent = 2;
     fields.defaultMedia = 2;
 
-    std::vector<PaperRecord> papers(3);
-    papers[0].nameRef = builder.AddString("A4");
-    papers[0].paperId = 9;
-    papers[0].width = 2101;  // not quite the standard table's, so that a test sees which one was asked
-    papers[0].length = 2971;
-    papers[0].isMetric = 1;
-    papers[1].nameRef = builder.AddString("Letter");
-    papers[1].paperId = 1;
-    papers[1].width = 2159;
-    papers[1].length = 2794;
-    papers[2].nameRef = builder.AddString("Card");
-    papers[2].paperId = 300;
-    papers[2].width = 1016;
-    papers[2].length = 1524;
-    papers[2].pclSizeCode = -1;
-    builder.Table(offsetof(DeviceModel, paperTable), papers);
-
+    // A4 isn't quite the standard table's, so that a test sees which one was asked.
+    builder.Table(offsetof(DeviceModel, paperTable),
+                  std::vector<PaperRecord>{{builder.AddString("A4"), 9, 0, 2101, 2971, 1, {}, 0, 0, 0, {}},
+                                           {builder.AddString("Letter"), 1, 0, 2159, 2794, 0, {}, 0, 0, 0, {}},
+                                           {builder.AddString("Card"), 300, 0, 1016, 1524, 0, {}, -1, 0, 0, {}}});
     builder.Table(offsetof(DeviceModel, binTable), std::vector<BinRecord>{{1, 7, 1, 0}, {0x10, 261, 1, 0}});
-    std::vector<MediaRecord> media(2);
-    media[0].mark = 1;
-    media[0].mediaId = 257;
-    media[1].mark = 2;
-    media[1].mediaId = 258;
-    builder.Table(offsetof(DeviceModel, mediaTable), media);
+    builder.Table(offsetof(DeviceModel, mediaTable),
+                  std::vector<MediaRecord>{{1, 0, 0, 0, 0, 257, {}}, {2, 0, 0, 0, 0, 258, {}}});
 
     builder.AddPattern(std::string(32, 'p'));  // something in front of the pattern blocks that are used
-    std::vector<ResolutionRecord> resolutions(3);
-    constexpr struct {
-        int16_t id;
-        uint16_t xDpi;
-        uint16_t yDpi;
-        int16_t patternSize;
-    } kResolutions[] = {{600, 600, 600, 8}, {1200, 1200, 600, 16}, {1201, 1200, 1200, 0}};
-    for (size_t i = 0; i < std::size(kResolutions); ++i) {
-        resolutions[i].mark = 1;
-        resolutions[i].resolutionId = kResolutions[i].id;
-        resolutions[i].xDpi = kResolutions[i].xDpi;
-        resolutions[i].yDpi = kResolutions[i].yDpi;
-        const int16_t k = kResolutions[i].patternSize;
-        resolutions[i].patternSize = k;
-        if (k > 0) {
-            resolutions[i].patternIndex =
-                static_cast<int16_t>(builder.AddPattern(std::string(static_cast<size_t>(32 * k * k), 'q')));
-        }
+    std::vector<ResolutionRecord> resolutions = {{1, 600, 0, 0, 600, 600, 8, 0, 0, {}},
+                                                 {1, 1200, 0, 0, 1200, 600, 16, 0, 0, {}},
+                                                 {1, 1201, 0, 0, 1200, 1200, 0, 0, 0, {}}};
+    for (ResolutionRecord& record : resolutions) {
+        const auto bytes = static_cast<size_t>(32 * record.patternSize * record.patternSize);
+        record.patternIndex = bytes > 0 ? static_cast<int16_t>(builder.AddPattern(std::string(bytes, 'q'))) : 0;
     }
     builder.Table(offsetof(DeviceModel, resolutionTable), resolutions);
 
@@ -174,14 +128,7 @@ DescriptionBuilder SmallModel(uint16_t pdlType, uint16_t colorCapability) {
     builder.Table(offsetof(DeviceModel, marginTable), std::vector<MarginRecord>{margins});
 
     const uint16_t option = builder.AddString("Option");
-    std::string options;
-    for (const uint16_t nameRef : {option, option, uint16_t{0}, uint16_t{0}}) {
-        OptionRecord record = {};
-        record.nameRef = nameRef;
-        options.append(reinterpret_cast<const char*>(&record), sizeof(record));
-        options.resize(options.size() + (pdlType == kPdlImage ? 2 : 0));
-    }
-    builder.Bytes(offsetof(DeviceModel, optionTable), options);
+    builder.Bytes(offsetof(DeviceModel, optionTable), OptionBytes({option, option, 0, 0}, pdlType));
     builder.Table(offsetof(DeviceModel, featureTable),
                   std::vector<FeatureRecord>{{option, 0, 0, 0, 0}, {option, 0, 0, 3, 0}});
 

@@ -33,16 +33,23 @@ class DescriptionBuilder {
     uint32_t Bytes(size_t slot, std::string_view bytes);
     // An 8-bit text and its terminator.
     uint32_t Text(size_t slot, std::string_view text) { return Bytes(slot, std::string(text) + '\0'); }
-    void SetSlot(size_t slot, uint32_t offset);
+    void SetSlot(size_t slot, uint32_t offset) { slots_.emplace_back(slot, offset); }
 
     // Each adds an entry and returns its reference: strings, names and texts count from 1, images, patterns and fonts
     // from 0. `terminated` false leaves the NUL out. Adding a font raises fields.fontCount.
-    uint16_t AddString(std::string_view text, bool terminated = true);
-    uint16_t AddName(std::string_view text, bool terminated = true);
-    uint16_t AddText(std::string_view text, bool terminated = true);
-    uint16_t AddImage(std::string_view bytes);
-    uint16_t AddPattern(std::string_view bytes);
-    uint16_t AddFont(std::string_view bytes);
+    uint16_t AddString(std::string_view text) { return strings_.Add(std::string(text) + '\0'); }
+    uint16_t AddName(std::string_view text, bool terminated = true) {
+        return names_.Add(std::string(text) + std::string(terminated, '\0'));
+    }
+    uint16_t AddText(std::string_view text, bool terminated = true) {
+        return texts_.Add(std::string(text) + std::string(terminated, '\0'));
+    }
+    uint16_t AddImage(std::string_view bytes) { return images_.Add(bytes); }
+    uint16_t AddPattern(std::string_view bytes) { return patterns_.Add(bytes); }
+    uint16_t AddFont(std::string_view bytes) {
+        ++fields.fontCount;
+        return fonts_.Add(bytes);
+    }
 
     // The index in front of a language's first string; all languages begin at 0.
     void SetLanguageBase(uint16_t primaryLanguage, uint16_t base) { languages_[primaryLanguage] = base; }
@@ -82,6 +89,9 @@ class DescriptionBuilder {
 
 // The header of a built file, to be changed in place.
 velmora::DescriptionFileHeader& HeaderOf(std::string& file);
+
+// An option table of these name references (0 ends a run), laid out as this page description language has it.
+std::string OptionBytes(const std::vector<uint16_t>& nameRefs, uint16_t pdlType);
 
 // A complete small model: A4, Letter and a card; two trays; two media; resolutions of 600, 1200 x 600 and 1200 dpi of
 // which the first two have patterns; margins for all papers and custom sizes up to 297 x 432 mm; two features, the

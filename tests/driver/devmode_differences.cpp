@@ -10,39 +10,36 @@ namespace {
 using velmora::FieldDescriptor;
 using velmora::FieldKind;
 
-std::string ValueText(const FieldDescriptor& field, const void* part, size_t element) {
-    const char* const place = static_cast<const char*>(part) + field.offset + element * field.stride;
-    if (field.kind == FieldKind::kAnsiText) {
-        return "\"" + std::string(place, strnlen(place, field.width)) + "\"";
+std::string ValueText(const FieldDescriptor& field, const char* part, size_t element) {
+    if (field.kind == FieldKind::kUnsigned || field.kind == FieldKind::kSigned) {
+        return std::to_string(ReadFieldNumber(field, part, element));
     }
-    if (field.kind == FieldKind::kWideText) {
-        std::string text;
-        for (size_t i = 0; i + 1 < field.width && (place[i] != 0 || place[i + 1] != 0); i += 2) {
-            text += place[i + 1] == 0 ? place[i] : '?';
-        }
-        return "\"" + text + "\"";
+    std::string text;  // of texts, the characters that are printable
+    for (const char c : std::string(part + field.offset + element * field.stride, field.width)) {
+        text += c >= ' ' && c <= '~' ? std::string(1, c) : "";
     }
-    return field.kind == FieldKind::kBytes ? "bytes" : std::to_string(ReadFieldNumber(field, part, element));
+    return "\"" + text + "\"";
 }
 
-void ComparePart(std::span<const FieldDescriptor> fields, const void* expected, const void* actual, size_t size,
-                 const char* partName, std::vector<std::string>* lines) {
-    const auto* const a = static_cast<const char*>(expected);
-    const auto* const b = static_cast<const char*>(actual);
-    std::vector<bool> told(size);
+template <class Part>
+void Compare(std::span<const FieldDescriptor> fields, const Part& expected, const Part& actual,
+             std::vector<std::string>* lines) {
+    const auto* const a = reinterpret_cast<const char*>(&expected);
+    const auto* const b = reinterpret_cast<const char*>(&actual);
+    std::vector<bool> told(sizeof(Part));
     for (const FieldDescriptor& field : fields) {
         for (size_t element = 0; element < field.count; ++element) {
             const size_t start = field.offset + element * field.stride;
             if (memcmp(a + start, b + start, field.width) != 0) {
                 lines->push_back(std::string(field.name) + "[" + std::to_string(element) + "] is " +
-                                 ValueText(field, actual, element) + ", not " + ValueText(field, expected, element));
+                                 ValueText(field, b, element) + ", not " + ValueText(field, a, element));
             }
             std::fill_n(told.begin() + static_cast<ptrdiff_t>(start), field.width, true);
         }
     }
-    for (size_t i = 0; i < size; ++i) {
+    for (size_t i = 0; i < sizeof(Part); ++i) {
         if (!told[i] && a[i] != b[i]) {
-            lines->push_back(std::string(partName) + " byte " + std::to_string(i));
+            lines->push_back("byte " + std::to_string(i));
         }
     }
 }
@@ -51,10 +48,8 @@ void ComparePart(std::span<const FieldDescriptor> fields, const void* expected, 
 
 std::vector<std::string> Differences(const velmora::VelmoraDevMode& expected, const velmora::VelmoraDevMode& actual) {
     std::vector<std::string> lines;
-    ComparePart(velmora::PublicFields(), &expected.publicPart, &actual.publicPart, sizeof(expected.publicPart),
-                "public", &lines);
-    ComparePart(velmora::PrivateFields(), &expected.privatePart, &actual.privatePart, sizeof(expected.privatePart),
-                "private", &lines);
+    Compare(velmora::PublicFields(), expected.publicPart, actual.publicPart, &lines);
+    Compare(velmora::PrivateFields(), expected.privatePart, actual.privatePart, &lines);
     return lines;
 }
 

@@ -31,12 +31,15 @@ WideText Place(const PackageFile& file) {
 
 }  // namespace
 
-DriverPackage PackageOf(const std::string& description) {
+DriverPackage PackageOf(const std::string& description, const std::string& iniFile) {
     DriverPackage package;
     package.core = {u"KV62R.DLL", VersionedFile(u"10.0.5.3")};
     package.configuration = {u"KV62U.DLL", "no library"};
     package.data = description.empty() ? PackageFile{u"KV62.DAT", ""} : PackageFile{u"KV62.XPI", description};
     package.dependent = {{u"KV62ENUS.DLL", StringModule({{2117, u"Custom size"}, {2420, u"ini"}})}};
+    if (!iniFile.empty()) {
+        package.dependent.push_back({u"KV62.INI", iniFile});
+    }
     return package;
 }
 

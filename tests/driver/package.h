@@ -31,8 +31,9 @@ struct DriverPackage {
 inline constexpr char16_t kPrinterName[] = u"Test Printer";
 
 // A rendering core of version 10.0 and a U.S. English resource module. The description, where there is one, is the data
-// file KV62.XPI, as packages are shipped; without one the data file is the empty KV62.DAT.
-DriverPackage PackageOf(const std::string& description);
+// file KV62.XPI, as packages are shipped; without one the data file is the empty KV62.DAT. `iniFile`, where it isn't
+// empty, comes along as KV62.INI.
+DriverPackage PackageOf(const std::string& description, const std::string& iniFile = "");
 
 // Installs the driver and a printer of it. Throws std::runtime_error, naming the call and its error, where the spooler
 // refuses something.

@@ -1,6 +1,5 @@
 #include "driver/settings/settings_folder.h"
 
-#include "driver/entry/printer_access.h"
 #include "tests/driver/machine.h"
 
 namespace velmora {
@@ -8,11 +7,15 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
+const WideText kFolder = u"C:\\Data\\Kestranix Inc.\\Velmora Test\\";
+
 class SettingsFolder : public MachineTest {
   protected:
-    static std::string Folder(const WCHAR* printerName = kPrinterName) {
+    void SetUp() override { machine_.SetVariable(u"APPDATA", u"C:\\Data"); }
+
+    static std::string Folder() {
         WCHAR folder[MAX_PATH] = TEXT("#");
-        GetSettingsFolder(printerName, folder, ARRAYSIZE(folder));
+        GetSettingsFolder(kPrinterName, folder, ARRAYSIZE(folder));
         return ToText(folder);
     }
     static std::string FilePath(const WCHAR* printerName = kPrinterName) {
@@ -28,23 +31,19 @@ class SettingsFolder : public MachineTest {
 };
 
 TEST_F(SettingsFolder, LiesInTheUsersApplicationData) {
-    Install("");
-    machine_.SetVariable(u"APPDATA", u"C:\\Users\\Someone\\AppData\\Roaming");
-    EXPECT_EQ(Folder(), "C:\\Users\\Someone\\AppData\\Roaming\\Kestranix Inc.\\Velmora Test");
-    EXPECT_TRUE(DriveFileExists(u"C:\\Users\\Someone\\AppData\\Roaming\\Kestranix Inc.\\Velmora Test"));
+    DriverPackage package = PackageOf("");
+    package.driverName = u"Velmora 62/B: why?";  // is cleaned
+    Install(package);
+    EXPECT_EQ(Folder(), "C:\\Data\\Kestranix Inc.\\Velmora 62-B  why ");
     machine_.SetVariable(u"APPDATA", u"");
     machine_.SetVariable(u"USERPROFILE", u"C:\\Users\\Other");
-    EXPECT_EQ(Folder(), "C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora Test");
-    EXPECT_TRUE(DriveFileExists(u"C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora Test"));
-    EXPECT_EQ(Folder(), "C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora Test");
-}
-
-TEST_F(SettingsFolder, TheDriversNameIsCleaned) {
-    DriverPackage package = PackageOf("");
-    package.driverName = u"Velmora 62/B: why?";
-    Install(package);
-    machine_.SetVariable(u"APPDATA", u"C:\\Data");
-    EXPECT_EQ(Folder(), "C:\\Data\\Kestranix Inc.\\Velmora 62-B  why ");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(Folder(), "C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora 62-B  why ");
+        EXPECT_TRUE(DriveFileExists(u"C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora 62-B  why "));
+    }
+    machine_.SetVariable(u"APPDATA", u"C:\\" + WideText(300, u'a'));
+    machine_.SetVariable(u"USERPROFILE", u"C:\\" + WideText(250, u'u'));
+    EXPECT_EQ(Folder().size(), static_cast<size_t>(MAX_PATH - 1));
 }
 
 TEST_F(SettingsFolder, NamesAreCleanedCharacterByCharacter) {
@@ -56,67 +55,53 @@ TEST_F(SettingsFolder, NamesAreCleanedCharacterByCharacter) {
     EXPECT_EQ(ToText(part), "  ::");
 }
 
-TEST_F(SettingsFolder, LongVariablesAreCut) {
-    Install("");
-    machine_.SetVariable(u"APPDATA", u"C:\\" + WideText(300, u'a'));
-    machine_.SetVariable(u"USERPROFILE", u"C:\\" + WideText(250, u'u'));
-    EXPECT_EQ(Folder().size(), static_cast<size_t>(MAX_PATH - 1));
-}
-
 TEST_F(SettingsFolder, APrinterGetsItsFileNameOnce) {
     Install("");
-    machine_.SetVariable(u"APPDATA", u"C:\\Data");
     EXPECT_EQ(FilePath(), "");
     machine_.SetTickCount(0xABCD);
     EXPECT_EQ(PrepareSettingsFile(kPrinterName), 0);
     EXPECT_EQ(SettingsValue(), "0000ABCD.ini");
-    const std::string path = "C:\\Data\\Kestranix Inc.\\Velmora Test\\0000ABCD.ini";
+    const std::string path = ToText(kFolder) + "0000ABCD.ini";
     EXPECT_EQ(FilePath(), path);
     EXPECT_EQ(ToText(CurrentSettingsFile()), path);
-    EXPECT_FALSE(DriveFileExists(u"C:\\Data\\Kestranix Inc.\\Velmora Test\\0000ABCD.ini"));
+    EXPECT_FALSE(DriveFileExists(kFolder + u"0000ABCD.ini"));
 
     machine_.SetTickCount(0x99999999);
     InstallPrinter(PackageOf(""), u"Second");
     PrepareSettingsFile(TEXT("Second"));
-    EXPECT_EQ(ToText(CurrentSettingsFile()), "C:\\Data\\Kestranix Inc.\\Velmora Test\\99999999.ini");
+    EXPECT_EQ(ToText(CurrentSettingsFile()), ToText(kFolder) + "99999999.ini");
     PrepareSettingsFile(kPrinterName);
     EXPECT_EQ(ToText(CurrentSettingsFile()), path);
     EXPECT_EQ(SettingsValue(), "0000ABCD.ini");
 }
 
+// The search for a free name ends when there is none among the numbers tried.
 TEST_F(SettingsFolder, NamesOfExistingFilesArePassedOver) {
     Install("");
-    machine_.SetVariable(u"APPDATA", u"C:\\Data");
     machine_.SetTickCount(0x10);
-    for (const WideText name : {u"00000010", u"00000011", u"00000013"}) {
-        WriteDriveFile(u"C:\\Data\\Kestranix Inc.\\Velmora Test\\" + name + u".INI", "");
+    for (char16_t digit : WideText(u"0123456789ABCDEF")) {
+        if (digit != u'2') {
+            WriteDriveFile(kFolder + u"0000001" + digit + u".INI", "");
+        }
+        WriteDriveFile(kFolder + u"0000002" + digit + u".INI", "");
+        WriteDriveFile(kFolder + u"0000003" + digit + u".INI", "");
     }
     PrepareSettingsFile(kPrinterName);
     EXPECT_EQ(SettingsValue(), "00000012.ini");
-}
-
-// The search for a free name ends when there is none among the numbers tried.
-TEST_F(SettingsFolder, TheSearchForANameEnds) {
-    Install("");
-    machine_.SetVariable(u"APPDATA", u"C:\\Data");
-    machine_.SetTickCount(0);
-    for (int i = 0; i < 40; ++i) {
-        constexpr char16_t kDigits[] = u"0123456789ABCDEF";
-        const WideText name = WideText(u"000000") + kDigits[i / 16] + kDigits[i % 16] + u".ini";
-        WriteDriveFile(u"C:\\Data\\Kestranix Inc.\\Velmora Test\\" + name, "");
-    }
-    PrepareSettingsFile(kPrinterName);
-    EXPECT_EQ(SettingsValue().substr(0, 7), "0000001");
+    WriteDriveFile(kFolder + u"00000012.ini", "");
+    InstallPrinter(PackageOf(""), u"Second");
+    PrepareSettingsFile(TEXT("Second"));
+    EXPECT_TRUE(FilePath(TEXT("Second")).starts_with(ToText(kFolder) + "0000002"));
 }
 
 TEST_F(SettingsFolder, APrinterThatCannotKeepItsName) {
     Install("");
     machine_.SetMayWritePrinterData(false);
-    EXPECT_EQ(PrepareSettingsFile(kPrinterName), 0);
+    for (const WCHAR* printer : {kPrinterName, TEXT("Unknown")}) {
+        EXPECT_EQ(PrepareSettingsFile(printer), 0);
+        EXPECT_EQ(FilePath(printer), "");
+    }
     EXPECT_EQ(SettingsValue(), "none");
-    EXPECT_EQ(FilePath(), "");
-    EXPECT_EQ(PrepareSettingsFile(TEXT("Unknown")), 0);
-    EXPECT_EQ(FilePath(TEXT("Unknown")), "");
 }
 
 TEST_F(SettingsFolder, ProfileNames) {
@@ -128,25 +113,19 @@ TEST_F(SettingsFolder, ProfileNames) {
     };
     WriteProfileName(kPrinterName, TEXT("lost"));  // there is no file name yet
     PrepareSettingsFile(kPrinterName);
-    EXPECT_EQ(read(ReadProfileName), "");
-    EXPECT_EQ(read(ReadScreenProfileName), "");
+    EXPECT_EQ(read(ReadProfileName) + read(ReadScreenProfileName), "");
     WriteProfileName(kPrinterName, TEXT("printer.icm"));
     WriteScreenProfileName(kPrinterName, TEXT("a screen's profile.icm"));
     EXPECT_EQ(read(ReadProfileName), "printer.icm");
     EXPECT_EQ(read(ReadScreenProfileName), "a screen's prof");
-    WCHAR section[64];
-    GetPrivateProfileSectionW(TEXT("Velmora"), section, ARRAYSIZE(section), CurrentSettingsFile());
-    EXPECT_EQ(ToText(section), "Profile=printer.icm");
+    EXPECT_TRUE(ReadDriveFile(CurrentSettingsFile()).starts_with("[Velmora]\r\nProfile=printer.icm\r\n"));
 }
 
 TEST_F(SettingsFolder, StoresAreReadFromTheUsersFileOrTheDrivers) {
-    DriverPackage package = PackageOf("");
-    package.dependent.push_back({u"KV62.INI", "[Other]\r\n"});
-    Install(package);
-    const auto store = [] {
-        WCHAR path[MAX_PATH] = TEXT("#");
-        const bool found = FindStoreToRead(kPrinterName, path);
-        EXPECT_EQ(found, path[0] != 0);
+    Install(PackageOf("", "[Other]\r\n"));
+    WCHAR path[MAX_PATH];
+    const auto store = [&path] {
+        EXPECT_TRUE(FindStoreToRead(kPrinterName, path));
         return ToText(path).substr(ToText(path).rfind('\\') + 1);
     };
     EXPECT_EQ(store(), "KV62.INI");
@@ -154,50 +133,42 @@ TEST_F(SettingsFolder, StoresAreReadFromTheUsersFileOrTheDrivers) {
     EXPECT_EQ(store(), "KV62.INI");
     WriteProfileName(kPrinterName, TEXT("p"));
     EXPECT_EQ(store(), SettingsValue());
-    WCHAR path[MAX_PATH];
-    EXPECT_TRUE(FindDriverIniFile(Printer(), path));
     EXPECT_FALSE(FindDriverIniFile(INVALID_HANDLE_VALUE, path));
     EXPECT_EQ(path[0], 0);
     EXPECT_FALSE(FindStoreToRead(TEXT("Unknown"), path));
 }
 
-class ShortPaths : public MachineTest {
-  protected:
-    static WideText ShortNameOf(const WideText& path) {
-        WIN32_FIND_DATAW found;
+TEST_F(SettingsFolder, ShortPaths) {
+    const auto shortName = [](const WideText& path) {
+        WIN32_FIND_DATAW found = {};
         const OwnedSearch search(FindFirstFileW(path.c_str(), &found));
-        EXPECT_TRUE(search);
-        return found.cAlternateFileName[0] != 0 ? found.cAlternateFileName : found.cFileName;
-    }
-    static std::string Short(const WideText& path, size_t capacity = MAX_PATH) {
-        WCHAR text[MAX_PATH] = {};
-        path.copy(text, MAX_PATH - 1);
-        GetShortPath(text, capacity);
-        return ToText(text);
-    }
-};
-
-TEST_F(ShortPaths, TakeTheShortNameOfWhatExists) {
+        return ToText(found.cAlternateFileName);
+    };
     const WideText folder = u"C:\\A long folder name";
     const WideText file = folder + u"\\another long name.text";
     WriteDriveFile(file, "");
     WriteDriveFile(u"C:\\short.txt", "");
-    const std::string shortFolder = "C:\\" + ToText(ShortNameOf(folder));
-    EXPECT_NE(shortFolder, ToText(folder));
-    EXPECT_EQ(Short(folder), shortFolder);
-    EXPECT_EQ(Short(file), shortFolder + "\\" + ToText(ShortNameOf(file)));
-    EXPECT_EQ(Short(folder + u"\\missing folder\\missing file.text"),
-              shortFolder + "\\missing folder\\missing file.text");
-    EXPECT_EQ(Short(u"C:\\SHORT.TXT"), "C:\\short.txt");  // the name as the file system has it
-    EXPECT_EQ(Short(u"C:"), "C:");
-    EXPECT_EQ(Short(u""), "");
-}
-
-TEST_F(ShortPaths, AreCutToTheCapacity) {
-    WriteDriveFile(u"C:\\folder\\file", "");
-    EXPECT_EQ(Short(u"C:\\folder\\file", 8), "C:\\fold");
-    EXPECT_EQ(Short(u"C:\\folder\\file", 15), "C:\\folder\\file");
-    EXPECT_EQ(Short(u"C:\\folder\\file", 14), "C:\\folder\\fil");
+    const std::string shortFolder = "C:\\" + shortName(folder);
+    const struct {
+        WideText path;
+        size_t capacity;
+        std::string expected;
+    } cases[] = {
+        {folder, MAX_PATH, shortFolder},
+        {file, MAX_PATH, shortFolder + "\\" + shortName(file)},
+        {folder + u"\\missing folder\\missing", MAX_PATH, shortFolder + "\\missing folder\\missing"},
+        {u"C:\\SHORT.TXT", MAX_PATH, "C:\\short.txt"},  // the name as the file system has it
+        {u"C:\\short.txt", 13, "C:\\short.txt"},
+        {u"C:\\short.txt", 12, "C:\\short.tx"},
+        {u"C:", MAX_PATH, "C:"},
+        {u"", MAX_PATH, ""},
+    };
+    for (const auto& c : cases) {
+        WCHAR text[MAX_PATH] = {};
+        c.path.copy(text, MAX_PATH - 1);
+        GetShortPath(text, c.capacity);
+        EXPECT_EQ(ToText(text), c.expected) << ToText(c.path);
+    }
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
-// A machine for each test, which at the test's end must have nothing open.
+// A machine for each test, which at the test's end must have nothing open, and tables of calls.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 #include <windows.h>
 
 #include <filesystem>
@@ -16,14 +17,14 @@
 
 namespace host {
 
+using Lines = std::vector<std::string>;
+
 class KernelTest : public testing::Test {
   protected:
     void TearDown() override {
-        EXPECT_EQ(StillOpen(), std::vector<std::string>());
+        EXPECT_EQ(StillOpen(), Lines());
         machine_.reset();
     }
-
-    Machine& TheMachine() { return *machine_; }
 
     // Writes and reads a file of the drive by the host; `path` uses "/" and has no letter. Folders are made.
     void Put(const std::filesystem::path& path, std::string_view bytes) {
@@ -31,30 +32,76 @@ class KernelTest : public testing::Test {
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << bytes;
     }
-    std::string Get(const std::filesystem::path& path) {
-        std::ifstream stream(machine_->Drive() / path, std::ios::binary);
+    std::string Get(const std::filesystem::path& path) { return ReadHostFile(machine_->Drive() / path); }
+    bool Exists(const std::filesystem::path& path) { return std::filesystem::exists(machine_->Drive() / path); }
+    static std::string ReadHostFile(const std::filesystem::path& path) {
+        std::ifstream stream(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    bool Exists(const std::filesystem::path& path) { return std::filesystem::exists(machine_->Drive() / path); }
 
     std::optional<Machine> machine_{std::in_place};
 };
 
-// What a call returned and the last error that it left; kNoError stands for an untouched one.
-inline constexpr DWORD kNoError = 0xCDCDCDCD;
+// The machine is kept in a folder, which goes with the test.
+class KeptTest : public KernelTest {
+  protected:
+    KeptTest() {
+        std::string name = (std::filesystem::temp_directory_path() / "velmora-kept-XXXXXX").string();
+        folder_ = mkdtemp(name.data());
+        Start();
+    }
+    ~KeptTest() override { std::filesystem::remove_all(folder_); }
 
+    // Ends the machine and makes it again from its folder.
+    void Start() {
+        machine_.reset();
+        machine_.emplace(folder_);
+    }
+
+    // A store with this content is refused with a message that names it, and left as it is.
+    void ExpectRefused(const std::filesystem::path& store, const std::string& text) {
+        machine_.reset();
+        std::ofstream(store, std::ios::binary) << text;
+        try {
+            Start();
+            ADD_FAILURE() << "loaded: " << text.substr(0, 200);
+        } catch (const std::runtime_error& error) {
+            EXPECT_NE(std::string(error.what()).find(store.string()), std::string::npos) << error.what();
+        }
+        EXPECT_EQ(ReadHostFile(store), text);
+    }
+
+    std::filesystem::path folder_;
+};
+
+// Last errors are compared with the ERROR_ constants, which are signed.
+inline constexpr LONG kNoError = 0x0DCDCDCD;  // left untouched
+
+// The last error that a call leaves, whatever it returns.
 template <class Call>
-DWORD ErrorOf(Call call) {
+LONG ErrorOf(Call call) {
     SetLastError(kNoError);
     call();
-    return GetLastError();
+    return static_cast<LONG>(GetLastError());
 }
 
 // The error of a call that must fail; ERROR_SUCCESS where it succeeds.
 template <class Call>
-DWORD FailureOf(Call call) {
+LONG FailureOf(Call call) {
     SetLastError(kNoError);
-    return call() ? ERROR_SUCCESS : GetLastError();
+    return call() ? ERROR_SUCCESS : static_cast<LONG>(GetLastError());
+}
+
+struct CallRow {
+    const char* what;
+    std::function<bool()> call;
+    LONG error = ERROR_SUCCESS;  // that it fails with
+};
+
+inline void ExpectErrors(const std::vector<CallRow>& rows) {
+    for (const CallRow& row : rows) {
+        EXPECT_EQ(FailureOf(row.call), row.error) << row.what;
+    }
 }
 
 inline std::string Shown(std::u16string_view text) {

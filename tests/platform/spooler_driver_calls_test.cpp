@@ -11,7 +11,7 @@ class DriverCallsTest : public SpoolerTest {
   protected:
     void SetUp() override {
         SpoolerTest::SetUp();
-        std::filesystem::copy_file(VELMORA_PROBE_DRIVER, machine_.Drive() / "Package/probe.dll");
+        std::filesystem::copy_file(VELMORA_PROBE_DRIVER, machine_->Drive() / "Package/probe.dll");
         DriverRequest driver = {.name = u"Library Driver", .configFile = u"C:\\Package\\probe.dll"};
         ASSERT_TRUE(driver.Add()) << GetLastError();
         library_ = PrinterRequest{.name = u"Probe 2", .driverName = u"Library Driver"}.Add();
@@ -23,51 +23,26 @@ class DriverCallsTest : public SpoolerTest {
         SpoolerTest::TearDown();
     }
 
-    bool HasForm(std::u16string name) {
-        if (!DeleteFormW(printer_, name.data())) {
-            EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FORM_NAME});
-            return false;
-        }
-        return true;
+    static bool AddLibraryPrinter(const char16_t* name) {
+        return PrinterRequest{.name = name, .driverName = u"Library Driver"}.Add() != nullptr;
     }
 
-    std::u16string name_ = u"Probe 2";
     HANDLE library_ = nullptr;
 };
 
 TEST_F(DriverCallsTest, PrinterEvents) {
     // Added: the driver was told (PRINTER_EVENT_INITIALIZE 3, PRINTER_EVENT_FLAG_NO_UI 1) and could open the printer.
-    DWORD record[3] = {};
-    DWORD needed = 0;
-    std::u16string value = u"Event";
-    EXPECT_EQ(
-        GetPrinterDataW(library_, value.data(), nullptr, reinterpret_cast<BYTE*>(record), sizeof(record), &needed),
-        DWORD{ERROR_SUCCESS});
-    EXPECT_EQ(record[0], 3u);
-    EXPECT_EQ(record[1], 1u);
-    EXPECT_EQ(record[2], 0u);
-
-    EXPECT_FALSE(HasForm(name_));
-    EXPECT_TRUE(DeletePrinter(library_));
-    EXPECT_TRUE(HasForm(name_));
-    EXPECT_EQ(Open(name_), nullptr);
-}
-
-TEST_F(DriverCallsTest, ADriverMayRefuseAPrinter) {
-    const struct {
-        const char16_t* name;
-        DWORD error;
-    } cases[] = {{u"Refused", ERROR_DISK_FULL}, {u"Refused silently", ERROR_CAN_NOT_COMPLETE}};
-    for (const auto& test : cases) {
-        EXPECT_EQ((PrinterRequest{.name = test.name, .driverName = u"Library Driver"}.Add()), nullptr);
-        EXPECT_EQ(GetLastError(), test.error);
-        EXPECT_EQ(Open(test.name), nullptr);
-    }
-    // A library that doesn't load is a failure too.
+    EXPECT_EQ(GetData(library_, u"Event"), std::string("\3\0\0\0\1\0\0\0\0\0\0\0", 12));
     FailCall("LoadLibraryW", ERROR_MOD_NOT_FOUND);
-    EXPECT_EQ((PrinterRequest{.name = u"New", .driverName = u"Library Driver"}.Add()), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
-    EXPECT_EQ(Open(u"New"), nullptr);
+    ExpectErrors({
+        {"doesn't load", [] { return AddLibraryPrinter(u"New"); }, ERROR_MOD_NOT_FOUND},
+        {"refuses", [] { return AddLibraryPrinter(u"Refused"); }, ERROR_DISK_FULL},
+        {"refuses silently", [] { return AddLibraryPrinter(u"Refused silently"); }, ERROR_CAN_NOT_COMPLETE},
+        {"not added", [] { return Open(u"Refused"); }, ERROR_INVALID_PRINTER_NAME},
+        {"no form yet", [&] { return DeleteForm(printer_, u"Probe 2"); }, ERROR_INVALID_FORM_NAME},
+        {"delete", [&] { return DeletePrinter(library_); }},
+        {"the driver was told", [&] { return DeleteForm(printer_, u"Probe 2"); }},
+    });
 }
 
 TEST_F(DriverCallsTest, DocumentProperties) {
@@ -75,45 +50,40 @@ TEST_F(DriverCallsTest, DocumentProperties) {
     DEVMODEW in = {};
     DEVMODEW out = {};
     in.dmCopies = 7;
+    std::u16string name = u"Probe 2";
     const struct {
         DWORD mode;
-        PDEVMODEW out;
-        PDEVMODEW in;
+        PDEVMODEW out, in;
         LONG result;
         SHORT copies;  // -1: the driver got no input
     } cases[] = {
-        {0, nullptr, nullptr, kSize, 0},
         {0, &out, &in, kSize, 0},
         {DM_OUT_BUFFER, nullptr, &in, kSize, 0},
         {DM_OUT_BUFFER, &out, nullptr, 1, -1},
         {DM_OUT_BUFFER | DM_IN_BUFFER, &out, &in, 1, 7},
     };
-    for (const auto& test : cases) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "row " << &c - cases);
         out = {};
-        EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name_.data(), test.out, test.in, test.mode), test.result);
-        EXPECT_EQ(out.dmCopies, test.copies);
-        if (test.result == 1) {
-            EXPECT_EQ(out.dmFields, test.mode);
+        EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name.data(), c.out, c.in, c.mode), c.result);
+        EXPECT_EQ(out.dmCopies, c.copies);
+        if (c.result == 1) {
+            EXPECT_EQ(out.dmFields, c.mode);
             EXPECT_EQ(out.dmSize, kSize);
             EXPECT_EQ(out.dmColor, 1);      // the handle is a printer's
             EXPECT_EQ(out.dmDuplex, u'P');  // the name is passed on
         }
     }
+    const auto ask = [&](HANDLE printer, DWORD mode) {
+        return DocumentPropertiesW(nullptr, printer, name.data(), &out, &in, mode) >= 0;
+    };
     // Sheets aren't there.
     testing::internal::CaptureStderr();
-    EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name_.data(), &out, &in, DM_PROMPT | DM_OUT_BUFFER), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_SUPPORTED});
+    EXPECT_EQ(FailureOf([&] { return ask(library_, DM_PROMPT | DM_OUT_BUFFER); }), ERROR_NOT_SUPPORTED);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("DM_PROMPT"), std::string::npos);
-
     FailCall("DocumentPropertiesW", ERROR_OUTOFMEMORY);
-    EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name_.data(), nullptr, nullptr, 0), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_OUTOFMEMORY});
-    FailCall("LoadLibraryW", ERROR_MOD_NOT_FOUND);
-    EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name_.data(), nullptr, nullptr, 0), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
-    // The other printer's driver has a text for a configuration file.
-    EXPECT_EQ(DocumentPropertiesW(nullptr, printer_, name_.data(), nullptr, nullptr, 0), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_BAD_EXE_FORMAT});
+    EXPECT_EQ(FailureOf([&] { return ask(library_, 0); }), ERROR_OUTOFMEMORY);
+    EXPECT_EQ(FailureOf([&] { return ask(printer_, 0); }), ERROR_BAD_EXE_FORMAT);
 }
 
 TEST_F(DriverCallsTest, DeviceCapabilities) {
@@ -128,20 +98,15 @@ TEST_F(DriverCallsTest, DeviceCapabilities) {
     EXPECT_EQ(output, u'P');
     EXPECT_EQ(ask(u"Probe 2", &mode), 1006);
     EXPECT_EQ(output, 5);
-
-    EXPECT_EQ(ask(u"None", nullptr), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
-    EXPECT_EQ(ask(nullptr, nullptr), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PRINTER_NAME});
-    EXPECT_EQ(ask(u"Probe", nullptr), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_BAD_EXE_FORMAT});
-    machine_.SetGrantedPrinterAccess(0);
-    EXPECT_EQ(ask(u"Probe 2", nullptr), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
-    machine_.SetGrantedPrinterAccess(0xFFFFFFFF);
     FailCall("DeviceCapabilitiesW", ERROR_OUTOFMEMORY);
-    EXPECT_EQ(ask(u"Probe 2", nullptr), -1);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_OUTOFMEMORY});
+    ExpectErrors({
+        {"fault", [&] { return ask(u"Probe 2", nullptr) >= 0; }, ERROR_OUTOFMEMORY},
+        {"unknown", [&] { return ask(u"None", nullptr) >= 0; }, ERROR_INVALID_PRINTER_NAME},
+        {"no name", [&] { return ask(nullptr, nullptr) >= 0; }, ERROR_INVALID_PRINTER_NAME},
+        {"no library", [&] { return ask(u"Probe", nullptr) >= 0; }, ERROR_BAD_EXE_FORMAT},
+    });
+    machine_->SetGrantedPrinterAccess(0);
+    EXPECT_EQ(FailureOf([&] { return ask(u"Probe 2", nullptr) >= 0; }), ERROR_ACCESS_DENIED);
 }
 
 TEST_F(DriverCallsTest, DevQueryPrintAsksTheDriver) {
@@ -152,17 +117,12 @@ TEST_F(DriverCallsTest, DevQueryPrintAsksTheDriver) {
     EXPECT_EQ(resource, 0u);
     mode.dmCopies = 2;
     EXPECT_FALSE(DevQueryPrint(library_, &mode, &resource));
-    EXPECT_FALSE(DevQueryPrint(library_, &mode, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_FALSE(DevQueryPrint(printer_, &mode, &resource));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_BAD_EXE_FORMAT});
-}
-
-TEST_F(DriverCallsTest, ThereIsNoClientToImpersonate) {
-    EXPECT_EQ(RevertToPrinterSelf(), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_TOKEN});
-    EXPECT_FALSE(ImpersonatePrinterClient(library_));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    ExpectErrors({
+        {"no place", [&] { return DevQueryPrint(library_, &mode, nullptr); }, ERROR_INVALID_PARAMETER},
+        {"no library", [&] { return DevQueryPrint(printer_, &mode, &resource); }, ERROR_BAD_EXE_FORMAT},
+        {"no client", [] { return RevertToPrinterSelf(); }, ERROR_NO_TOKEN},
+        {"nobody to impersonate", [&] { return ImpersonatePrinterClient(library_); }, ERROR_INVALID_HANDLE},
+    });
 }
 
 }  // namespace

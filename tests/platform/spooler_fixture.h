@@ -1,35 +1,18 @@
 // A machine with one printer, installed by the published calls from a package of small text files.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <windows.h>
 #include <winspool.h>
 
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "platform/host.h"
+#include "tests/platform/kernel_fixture.h"
 
 namespace host {
 
-inline constexpr char16_t kPackageFolder[] = u"C:\\Package\\";
 inline constexpr char16_t kInstalledFolder[] = u"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\";
+inline constexpr char kProcessorFolder[] = "Windows/System32/spool/prtprocs/x64";
 inline constexpr DWORD kUntouched = 0xCDCDCDCD;
 
-// Writes a text file below a machine's drive; `path` uses "/" and has no letter.
-inline void WriteOnDrive(const Machine& machine, const std::filesystem::path& path, const std::string& text) {
-    const std::filesystem::path file = machine.Drive() / path;
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << text;
-}
-
-inline std::string ReadOnDrive(const Machine& machine, const std::filesystem::path& path) {
-    std::ifstream stream(machine.Drive() / path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+inline LPWSTR PointerOrNull(std::u16string& text) {
+    return text.empty() ? nullptr : text.data();
 }
 
 // A DRIVER_INFO_3 and the texts that it points at. An empty text is a null pointer.
@@ -51,17 +34,15 @@ struct DriverRequest {
         }
         DRIVER_INFO_3W info = {};
         info.cVersion = version;
-        info.pName = Pointer(name);
-        info.pEnvironment = Pointer(environment);
-        info.pDriverPath = Pointer(driverPath);
-        info.pDataFile = Pointer(dataFile);
-        info.pConfigFile = Pointer(configFile);
-        info.pHelpFile = Pointer(helpFile);
-        info.pDependentFiles = Pointer(dependent);
+        info.pName = PointerOrNull(name);
+        info.pEnvironment = PointerOrNull(environment);
+        info.pDriverPath = PointerOrNull(driverPath);
+        info.pDataFile = PointerOrNull(dataFile);
+        info.pConfigFile = PointerOrNull(configFile);
+        info.pHelpFile = PointerOrNull(helpFile);
+        info.pDependentFiles = PointerOrNull(dependent);
         return AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info), flags) != FALSE;
     }
-
-    static LPWSTR Pointer(std::u16string& text) { return text.empty() ? nullptr : text.data(); }
 };
 
 // A PRINTER_INFO_2 likewise.
@@ -75,14 +56,24 @@ struct PrinterRequest {
 
     HANDLE Add() {
         PRINTER_INFO_2W info = {};
-        info.pPrinterName = DriverRequest::Pointer(name);
-        info.pDriverName = DriverRequest::Pointer(driverName);
-        info.pPortName = DriverRequest::Pointer(portName);
-        info.pPrintProcessor = DriverRequest::Pointer(printProcessor);
-        info.pComment = DriverRequest::Pointer(comment);
+        info.pPrinterName = PointerOrNull(name);
+        info.pDriverName = PointerOrNull(driverName);
+        info.pPortName = PointerOrNull(portName);
+        info.pPrintProcessor = PointerOrNull(printProcessor);
+        info.pComment = PointerOrNull(comment);
         info.pDevMode = deviceMode;
         return AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info));
     }
+};
+
+// A device mode with a private part of an odd size.
+struct OddDevMode {
+    OddDevMode() {
+        publicPart.dmSize = sizeof(DEVMODEW);
+        publicPart.dmDriverExtra = sizeof(privatePart);
+    }
+    DEVMODEW publicPart = {};
+    BYTE privatePart[7] = {'p', 'r', 'i', 'v', 'a', 't', 'e'};
 };
 
 // Opens by name; null, and the last error set, on failure.
@@ -92,30 +83,108 @@ inline HANDLE Open(std::u16string name, ACCESS_MASK access = PRINTER_ALL_ACCESS)
     return OpenPrinterW(name.data(), &printer, &defaults) ? printer : nullptr;
 }
 
-using SizedCall = std::function<BOOL(LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD returned)>;
-
-// What a sized call fills in, or nothing where it fails. Its pointers lead into the block, which is moved, not copied.
-inline std::optional<std::vector<BYTE>> ReadSized(const SizedCall& call, DWORD* count = nullptr) {
-    DWORD needed = 0;
-    DWORD returned = 0;
-    if (!call(nullptr, 0, &needed, &returned) && GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
-        return std::nullopt;
-    }
-    std::vector<BYTE> buffer(needed);
-    if (!call(buffer.data(), needed, &needed, &returned)) {
-        return std::nullopt;
-    }
-    if (count) {
-        *count = returned;
-    }
-    return buffer;
+// For calls that return their error: leaves it as the last error.
+inline bool Succeeds(DWORD result) {
+    SetLastError(result);
+    return result == ERROR_SUCCESS;
 }
 
-class SpoolerTest : public testing::Test {
+inline bool SetData(HANDLE printer, std::u16string name, DWORD type, std::string bytes) {
+    return Succeeds(SetPrinterDataW(printer, name.data(), type, reinterpret_cast<BYTE*>(bytes.data()),
+                                    static_cast<DWORD>(bytes.size())));
+}
+
+// The value and, where asked for, its type; nothing where the call fails.
+inline std::optional<std::string> GetData(HANDLE printer, std::u16string name, DWORD* type = nullptr) {
+    std::string bytes(256, '\0');
+    DWORD needed = kUntouched;
+    if (!Succeeds(GetPrinterDataW(printer, name.data(), type, reinterpret_cast<BYTE*>(bytes.data()), 256, &needed))) {
+        return std::nullopt;
+    }
+    return bytes.substr(0, needed);
+}
+
+inline bool DeleteData(HANDLE printer, std::u16string name) {
+    return Succeeds(DeletePrinterDataW(printer, name.data()));
+}
+
+inline bool AddForm(HANDLE printer, std::u16string name, DWORD flags = FORM_USER, SIZEL size = {10, 20},
+                    RECTL area = {1, 2, 9, 18}) {
+    FORM_INFO_1W form = {flags, name.data(), size, area};
+    return AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form));
+}
+
+inline bool DeleteForm(HANDLE printer, std::u16string name) {
+    return DeleteFormW(printer, name.data());
+}
+
+inline bool AddProcessor(std::u16string file, std::u16string name) {
+    return AddPrintProcessorW(nullptr, nullptr, file.data(), name.data());
+}
+
+// The calls that fill a caller's buffer.
+struct SizedCall {
+    const char* name;
+    DWORD level;
+    bool hasCount;
+    BOOL (*call)(HANDLE printer, DWORD level, BYTE* buffer, DWORD size, DWORD* needed, DWORD* returned);
+};
+
+inline constexpr SizedCall kSizedCalls[] = {
+    {"GetPrinterW", 2, false, [](auto p, auto l, auto b, auto s, auto n, auto) { return GetPrinterW(p, l, b, s, n); }},
+    {"GetPrinterDriverW", 3, false,
+     [](auto p, auto l, auto b, auto s, auto n, auto) { return GetPrinterDriverW(p, nullptr, l, b, s, n); }},
+    {"GetPrinterDriverDirectoryW", 1, false,
+     [](auto, auto l, auto b, auto s, auto n, auto) {
+         return GetPrinterDriverDirectoryW(nullptr, nullptr, l, b, s, n);
+     }},
+    {"GetPrintProcessorDirectoryW", 1, false,
+     [](auto, auto l, auto b, auto s, auto n, auto) {
+         return GetPrintProcessorDirectoryW(nullptr, nullptr, l, b, s, n);
+     }},
+    {"EnumFormsW", 1, true,
+     [](auto p, auto l, auto b, auto s, auto n, auto c) { return EnumFormsW(p, l, b, s, n, c); }},
+    {"EnumPrintProcessorsW", 1, true,
+     [](auto, auto l, auto b, auto s, auto n, auto c) {
+         return EnumPrintProcessorsW(nullptr, nullptr, l, b, s, n, c);
+     }},
+    {"EnumPrintersW", 2, true,
+     [](auto, auto l, auto b, auto s, auto n, auto c) { return EnumPrintersW(6, nullptr, l, b, s, n, c); }},
+    {"EnumPrinterDriversW", 3, true,
+     [](auto, auto l, auto b, auto s, auto n, auto c) { return EnumPrinterDriversW(nullptr, nullptr, l, b, s, n, c); }},
+};
+
+// What a sized call fills in: `count` structures, and behind them what they point at.
+template <class Info>
+struct Block {
+    const Info* begin() const { return reinterpret_cast<const Info*>(bytes.data()); }
+    const Info* end() const { return begin() + count; }
+    const Info* operator->() const { return begin(); }
+
+    std::vector<BYTE> bytes;
+    DWORD count = 0;
+};
+
+template <class Info>
+Block<Info> Read(HANDLE printer, std::string_view name) {
+    Block<Info> block;
+    for (const SizedCall& sized : kSizedCalls) {
+        if (sized.name == name) {
+            DWORD needed = 0;
+            block.count = sized.hasCount ? 0 : 1;
+            sized.call(printer, sized.level, nullptr, 0, &needed, &block.count);
+            block.bytes.resize(needed);
+            EXPECT_TRUE(sized.call(printer, sized.level, block.bytes.data(), needed, &needed, &block.count)) << name;
+        }
+    }
+    return block;
+}
+
+class SpoolerTest : public KernelTest {
   protected:
     void SetUp() override {
         for (const char* file : {"core.dll", "model.dat", "config.dll", "one.dll", "two.ini", "help.hlp"}) {
-            WriteOnDrive(machine_, std::filesystem::path("Package") / file, std::string("content of ") + file);
+            Put(std::filesystem::path("Package") / file, std::string("content of ") + file);
         }
         ASSERT_TRUE(DriverRequest().Add()) << GetLastError();
         printer_ = PrinterRequest().Add();
@@ -123,29 +192,12 @@ class SpoolerTest : public testing::Test {
     }
 
     void TearDown() override {
-        if (printer_) {
-            EXPECT_TRUE(ClosePrinter(printer_));
-        }
-        EXPECT_EQ(StillOpen(), std::vector<std::string>());
+        EXPECT_TRUE(ClosePrinter(printer_));
+        KernelTest::TearDown();
     }
 
-    std::vector<BYTE> Info2() {
-        auto info = ReadSized([this](LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD) {
-            return GetPrinterW(printer_, 2, buffer, size, needed);
-        });
-        EXPECT_TRUE(info) << GetLastError();
-        return info ? std::move(*info) : std::vector<BYTE>(sizeof(PRINTER_INFO_2W));
-    }
+    Block<PRINTER_INFO_2W> Info2() { return Read<PRINTER_INFO_2W>(printer_, "GetPrinterW"); }
 
-    std::vector<BYTE> Driver3() {
-        auto info = ReadSized([this](LPBYTE buffer, DWORD size, LPDWORD needed, LPDWORD) {
-            return GetPrinterDriverW(printer_, nullptr, 3, buffer, size, needed);
-        });
-        EXPECT_TRUE(info) << GetLastError();
-        return info ? std::move(*info) : std::vector<BYTE>(sizeof(DRIVER_INFO_3W));
-    }
-
-    Machine machine_;
     HANDLE printer_ = nullptr;
 };
 
