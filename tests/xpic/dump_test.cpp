@@ -7,6 +7,7 @@
 
 #include "tests/driver/description_builder.h"
 #include "tests/xpic/description.h"
+#include "tools/xpic/byte_text.h"
 #include "tools/xpic/dump_description.h"
 #include "tools/xpic/layout.h"
 #include "tools/xpic/read_description.h"
@@ -15,11 +16,6 @@
 
 namespace velmora {
 namespace {
-
-Bytes BytesOf(std::string_view text) {
-    const auto* first = reinterpret_cast<const std::byte*>(text.data());
-    return Bytes(first, first + text.size());
-}
 
 Bytes CompiledFrom(std::string_view source) {
     return Description(source).File();
@@ -196,8 +192,7 @@ TEST(Dump, WritesRawFormsForTheRest) {
          R"({"name": "tray 2", "label": {"resource": 12}, "bin": "lower"})"},
         {R"("colorModes": [{"name": "A", "kind": 19, "settings": [{"group": 9, "feature": -1, "option": 4}]}])",
          R"("kind": 19, "settings": [{"group": 9, "feature": -1, "option": 4}])"},
-        {R"("colorModes": [{"name": "A", "selects": {}}])",
-         R"({"name": "A", "selects": {}})"},
+        {R"("colorModes": [{"name": "A", "selects": {}}])", R"({"name": "A", "selects": {}})"},
         {R"("commandBlob": {"hex": "0102030405"}, "commands": {"a": {"at": 0, "length": 3}, "b": {"at": 2, "length": 3}},
             "colorFeatures": {"general": [{"name": "F", "values": [{"name": "A", "command": "a"},
                                                                    {"name": "B", "command": "b"}]}]})",

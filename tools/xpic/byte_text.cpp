@@ -13,6 +13,11 @@ bool IsBlank(char c) {
 
 }  // namespace
 
+Bytes BytesOf(std::string_view text) {
+    const auto* first = reinterpret_cast<const std::byte*>(text.data());
+    return Bytes(first, first + text.size());
+}
+
 std::optional<Bytes> DecodeHex(std::string_view text) {
     Bytes bytes;
     int high = -1;

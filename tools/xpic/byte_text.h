@@ -10,6 +10,9 @@
 
 namespace velmora {
 
+// The text's own bytes.
+Bytes BytesOf(std::string_view text);
+
 // Blanks and line ends may stand anywhere. Nothing when the text is anything else than pairs of hexadecimal digits.
 std::optional<Bytes> DecodeHex(std::string_view text);
 

@@ -1,12 +1,12 @@
 #include "tools/xpic/check_file.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <tuple>
 
 #include "tools/xpic/check_model.h"
 #include "tools/xpic/compile.h"
+#include "tools/xpic/file_content.h"
 #include "tools/xpic/read_description.h"
 
 namespace velmora {
@@ -67,18 +67,17 @@ Findings CheckDescription(DescriptionReading reading) {
 }  // namespace
 
 Findings CheckFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (!stream) {
+    const std::optional<std::string> content = ReadFileContent(file);
+    if (!content) {
         Findings findings;
         AddFinding(findings, "unreadable", std::string(kRootPath), "no file that can be read");
         return findings;
     }
     const bool isDescription = HasExtension(file, ".xpi");
     if (HasExtension(file, ".json") || (!isDescription && LooksLikeSource(content))) {
-        return CheckSource(content, file);
+        return CheckSource(*content, file);
     }
-    DescriptionReading reading = ReadDescription(std::as_bytes(std::span<const char>(content.data(), content.size())));
+    DescriptionReading reading = ReadDescription(std::as_bytes(std::span<const char>(content->data(), content->size())));
     if (!isDescription && !reading.model) {
         Findings findings;
         AddFinding(findings, "unreadable", std::string(kRootPath), "neither a model source nor a description file");

@@ -4,21 +4,21 @@
 #include <iterator>
 
 #include "tools/xpic/container.h"
+#include "tools/xpic/file_content.h"
 #include "tools/xpic/layout.h"
 #include "tools/xpic/load_model.h"
 
 namespace velmora {
 
 CompileResult CompileModel(const std::filesystem::path& source) {
-    std::ifstream file(source, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file) {
+    const std::optional<std::string> text = ReadFileContent(source);
+    if (!text) {
         CompileResult result;
         result.diagnostics.push_back(
             {source.string(), {}, std::string(kRootPath), "no file that can be read", "a model source"});
         return result;
     }
-    return CompileModelText(text, source);
+    return CompileModelText(*text, source);
 }
 
 CompileResult CompileModelText(std::string_view text, const std::filesystem::path& file) {

@@ -217,7 +217,8 @@ void DescriptionReader::ReadColorModes() {
         const std::string path = ElementPath("$.colorModes", i);
         ColorModeSource mode;
         mode.kind = record.kind;
-        mode.label = Localized(record.nameRef, path + ".label", TextLimit::kLabel);
+        // Without one, the mode is named by its kind.
+        mode.label = record.nameRef != 0 ? Label(record.nameRef, path, TextLimit::kLabel) : LocalizedText{};
         if (record.firstSetting >= 0) {
             mode.settings = Run<PresetSettingRecord>(settings, record.firstSetting, path + ".selects");
         }

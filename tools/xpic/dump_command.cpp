@@ -1,25 +1,23 @@
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 
+#include "tools/xpic/byte_text.h"
 #include "tools/xpic/commands.h"
 #include "tools/xpic/compile.h"
 #include "tools/xpic/dump_description.h"
+#include "tools/xpic/file_content.h"
 
 namespace velmora {
 namespace {
-
-Bytes BytesOf(std::string_view text) {
-    const auto* first = reinterpret_cast<const std::byte*>(text.data());
-    return Bytes(first, first + text.size());
-}
 
 // A folder that a source and its files are written to before they are put in place.
 class StagingFolder {
   public:
     explicit StagingFolder(std::filesystem::path folder) : folder_(std::move(folder)) {
-        std::filesystem::create_directory(folder_);
+        if (!std::filesystem::create_directory(folder_)) {
+            throw std::filesystem::filesystem_error("can't write into a folder that is already there", folder_,
+                                                    std::make_error_code(std::errc::file_exists));
+        }
     }
     ~StagingFolder() {
         std::error_code ignored;
@@ -68,13 +66,12 @@ int DumpToFile(const Dump& dump, const Bytes& file, const std::string& input, co
 }
 
 int DumpFile(const std::string& input, const std::string& output) {
-    std::ifstream stream(input, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (!stream) {
+    const std::optional<std::string> content = ReadFileContent(input);
+    if (!content) {
         std::cerr << "xpic: " << input << ": found no file that can be read, expected a description file\n";
         return kFault;
     }
-    const Bytes file = BytesOf(content);
+    const Bytes file = BytesOf(*content);
     const std::filesystem::path outputFile = output;
     const std::string comment = "Made of " + std::filesystem::path(input).filename().string() + " by xpic dump.";
     const Dump dump = DumpDescription(file, comment, outputFile.stem().string());

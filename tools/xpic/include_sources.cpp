@@ -1,11 +1,10 @@
 #include "tools/xpic/include_sources.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 
+#include "tools/xpic/file_content.h"
 #include "tools/xpic/source_reader.h"
 
 namespace velmora {
@@ -251,14 +250,13 @@ class SourceFiles {
                    "files that don't include each other in a circle");
             return false;
         }
-        std::ifstream stream(next, std::ios::binary);
-        const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-        if (!stream) {
+        const std::optional<std::string> text = ReadFileContent(next);
+        if (!text) {
             Report(from, path, Quote(name.get<std::string>()), "a readable file, named from the source's folder");
             return false;
         }
         const size_t before = diagnostics_.size();
-        if (!Read(text, next, included)) {
+        if (!Read(*text, next, included)) {
             return false;
         }
         if (!included.root.is_object()) {

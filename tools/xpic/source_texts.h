@@ -32,6 +32,7 @@ void ForEachText(Model& model, Visit visit) {
     for (auto& feature : model.features) {
         labels(feature.options);
     }
+    labels(model.colorModes);
     for (auto& list : model.keywordLists) {
         labels(list);
     }

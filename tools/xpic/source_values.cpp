@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <iterator>
 
 #include "tools/xpic/byte_text.h"
+#include "tools/xpic/file_content.h"
 #include "tools/xpic/source_reader.h"
 
 namespace velmora {
@@ -43,11 +43,6 @@ std::string JoinQuoted(const std::vector<std::string_view>& names) {
         joined.append(joined.empty() ? "" : ", ").append(Quote(name));
     }
     return joined;
-}
-
-Bytes BytesOf(std::string_view text) {
-    const auto* first = reinterpret_cast<const std::byte*>(text.data());
-    return Bytes(first, first + text.size());
 }
 
 // The text in a code page, or nothing and a report.
@@ -272,13 +267,13 @@ std::optional<Bytes> ReadBytes(SourceContext& context, const SourceValue& value)
     }
     if (forms[0]) {
         const SourcePlace place = context.document.Locate(form.path);
-        std::ifstream file(context.document.files[place.file].parent_path() / *text, std::ios::binary);
-        std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-        if (!file) {
+        const std::optional<std::string> content =
+            ReadFileContent(context.document.files[place.file].parent_path() / *text);
+        if (!content) {
             context.Report(form.path, Quote(*text), "a readable file, named from the source's folder");
             return std::nullopt;
         }
-        return BytesOf(content);
+        return BytesOf(*content);
     }
     std::optional<Bytes> bytes = forms[1] ? DecodeHex(*text) : DecodeBase64(*text);
     if (!bytes) {
