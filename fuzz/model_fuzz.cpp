@@ -6,6 +6,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -93,7 +96,87 @@ void CheckCompiled(const CompileResult& result) {
     }
 }
 
+// Every value of a document below its root, with the array or object that holds it.
+struct Slot {
+    Json* holder;
+    size_t index;  // of an object: of the member
+    Json::iterator Place() const { return std::next(holder->begin(), static_cast<ptrdiff_t>(index)); }
+    Json& Value() const { return *Place(); }
+};
+
+void CollectSlots(Json& holder, std::vector<Slot>& slots) {
+    for (size_t i = 0; holder.is_structured() && i < holder.size(); ++i) {
+        slots.push_back({&holder, i});
+        CollectSlots(slots.back().Value(), slots);
+    }
+}
+
+// One change that leaves a document a document: most of what it makes differs from a model in one thing.
+void ChangeDocument(Json& root, std::minstd_rand& random) {
+    std::vector<Slot> slots;
+    CollectSlots(root, slots);
+    if (slots.empty()) {
+        return;
+    }
+    const auto below = [&](size_t end) { return std::uniform_int_distribution<size_t>(0, end - 1)(random); };
+    const Slot& slot = slots[below(slots.size())];
+    Json& value = slot.Value();
+    switch (below(6)) {
+        case 0:
+            slot.holder->erase(slot.Place());
+            break;
+        case 1:
+            if (slot.holder->is_array()) {
+                slot.holder->push_back(Json(value));
+            } else {
+                slot.holder->erase(slot.Place());
+            }
+            break;
+        case 2:
+            value = Json(slots[below(slots.size())].Value());
+            break;
+        case 3:
+            if (slot.holder->is_array()) {
+                std::swap(value, (*slot.holder)[below(slot.holder->size())]);
+            }
+            break;
+        default: {
+            constexpr int64_t kNumbers[] = {-1, 0, 1, 2, 255, 256, 512, 8191, 32767, 32768, 65535, 65536, 0xFFFFFFFF};
+            if (value.is_boolean()) {
+                value = !value.get<bool>();
+            } else if (value.is_number_integer() && below(2) == 0) {
+                value = static_cast<int64_t>(value.get<uint64_t>() + below(3) - 1);
+            } else if (value.is_number()) {
+                value = kNumbers[below(std::size(kNumbers))];
+            } else if (value.is_string() && !value.get_ref<std::string&>().empty()) {
+                std::string& text = value.get_ref<std::string&>();
+                const size_t place = below(text.size());
+                text = below(2) == 0 ? text.substr(0, place) : text + text.substr(place);
+            }
+        }
+    }
+}
+
 }  // namespace
+
+extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t most);
+
+// Half of the inputs are changed as documents, the others, and those that are none, as bytes.
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t most, unsigned seed) {
+    std::minstd_rand random(seed);
+    if (seed % 2 == 0) {
+        Json root = Json::parse(data, data + size, nullptr, false, true);
+        if (root.is_structured()) {
+            ChangeDocument(root, random);
+            const std::string text = root.dump(1, ' ', false, Json::error_handler_t::replace);
+            if (text.size() <= most) {
+                memcpy(data, text.data(), text.size());
+                return text.size();
+            }
+        }
+    }
+    return LLVMFuzzerMutate(data, size, most);
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
