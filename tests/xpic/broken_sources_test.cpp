@@ -43,12 +43,12 @@ void ExpectFaults(const std::vector<BrokenSource>& rows) {
 
 // Sources that are wrong as a whole.
 const std::vector<BrokenSource> kBrokenDocuments = {
-    {"",
-     "1:1: $: found no JSON (syntax error while parsing value - unexpected end of input; expected '[', '{', or a "
-     "literal), expected a JSON document\n"},
+    {"", "1:1: $: found end of input, expected a value\n"},
+    {"{\"pdl\": \"xps\",\n}", "2:1: $: found '}' behind a comma, expected a key in double quotes, or no comma\n"},
+    {"{\"papers\": [\"A4\", ]}", "1:19: $: found ']' behind a comma, expected a value, or no comma\n"},
+    {"{\"pdl\": \"xps\"\n\"color\": 1}", "2:7: $: found string literal, expected a comma or '}'\n"},
     {"{\"pdl\": \"xps\",\n // é\n  \"é\": tru }",
-     "3:11: $: found no JSON (syntax error while parsing value - invalid literal; last read: '\"é\": tru '), expected "
-     "a JSON document\n"},
+     "3:11: $: found no JSON: invalid literal; last read: '\"é\": tru ', expected a JSON document\n"},
     {"[]", "1:1: $: found an array, expected an object\n"},
     {R"({"pdl": "xps", "pdl": "pcl6"})",
      "~1:16: $.pdl: found the key a second time, expected each key once in an object\n"},
@@ -95,7 +95,8 @@ const std::vector<BrokenSource> kBrokenMembers = {
     {R"("wholly unknown": 1)", "1: $[\"wholly unknown\"]: found an unknown key, expected a known one\n"},
     {R"("optionFlags": ["plainPcl6"])",
      "17: $.optionFlags[0]: found \"plainPcl6\", expected a word, nearest \"plainPcl5\"\n"},
-    {R"("primaryFont": "日本")", "~1: $.primaryFont: found \"日本\", expected a text that code page 1252 can hold\n"},
+    {R"("primaryFont": "日本")",
+     "~1: $.primaryFont: found \"日本\", expected a text without \"日\", which code page 1252 lacks\n"},
     {R"("primaryFont": "a\u0000b")",
      "~1: $.primaryFont: found \"a\\u0000b\", expected a text without a NUL character\n"},
     {R"("extraOption": {"text": "123456789012"})",
@@ -109,7 +110,8 @@ const std::vector<BrokenSource> kBrokenMembers = {
      "~10: $.link.de: found a text in a language that the model hasn't, expected one of its \"languages\"\n"},
     {R"("link": 5)", "1: $.link: found 5, expected a text or an object with a text for each language\n"},
     {R"("link": {"resource": 0})", "10: $.link.resource: found 0, expected a whole number from 1 to 32767\n"},
-    {R"("languages": ["ja"], "link": "é")", "~22: $.link: found \"é\", expected a text that code page 932 can hold\n"},
+    {R"("languages": ["ja"], "link": "é")",
+     "~22: $.link: found \"é\", expected a text without \"é\", which code page 932 lacks\n"},
     // Sizes.
     {R"("customSizes": {"minWidthMm": 10.05, "maxWidthMm": 6554, "minLengthMm": "1", "maxLengthMm": -1e300})",
      "~17: $.customSizes.minWidthMm: found 10.05, expected millimetres in steps of 0.1, from 0 to 3276.7\n"
@@ -128,7 +130,7 @@ const std::vector<BrokenSource> kBrokenMembers = {
     {R"("papers": [{"name": "x", "id": 119, "widthMm": 1, "lengthMm": 1}])",
      "26: $.papers[0].id: found 119, expected a paper id, 1 to 118 or from 256\n"},
     {R"("papers": ["A4", {"name": "A4", "fit": "A5"}])",
-     "~18: $.papers[1]: found \"A4\" a second time, expected a paper with a name of its own\n"
+     "~18: $.papers[1]: found \"A4\" a second time, first on line 2, expected a paper with a name of its own\n"
      "~33: $.papers[1].fit: found \"A5\", expected the name of a paper, nearest \"A4\"\n"},
     {R"("papers": [{"name": "all", "id": "A4", "label": ""}, {"id": "A5"}, {"name": "", "id": "A6"}])",
      "13: $.papers[0].name: found \"all\", expected another name: this one stands for other papers\n"
@@ -160,8 +162,9 @@ const std::vector<BrokenSource> kBrokenMembers = {
      "~95: $.extraKeywords[3].jobValue: found \"A\" a second time, expected a job value of its own, which tells the "
      "extra keywords apart\n"},
     {R"("features": [{"name": "a", "options": [{"name": "o"}, {"name": "o"}]}, {"name": "a"}])",
-     "~55: $.features[0].options[1]: found \"o\" a second time, expected an option with a name of its own\n"
-     "~72: $.features[1]: found \"a\" a second time, expected a feature with a name of its own\n"},
+     "~55: $.features[0].options[1]: found \"o\" a second time, first on line 2, expected an option with a name of its "
+     "own\n"
+     "~72: $.features[1]: found \"a\" a second time, first on line 2, expected a feature with a name of its own\n"},
     {R"("memory": {"sizes": [{"key": 0}]})",
      "22: $.memory.sizes[0].megabytes: found nothing, expected a whole number from 0 to 65535\n"
      "23: $.memory.sizes[0].key: found 0, expected a whole number from 1 to 65535\n"},

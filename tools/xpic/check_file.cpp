@@ -74,10 +74,11 @@ Findings CheckFile(const std::filesystem::path& file) {
         return findings;
     }
     const bool isDescription = HasExtension(file, ".xpi");
-    if (HasExtension(file, ".json") || (!isDescription && LooksLikeSource(content))) {
+    if (HasExtension(file, ".json") || (!isDescription && LooksLikeSource(*content))) {
         return CheckSource(*content, file);
     }
-    DescriptionReading reading = ReadDescription(std::as_bytes(std::span<const char>(content->data(), content->size())));
+    DescriptionReading reading =
+        ReadDescription(std::as_bytes(std::span<const char>(content->data(), content->size())));
     if (!isDescription && !reading.model) {
         Findings findings;
         AddFinding(findings, "unreadable", std::string(kRootPath), "neither a model source nor a description file");

@@ -57,6 +57,11 @@ class Joiner {
     }
 
     Json Values(const Side& own, const Side& included, const std::string& path) {
+        const bool areRules = path == "$.margins" || path == "$.constraints";
+        if (areRules && own.value != nullptr && own.value->is_array() &&
+            (included.value == nullptr || included.value->is_array())) {
+            return Rules(own, included, path);
+        }
         if (own.value == nullptr || included.value == nullptr) {
             return Copy(own.value != nullptr ? own : included, path);
         }
@@ -64,9 +69,6 @@ class Joiner {
             return Objects(own, included, path);
         }
         if (own.value->is_array() && included.value->is_array()) {
-            if (path == "$.margins" || path == "$.constraints") {
-                return Rules(own, included, path);
-            }
             if (AreRecords(own, path) || AreRecords(included, path)) {
                 return Records(own, included, path);
             }
@@ -161,7 +163,7 @@ class Joiner {
         Place(own, path);
         Json joined = Json::array();
         for (const Side* side : {&own, &included}) {
-            for (size_t i = 0; i < side->value->size(); ++i) {
+            for (size_t i = 0; side->value != nullptr && i < side->value->size(); ++i) {
                 if (side == &own && (*side->value)[i].is_null()) {
                     return joined;
                 }

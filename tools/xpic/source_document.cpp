@@ -154,6 +154,43 @@ class PositionScanner {
     std::vector<Level> open_;
 };
 
+// What stands behind `mark`, up to `end`; empty without the mark.
+std::string Behind(std::string_view text, std::string_view mark, std::string_view end) {
+    const size_t start = text.find(mark);
+    return start == std::string_view::npos
+               ? std::string()
+               : std::string(text.substr(start + mark.size(), text.find(end, start) - start - mark.size()));
+}
+
+// The parser says "… parse error at line 3, column 5: syntax error while parsing object key - unexpected '}'; expected
+// string literal", in terms of its grammar; `before` is the text in front of the place.
+Diagnostic DescribeSyntaxFault(std::string_view what, std::string_view before) {
+    const std::string part = Behind(what, "while parsing ", " - ");
+    std::string found = Behind(what, "unexpected ", ";");
+    std::string expected = Behind(what, "; expected ", "\n");
+    if (found.empty() || expected.empty()) {
+        const std::string reason = Behind(what, part + " - ", "\n");
+        return {{},
+                {},
+                std::string(kRootPath),
+                "no JSON: " + (reason.empty() ? std::string(what) : reason),
+                "a JSON document"};
+    }
+    if (part == "object key") {
+        expected = "a key in double quotes";
+    } else if (part == "value") {
+        expected = "a value";
+    } else if (expected == "'}'" || expected == "']'") {
+        expected = "a comma or " + expected;
+    }
+    const size_t last = before.find_last_not_of(" \t\r\n");
+    if ((found == "'}'" || found == "']'") && last != std::string_view::npos && before[last] == ',') {
+        found += " behind a comma";
+        expected += ", or no comma";
+    }
+    return {{}, {}, std::string(kRootPath), found, expected};
+}
+
 }  // namespace
 
 std::string MemberPath(const std::string& parent, std::string_view key) {
@@ -186,13 +223,10 @@ bool ParseSource(std::string_view text, SourceDocument& document, std::vector<Di
     try {
         document.root = Json::parse(text, nullptr, true, true);
     } catch (const Json::parse_error& error) {
-        // "[json.exception…] parse error at line 3, column 5: syntax error while …; expected …": the place is our own.
-        std::string what = error.what();
-        if (const size_t reason = what.find(": "); reason != std::string::npos) {
-            what.erase(0, reason + 2);
-        }
-        diagnostics.push_back({document.files.back().string(), scanner.PlaceOf(error.byte == 0 ? 0 : error.byte - 1),
-                               std::string(kRootPath), "no JSON (" + what + ")", "a JSON document"});
+        const size_t offset = error.byte == 0 ? 0 : error.byte - 1;
+        diagnostics.push_back(DescribeSyntaxFault(error.what(), text.substr(0, offset)));
+        diagnostics.back().file = document.files.back().string();
+        diagnostics.back().position = scanner.PlaceOf(offset);
         return false;
     }
     return scanner.Scan();

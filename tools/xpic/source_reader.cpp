@@ -9,8 +9,10 @@ void NameIndex::Add(SourceContext& context, const std::string& path, const std::
     if (name.empty()) {
         return;  // reported by the reader of the name
     }
-    if (!byName_.emplace(name, position).second) {
-        context.Report(path, Quote(name) + " a second time", noun_ + " with a name of its own");
+    const auto [entry, isNew] = byName_.emplace(name, Entry{position, path});
+    if (!isNew) {
+        context.Report(path, Quote(name) + " a second time, " + context.Where(entry->second.path, path),
+                       noun_ + " with a name of its own");
     }
 }
 
@@ -20,10 +22,10 @@ std::optional<size_t> NameIndex::Resolve(SourceContext& context, const SourceVal
         return std::nullopt;
     }
     if (const auto it = byName_.find(*name); it != byName_.end()) {
-        return it->second;
+        return it->second.position;
     }
     std::vector<std::string_view> known;
-    for (const auto& [candidate, position] : byName_) {
+    for (const auto& [candidate, entry] : byName_) {
         known.push_back(candidate);
     }
     context.Report(value.path, Quote(*name), ExpectOneOf("the name of " + noun_, *name, known));

@@ -34,6 +34,8 @@ struct SourceContext {
     KnownKeys* knownKeys = nullptr;  // null: nobody wants to know
 
     void Report(const std::string& path, std::string found, std::string expected);
+    // "first on line 12" for an earlier value, seen from one that repeats it.
+    std::string Where(const std::string& earlier, const std::string& path) const;
 };
 
 struct Range {
@@ -66,7 +68,11 @@ class NameIndex {
 
   private:
     std::string noun_;
-    std::map<std::string, size_t, std::less<>> byName_;
+    struct Entry {
+        size_t position;
+        std::string path;
+    };
+    std::map<std::string, Entry, std::less<>> byName_;
     size_t count_ = 0;
 };
 

@@ -45,6 +45,23 @@ std::string JoinQuoted(const std::vector<std::string_view>& names) {
     return joined;
 }
 
+// The first character of the text that the code page can't hold.
+std::string_view FirstLacking(SourceContext& context, std::string_view text, const char* encoding) {
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = start + 1;
+        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+            ++end;
+        }
+        const std::string_view character = text.substr(start, end - start);
+        if (!context.encoder.Encode(character, encoding)) {
+            return character;
+        }
+        start = end;
+    }
+    return text;
+}
+
 // The text in a code page, or nothing and a report.
 std::optional<std::string> EncodeText(SourceContext& context, const std::string& path, const std::string& text,
                                       const char* encoding, size_t maxBytes) {
@@ -54,7 +71,9 @@ std::optional<std::string> EncodeText(SourceContext& context, const std::string&
     }
     std::optional<std::string> encoded = context.encoder.Encode(text, encoding);
     if (!encoded) {
-        context.Report(path, Quote(text), std::string("a text that code page ") + (encoding + 2) + " can hold");
+        context.Report(path, Quote(text),
+                       "a text without " + Quote(FirstLacking(context, text, encoding)) + ", which code page " +
+                           (encoding + 2) + " lacks");
         return std::nullopt;
     }
     if (encoded->size() > maxBytes) {
@@ -80,6 +99,12 @@ void SourceContext::Report(const std::string& path, std::string found, std::stri
     const SourcePlace place = document.Locate(path);
     diagnostics.push_back(
         {document.FileName(place), place.position, place.path, std::move(found), std::move(expected)});
+}
+
+std::string SourceContext::Where(const std::string& earlier, const std::string& path) const {
+    const SourcePlace first = document.Locate(earlier);
+    const std::string line = "first on line " + std::to_string(first.position.line);
+    return first.file == document.Locate(path).file ? line : line + " of " + document.FileName(first);
 }
 
 std::string Quote(std::string_view text) {
