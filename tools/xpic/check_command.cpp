@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <iostream>
 #include <memory>
@@ -39,14 +38,16 @@ nlohmann::ordered_json ToJson(const Finding& finding, const std::string& file) {
 }
 
 int Check(const CheckArguments& arguments) {
-    const auto* lowest = std::find_if(std::begin(kLevels), std::end(kLevels),
-                                      [&](Severity severity) { return NameOf(severity) == arguments.lowest; });
+    Severity lowest = Severity::kNote;
+    for (Severity severity : kLevels) {
+        lowest = NameOf(severity) == arguments.lowest ? severity : lowest;
+    }
     std::array<size_t, std::size(kLevels)> counts{};  // by severity
     nlohmann::ordered_json shown = nlohmann::ordered_json::array();
     for (const std::string& file : arguments.files) {
         for (const Finding& finding : CheckFile(file)) {
             ++counts[static_cast<size_t>(finding.severity)];
-            if (finding.severity < *lowest) {
+            if (finding.severity < lowest) {
                 continue;
             }
             if (arguments.json) {

@@ -29,30 +29,25 @@ std::optional<std::span<const std::byte>> BitmapAt(const DescriptionView& view, 
 void DescriptionReader::ReadFonts() {
     CheckRange("$.fonts", record_.fontCount, 0, INT16_MAX);
     const DescriptionFileHeader& header = view_.Header();
-    uint32_t start = 0;
-    for (int i = 0; i <= record_.fontCount && record_.fontCount > 0; ++i) {
-        const std::string path = ElementPath("$.fonts", static_cast<size_t>(std::max(i - 1, 0)));
-        const auto end = view_.Entry<uint32_t>(header.fontIndexOffset, static_cast<uint64_t>(i));
-        if (!end) {
-            Report("font-outside", path, "the font index has no entry " + std::to_string(i));
+    for (int i = 0; i < record_.fontCount; ++i) {
+        const std::string path = ElementPath("$.fonts", static_cast<size_t>(i));
+        const auto start = view_.Entry<uint32_t>(header.fontIndexOffset, static_cast<uint64_t>(i));
+        const auto end = view_.Entry<uint32_t>(header.fontIndexOffset, static_cast<uint64_t>(i) + 1);
+        if (!start || !end) {
+            Report("font-outside", path, "the font index has no entries for it");
             break;
         }
-        if (i > 0) {
-            const auto bytes = *end >= start
-                                   ? view_.BytesAt(uint64_t{header.fontPoolOffset} + start, uint64_t{*end} - start)
-                                   : std::nullopt;
-            if (*end < start) {
-                Report("fonts-not-ascending", path,
-                       "it begins at " + std::to_string(start) + " and ends at " + std::to_string(*end));
-            } else if (!bytes) {
-                Report("font-outside", path, "it ends behind the file's end");
-            }
-            if (!bytes) {
-                break;
-            }
-            model_.fonts.push_back(Copy(*bytes));
+        if (*end < *start) {
+            Report("fonts-not-ascending", path,
+                   "it begins at " + std::to_string(*start) + " and ends at " + std::to_string(*end));
+            break;
         }
-        start = *end;
+        const auto bytes = view_.BytesAt(uint64_t{header.fontPoolOffset} + *start, *end - *start);
+        if (!bytes) {
+            Report("font-outside", path, "it ends behind the file's end");
+            break;
+        }
+        model_.fonts.push_back(Copy(*bytes));
     }
     model_.device.fontCount = static_cast<int16_t>(model_.fonts.size());
 
