@@ -9,6 +9,7 @@
 #include <cstring>
 #include <iterator>
 #include <random>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -157,17 +158,49 @@ void ChangeDocument(Json& root, std::minstd_rand& random) {
     }
 }
 
+// Removes the values at some paths.
+void RemoveValues(Json& holder, const std::string& path, const std::set<std::string>& paths) {
+    for (size_t i = holder.is_structured() ? holder.size() : 0; i-- > 0;) {
+        const Slot slot{&holder, i};
+        const std::string place = holder.is_object() ? MemberPath(path, slot.Place().key()) : ElementPath(path, i);
+        if (paths.contains(place)) {
+            holder.erase(slot.Place());
+        } else {
+            RemoveValues(slot.Value(), place, paths);
+        }
+    }
+}
+
+// Without what the compiler refuses, a document mostly compiles.
+void RemoveFaults(Json& root) {
+    constexpr int kMostRounds = 4;
+    for (int round = 0; round < kMostRounds; ++round) {
+        std::set<std::string> paths;
+        const std::string text = root.dump(-1, ' ', false, Json::error_handler_t::replace);
+        for (const Diagnostic& diagnostic : CompileModelText(text, kFile).diagnostics) {
+            paths.insert(diagnostic.path);
+        }
+        if (paths.empty()) {
+            return;
+        }
+        RemoveValues(root, std::string(kRootPath), paths);
+    }
+}
+
 }  // namespace
 
 extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t most);
 
-// Half of the inputs are changed as documents, the others, and those that are none, as bytes.
+// Half of the inputs are changed as documents, and half of those mended, the others, and those that are none, as bytes.
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t most, unsigned seed) {
     std::minstd_rand random(seed);
     if (seed % 2 == 0) {
         Json root = Json::parse(data, data + size, nullptr, false, true);
         if (root.is_structured()) {
             ChangeDocument(root, random);
+            if (seed % 4 == 0) {
+                RemoveFaults(root);
+            }
             const std::string text = root.dump(1, ' ', false, Json::error_handler_t::replace);
             if (text.size() <= most) {
                 memcpy(data, text.data(), text.size());
