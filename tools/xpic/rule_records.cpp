@@ -33,7 +33,8 @@ PaperChoice AllPapers(const ModelSource& model) {
 
 SizeLimits AllowedSizes(const DeviceModel& device, int64_t largest) {
     const auto allowed = [&](int64_t min, int64_t max) {
-        return Range{std::min(min, largest), std::min(max != 0 ? max : largest, largest)};
+        const int64_t least = std::min(min, largest);
+        return Range{least, std::max(least, std::min(max != 0 ? max : largest, largest))};
     };
     return {allowed(device.customMinWidth, device.customMaxWidth),
             allowed(device.customMinLength, device.customMaxLength)};
