@@ -102,6 +102,8 @@ const std::vector<BrokenSource> kBrokenMembers = {
     {R"("extraOption": {"text": "123456789012"})",
      "17: $.extraOption.text: found a text of 12 bytes, expected at most 11 bytes in code page 1252\n"},
     // Languages.
+    {R"("customSizes": {"minWidthMm": 2, "maxWidthMm": 1, "minLengthMm": 2, "maxLengthMm": 0})",
+     "~17: $.customSizes.minWidthMm: found a smallest size above the largest, expected at most \"maxWidthMm\"\n"},
     {R"("languages": ["en", "xx", "en"])",
      "21: $.languages[1]: found \"xx\", expected a two-letter language code such as \"en\", \"de\", \"ja\"\n"
      "27: $.languages[2]: found \"en\" a second time, expected each language once\n"},
@@ -235,12 +237,12 @@ const std::vector<BrokenSource> kBrokenMembers = {
      "\"stapler\"\n"
      "~55: $.constraints[0].trays[0]: found \"x\", expected the name of a tray, but there is none\n"
      "61: $.constraints[0].papers: found \"some\", expected \"all\" or an array of papers\n"},
-    {R"("constraints": [{"media": [], "mediaMask": 1, "papers": [256]}, {"widthMm": [1, 2]}], "margins": [null])",
+    {R"("constraints": [{"media": [], "mediaMask": 1, "papers": [256]}, {"papers": ["A4"], "widthMm": [1, 2]}], "margins": [null], "papers": ["A4"])",
      "31: $.constraints[0].mediaMask: found a mask beside \"media\", expected one of the two\n"
      "58: $.constraints[0].papers[0]: found 256, expected a whole number from 1 to 255\n"
-     "66: $.constraints[1].widthMm: found sizes without \"custom\" among the papers, expected sizes only for custom "
+     "84: $.constraints[1].widthMm: found sizes without \"custom\" among the papers, expected sizes only for custom "
      "papers\n"
-     "99: $.margins[0]: found null, expected an object\n"},
+     "117: $.margins[0]: found null, expected an object\n"},
 };
 
 TEST(BrokenSources, Members) {

@@ -128,10 +128,6 @@ TEST(CheckModel, TheModelAsAWhole) {
         {R"({"resolutions": [{"name": "600 dpi", "dpi": 600, "keyword": "vx:Dpi600"}]})",
          "$.resolutions one-resolution"},
         {R"({"customSizes": {"maxWidthMm": 0}})", "$.customSizes no-paper-page"},
-        {R"({"customSizes": {"minWidthMm": 310}})",
-         "$.customSizes custom-size-limits\n$.papers[0] paper-not-custom\n$.papers[1] paper-not-custom\n"
-         "$.papers[1].fit fit-target\n$.papers[2] paper-outside-limits\n$.papers[3] paper-not-custom\n"
-         "$.constraints[1] constraint-never-matches"},
     };
     ExpectJudged(kCases);
 }

@@ -92,11 +92,12 @@ constexpr std::string_view kRecords = R"({
     "deviceOptions": {"punch": 5},)";
 
 TEST(Constraints, MasksFindTheNamedRecordsAndNoOthers) {
+    // With "A4" each constraint is one record.
     const Description file(std::string(kRecords) + R"("constraints": [
-        {"trays": ["2", "3"], "message": "by what they need"},
-        {"trays": ["1"], "media": ["Film"]},
-        {"trays": ["1", "2"], "media": ["Plain", "Thick", "Film"], "extraKeywords": ["Up"]},
-        {"duplex": true, "options": ["stapler", "punch"]}]})");
+        {"papers": ["A4"], "trays": ["2", "3"], "message": "by what they need"},
+        {"papers": ["A4"], "trays": ["1"], "media": ["Film"]},
+        {"papers": ["A4"], "trays": ["1", "2"], "media": ["Plain", "Thick", "Film"], "extraKeywords": ["Up"]},
+        {"papers": ["A4"], "duplex": true, "options": ["stapler", "punch"]}]})");
     const auto constraints = file.Table(offsetof(DeviceModel, constraintTable), &ConstraintRecord::mark);
     const auto trays = file.Table(offsetof(DeviceModel, binTable), &BinRecord::optionMask);
     const auto media = file.Table(offsetof(DeviceModel, mediaTable), &MediaRecord::mark);
@@ -130,17 +131,29 @@ TEST(Constraints, PapersAndSizes) {
     const Description file(std::string(kRecords) + R"("constraints": [
         {"duplex": true},
         {"papers": ["A4", "custom", "Long"], "widthMm": [0, 6553.5], "lengthMm": [500, 500]},
-        {"papers": ["custom"]}]})");
+        {"papers": ["custom"]},
+        {"lengthMm": [500, 600]}]})");
+    const struct {
+        std::vector<int> papers;
+        int maxWidth, minLength, maxLength;
+        const char* why;
+    } kExpected[] = {
+        {{}, 65535, 0, 65535, "any paper, custom ones of any size"},
+        {{0}, 2100, 30000, 30000, "and Long, which is found by its size only"},
+        {{0, 9}, 65535, 5000, 5000, "the named ones"},
+        {{0}, 2100, 30000, 30000, "Long, by its size"},
+        {{0}, 65535, 0, 65535, "any size, as the model has no limits"},
+        {{}, 65535, 5000, 6000, "any paper, where it is found by its size of these sizes"},
+    };
     const auto constraints = file.Table(offsetof(DeviceModel, constraintTable), &ConstraintRecord::mark);
-    ASSERT_EQ(constraints.size(), 4u);
-    EXPECT_TRUE(IdsOf(constraints[0].papers).empty()) << "any paper";
-    EXPECT_EQ(IdsOf(constraints[1].papers), (std::vector<int>{0, 9}));
-    EXPECT_EQ(+constraints[1].maxWidth, 65535);
-    EXPECT_EQ(+constraints[1].minLength, 5000);
-    EXPECT_EQ(+constraints[1].maxLength, 5000);
-    EXPECT_EQ(IdsOf(constraints[2].papers), (std::vector<int>{0})) << "Long, by its size";
-    EXPECT_EQ(+constraints[2].minLength, 30000);
-    EXPECT_EQ(+constraints[3].maxLength, 65535) << "any size, as the model has no limits";
+    ASSERT_EQ(constraints.size(), std::size(kExpected));
+    for (size_t i = 0; i < constraints.size(); ++i) {
+        SCOPED_TRACE(kExpected[i].why);
+        EXPECT_EQ(IdsOf(constraints[i].papers), kExpected[i].papers);
+        EXPECT_EQ(+constraints[i].maxWidth, kExpected[i].maxWidth);
+        EXPECT_EQ(+constraints[i].minLength, kExpected[i].minLength);
+        EXPECT_EQ(+constraints[i].maxLength, kExpected[i].maxLength);
+    }
 }
 
 }  // namespace

@@ -4,16 +4,13 @@
 #include "driver/devdesc/model_tables.h"
 #include "tools/xpic/model_checker.h"
 #include "tools/xpic/model_limits.h"
+#include "tools/xpic/rule_records.h"
 #include "tools/xpic/source_document.h"
 
 namespace velmora {
 namespace {
 
 constexpr size_t kSearchedKeywords = 32;
-
-bool IsEmpty(const PaperSet& papers) {
-    return std::all_of(std::begin(papers.bytes), std::end(papers.bytes), [](uint8_t byte) { return byte == 0; });
-}
 
 bool IsWithin(const ConstraintRecord& record, int width, int length) {
     return width >= record.minWidth && width <= record.maxWidth && length >= record.minLength &&
@@ -31,7 +28,7 @@ bool HasRecordOf(uint32_t mask, const std::vector<Record>& records, uint32_t Rec
 }  // namespace
 
 bool ModelChecker::HasPaperOf(const ConstraintRecord& record) const {
-    if (IsEmpty(record.papers)) {
+    if (IsEmptySet(record.papers)) {
         return true;
     }
     const bool holdsForCustom = ContainsPaper(record.papers, 0);
@@ -100,7 +97,7 @@ bool ModelChecker::HoldsForDefaults(const ConstraintRecord& record) const {
                                       [](const ExtraKeywordSource& candidate) { return candidate.jobValue.empty(); });
     const uint32_t keywordMask = keyword != searched ? keyword->mask : 0;
     const auto agrees = [](uint32_t wanted, uint32_t mask) { return wanted == 0 || (wanted & mask) != 0; };
-    return record.flags == 0 && (IsEmpty(record.papers) || ContainsPaper(record.papers, kA4)) &&
+    return record.flags == 0 && (IsEmptySet(record.papers) || ContainsPaper(record.papers, kA4)) &&
            agrees(record.binMask, trayMask) && agrees(record.mediaMask, mediaMask) &&
            agrees(record.extraKeywordMask, keywordMask);
 }

@@ -73,10 +73,6 @@ void ModelChecker::CheckCustomSizes() {
                                                                : "custom sizes have one largest size only");
         return;
     }
-    if (device.customMinWidth > device.customMaxWidth || device.customMinLength > device.customMaxLength) {
-        Report("custom-size-limits", path, "a smallest size is above the largest");
-        return;
-    }
     const int widths[] = {device.customMinWidth, std::min<int>(device.customMaxWidth, INT16_MAX)};
     const int lengths[] = {device.customMinLength, std::min<int>(device.customMaxLength, INT16_MAX)};
     for (int orientation : kOrientations) {

@@ -2,6 +2,7 @@
 #include <set>
 
 #include "tools/xpic/description_reader.h"
+#include "tools/xpic/rule_records.h"
 #include "tools/xpic/source_document.h"
 
 namespace velmora {
@@ -228,9 +229,6 @@ void DescriptionReader::ReadColorModes() {
 
 template <class Record>
 void DescriptionReader::CheckSizes(const Record& record, const std::string& path) {
-    if (!ContainsPaper(record.papers, 0)) {
-        return;
-    }
     const auto check = [&](int64_t min, int64_t max, std::string_view key) {
         if (min > max) {
             Report("size-range", MemberPath(path, key),
@@ -249,35 +247,40 @@ void DescriptionReader::ReadConstraints() {
         ConstraintSource constraint;
         constraint.record.mark = 1;
         constraint.record.papers = record.papers;
-        if (ContainsPaper(record.papers, 0)) {
+        // An empty set stands for any paper, of the sizes where a paper has to be found by its size.
+        if (ContainsPaper(record.papers, 0) || IsEmptySet(record.papers)) {
             constraint.record.minWidth = record.minWidth;
             constraint.record.maxWidth = record.maxWidth;
             constraint.record.minLength = record.minLength;
             constraint.record.maxLength = record.maxLength;
         }
+        if (IsEmptySet(record.papers) && (record.minWidth > record.maxWidth || record.minLength > record.maxLength)) {
+            SetLimits(constraint.record, {{0, 0}, {0, 0}});  // no size either, as a source can say it
+        }
         constraint.record.binMask = record.binMask;
         constraint.record.extraKeywordMask = record.extraKeywordMask;
         constraint.record.mediaMask = record.mediaMask;
         constraint.record.flags = record.flags;
-        CheckSizes(record, path);
+        if (ContainsPaper(record.papers, 0)) {
+            CheckSizes(record, path);
+        }
         constraint.message = Localized(record.messageRef, path + ".message", TextLimit::kPaperLabel);
         model_.constraints.push_back(std::move(constraint));
     }
 }
 
 void DescriptionReader::ReadMargins() {
-    constexpr uint16_t kBothOrientations = 3;
     for (MarginRecord record : RecordsOf<MarginRecord>(offsetof(DeviceModel, marginTable), "$.margins")) {
         const std::string path = ElementPath("$.margins", model_.margins.size());
         record.mark = 1;
         record.orientationMask &= kBothOrientations;
         if (!ContainsPaper(record.papers, 0)) {
             record.minWidth = record.maxWidth = record.minLength = record.maxLength = 0;
+        } else {
+            CheckSizes(record, path);
         }
-        CheckSizes(record, path);
         CheckRange(path + ".unitsPerInch", record.unit, 1, INT16_MAX);
-        if (std::all_of(std::begin(record.papers.bytes), std::end(record.papers.bytes),
-                        [](uint8_t byte) { return byte == 0; })) {
+        if (IsEmptySet(record.papers)) {
             Report("margins-without-papers", path + ".papers", "its set of papers is empty");
         }
         model_.margins.push_back(record);

@@ -72,7 +72,6 @@ inline constexpr FindingKind kFindingKinds[] = {
     {"no-resolutions", Severity::kWarning, "each check of a device mode counts a repair of it; three reject it"},
     {"one-resolution", Severity::kNote, "new device modes begin with the second resolution where there is one"},
     {"no-paper-page", Severity::kNote, "the printing preferences have no Paper page"},
-    {"custom-size-limits", Severity::kError, "no custom size can be defined, and covers and scaling are switched off"},
     {"no-print-speed", Severity::kNote, "applications and print capabilities get no print rate"},
     {"setting-unused", Severity::kNote, "models like this one never read it"},
     {"image-mode", Severity::kWarning, "the job description names no raster format"},

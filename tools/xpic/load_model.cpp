@@ -70,6 +70,14 @@ void ReadGroups(ModelReader& reader) {
     if (const std::optional<SourceValue> value = root.Find("customSizes")) {
         ObjectReader object(reader.context, *value);
         ReadScalars(object, kCustomSizeFields, model.device);
+        const auto checkMaximum = [&](const char* minKey, int min, const char* maxKey, int max) {
+            if (max != 0 && min > max) {
+                reader.context.Report(object.PathOf(minKey), "a smallest size above the largest",
+                                      std::string("at most ") + Quote(maxKey));
+            }
+        };
+        checkMaximum("minWidthMm", model.device.customMinWidth, "maxWidthMm", model.device.customMaxWidth);
+        checkMaximum("minLengthMm", model.device.customMinLength, "maxLengthMm", model.device.customMaxLength);
     }
     if (const std::optional<SourceValue> value = root.Find("extraOption")) {
         ObjectReader object(reader.context, *value);

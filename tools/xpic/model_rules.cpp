@@ -51,11 +51,11 @@ Range ReadSizeRange(ModelReader& reader, ObjectReader& object, std::string_view 
     return range;
 }
 
-// The sizes of the custom papers of a rule, by default those that the model allows.
-SizeLimits ReadSizeLimits(ModelReader& reader, ObjectReader& object, bool custom, int64_t largest) {
-    const SizeLimits allowed = AllowedSizes(reader.model.device, largest);
+// The sizes of the custom papers of a rule, by default those that the model allows, or any where the rule names none.
+SizeLimits ReadSizeLimits(ModelReader& reader, ObjectReader& object, const PaperChoice& choice, int64_t largest) {
+    const SizeLimits allowed = choice.any ? kAnySize : AllowedSizes(reader.model.device, largest);
     for (std::string_view key : {"widthMm", "lengthMm"}) {
-        if (const std::optional<SourceValue> value = object.Find(key); value && !custom) {
+        if (const std::optional<SourceValue> value = object.Find(key); value && !choice.custom && !choice.any) {
             reader.context.Report(value->path, "sizes without \"custom\" among the papers",
                                   "sizes only for custom papers");
         }
@@ -144,7 +144,7 @@ void ReadMargins(ModelReader& reader) {
         record.mark = 1;
         const std::optional<SourceValue> papers = object.Find("papers");
         const PaperChoice choice = papers ? ReadPaperChoice(reader, *papers) : AllPapers(model);
-        const SizeLimits limits = ReadSizeLimits(reader, object, choice.custom, INT16_MAX);
+        const SizeLimits limits = ReadSizeLimits(reader, object, choice, INT16_MAX);
         record.orientationMask =
             static_cast<uint16_t>(object.WordBits("orientations", kOrientationWords, kBothOrientations));
         ReadMarginSizes(object, record);
@@ -172,8 +172,11 @@ void ReadConstraints(ModelReader& reader) {
         ConstraintSource constraint;
         constraint.record.mark = 1;
         const std::optional<SourceValue> papers = object.Find("papers");
-        const PaperChoice choice = papers ? ReadPaperChoice(reader, *papers) : PaperChoice{};
-        const SizeLimits limits = ReadSizeLimits(reader, object, choice.custom, UINT16_MAX);
+        PaperChoice choice = papers ? ReadPaperChoice(reader, *papers) : AnyPaper(model);
+        if (choice.any && (object.Has("widthMm") || object.Has("lengthMm"))) {
+            choice.bySize.clear();  // whose sizes are within the limits or aren't
+        }
+        const SizeLimits limits = ReadSizeLimits(reader, object, choice, UINT16_MAX);
         constraint.record.flags =
             (object.Flag("duplex", false) ? kOnlyOnBothSides : 0) | object.WordBits("options", options, 0);
         trays.Read(reader, object, "trays", "trayMask", names.trays);
@@ -184,11 +187,7 @@ void ReadConstraints(ModelReader& reader) {
             model.constraints.push_back({record, constraint.message});
             model.constraintElements.push_back(trays.rules.size() - 1);
         };
-        if (papers) {
-            AddRecords(choice, limits, SizeMatch::kExact, constraint.record, add);
-        } else {
-            add(constraint.record);
-        }
+        AddRecords(choice, limits, SizeMatch::kExact, constraint.record, add);
     }
     const std::vector<uint32_t> trayMasks =
         SetMasks(reader, trays, model.trays, &TraySource::mask, BitsOf(names.trayOptions) | kAlwaysInstalled);

@@ -370,6 +370,14 @@ void DescriptionReader::ReadNumbers() {
     CheckRange("$.extraOption.memoryMb", device.extraMemory, 0, INT16_MAX);
     CheckRange("$.customSizes.minWidthMm", device.customMinWidth, 0, INT16_MAX);
     CheckRange("$.customSizes.minLengthMm", device.customMinLength, 0, INT16_MAX);
+    const auto checkMaximum = [&](const char* path, int min, int max) {
+        if (max != 0 && min > max) {
+            Report("size-range", path,
+                   "from " + std::to_string(min) + " to " + std::to_string(max) + " tenths of a millimetre");
+        }
+    };
+    checkMaximum("$.customSizes.minWidthMm", device.customMinWidth, device.customMaxWidth);
+    checkMaximum("$.customSizes.minLengthMm", device.customMinLength, device.customMaxLength);
     const int duplex = device.jobNameFlags & kDuplexUnit;
     if (device.duplexFlagsA != duplex || device.duplexFlagsB != duplex) {
         Report("flags-disagree", "$.duplexUnit", "the block's bytes 64, 76 and 88 differ in bit 0");

@@ -31,6 +31,17 @@ PaperChoice AllPapers(const ModelSource& model) {
     return choice;
 }
 
+PaperChoice AnyPaper(const ModelSource& model) {
+    PaperChoice choice;
+    choice.any = true;
+    for (const PaperSource& paper : model.papers) {
+        if (paper.id >= kPaperSetSize) {
+            choice.bySize.push_back(&paper);
+        }
+    }
+    return choice;
+}
+
 SizeLimits AllowedSizes(const DeviceModel& device, int64_t largest) {
     const auto allowed = [&](int64_t min, int64_t max) {
         const int64_t least = std::min(min, largest);

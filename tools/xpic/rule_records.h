@@ -25,6 +25,7 @@ struct SizeLimits {
 struct PaperChoice {
     PaperSet set{};
     bool custom = false;
+    bool any = false;  // whatever the paper: an empty set, whose size limits count for papers beyond a set all the same
     std::vector<const PaperSource*> bySize;
 };
 
@@ -34,6 +35,9 @@ bool IsEmptySet(const PaperSet& set);
 
 void AddPaper(PaperChoice& choice, const PaperSource& paper);
 PaperChoice AllPapers(const ModelSource& model);
+// The papers of a constraint that names none.
+PaperChoice AnyPaper(const ModelSource& model);
+inline constexpr SizeLimits kAnySize = {{0, UINT16_MAX}, {0, UINT16_MAX}};
 
 // The sizes that the model allows users to define, no limit of them beyond `largest`.
 SizeLimits AllowedSizes(const DeviceModel& device, int64_t largest);
@@ -61,9 +65,11 @@ void AddRecords(const PaperChoice& choice, const SizeLimits& limits, SizeMatch m
     record.papers = choice.set;
     if (choice.custom) {
         AddToSet(record.papers, 0);
+    }
+    if (choice.custom || choice.any) {
         SetLimits(record, limits);
     }
-    if (!IsEmptySet(record.papers)) {
+    if (choice.any || !IsEmptySet(record.papers)) {
         add(record);
     }
     for (const PaperSource* paper : choice.bySize) {

@@ -119,6 +119,9 @@ class PaperWriter {
     // The papers of the rule whose first record it is. `end` is behind the last record that may belong to the rule.
     WrittenPapers Write(size_t first, size_t end) const {
         const Record& record = records_[first];
+        if (IsEmptySet(record.papers)) {
+            return WriteAny(first, end);
+        }
         const bool custom = IsInSet(record.papers, 0);
         if (const size_t made = CountMade(all_, custom ? LimitsOf(record) : allowed_, first, end); made != 0) {
             WrittenPapers papers{made, {{"papers", "all"}}};
@@ -156,6 +159,17 @@ class PaperWriter {
 
   private:
     static constexpr uint8_t kCustomBit = 0x80;  // of the first byte of a set
+
+    // A rule for any paper: with nothing said, or with the sizes for which it holds.
+    WrittenPapers WriteAny(size_t first, size_t end) const {
+        if (const size_t made = CountMade(AnyPaper(model_), kAnySize, first, end); made != 0) {
+            return {made, Json::object()};
+        }
+        const SizeLimits limits = LimitsOf(records_[first]);
+        return {1,
+                {{"widthMm", {InMillimetres(limits.width.min), InMillimetres(limits.width.max)}},
+                 {"lengthMm", {InMillimetres(limits.length.min), InMillimetres(limits.length.max)}}}};
+    }
 
     static bool OnlyCustom(const Record& record) {
         PaperSet custom{};
@@ -322,10 +336,7 @@ void WriteConstraints(SourceWriter& writer) {
         while (end < records.size() && model.constraints[end].message == constraint.message) {
             ++end;
         }
-        WrittenPapers written;
-        if (!IsEmptySet(records[i].papers)) {
-            written = papers.Write(i, end);
-        }
+        WrittenPapers written = papers.Write(i, end);
         Json element = std::move(written.members);
         WriteRuleRecords(element, "trays", "trayMask", writer.trays.rules[i], model.trays);
         WriteRuleRecords(element, "media", "mediaMask", writer.media.rules[i], model.media);
