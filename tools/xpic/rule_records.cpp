@@ -44,8 +44,7 @@ PaperChoice AnyPaper(const ModelSource& model) {
 
 SizeLimits AllowedSizes(const DeviceModel& device, int64_t largest) {
     const auto allowed = [&](int64_t min, int64_t max) {
-        const int64_t least = std::min(min, largest);
-        return Range{least, std::max(least, std::min(max != 0 ? max : largest, largest))};
+        return Range{std::min(min, largest), std::min(max != 0 ? max : largest, largest)};
     };
     return {allowed(device.customMinWidth, device.customMaxWidth),
             allowed(device.customMinLength, device.customMaxLength)};
