@@ -92,9 +92,11 @@ TEST_F(WorkbenchTest, SettingsAreKeptWithTheMachine) {
 
 TEST(MachineSettings, Languages) {
     const std::pair<const char*, std::optional<LANGID>> cases[] = {
-        {"ENUS", 0x0409},          {"germ", 0x0407},        {"GSWI", 0x0807},      {"JAPA", 0x0411},
-        {"0x0407", 0x0407},        {"0XC07", 0x0C07},       {"", std::nullopt},    {"0x", std::nullopt},
-        {"0x10000", std::nullopt}, {"0x12 ", std::nullopt}, {"ENU", std::nullopt},
+        {"ENUS", 0x0409},        {"germ", 0x0407},      {"GSWI", 0x0807},
+        {"JAPA", 0x0411},        {"0x0407", 0x0407},    {"0XC07", 0x0C07},
+        {"", std::nullopt},      {"0x", std::nullopt},  {"0x10000", std::nullopt},
+        {"0x12 ", std::nullopt}, {"ENU", std::nullopt}, {"de", 0x0407},
+        {"ja", 0x0411},          {"xx", std::nullopt},
     };
     for (const auto& [text, language] : cases) {
         EXPECT_EQ(ParseLanguage(text), language) << text;

@@ -144,8 +144,8 @@ void AddGlobalOptions(CLI::App& app, Request& request) {
         ->type_name("DIR");
     app.add_flag("--json", request.json, "Print JSON");
     AddParsed<LANGID>(app, "--language", request.settings.language, ParseLanguage, "CODE",
-                      "a language: a code such as ENUS, GERM, JAPA, or an id such as 0x0407",
-                      "The user's language: ENUS, GERM, JAPA, ... or 0x0407");
+                      "a language: a code such as de or GERM, or an id such as 0x0407",
+                      "The user's language: de, GERM or 0x0407");
     AddParsed<bool>(app, "--measurement", request.settings.isMetric, ParseMeasurement, "SYSTEM", "metric or us",
                     "The user's measurement system: metric or us");
     AddParsed<MachineSettings::Version>(app, "--system-version", request.settings.systemVersion, ParseVersion,
@@ -188,7 +188,7 @@ constexpr Command kCommands[] = {
     {"devmode", "Print a printer's default device mode", "Every field, with what its value means.",
      "velmora devmode \"Velmora C3200\" --json | jq .public.dmPaperSize", DevMode, AddPrinterArgument},
     {"model", "Print a printer's model", "Every value and table as the driver reads them, in the user's language.",
-     "velmora model \"Velmora C3200\" --language GERM", Model, AddPrinterArgument},
+     "velmora model \"Velmora C3200\" --language de", Model, AddPrinterArgument},
     {"data", "Print a printer's data", "The named values that the driver keeps with the printer.",
      "velmora data \"Velmora C3200\"", Data, AddPrinterArgument},
     {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",

@@ -9,6 +9,7 @@
 #include "driver/entry/resource_module.h"
 #include "platform/kernel/text.h"
 #include "tools/velmora/command_error.h"
+#include "tools/xpic/vocabulary.h"
 
 namespace velmora {
 namespace {
@@ -68,6 +69,9 @@ void Apply(const MachineSettings& settings, host::Machine& machine) {
 std::optional<LANGID> ParseLanguage(const std::string& text) {
     if (text.starts_with("0x") || text.starts_with("0X")) {
         return ParseNumber<LANGID>(std::string_view(text).substr(2), 16);
+    }
+    if (const Language* const language = FindLanguage(text)) {
+        return MAKELANGID(language->primaryId, SUBLANG_DEFAULT);
     }
     return FindLanguageCode(text);
 }

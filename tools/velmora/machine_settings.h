@@ -26,7 +26,7 @@ struct MachineSettings {
 void Apply(const MachineSettings& settings, host::Machine& machine);
 
 // Empty where the text is none.
-std::optional<LANGID> ParseLanguage(const std::string& text);                   // "GERM" or "0x0407"
+std::optional<LANGID> ParseLanguage(const std::string& text);                   // "de", "GERM" or "0x0407"
 std::optional<bool> ParseMeasurement(const std::string& text);                  // "metric" (true) or "us"
 std::optional<MachineSettings::Version> ParseVersion(const std::string& text);  // "10.0"
 std::optional<std::string> ParseComputerName(const std::string& text);          // 1 to 15 characters
