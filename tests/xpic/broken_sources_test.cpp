@@ -43,10 +43,10 @@ void ExpectFaults(const std::vector<BrokenSource>& rows) {
 
 // Sources that are wrong as a whole.
 const std::vector<BrokenSource> kBrokenDocuments = {
-    {"", "1:1: $: found end of input, expected a value\n"},
+    {"", "1:1: $: found an empty file, expected a model source\n"},
     {"{\"pdl\": \"xps\",\n}", "2:1: $: found '}' behind a comma, expected a key in double quotes, or no comma\n"},
     {"{\"papers\": [\"A4\", ]}", "1:19: $: found ']' behind a comma, expected a value, or no comma\n"},
-    {"{\"pdl\": \"xps\"\n\"color\": 1}", "2:7: $: found string literal, expected a comma or '}'\n"},
+    {"{\"pdl\": \"xps\"\n\"color\": 1}", "2:7: $: found a text, expected a comma or '}'\n"},
     {"{\"pdl\": \"xps\",\n // é\n  \"é\": tru }",
      "3:11: $: found no JSON: invalid literal; last read: '\"é\": tru ', expected a JSON document\n"},
     {"[]", "1:1: $: found an array, expected an object\n"},

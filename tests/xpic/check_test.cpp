@@ -82,6 +82,7 @@ TEST(CheckModel, TextsAndKeywords) {
         {R"({"link": {"en": "x"}})", "$.link missing-text"},
         {R"({"link": {"en": "x", "de": ""}})", "$.link missing-text"},
         {R"({"link": {"en": "", "de": ""}, "pageLabel": "C"})", ""},
+        {R"({"texts": {"Nobody": {"de": "Niemand"}}})", "$.texts.Nobody text-unused"},
         {R"({"trays": [{"name": "A", "bin": "auto", "keyword": "psk:A", "label": null},
                        {"name": "B", "bin": 258, "keyword": "psk:B", "label": {"en": "L", "de": "M"}},
                        {"name": "C", "bin": 259, "keyword": "psk:C", "label": {"en": "L", "de": "M"}},
@@ -127,7 +128,8 @@ TEST(CheckModel, TheModelAsAWhole) {
         {R"({"resolutions": null})", "$.resolutions no-resolutions"},
         {R"({"resolutions": [{"name": "600 dpi", "dpi": 600, "keyword": "vx:Dpi600"}]})",
          "$.resolutions one-resolution"},
-        {R"({"customSizes": {"maxWidthMm": 0}})", "$.customSizes no-paper-page"},
+        {R"({"customSizes": {"maxWidthMm": 0}})",
+         "$.customSizes no-paper-page\n$.constraints[1] constraint-never-matches"},
     };
     ExpectJudged(kCases);
 }
@@ -183,7 +185,7 @@ TEST(CheckModel, PapersAndMargins) {
          "$.papers[2] margins-leave-nothing"},
         {R"({"margins": [{"papers": ["A5"], "allMm": 6}, {"allMm": 4.2}, {"papers": ["A4", "Banner"], "allMm": 5},
                          {"papers": ["custom"], "lengthMm": [200, 300], "allMm": 5}, {"papers": ["custom"], "widthMm": [400, 500], "allMm": 5},
-                         {"papers": [1], "allMm": 5}, {"orientations": [], "allMm": 5}]})",
+                         {"papers": [3], "allMm": 5}, {"orientations": [], "allMm": 5}]})",
          "$.margins[2] margins-never-used\n$.margins[3] margins-never-used\n$.margins[4] margins-never-used\n"
          "$.margins[5] margins-never-used\n$.margins[6] margins-never-used"},
     };
@@ -236,7 +238,7 @@ TEST(CheckModel, RecordsAndTheirJobLines) {
 
 TEST(CheckModel, Constraints) {
     constexpr Judged kCases[] = {
-        {R"({"constraints": [{"papers": [1, 5], "message": "No."}, {"papers": ["custom"], "widthMm": [400, 500], "message": "No."},
+        {R"({"constraints": [{"papers": [3, 5], "message": "No."}, {"papers": ["custom"], "widthMm": [400, 500], "message": "No."},
                              {"trayMask": 2147483648, "message": "No."}, {"mediaMask": 2, "message": "No."},
                              {"extraKeywordMask": 2, "message": "No."}]})",
          "$.constraints[0] constraint-never-matches\n$.constraints[1] constraint-never-matches\n"

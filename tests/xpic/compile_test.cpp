@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "tests/xpic/description.h"
+#include "tools/xpic/file_content.h"
 
 namespace velmora {
 namespace {
@@ -415,6 +416,15 @@ TEST(Compile, FilesAreFoundBesideTheSource) {
     ASSERT_EQ(missing.diagnostics.size(), 1u);
     EXPECT_EQ(FormatDiagnostic(missing.diagnostics[0]),
               (folder / "m.json").string() + ": $: found no file that can be read, expected a model source");
+}
+
+TEST(Output, NeverStandsOverWhatIsRead) {
+    const std::filesystem::path document = VELMORA_MODELS_DOCUMENT;
+    const std::filesystem::path folder = document.parent_path();
+    EXPECT_TRUE(OutputFault(folder / "." / document.filename(), {folder / "other", document}));
+    EXPECT_TRUE(OutputFault(folder, {}));
+    EXPECT_TRUE(OutputFault(folder / "nowhere" / "x.XPI", {}));
+    EXPECT_FALSE(OutputFault(folder / "x.XPI", {document}));
 }
 
 }  // namespace

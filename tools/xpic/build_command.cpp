@@ -3,12 +3,21 @@
 
 #include "tools/xpic/commands.h"
 #include "tools/xpic/compile.h"
+#include "tools/xpic/file_content.h"
 
 namespace velmora {
 namespace {
 
 int Build(const std::string& source, const std::string& output) {
     const CompileResult result = CompileModel(source);
+    std::vector<std::filesystem::path> inputs = result.document.files;
+    if (result.model) {
+        inputs.insert(inputs.end(), result.model->dataFiles.begin(), result.model->dataFiles.end());
+    }
+    if (const std::optional<std::string> fault = OutputFault(output, inputs)) {
+        std::cerr << "xpic: " << *fault << "\n";
+        return kBadCommandLine;
+    }
     for (const Diagnostic& diagnostic : result.diagnostics) {
         std::cerr << FormatDiagnostic(diagnostic) << "\n";
     }

@@ -32,9 +32,19 @@ bool ModelChecker::HasPaperOf(const ConstraintRecord& record) const {
         return true;
     }
     const bool holdsForCustom = ContainsPaper(record.papers, 0);
+    for (const int id : kOfferedPapers) {
+        if (ContainsPaper(record.papers, id)) {
+            return true;
+        }
+    }
     for (const PaperSource& paper : model_.papers) {
-        if (paper.id < kFirstOwnPaperId ? ContainsPaper(record.papers, paper.id)
-                                        : holdsForCustom && IsWithin(record, paper.width, paper.length)) {
+        // Ids 256 to 447 stand for the locale's own paper, those from 448 are found by exactly their size.
+        const bool isExact = record.minWidth == record.maxWidth && record.minLength == record.maxLength;
+        const bool holds = paper.id < kFirstOwnPaperId ? ContainsPaper(record.papers, paper.id)
+                           : paper.id < kFirstCustomId
+                               ? holdsForCustom && (IsWithin(record, 2100, 2970) || IsWithin(record, 2159, 2794))
+                               : holdsForCustom && isExact && IsWithin(record, paper.width, paper.length);
+        if (holds) {
             return true;
         }
     }

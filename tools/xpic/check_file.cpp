@@ -19,12 +19,6 @@ bool HasExtension(const std::filesystem::path& file, std::string_view lowerCase)
     return extension == lowerCase;
 }
 
-// A source begins with an object or a comment; a description file, whose first words nobody reads, hardly does so.
-bool LooksLikeSource(std::string_view content) {
-    const size_t first = content.find_first_not_of("\xEF\xBB\xBF \t\r\n");
-    return first != std::string_view::npos && (content[first] == '{' || content[first] == '/');
-}
-
 Findings CheckSource(std::string_view content, const std::filesystem::path& file) {
     const CompileResult result = CompileModelText(content, file);
     Findings findings;

@@ -109,6 +109,9 @@ void ModelChecker::CheckTexts() {
     for (const auto& [path, languages] : languagesByPath) {
         Report("missing-text", path, "has no text in " + languages);
     }
+    for (const std::string& path : model_.unusedTexts) {
+        Report("text-unused", path, "no text of the model is this one");
+    }
     CheckText(model_.pageLabel, "$.pageLabel");
     CheckText(model_.link, "$.link");
     constexpr size_t kLinkRoom = 127;

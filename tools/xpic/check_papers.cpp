@@ -14,8 +14,7 @@ namespace {
 constexpr int kLastCardId = 511;
 constexpr int kPclCodeBase = 512;
 
-constexpr int kFirstCustomId = 448;  // of the users' custom sizes
-constexpr int kFirstQuietId = 600;   // where there are hardly as many custom sizes
+constexpr int kFirstQuietId = 600;  // where there are hardly as many custom sizes
 constexpr int kA4 = 9;
 
 constexpr int kOrientations[] = {1, 2};
@@ -98,15 +97,15 @@ void ModelChecker::CheckPaperId(size_t position, const std::string& path) {
                                      [](const PaperSource& earlier) { return earlier.pclSizeCode < 0; });
     const bool isCard = paper.pclSizeCode < 0;
     const bool hasCardId = IsPcl() && isCard && paper.id == kLastCardId - cards;
-    if (found != position) {
+    if (paper.id >= kFirstOwnPaperId && paper.id < kFirstCustomId) {
+        Report("paper-id-not-looked-up", idPath, called + ", one of 256 to 447");
+    } else if (found != position) {
         const PaperSource& other = model_.papers[found];
         if (other.id == paper.id) {
             Report("paper-id-twice", idPath, called + " of " + Called(other));
         } else {
             Report("paper-shadowed", idPath, called + ", which also stands for " + Called(other));
         }
-    } else if (paper.id >= kFirstOwnPaperId && paper.id < kFirstCustomId) {
-        Report("paper-id-not-looked-up", idPath, called + ", one of 256 to 447");
     } else if (paper.id >= kFirstCustomId && paper.id < kFirstQuietId && !hasCardId) {
         Report("paper-id-shared", idPath, called + ", below " + std::to_string(kFirstQuietId));
     }
@@ -195,6 +194,11 @@ std::string ModelChecker::MarginPath(size_t record) const {
 
 std::set<size_t> ModelChecker::UsedMargins() const {
     std::set<size_t> used;
+    for (const int id : kOfferedPapers) {
+        for (int orientation : kOrientations) {
+            used.insert(FindMargins(id, {}, orientation));
+        }
+    }
     for (const PaperSource& paper : model_.papers) {
         for (int orientation : kOrientations) {
             used.insert(FindMargins(paper.id, {paper.width, paper.length}, orientation));

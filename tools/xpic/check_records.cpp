@@ -138,7 +138,7 @@ void ModelChecker::CheckFeatures() {
         if (feature.options.empty() && withoutOptions < kRejects) {
             Report("feature-without-options", path, Called(feature) + " has no options");
         }
-        if (feature.mask == kBorderless && feature.options.size() < 2) {
+        if (!IsImage() && feature.mask == kBorderless && feature.options.size() < 2) {
             Report("borderless-options", path,
                    Called(feature) + " has " + std::to_string(feature.options.size()) + " options");
         }

@@ -52,12 +52,12 @@ void DescriptionReader::ReadFonts() {
     model_.device.fontCount = static_cast<int16_t>(model_.fonts.size());
 
     const std::optional<size_t> array = Table(offsetof(DeviceModel, fontGroups), "$.fonts");
-    if (model_.fonts.empty()) {
+    if (model_.fonts.empty() || !array) {
         return;
     }
     const std::vector<uint16_t> groups = FontGroups(model_.fonts);
     const size_t size = groups.size() * sizeof(uint16_t);
-    if (!array || *array + size > block_.size()) {
+    if (*array + size > block_.size()) {
         Report("font-groups-outside", "$.fonts",
                "the device block has no room for " + std::to_string(groups.size()) + " font groups");
         return;

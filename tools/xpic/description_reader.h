@@ -162,7 +162,10 @@ std::vector<Record> DescriptionReader::Records(size_t offset, const std::string&
 template <class Record>
 std::vector<Record> DescriptionReader::Run(std::optional<size_t> table, int16_t index, const std::string& path,
                                            size_t stride) {
-    const size_t offset = table && index >= 0 ? *table + static_cast<size_t>(index) * stride : block_.size();
+    if (!table) {
+        return {};  // an absent table has no records
+    }
+    const size_t offset = index >= 0 ? *table + static_cast<size_t>(index) * stride : block_.size();
     if (offset >= block_.size()) {
         Report("list-index", path,
                "its list begins with the record at " + std::to_string(index) + ", which isn't there");

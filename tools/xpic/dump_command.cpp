@@ -71,6 +71,17 @@ int DumpFile(const std::string& input, const std::string& output) {
         std::cerr << "xpic: " << input << ": found no file that can be read, expected a description file\n";
         return kFault;
     }
+    if (LooksLikeSource(*content)) {
+        std::cerr << "xpic: " << input
+                  << ": found a model source, expected a description file (.XPI); \"xpic build\" makes one of it\n";
+        return kFault;
+    }
+    if (!output.empty()) {
+        if (const std::optional<std::string> fault = OutputFault(output, {input})) {
+            std::cerr << "xpic: " << *fault << "\n";
+            return kBadCommandLine;
+        }
+    }
     const Bytes file = BytesOf(*content);
     const std::filesystem::path outputFile = output;
     const std::string comment = "Made of " + std::filesystem::path(input).filename().string() + " by xpic dump.";

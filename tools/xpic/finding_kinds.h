@@ -39,7 +39,6 @@ inline constexpr FindingKind kFindingKinds[] = {
     {"number-out-of-range", Severity::kError, "readers and device modes can't hold it"},
     {"size-range", Severity::kError, "no size lies within"},
     {"margins-without-papers", Severity::kError, "the record holds for nothing"},
-    {"flags-disagree", Severity::kError, "each of its readers takes another of the three flags"},
     {"job-value-twice", Severity::kError, "the extra keyword's id is its job value: the second can't be selected"},
     {"fonts-not-ascending", Severity::kError, "each font record ends where the next begins"},
     {"font-outside", Severity::kError, "the records can't be copied into the printer data file"},
@@ -53,6 +52,7 @@ inline constexpr FindingKind kFindingKinds[] = {
     {"unknown-language", Severity::kWarning, "their strings can't be said in a source and are left out"},
     {"references-cross-languages", Severity::kWarning, "one language shows the texts of another"},
     // Texts and keywords.
+    {"text-unused", Severity::kNote, "it translates nothing"},
     {"missing-text", Severity::kWarning, "users of that language get another language's text or none"},
     {"no-display-text", Severity::kNote, "users see an empty line in its place"},
     {"label-twice", Severity::kNote, "users can't tell the two apart"},

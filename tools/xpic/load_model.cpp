@@ -163,7 +163,7 @@ std::optional<ModelSource> LoadModelSource(std::string_view text, const std::fil
         return std::nullopt;
     }
     ModelSource model;
-    SourceContext context{document, diagnostics, {}, {}, {}, {}};
+    SourceContext context{document, diagnostics, {}, {}, {}, {}, {}, {}};
     context.knownKeys = knownKeys;
     {
         ObjectReader root(context, {&document.root, std::string(kRootPath)});
@@ -201,6 +201,12 @@ std::optional<ModelSource> LoadModelSource(std::string_view text, const std::fil
             model.layout = ReadLayout(context, *layout);
         }
         model.missingTexts = std::move(context.missingTexts);
+        model.dataFiles = std::move(context.dataFiles);
+        for (const auto& [text, meanings] : context.texts) {
+            if (context.usedTexts.count(text) == 0 && document.Locate(meanings.path).file == 0) {
+                model.unusedTexts.push_back(meanings.path);
+            }
+        }
     }
     return diagnostics.size() == before ? std::optional(std::move(model)) : std::nullopt;
 }

@@ -28,6 +28,9 @@ struct TextLimit {
 // Ids of papers: the published ones, and from kFirstOwnPaperId the model's own.
 inline constexpr int kLastStandardPaperId = 118;
 inline constexpr int kFirstOwnPaperId = 256;
+inline constexpr int kFirstCustomId = 448;  // of the users' custom sizes
+// What every printer offers to applications, whatever its model's papers are.
+inline constexpr int kOfferedPapers[] = {8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 20, 27};
 
 // dmDefaultSource values of trays, likewise.
 inline constexpr int kLastStandardBin = 15;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -229,6 +230,8 @@ struct ModelSource {
     std::vector<size_t> marginElements;      // by margin record: the element of "margins" that it was made of
     std::vector<size_t> constraintElements;  // by constraint record: the element of "constraints"
     std::vector<MissingText> missingTexts;
+    std::vector<std::string> unusedTexts;  // paths of what the source itself says in "texts" for nothing
+    std::vector<std::filesystem::path> dataFiles;
     std::optional<FileLayout> layout;
 };
 

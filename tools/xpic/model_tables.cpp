@@ -100,8 +100,12 @@ std::vector<Word> OptionWords(ModelReader& reader, std::string_view key, Words k
     for (const auto& [name, value] : ReadMembers(reader.context, *member)) {
         const std::optional<int64_t> bit = ReadInteger(reader.context, value, bits);
         const auto same = [&name = name](const Word& word) { return word.name == name; };
+        const auto sameBit = [&](const Word& word) { return bit && word.value == int64_t{1} << *bit; };
+        const auto taken = std::find_if(words.begin(), words.end(), sameBit);
         if (std::any_of(words.begin(), words.end(), same)) {
             reader.context.Report(value.path, Quote(name) + " a second time", "a name of its own");
+        } else if (taken != words.end()) {
+            reader.context.Report(value.path, "the bit of " + Quote(taken->name), "a bit of its own");
         } else if (bit) {
             // The document's own copy of the name outlives the words.
             words.push_back({member->json->find(name).key(), int64_t{1} << *bit});

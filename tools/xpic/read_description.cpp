@@ -4,6 +4,7 @@
 
 #include "tools/xpic/block_builder.h"
 #include "tools/xpic/description_reader.h"
+#include "tools/xpic/model_fields.h"
 #include "tools/xpic/source_reader.h"
 
 namespace velmora {
@@ -378,9 +379,9 @@ void DescriptionReader::ReadNumbers() {
     };
     checkMaximum("$.customSizes.minWidthMm", device.customMinWidth, device.customMaxWidth);
     checkMaximum("$.customSizes.minLengthMm", device.customMinLength, device.customMaxLength);
-    const int duplex = device.jobNameFlags & kDuplexUnit;
-    if (device.duplexFlagsA != duplex || device.duplexFlagsB != duplex) {
-        Report("flags-disagree", "$.duplexUnit", "the block's bytes 64, 76 and 88 differ in bit 0");
+    // One of the three flags is enough.
+    if (((device.jobNameFlags | device.duplexFlagsA | device.duplexFlagsB) & kDuplexUnit) != 0) {
+        SetDuplexUnit(device);
     }
 }
 

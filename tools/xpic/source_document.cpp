@@ -169,7 +169,7 @@ Diagnostic DescribeSyntaxFault(std::string_view what, std::string_view before) {
     std::string found = Behind(what, "unexpected ", ";");
     std::string expected = Behind(what, "; expected ", "\n");
     if (found.empty() || expected.empty()) {
-        const std::string reason = Behind(what, part + " - ", "\n");
+        const std::string reason = Behind(what, part + " - ", "; expected ");
         return {{},
                 {},
                 std::string(kRootPath),
@@ -182,6 +182,11 @@ Diagnostic DescribeSyntaxFault(std::string_view what, std::string_view before) {
         expected = "a value";
     } else if (expected == "'}'" || expected == "']'") {
         expected = "a comma or " + expected;
+    }
+    constexpr std::string_view kWords[][2] = {
+        {"string literal", "a text"}, {"number literal", "a number"}, {"end of input", "the end of the file"}};
+    for (const auto& [grammar, plain] : kWords) {
+        found = found == grammar ? plain : found;
     }
     const size_t last = before.find_last_not_of(" \t\r\n");
     if ((found == "'}'" || found == "']'") && last != std::string_view::npos && before[last] == ',') {
@@ -219,6 +224,16 @@ SourcePlace SourceDocument::Locate(const std::string& path) const {
 }
 
 bool ParseSource(std::string_view text, SourceDocument& document, std::vector<Diagnostic>& diagnostics) {
+    const bool isBinary = text.substr(0, 256).find('\0') != std::string_view::npos;
+    if (text.empty() || isBinary) {
+        diagnostics.push_back(
+            {document.files.back().string(),
+             {1, 1},
+             std::string(kRootPath),
+             isBinary ? "bytes that are no text in UTF-8" : "an empty file",
+             isBinary ? "a model source (\"xpic dump\" makes one of a description file)" : "a model source"});
+        return false;
+    }
     PositionScanner scanner(text, document, diagnostics);
     try {
         document.root = Json::parse(text, nullptr, true, true);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,7 +30,9 @@ struct SourceContext {
     std::vector<Diagnostic>& diagnostics;
     std::vector<const Language*> languages;
     std::map<std::string, SourceValue, std::less<>> texts;  // the root's "texts": objects of texts by language code
+    std::set<std::string, std::less<>> usedTexts;           // keys of texts
     std::vector<MissingText> missingTexts;
+    std::vector<std::filesystem::path> dataFiles;  // named in the source
     TextEncoder encoder;
     KnownKeys* knownKeys = nullptr;  // null: nobody wants to know
 

@@ -218,6 +218,7 @@ std::optional<LocalizedText> ReadLocalizedText(SourceContext& context, const Sou
         for (const Language* language : context.languages) {
             SourceValue own = value;
             if (meaning != context.texts.end()) {
+                context.usedTexts.insert(meaning->first);
                 own = TextIn(*language, meaning->second).value_or(value);
                 if (own.json == value.json && language != context.languages.front()) {
                     context.missingTexts.push_back({value.path, language});
@@ -292,6 +293,7 @@ std::optional<Bytes> ReadBytes(SourceContext& context, const SourceValue& value)
     }
     if (forms[0]) {
         const SourcePlace place = context.document.Locate(form.path);
+        context.dataFiles.push_back(context.document.files[place.file].parent_path() / *text);
         const std::optional<std::string> content =
             ReadFileContent(context.document.files[place.file].parent_path() / *text);
         if (!content) {
