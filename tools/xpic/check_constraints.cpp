@@ -3,18 +3,23 @@
 
 #include "driver/devdesc/model_tables.h"
 #include "tools/xpic/model_checker.h"
+#include "tools/xpic/model_fields.h"
 #include "tools/xpic/model_limits.h"
 #include "tools/xpic/rule_records.h"
 #include "tools/xpic/source_document.h"
+#include "tools/xpic/standard_papers.h"
 
 namespace velmora {
 namespace {
 
-constexpr size_t kSearchedKeywords = 32;
-
 bool IsWithin(const ConstraintRecord& record, int width, int length) {
     return width >= record.minWidth && width <= record.maxWidth && length >= record.minLength &&
            length <= record.maxLength;
+}
+
+bool IsWithin(const ConstraintRecord& record, std::string_view standardPaper) {
+    const StandardPaper* paper = FindStandardPaper(standardPaper);
+    return IsWithin(record, paper->width, paper->length);
 }
 
 // True where the mask is 0 or one of the first `searched` records shares a bit with it.
@@ -38,11 +43,11 @@ bool ModelChecker::HasPaperOf(const ConstraintRecord& record) const {
         }
     }
     for (const PaperSource& paper : model_.papers) {
-        // Ids 256 to 447 stand for the locale's own paper, those from 448 are found by exactly their size.
+        // Ids 256 to 447 stand for the locale's default paper, those from 448 are found by exactly their size.
         const bool isExact = record.minWidth == record.maxWidth && record.minLength == record.maxLength;
         const bool holds = paper.id < kFirstOwnPaperId ? ContainsPaper(record.papers, paper.id)
                            : paper.id < kFirstCustomId
-                               ? holdsForCustom && (IsWithin(record, 2100, 2970) || IsWithin(record, 2159, 2794))
+                               ? holdsForCustom && (IsWithin(record, "A4") || IsWithin(record, "Letter"))
                                : holdsForCustom && isExact && IsWithin(record, paper.width, paper.length);
         if (holds) {
             return true;
@@ -77,13 +82,14 @@ std::string ModelChecker::WhyNeverMatches(const ConstraintRecord& record) const 
     if (!HasRecordOf(record.binMask, model_.trays, &TraySource::mask)) {
         return "it holds for no tray of the model";
     }
-    if (!HasRecordOf(record.extraKeywordMask, model_.extraKeywords, &ExtraKeywordSource::mask, kSearchedKeywords)) {
+    if (!HasRecordOf(record.extraKeywordMask, model_.extraKeywords, &ExtraKeywordSource::mask,
+                     kSearchedExtraKeywords)) {
         return "it holds for no extra keyword of the model";
     }
     if (!HasRecordOf(record.mediaMask, model_.media, &MediumSource::mark)) {
         return "it holds for no medium of the model";
     }
-    if ((record.flags & kOnlyOnBothSides) != 0 && (model_.device.jobNameFlags & 1) == 0) {
+    if ((record.flags & kOnlyOnBothSides) != 0 && !HasDuplexUnit(model_.device)) {
         return "it holds for printing on both sides, and the model has no duplex unit";
     }
     if ((record.flags & ~kOnlyOnBothSides) != 0 && !CanUseOptions(record.flags)) {
@@ -93,7 +99,6 @@ std::string ModelChecker::WhyNeverMatches(const ConstraintRecord& record) const 
 }
 
 bool ModelChecker::HoldsForDefaults(const ConstraintRecord& record) const {
-    constexpr int kA4 = 9;
     const DeviceModel& device = model_.device;
     const auto tray = std::find_if(model_.trays.begin(), model_.trays.end(),
                                    [&](const TraySource& candidate) { return candidate.binId == device.defaultBin; });
@@ -101,8 +106,8 @@ bool ModelChecker::HoldsForDefaults(const ConstraintRecord& record) const {
     const uint32_t mediaMask = device.defaultMedia >= 1 && device.defaultMedia <= model_.media.size()
                                    ? model_.media[device.defaultMedia - size_t{1}].mark
                                    : 0;
-    const auto searched =
-        model_.extraKeywords.begin() + static_cast<ptrdiff_t>(std::min(kSearchedKeywords, model_.extraKeywords.size()));
+    const auto searched = model_.extraKeywords.begin() +
+                          static_cast<ptrdiff_t>(std::min(kSearchedExtraKeywords, model_.extraKeywords.size()));
     const auto keyword = std::find_if(model_.extraKeywords.begin(), searched,
                                       [](const ExtraKeywordSource& candidate) { return candidate.jobValue.empty(); });
     const uint32_t keywordMask = keyword != searched ? keyword->mask : 0;

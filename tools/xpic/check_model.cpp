@@ -156,30 +156,90 @@ void ModelChecker::CheckSettings() {
             Report("setting-unused", setting.path, setting.what);
         }
     }
+    if (!IsColorValid()) {
+        Report("value-repaired", "$.color", "the color capability " + std::to_string(device.colorCapability));
+    }
     const bool isKnownMode = std::any_of(kImageModeWords.begin(), kImageModeWords.end(),
                                          [&](const Word& word) { return word.value == device.imageModeDefault; });
-    if (IsImage() && (!isKnownMode || (device.imageModeDefault == 0 && device.colorCapability == kColor))) {
+    if (IsImage() && device.colorCapability == kColor && (!isKnownMode || device.imageModeDefault == 0)) {
         Report("image-mode", "$.imageMode", std::to_string(device.imageModeDefault) + " is no raster format");
+    }
+}
+
+bool ModelChecker::IsDefaultTrayValid() const {
+    constexpr int kFirstMediumSource = 2000;
+    constexpr int kAnyTray = 1028;  // accepted on every model
+    const int bin = model_.device.defaultBin;
+    return bin == kAnyTray ||
+           (bin >= kFirstMediumSource && bin - kFirstMediumSource < static_cast<int>(model_.media.size())) ||
+           std::any_of(model_.trays.begin(), model_.trays.end(),
+                       [&](const TraySource& record) { return record.binId == bin; });
+}
+
+bool ModelChecker::IsDefaultMediumValid() const {
+    const size_t medium = model_.device.defaultMedia;
+    return medium <= model_.media.size() && (medium != 0 || model_.media.empty());
+}
+
+bool ModelChecker::IsDefaultColorModeValid() const {
+    return model_.device.colorCapability != kColor ||
+           model_.device.defaultColorMode < std::max<size_t>(model_.colorModes.size(), 1);
+}
+
+bool ModelChecker::IsDefaultIntentValid() const {
+    return model_.device.colorCapability != kColor || IsImage() ||
+           IsDeviceModeValue(model_.device.defaultIcmIntent, kLastPublishedIntent);
+}
+
+bool ModelChecker::IsColorValid() const {
+    return std::any_of(kColorWords.begin(), kColorWords.end(),
+                       [&](const Word& word) { return word.value == model_.device.colorCapability; });
+}
+
+// The public and the private part of a device mode are checked one after the other, each with a count of its own. What
+// a new device mode takes from the model can be at fault here; the rest of it is valid.
+void ModelChecker::CheckRepairs() {
+    constexpr ptrdiff_t kRejects = 3;
+    const DeviceModel& device = model_.device;
+    const bool takesMedium = device.colorCapability == kColor && !IsImage();
+    const size_t medium = device.defaultMedia;
+    const bool isMediaTypeValid = !takesMedium || medium == 0 || medium > model_.media.size() ||
+                                  IsDeviceModeValue(model_.media[medium - 1].mediaId, kLastPublishedMedium);
+    const ptrdiff_t ofPublicPart = !IsDefaultTrayValid() + !IsDefaultIntentValid() + !isMediaTypeValid;
+    ptrdiff_t ofPrivatePart = !IsDefaultMediumValid() + !IsDefaultColorModeValid() + !IsColorValid() +
+                              static_cast<int>(model_.resolutions.empty());
+    ofPrivatePart += std::count_if(model_.features.begin(), model_.features.end(),
+                                   [](const FeatureSource& feature) { return feature.options.empty(); });
+    for (const auto& group : model_.colorFeatures) {
+        ofPrivatePart += std::count_if(group.begin(), group.end(),
+                                       [](const ColorFeatureSource& feature) { return feature.values.empty(); });
+    }
+    for (const auto& [part, repairs] : {std::pair("public", ofPublicPart), std::pair("private", ofPrivatePart)}) {
+        if (repairs >= kRejects) {
+            Report("device-mode-rejected", std::string(kRootPath),
+                   "the " + std::string(part) + " part of a new device mode needs " + std::to_string(repairs) +
+                       " repairs");
+        }
     }
 }
 
 void ModelChecker::CheckDefaults() {
     const DeviceModel& device = model_.device;
-    constexpr int kFirstMediumSource = 2000;
-    constexpr int kAnyTray = 1028;  // accepted on every model
     const auto tray = std::find_if(model_.trays.begin(), model_.trays.end(),
                                    [&](const TraySource& record) { return record.binId == device.defaultBin; });
-    const bool isMedium = device.defaultBin >= kFirstMediumSource &&
-                          device.defaultBin - kFirstMediumSource < static_cast<int>(model_.media.size());
-    if (tray == model_.trays.end() && !isMedium && device.defaultBin != kAnyTray && !model_.trays.empty()) {
+    if (!IsDefaultTrayValid() && !model_.trays.empty()) {
         Report("default-tray", "$.defaultTray", "no tray has the bin " + std::to_string(device.defaultBin));
     } else if (tray != model_.trays.end() && (tray->mask & device.defaultOptionMask) == 0) {
         Report("default-tray-not-offered", "$.defaultTray", Called(*tray) + " isn't installed in a new printer");
     }
-    if (device.defaultMedia > model_.media.size() || (device.defaultMedia == 0 && !model_.media.empty())) {
+    if (!IsDefaultMediumValid()) {
         Report(
             "default-medium", "$.defaultMedium",
             "the medium number " + std::to_string(device.defaultMedia) + " of " + std::to_string(model_.media.size()));
+    }
+    if (!IsDefaultIntentValid()) {
+        Report("value-repaired", "$.defaultIcmIntent",
+               "the rendering intent " + std::to_string(device.defaultIcmIntent));
     }
     if (!model_.resolutions.empty()) {
         const auto count = static_cast<int>(model_.resolutions.size());
@@ -193,7 +253,7 @@ void ModelChecker::CheckDefaults() {
                        " isn't the second resolution");
         }
     }
-    if (device.colorCapability == kColor && device.defaultColorMode >= std::max<size_t>(model_.colorModes.size(), 1)) {
+    if (!IsDefaultColorModeValid()) {
         Report("default-color-mode", "$.defaultColorMode",
                "position " + std::to_string(device.defaultColorMode) + " of " +
                    std::to_string(model_.colorModes.size()) + " colour modes, counted from 0");
@@ -233,6 +293,7 @@ Findings CheckModel(const ModelSource& model) {
     checker.CheckConstraints();
     checker.CheckKeywordLists();
     checker.CheckDefaults();
+    checker.CheckRepairs();
     return findings;
 }
 

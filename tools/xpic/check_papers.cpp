@@ -15,7 +15,6 @@ constexpr int kLastCardId = 511;
 constexpr int kPclCodeBase = 512;
 
 constexpr int kFirstQuietId = 600;  // where there are hardly as many custom sizes
-constexpr int kA4 = 9;
 
 constexpr int kOrientations[] = {1, 2};
 
@@ -35,6 +34,20 @@ std::string InMillimetres(int tenths) {
 bool IsWithin(const MarginRecord& record, int width, int length) {
     return width >= record.minWidth && width <= record.maxWidth && length >= record.minLength &&
            length <= record.maxLength;
+}
+
+struct Limits {
+    int min;
+    int max;
+};
+
+// The sizes just outside a record's limits, where they are inside the model's.
+void AddNeighbours(std::set<int>& sizes, Limits model, int recordMin, int recordMax) {
+    for (int size : {recordMin - 1, recordMax + 1}) {
+        if (size > model.min && size < model.max) {
+            sizes.insert(size);
+        }
+    }
 }
 
 }  // namespace
@@ -72,13 +85,25 @@ void ModelChecker::CheckCustomSizes() {
                                                                : "custom sizes have one largest size only");
         return;
     }
-    const int widths[] = {device.customMinWidth, std::min<int>(device.customMaxWidth, INT16_MAX)};
-    const int lengths[] = {device.customMinLength, std::min<int>(device.customMaxLength, INT16_MAX)};
+    // A size without margins, if there is one, is also found at the limits of the model or just beyond those of a
+    // record. Models with more records than any has are tried at their own limits only.
+    constexpr size_t kMostRecords = 100;
+    const Limits width = {device.customMinWidth, std::min<int>(device.customMaxWidth, INT16_MAX)};
+    const Limits length = {device.customMinLength, std::min<int>(device.customMaxLength, INT16_MAX)};
+    std::set<int> widths = {width.min, width.max};
+    std::set<int> lengths = {length.min, length.max};
+    for (size_t i = 0; i < model_.margins.size() && model_.margins.size() <= kMostRecords; ++i) {
+        const MarginRecord& record = model_.margins[i];
+        if (ContainsPaper(record.papers, 0)) {
+            AddNeighbours(widths, width, record.minWidth, record.maxWidth);
+            AddNeighbours(lengths, length, record.minLength, record.maxLength);
+        }
+    }
     for (int orientation : kOrientations) {
         bool all = true;
-        for (int width : widths) {
-            for (int length : lengths) {
-                all &= FindMargins(kFirstCustomId, {width, length}, orientation) < model_.margins.size();
+        for (int w : widths) {
+            for (int l : lengths) {
+                all &= FindMargins(kFirstCustomId, {w, l}, orientation) < model_.margins.size();
             }
         }
         if (!all) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "tools/xpic/model_checker.h"
+#include "tools/xpic/model_limits.h"
 #include "tools/xpic/source_reader.h"
 
 namespace velmora {
@@ -67,6 +68,10 @@ void ModelChecker::CheckMedia() {
         const std::string path = ElementPath("$.media", i);
         CheckRecord(medium, path, list, Ticket::kNeedsKeyword);
         CheckJobCommand(medium.jobText, path);
+        if (!IsDeviceModeValue(medium.mediaId, kLastPublishedMedium)) {
+            Report("value-repaired", path + ".mediaId",
+                   Called(medium) + " has the id " + std::to_string(medium.mediaId));
+        }
         if (!ids.insert(medium.mediaId).second) {
             Report("medium-id-twice", path + ".mediaId",
                    Called(medium) + " has the id " + std::to_string(medium.mediaId) + " of an earlier medium");
@@ -124,18 +129,12 @@ void ModelChecker::CheckFonts() {
 
 void ModelChecker::CheckFeatures() {
     constexpr uint32_t kBorderless = 8;
-    constexpr ptrdiff_t kRejects = 3;  // repairs
-    const auto withoutOptions = std::count_if(model_.features.begin(), model_.features.end(),
-                                              [](const FeatureSource& feature) { return feature.options.empty(); });
-    if (withoutOptions >= kRejects) {
-        Report("features-without-options", "$.features", std::to_string(withoutOptions) + " features have no options");
-    }
     List list;
     for (size_t i = 0; i < model_.features.size(); ++i) {
         const FeatureSource& feature = model_.features[i];
         const std::string path = ElementPath("$.features", i);
         CheckRecord(feature, path, list, Ticket::kNeedsKeyword);
-        if (feature.options.empty() && withoutOptions < kRejects) {
+        if (feature.options.empty()) {
             Report("feature-without-options", path, Called(feature) + " has no options");
         }
         if (!IsImage() && feature.mask == kBorderless && feature.options.size() < 2) {
@@ -157,7 +156,6 @@ void ModelChecker::CheckFeatures() {
 }
 
 void ModelChecker::CheckExtraKeywords() {
-    constexpr size_t kSearched = 32;
     const auto hasValue = [](const ExtraKeywordSource& keyword) { return !keyword.jobValue.empty(); };
     const auto begin = model_.extraKeywords.begin();
     const auto end = model_.extraKeywords.end();
@@ -176,7 +174,7 @@ void ModelChecker::CheckExtraKeywords() {
             std::any_of(model_.constraints.begin(), model_.constraints.end(), [&](const ConstraintSource& constraint) {
                 return (constraint.record.extraKeywordMask & keyword.mask) != 0;
             });
-        if (i >= kSearched && isNamed) {
+        if (i >= kSearchedExtraKeywords && isNamed) {
             Report("extra-keyword-unsearched", path,
                    Called(keyword) + " is number " + std::to_string(i + 1) + ", and a constraint names it");
         }

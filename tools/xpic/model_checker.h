@@ -23,6 +23,7 @@ class ModelChecker {
     void CheckTexts();     // languages, link, namespace
     void CheckSettings();  // plain numbers of the model as a whole
     void CheckDefaults();  // what new device modes begin with
+    void CheckRepairs();   // how many of them the checks of a device mode would repair
     void CheckCustomSizes();
     void CheckPapers();
     void CheckMargins();
@@ -71,6 +72,12 @@ class ModelChecker {
 
     bool IsPcl() const { return model_.device.pdlType == kPdlPcl6 || model_.device.pdlType == kPdlPcl5; }
     bool IsImage() const { return model_.device.pdlType == kPdlImage; }
+    // Of a new device mode; false where a check would repair it.
+    bool IsDefaultTrayValid() const;
+    bool IsDefaultMediumValid() const;
+    bool IsDefaultColorModeValid() const;
+    bool IsDefaultIntentValid() const;
+    bool IsColorValid() const;
     bool HasCustomSizes() const { return model_.device.customMaxWidth != 0 && model_.device.customMaxLength != 0; }
 
     // The position of the paper that a look-up of the id finds, or the number of papers.

@@ -32,6 +32,8 @@ inline constexpr int kFirstCustomId = 448;  // of the users' custom sizes
 // What every printer offers to applications, whatever its model's papers are.
 inline constexpr int kOfferedPapers[] = {8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 20, 27};
 
+inline constexpr int kA4 = 9;  // of new device modes, for every locale
+
 // dmDefaultSource values of trays, likewise.
 inline constexpr int kLastStandardBin = 15;
 inline constexpr int kFirstOwnBin = 256;
@@ -39,12 +41,22 @@ inline constexpr int kFirstOwnBin = 256;
 // dmMediaType of the model's own media, DMMEDIA_USER (wingdi.h).
 inline constexpr uint32_t kFirstOwnMedium = 256;
 
+// dmMediaType and dmICMIntent: published values up to `lastPublished`, or the model's own. Others are repaired.
+constexpr bool IsDeviceModeValue(uint32_t value, uint32_t lastPublished) {
+    return value <= lastPublished || value >= kFirstOwnMedium;
+}
+inline constexpr uint32_t kLastPublishedMedium = 3;
+inline constexpr uint32_t kLastPublishedIntent = 4;
+
 // The mask of a record that every printer has.
 inline constexpr uint32_t kPlainMask = 1;
 // The kind of a color mode that is nothing special: 0 would end the table.
 inline constexpr uint32_t kPlainColorMode = 1;
 // Bits of the installed tray options that stand for what every printer has.
 inline constexpr uint32_t kAlwaysInstalled = 3;
+
+// The constraint check looks for the selected extra keyword among these many.
+inline constexpr size_t kSearchedExtraKeywords = 32;
 
 // ConstraintRecord.flags: only when printing on both sides. The other bits are device options.
 inline constexpr uint32_t kOnlyOnBothSides = 1;
