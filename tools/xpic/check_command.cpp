@@ -81,7 +81,8 @@ void AddCheckCommand(CLI::App& app, int& exitCode) {
     for (Severity severity : kLevels) {
         levels.emplace_back(NameOf(severity));
     }
-    check->add_option("--level", arguments->lowest, "The lowest level shown (default: note)")->check(CLI::IsMember(levels));
+    check->add_option("--level", arguments->lowest, "The lowest level shown (default: note)")
+        ->check(CLI::IsMember(levels));
     check->add_flag("--json", arguments->json, "Print an array of objects");
     check->callback([arguments, &exitCode] { exitCode = Check(*arguments); });
 }
