@@ -22,6 +22,18 @@ const Record* RecordInBlock(const DeviceModel& model, const Record* table, int32
     return reinterpret_cast<const Record*>(block + offset);
 }
 
+// Records from `first`, which may be null, to the one that ends the run. A run that begins in the block ends in it:
+// what is allocated behind the file's bytes is 0.
+template <class Record>
+size_t RunLength(const Record* first, size_t stride) {
+    const auto* place = reinterpret_cast<const char*>(first);
+    size_t count = 0;
+    for (; place && !EndsList(*reinterpret_cast<const Record*>(place)); place += stride) {
+        ++count;
+    }
+    return count;
+}
+
 }  // namespace
 
 const OptionRecord* OptionAt(const DeviceModel& model, int32_t index) {
@@ -29,22 +41,41 @@ const OptionRecord* OptionAt(const DeviceModel& model, int32_t index) {
 }
 
 size_t CountOptions(const DeviceModel& model, const FeatureRecord& feature) {
-    size_t count = 0;
-    for (int32_t index = feature.firstOption;; ++index) {
-        const OptionRecord* option = OptionAt(model, index);
-        if (!option || EndsList(*option)) {
-            return count;
-        }
-        ++count;
-    }
+    return RunLength(OptionAt(model, feature.firstOption), OptionStride(model.pdlType));
 }
 
 const ColorValueRecord* ColorValueAt(const DeviceModel& model, int32_t index) {
     return RecordInBlock(model, model.colorOptionValues, index, sizeof(ColorValueRecord));
 }
 
+size_t CountColorValues(const DeviceModel& model, const ColorFeatureRecord& feature) {
+    return RunLength(ColorValueAt(model, feature.firstValue), sizeof(ColorValueRecord));
+}
+
 const PresetSettingRecord* PresetSettingAt(const DeviceModel& model, int32_t index) {
     return RecordInBlock(model, model.presetSettings, index, sizeof(PresetSettingRecord));
+}
+
+const ResolutionRecord* FindResolution(const DeviceModel& model, int16_t xDpi, int16_t yDpi) {
+    for (const ResolutionRecord& resolution : RecordList(model.resolutionTable)) {
+        if (static_cast<int16_t>(resolution.xDpi) == xDpi && static_cast<int16_t>(resolution.yDpi) == yDpi) {
+            return &resolution;
+        }
+    }
+    return nullptr;
+}
+
+const ResolutionRecord* DefaultResolution(const DeviceModel& model) {
+    const ResolutionRecord* named = model.defaultResolution >= 0
+                                        ? RecordAt(model.resolutionTable, static_cast<size_t>(model.defaultResolution))
+                                        : nullptr;
+    return named ? named : RecordAt(model.resolutionTable, 0);
+}
+
+CustomLimits GetCustomLimits(const DeviceModel& model) {
+    constexpr int kUnlimited = 32767;
+    const auto most = [](uint16_t limit) { return limit != 0 ? int{limit} : kUnlimited; };
+    return {model.customMinWidth, most(model.customMaxWidth), model.customMinLength, most(model.customMaxLength)};
 }
 
 uint16_t LookupMemorySize(const DeviceModel& model, int32_t key) {

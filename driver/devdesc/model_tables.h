@@ -115,6 +115,24 @@ size_t CountOptions(const DeviceModel& model, const FeatureRecord& feature);
 const ColorValueRecord* ColorValueAt(const DeviceModel& model, int32_t index);
 const PresetSettingRecord* PresetSettingAt(const DeviceModel& model, int32_t index);
 
+// Values of a colour feature, likewise.
+size_t CountColorValues(const DeviceModel& model, const ColorFeatureRecord& feature);
+
+// The resolution with these numbers of dots per inch, as a device mode holds them; null where the model has none.
+const ResolutionRecord* FindResolution(const DeviceModel& model, int16_t xDpi, int16_t yDpi);
+
+// The model's default resolution, or its first where that index leads nowhere; null where it has no resolutions.
+const ResolutionRecord* DefaultResolution(const DeviceModel& model);
+
+// Within what custom sizes, and the dimensions of a device mode, have to be; 0.1 mm.
+struct CustomLimits {
+    int minWidth;
+    int maxWidth;  // 32767 where the model sets none
+    int minLength;
+    int maxLength;
+};
+CustomLimits GetCustomLimits(const DeviceModel& model);
+
 // True where `paperId`, 0 to 255, is in the set.
 constexpr bool ContainsPaper(const PaperSet& papers, int paperId) {
     return (papers.bytes[paperId / 8] & (0x80 >> (paperId % 8))) != 0;

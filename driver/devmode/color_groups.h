@@ -31,6 +31,12 @@ inline constexpr ColorGroup kColorGroups[] = {
     {offsetof(DeviceModel, generalColorFeatures), offsetof(PrivateDevMode, generalColorOptions), -1, -1, 0},
 };
 
+enum class ColorGroupId : uint8_t { kText, kImage, kGraphics, kGeneral };  // index into kColorGroups
+
+constexpr const ColorGroup& ColorGroupOf(ColorGroupId id) {
+    return kColorGroups[static_cast<size_t>(id)];
+}
+
 // The group's feature list in a loaded model, or null.
 inline const ColorFeatureRecord* ColorFeatures(const DeviceModel& model, const ColorGroup& group) {
     const ColorFeatureRecord* features = nullptr;

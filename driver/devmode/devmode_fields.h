@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -28,22 +29,51 @@ struct ValueName {
     const char* name;
 };
 
+// Values from `low` to `high`.
+struct ValueRange {
+    int64_t low;
+    int64_t high;
+};
+
+// Ranges from their bounds and from single values, as the table of fields names them.
+template <int64_t... bounds>
+inline constexpr auto kRangesOf = [] {
+    static_assert(sizeof...(bounds) % 2 == 0);
+    const int64_t list[] = {bounds...};
+    std::array<ValueRange, sizeof...(bounds) / 2> ranges = {};
+    for (size_t i = 0; i < ranges.size(); ++i) {
+        ranges[i] = {list[2 * i], list[2 * i + 1]};
+    }
+    return ranges;
+}();
+template <int64_t... values>
+inline constexpr std::array<ValueRange, sizeof...(values)> kValues = {ValueRange{values, values}...};
+
 struct FieldDescriptor {
     const char* name;
     uint16_t offset;  // from the start of its part, public or private
     uint16_t width;   // bytes of one element; of the whole text for texts, of the whole area for bytes
     FieldKind kind;
-    uint16_t count;           // elements
-    uint16_t stride;          // bytes from one element to the next
-    const char* meaning;      // what it is, with its unit
-    int64_t defaultValue;     // every element's number in a new device mode, before the model is looked at
-    const char* defaultText;  // the same for texts; null: empty
-    const char* defaultNote;  // null, or how a model or the builder changes the default
-    bool hasRange;            // low and high hold: the valid values are exactly those from low to high
-    int64_t low;
-    int64_t high;
-    const char* validNote;  // null, or what is valid where that is no plain range
+    uint16_t count;                        // elements
+    uint16_t stride;                       // bytes from one element to the next
+    const char* meaning;                   // what it is, with its unit
+    int64_t defaultValue;                  // every element's number in a new device mode, before the model is looked at
+    const char* defaultText;               // the same for texts; null: empty
+    const char* defaultNote;               // null, or how a model or the builder changes the default
+    std::span<const ValueRange> accepted;  // the valid values; empty: see validNote
+    const char* validNote;  // null, or what is valid beyond that: what depends on the model or other fields
+    bool isInDots;          // counts device dots of the chosen resolution
     std::span<const ValueName> names;
+
+    // False for a number that is none of the accepted ones; what isn't plainly told by them isn't judged.
+    constexpr bool Accepts(int64_t number) const {
+        for (const ValueRange& range : accepted) {
+            if (number >= range.low && number <= range.high) {
+                return true;
+            }
+        }
+        return accepted.empty();
+    }
 
     // The table below is built by these.
     constexpr FieldDescriptor Text(const char* text) const {
@@ -56,11 +86,26 @@ struct FieldDescriptor {
         field.defaultNote = note;
         return field;
     }
-    constexpr FieldDescriptor Range(int64_t lowest, int64_t highest) const {
+    // Pairs of lowest and highest.
+    template <int64_t... bounds>
+    constexpr FieldDescriptor Ranges() const {
         FieldDescriptor field = *this;
-        field.hasRange = true;
-        field.low = lowest;
-        field.high = highest;
+        field.accepted = kRangesOf<bounds...>;
+        return field;
+    }
+    template <int64_t low, int64_t high>
+    constexpr FieldDescriptor Range() const {
+        return Ranges<low, high>();
+    }
+    template <int64_t... values>
+    constexpr FieldDescriptor Only() const {
+        FieldDescriptor field = *this;
+        field.accepted = kValues<values...>;
+        return field;
+    }
+    constexpr FieldDescriptor InDots() const {
+        FieldDescriptor field = *this;
+        field.isInDots = true;
         return field;
     }
     constexpr FieldDescriptor Valid(const char* note) const {

@@ -24,6 +24,8 @@ struct BlobSlice {
     uint16_t length;  // low 13 bits: length in bytes; top 3 bits: flags
 };
 
+inline constexpr uint16_t kSliceLengthMask = 0x1FFF;
+
 // Colour treatment of one kind of object.
 struct ObjectColor {
     uint16_t mode;
@@ -259,6 +261,10 @@ inline constexpr uint16_t kPrivateSignature = 0xCACA;
 
 // Bit values of colour devices in dmFields (wingdi.h).
 inline constexpr DWORD kColorFields = DM_COLOR | DM_ICMMETHOD | DM_ICMINTENT | DM_MEDIATYPE;
+
+// Values of dmDefaultSource beside the ids of trays.
+inline constexpr SHORT kFirstMediumSource = 2000;  // 2000 + i: medium i from any tray
+inline constexpr SHORT kAnySizeSource = 1028;      // taken on every model, with paper of any size
 
 // The offsets that three fields hold: where areas begin, counted from extensionTag.
 inline constexpr uint16_t kOptionAreaOffset =

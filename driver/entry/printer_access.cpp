@@ -201,6 +201,11 @@ bool FindDriverFile(HANDLE printer, const WCHAR* valueName, const WCHAR* fragmen
     return matches(info->pDataFile) || matches(info->pHelpFile) || matches(info->pConfigFile);
 }
 
+bool HasPipelineConfig(HANDLE printer) {
+    WCHAR path[MAX_PATH];
+    return FindDriverFile(printer, nullptr, TEXT("PipelineConfig.xml"), path);
+}
+
 bool GetRenderCorePath(HANDLE printer, WCHAR* path) {
     if (FindDriverFile(printer, TEXT("NTCoreName"), nullptr, path) ||
         FindDriverFile(printer, TEXT("XPSCoreName"), TEXT("XPS.DLL"), path)) {

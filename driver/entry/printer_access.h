@@ -66,6 +66,9 @@ bool ReadPrinterDword(HANDLE printer, const WCHAR* valueName, DWORD* value);
 // false and the empty string.
 bool FindDriverFile(HANDLE printer, const WCHAR* valueName, const WCHAR* fragment, WCHAR* path);
 
+// True where the driver brings the file of print pipelines, "PipelineConfig.xml": its renderer then works on XPS.
+bool HasPipelineConfig(HANDLE printer);
+
 // The path of the rendering core in `path` (MAX_PATH characters); false and the empty string where there is none.
 bool GetRenderCorePath(HANDLE printer, WCHAR* path);
 

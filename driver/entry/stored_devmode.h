@@ -7,9 +7,9 @@
 
 namespace velmora {
 
-// Fills `devMode` with the printer's device mode. Returns 1 where the printer has one, 0 where it has none; in either
-// case the built default is what a printer gets whose device mode isn't known to be valid. A printer that can't be
-// read: 0, and `devMode` unchanged.
+// Fills `devMode` with the printer's device mode, validated and repaired, or with the built default where it has none
+// that is valid. Returns 1 where the printer has a device mode, 0 where it has none. A printer that can't be read: 0,
+// and `devMode` unchanged.
 int GetPrinterDevMode(HANDLE printer, VelmoraDevMode* devMode);
 
 }  // namespace velmora

@@ -24,11 +24,6 @@ OwnedFile OpenDataFile(HANDLE printer, DWORD access) {
     return OwnedFile(CreateFileW(path, access, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-DWORD MeasureDataFile(HANDLE printer) {
-    const OwnedFile file = OpenDataFile(printer, FILE_READ_ATTRIBUTES);
-    return file ? GetFileSize(file.Get(), nullptr) : kNoPrinterDataFile;
-}
-
 // Bytes of a file, or -1 where it can't be opened.
 LONGLONG FileSize(const WCHAR* path) {
     const OwnedFile file(CreateFileW(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -46,7 +41,12 @@ OwnedFile OpenPrinterDataFile(const WCHAR* printerName, DWORD access) {
 
 DWORD GetPrinterDataFileSize(const WCHAR* printerName) {
     const OwnedPrinter printer = OpenPrinterLocal(printerName);
-    return MeasureDataFile(printer.Get());
+    return MeasurePrinterDataFile(printer.Get());
+}
+
+DWORD MeasurePrinterDataFile(HANDLE printer) {
+    const OwnedFile file = OpenDataFile(printer, FILE_READ_ATTRIBUTES);
+    return file ? GetFileSize(file.Get(), nullptr) : kNoPrinterDataFile;
 }
 
 DWORD GetBasePdfSize(HANDLE printer) {
@@ -54,13 +54,13 @@ DWORD GetBasePdfSize(HANDLE printer) {
     if (ReadPrinterDword(printer, TEXT("BasePDFSize"), &size)) {
         return size;
     }
-    size = MeasureDataFile(printer);
+    size = MeasurePrinterDataFile(printer);
     return size != kNoPrinterDataFile ? size : 0;
 }
 
 void SyncPrinterDataFileCopies(const WCHAR* printerName) {
     const OwnedPrinter printer = OpenPrinterLocal(printerName);
-    const DWORD size = MeasureDataFile(printer.Get());
+    const DWORD size = MeasurePrinterDataFile(printer.Get());
     WCHAR path[MAX_PATH];
     if (size == kNoPrinterDataFile || !FindPrinterDataFile(printer.Get(), path)) {
         return;

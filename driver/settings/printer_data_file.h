@@ -17,6 +17,7 @@ OwnedFile OpenPrinterDataFile(const WCHAR* printerName, DWORD access);
 
 // Its size in bytes, or kNoPrinterDataFile.
 DWORD GetPrinterDataFileSize(const WCHAR* printerName);
+DWORD MeasurePrinterDataFile(HANDLE printer);
 
 // Its size before patterns and fonts were appended, as installation stored it; without that its size, 0 where there is
 // none.

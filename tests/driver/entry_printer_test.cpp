@@ -252,8 +252,26 @@ TEST_F(PrinterAccess, TheStoredDeviceMode) {
     EXPECT_EQ(Differences(devMode, *reinterpret_cast<VelmoraDevMode*>(info->pDevMode)), Texts());
     EXPECT_EQ(GetPrinterDevMode(INVALID_HANDLE_VALUE, &devMode), 0);
     EXPECT_EQ(ValueOf(devMode.privatePart.modelCode), 0x1234);  // left as it is
+
+    // Its own, repaired: a feature of the model has no options to select from.
+    VelmoraDevMode repaired = devMode;
+    ASSERT_EQ(ValueOf(devMode.privatePart.featureSelection[1]), -1);
+    repaired.privatePart.featureSelection[1] = 0;
     EXPECT_EQ(GetPrinterDevMode(Printer(), &devMode), 1);
-    EXPECT_EQ(Differences(built, devMode), Texts());
+    EXPECT_EQ(Differences(repaired, devMode), Texts());
+
+    // One that is rejected gives way to the default.
+    for (const bool isPublic : {true, false}) {
+        VelmoraDevMode rejected = repaired;
+        if (isPublic) {
+            rejected.publicPart.dmSpecVersion = 0x400;
+        } else {
+            rejected.privatePart.privateSignature = 0;
+        }
+        EXPECT_TRUE(SetPrinterDevMode(Printer(), &rejected.publicPart));
+        EXPECT_EQ(GetPrinterDevMode(Printer(), &devMode), 1);
+        EXPECT_EQ(Differences(built, devMode), Texts());
+    }
     EXPECT_FALSE(SetPrinterDevMode(INVALID_HANDLE_VALUE, &devMode.publicPart));
     host::FailCall("SetPrinterW", ERROR_ACCESS_DENIED);
     EXPECT_FALSE(SetPrinterDevMode(Printer(), &devMode.publicPart));

@@ -22,8 +22,7 @@
 namespace velmora {
 namespace {
 
-constexpr DWORD kDriverDefault = 2;           // DrvConvertDevMode's mode CDM_DRIVER_DEFAULT
-constexpr int64_t kFirstMediumSource = 2000;  // dmDefaultSource: medium i from any tray is 2000 + i
+constexpr DWORD kDriverDefault = 2;  // DrvConvertDevMode's mode CDM_DRIVER_DEFAULT
 
 struct Context {
     const PrinterModel& model;

@@ -66,14 +66,28 @@ std::string DefaultOf(const FieldDescriptor& field) {
     return field.defaultNote ? value + "; " + field.defaultNote : value;
 }
 
+int64_t GreatestNumber(const FieldDescriptor& field) {
+    const unsigned bits = 8u * field.width - (field.kind == FieldKind::kSigned ? 1 : 0);
+    return (int64_t{1} << bits) - 1;
+}
+
+std::string RangeText(const FieldDescriptor& field, const ValueRange& range) {
+    if (range.low == range.high) {
+        return NumberText(range.low);
+    }
+    const bool isOpen = range.high == GreatestNumber(field);
+    return NumberText(range.low) + (isOpen ? " and above" : " to " + NumberText(range.high));
+}
+
 std::string ValidOf(const FieldDescriptor& field) {
-    if (field.hasRange && field.low == field.high) {
-        return NumberText(field.low);
+    std::string valid;
+    for (const ValueRange& range : field.accepted) {
+        valid += (valid.empty() ? "" : ", ") + RangeText(field, range);
     }
-    if (field.hasRange) {
-        return NumberText(field.low) + " to " + NumberText(field.high);
+    if (!field.validNote) {
+        return valid.empty() ? "any" : valid;
     }
-    return field.validNote ? field.validNote : "any";
+    return valid + (valid.empty() ? "" : "; ") + field.validNote;
 }
 
 // The meaning, and what each value stands for.
