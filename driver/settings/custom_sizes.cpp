@@ -2,9 +2,9 @@
 
 #include <winspool.h>
 
-#include "driver/base/format.h"
 #include "driver/base/text.h"
 #include "driver/entry/printer_access.h"
+#include "driver/settings/ini_keys.h"
 #include "driver/settings/settings_folder.h"
 
 namespace velmora {
@@ -15,7 +15,6 @@ constexpr const WCHAR* kCountKey = TEXT("NumCustomSizes");
 constexpr const WCHAR* kNameKey = TEXT("CustomName");
 
 constexpr UINT kMissing = static_cast<UINT>(-1);
-constexpr size_t kKeyLength = 32;
 
 // The numbers of a record and the keys that they are kept under.
 struct NumberKey {
@@ -32,19 +31,15 @@ uint32_t* NumberOf(CustomSizeRecord* record, const NumberKey& number) {
     return reinterpret_cast<uint32_t*>(reinterpret_cast<char*>(record) + number.offset);
 }
 
-void FormKey(WCHAR* key, const WCHAR* name, unsigned index) {
-    FormatWide(key, kKeyLength, TEXT("%s%d"), name, index);
-}
-
 bool ReadRecord(const WCHAR* iniFile, unsigned index, CustomSizeRecord* record) {
-    WCHAR key[kKeyLength];
-    FormKey(key, kNameKey, index);
+    WCHAR key[kListKeyCapacity];
+    FormListKey(key, kNameKey, index);
     GetPrivateProfileStringW(kSection, key, TEXT(""), record->name, ARRAYSIZE(record->name), iniFile);
     if (record->name[0] == 0) {
         return false;
     }
     for (const NumberKey& number : kNumberKeys) {
-        FormKey(key, number.key, index);
+        FormListKey(key, number.key, index);
         const UINT value = GetPrivateProfileIntW(kSection, key, -1, iniFile);
         if (value == kMissing) {
             return false;
@@ -52,12 +47,6 @@ bool ReadRecord(const WCHAR* iniFile, unsigned index, CustomSizeRecord* record) 
         *NumberOf(record, number) = value;
     }
     return true;
-}
-
-void WriteNumber(const WCHAR* iniFile, const WCHAR* key, uint32_t number) {
-    WCHAR text[16];
-    FormatWide(text, ARRAYSIZE(text), TEXT("%lu"), number);
-    WritePrivateProfileStringW(kSection, key, text, iniFile);
 }
 
 // Room for `count` records, with the blank one behind them.
@@ -84,8 +73,7 @@ CustomSizeList LoadCustomSizes(const WCHAR* printerName) {
 }
 
 CustomSizeList ReadCustomSizes(const WCHAR* iniFile) {
-    const auto stored = static_cast<INT>(GetPrivateProfileIntW(kSection, kCountKey, -1, iniFile));
-    CustomSizeList list = MakeList(stored > 0 ? static_cast<uint16_t>(stored) : uint16_t{0});
+    CustomSizeList list = MakeList(ReadListCount(kSection, kCountKey, iniFile));
     if (!list.records) {
         return list;
     }
@@ -109,15 +97,15 @@ void SaveCustomSizes(const WCHAR* printerName, const CustomSizeRecord* records, 
 
 void WriteCustomSizes(const WCHAR* iniFile, const CustomSizeRecord* records, uint16_t count) {
     WritePrivateProfileStringW(kSection, nullptr, nullptr, iniFile);
-    WriteNumber(iniFile, kCountKey, count);
+    WriteNumberKey(kSection, kCountKey, count, iniFile);
     for (unsigned i = 0; i < count; ++i) {
         CustomSizeRecord record = records[i];
-        WCHAR key[kKeyLength];
-        FormKey(key, kNameKey, i);
+        WCHAR key[kListKeyCapacity];
+        FormListKey(key, kNameKey, i);
         WritePrivateProfileStringW(kSection, key, record.name, iniFile);
         for (const NumberKey& number : kNumberKeys) {
-            FormKey(key, number.key, i);
-            WriteNumber(iniFile, key, *NumberOf(&record, number));
+            FormListKey(key, number.key, i);
+            WriteNumberKey(kSection, key, *NumberOf(&record, number), iniFile);
         }
     }
 }

@@ -1,8 +1,7 @@
 #include "driver/settings/device_info.h"
 
-#include "driver/base/format.h"
-#include "driver/base/text.h"
 #include "driver/entry/printer_access.h"
+#include "driver/settings/ini_keys.h"
 #include "driver/settings/settings_folder.h"
 
 namespace velmora {
@@ -54,19 +53,8 @@ void ReadDeviceInfoDefaults(const WCHAR* iniFile, DeviceInfo* info) {
         {TEXT("TotalMemory"), &info->memoryKey, false},
     };
     for (const Key& key : keys) {
-        if (!key.isHex) {
-            *key.value = GetPrivateProfileIntW(kSection, key.name, static_cast<INT>(*key.value), iniFile);
-            continue;
-        }
-        WCHAR current[16];
-        WCHAR text[32];
-        FormatWide(current, ARRAYSIZE(current), TEXT("%lX"), *key.value);
-        GetPrivateProfileStringW(kSection, key.name, current, text, ARRAYSIZE(text), iniFile);
-        if (text[0] == 0) {
-            continue;
-        }
-        const bool isPrefixed = text[0] == TEXT('0') && (text[1] == TEXT('x') || text[1] == TEXT('X'));
-        *key.value = ParseNumber(isPrefixed ? text + 2 : text, 16);
+        *key.value = key.isHex ? ReadHexKey(kSection, key.name, *key.value, iniFile)
+                               : GetPrivateProfileIntW(kSection, key.name, static_cast<INT>(*key.value), iniFile);
     }
 }
 

@@ -167,6 +167,40 @@ TEST_F(PlatformCalls, ForwardersReachThePlatform) {
     EXPECT_FALSE(printer_.Driver().PrinterProperties(nullptr, nullptr));
 }
 
+TEST_F(PlatformCalls, IniFiles) {
+    const WCHAR* file = TEXT("C:\\contract.ini");
+    const WCHAR* section = TEXT("Contract");
+    const struct {
+        const WCHAR* value;
+        UINT number;
+    } numbers[] = {{TEXT("-40"), static_cast<UINT>(-40)},
+                   {TEXT("-2147483648"), 0x80000000},
+                   {TEXT("4000000000"), 4000000000},
+                   {TEXT("007070FF"), 7070},
+                   {TEXT(""), 42},
+                   {nullptr, 42}};
+    for (const auto& c : numbers) {
+        EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Number"), c.value, file));
+        EXPECT_EQ(GetPrivateProfileIntW(section, TEXT("Number"), 42, file), c.number);
+    }
+    const auto text = [&](const WCHAR* key) {
+        WCHAR value[16];
+        GetPrivateProfileStringW(section, key, TEXT("missing"), value, 16, file);
+        return WideText(value);
+    };
+    // An empty value is one; a key goes without its neighbours.
+    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Empty"), TEXT(""), file));
+    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key1"), TEXT("one"), file));
+    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key11"), TEXT("eleven"), file));
+    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key1"), nullptr, file));
+    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key1"), nullptr, file));
+    EXPECT_EQ(text(TEXT("Empty")), TEXT(""));
+    EXPECT_EQ(text(TEXT("Key1")), TEXT("missing"));
+    EXPECT_EQ(text(TEXT("Key11")), TEXT("eleven"));
+    EXPECT_TRUE(DeleteFileW(file));
+    EXPECT_EQ(text(TEXT("Key11")), TEXT("missing"));
+}
+
 TEST_F(PlatformCalls, UnknownPrinter) {
     HANDLE handle = nullptr;
     for (const WCHAR* unknown : {TEXT("Nobody"), TEXT("Contract,Local"), TEXT("\\\\VELMORA-ELSEWHERE\\Contract")}) {

@@ -14,7 +14,9 @@
 #include "driver/settings/device_info.h"
 #include "driver/settings/printer_data_file.h"
 #include "driver/settings/settings_folder.h"
+#include "driver/settings/watermark_list.h"
 #include "tests/driver/machine.h"
+#include "tests/driver/resource_file.h"
 
 namespace velmora {
 namespace {
@@ -59,6 +61,8 @@ class FailureSweep : public MachineTest {
                       "CustomLength0=23450\r\nCustomMetric0=1\r\n[DeviceInfo]\r\nOptions=3\r\n");
         package.data.bytes = std::string(500, 'd');
         plainModel_ = builder.Build();
+        package.dependent[0].bytes =
+            StringModule({{2117, u"Custom size"}, {2420, u"ini"}, {2490, u"Draft"}, {2498, u"Arial"}, {2500, u"ENUS"}});
         package.dependent.push_back({u"KV62.XPI", plainModel_});
         package.dependent.push_back({u"KV62GERM.DLL", package.dependent[0].bytes});
         Install(package);
@@ -217,6 +221,17 @@ std::vector<Operation> FailureSweep::Operations() {
              EXPECT_TRUE(list.count == 0 || list.records);
              SaveCustomSizes(kPrinterName, list.records.Get(), list.count);
              EXPECT_LE(EnumUserForms(Printer()).count, 1);
+         }},
+        {"watermarks",
+         [this] {
+             const WatermarkList list = LoadWatermarkList(kPrinterName);
+             EXPECT_TRUE(list.count <= 1 && (list.count == 0 || list.records));
+             SaveWatermarkList(kPrinterName, list.records.Get(), list.count);
+             BuildDefaultWatermarkList(LoadResourceModule(Printer(), nullptr).Get());
+             WCHAR file[MAX_PATH];
+             if (GetSettingsFilePath(kPrinterName, file, ARRAYSIZE(file))) {
+                 DeleteWatermarkFiles(file);
+             }
          }},
         {"installed options",
          [this] {

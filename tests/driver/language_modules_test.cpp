@@ -21,6 +21,7 @@ constexpr uint16_t kStringType = 6;    // RT_STRING (winuser.h)
 constexpr uint16_t kVersionType = 16;  // RT_VERSION
 constexpr unsigned kStringsPerBlock = 16;
 constexpr const char* kSettingsExtension = "string 2420";
+constexpr const char* kLanguage = "string 2500";
 
 // Resources by type and id, "string 2000", "type 5, 101"; of strings, which don't stand alone in a file, their text.
 using Resources = std::map<std::string, std::optional<std::u16string>>;
@@ -119,9 +120,14 @@ TEST(LanguageModules, HoldTheSameResources) {
     ASSERT_GT(std::size(kModules), 1u);
     EXPECT_GE(ResourcesOf(english).size(), 42u);
     for (const std::filesystem::path module : kModules) {
-        EXPECT_EQ(Differences(ReadModule(module), english), std::vector<std::string>()) << module.filename();
-        EXPECT_EQ(ResourcesOf(ReadModule(module))[kSettingsExtension], u"ini")
-            << module.filename() << ": a user who changes the language keeps the settings";
+        SCOPED_TRACE(module.filename());
+        const std::string code = module.stem().string().substr(4);
+        // Japanese has two built-in watermarks fewer.
+        const Texts missing = code == "JAPA" ? Texts{"string 2496 is missing", "string 2497 is missing"} : Texts();
+        EXPECT_EQ(Differences(ReadModule(module), english), missing);
+        Resources resources = ResourcesOf(ReadModule(module));
+        EXPECT_EQ(resources[kSettingsExtension], u"ini") << "a user who changes the language keeps the settings";
+        EXPECT_EQ(host::ToUtf8(resources[kLanguage].value_or(u"")), code);
     }
 }
 

@@ -1,0 +1,26 @@
+// Keys of INI files as the settings stores have them: lists whose keys are numbered, decimal and hexadecimal numbers.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace velmora {
+
+// Room for a list's key, in characters.
+constexpr size_t kListKeyCapacity = 32;
+
+// The key of a list's entry: the name and the entry's index, from 0, behind it.
+void FormListKey(WCHAR (&key)[kListKeyCapacity], const WCHAR* name, unsigned index);
+
+// How many entries a list has by a file; 0 where it doesn't say or the number is negative. More than 16 bits are cut.
+uint16_t ReadListCount(const WCHAR* section, const WCHAR* key, const WCHAR* iniFile);
+
+// A hexadecimal number, with or without "0x"; `fallback` where the key is missing or empty.
+uint32_t ReadHexKey(const WCHAR* section, const WCHAR* key, uint32_t fallback, const WCHAR* iniFile);
+
+// Writes a number in decimal.
+void WriteNumberKey(const WCHAR* section, const WCHAR* key, uint32_t number, const WCHAR* iniFile);
+
+}  // namespace velmora
