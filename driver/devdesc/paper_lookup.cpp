@@ -26,8 +26,8 @@ bool NamesNoPaper(int paperId) {
     return paperId >= kFirstNoPaper && paperId <= kLastNoPaper;
 }
 
-// The record of a paper, `cards` counting the driver-defined records passed; null where the table has none.
-const PaperRecord* FindPaper(const DeviceModel& model, int paperId) {
+// The table's record of a paper, `cards` counting the driver-defined records passed; null where it has none.
+const PaperRecord* FindInTable(const DeviceModel& model, int paperId) {
     const bool isPcl = model.pdlType == kPdlPcl6 || model.pdlType == kPdlPcl5;
     int cards = 0;
     for (const PaperRecord& paper : RecordList(model.paperTable)) {
@@ -88,11 +88,16 @@ const MarginRecord* FindMargins(HANDLE printer, const DeviceModel& model, int pa
 
 }  // namespace
 
+const PaperRecord* FindPaperRecord(const DeviceModel* model, int paperId) {
+    const bool isPaper = model && paperId >= 0 && !NamesNoPaper(paperId);
+    return isPaper ? FindInTable(*model, paperId) : nullptr;
+}
+
 PaperSize LookupPaperSize(HANDLE printer, const DeviceModel* model, int paperId) {
     if (paperId < 0 || NamesNoPaper(paperId) || !model || !model->paperTable) {
         return LocalePaperSize();
     }
-    if (const PaperRecord* paper = FindPaper(*model, paperId)) {
+    if (const PaperRecord* paper = FindPaperRecord(model, paperId)) {
         return {paper->width, paper->length, paper->isMetric};
     }
     PaperSize size;

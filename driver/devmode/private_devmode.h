@@ -262,6 +262,15 @@ inline constexpr uint16_t kPrivateSignature = 0xCACA;
 // Bit values of colour devices in dmFields (wingdi.h).
 inline constexpr DWORD kColorFields = DM_COLOR | DM_ICMMETHOD | DM_ICMINTENT | DM_MEDIATYPE;
 
+// Bit values of watermarkFlags.
+enum WatermarkFlag : uint32_t {
+    kWatermarkIsText = 1u << 0,
+    kWatermarkIsImage = 1u << 1,
+    kWatermarkUnderPage = 1u << 2,
+    kWatermarkIsOutline = 1u << 4,
+    kWatermarkIsRendered = 1u << 5,  // a rendered file of the watermark list
+};
+
 // Values of dmDefaultSource beside the ids of trays.
 inline constexpr SHORT kFirstMediumSource = 2000;  // 2000 + i: medium i from any tray
 inline constexpr SHORT kAnySizeSource = 1028;      // taken on every model, with paper of any size

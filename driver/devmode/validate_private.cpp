@@ -183,11 +183,6 @@ bool CheckNupOrder(const PrivateCheck& check) {
 
 // --- Watermark
 
-// Bits of watermarkFlags.
-constexpr uint32_t kTextWatermark = 1u << 0;
-constexpr uint32_t kImageWatermark = 1u << 1;
-constexpr uint32_t kRenderedWatermark = 1u << 5;
-
 // Switches the watermark off for a value that isn't accepted.
 bool KeepWatermark(const PrivateCheck& check, bool isAccepted, const char* name) {
     if (isAccepted) {
@@ -230,13 +225,13 @@ bool CheckTextWatermark(const PrivateCheck& check) {
 // The checks of the watermark's kind. One that fails doesn't end the others.
 bool CheckWatermarkKind(const PrivateCheck& check) {
     const uint32_t flags = check.devMode.watermarkFlags;
-    if ((flags & kRenderedWatermark) != 0) {
+    if ((flags & kWatermarkIsRendered) != 0) {
         return CheckRenderedWatermark(check);
     }
-    if ((flags & kImageWatermark) != 0) {
+    if ((flags & kWatermarkIsImage) != 0) {
         return KeepWatermarkText(check, PrivateField("watermarkFile"));
     }
-    return (flags & kTextWatermark) == 0 || CheckTextWatermark(check);
+    return (flags & kWatermarkIsText) == 0 || CheckTextWatermark(check);
 }
 
 bool CheckWatermark(const PrivateCheck& check) {

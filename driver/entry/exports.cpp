@@ -4,13 +4,12 @@
 
 #include <cstring>
 
-#include "driver/base/heap.h"
 #include "driver/devmode/convert_devmode.h"
+#include "driver/devmode/document_properties.h"
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
 #include "driver/entry/printer_access.h"
 #include "driver/entry/spool_directory.h"
-#include "driver/entry/stored_devmode.h"
 #include "driver/settings/printer_data_file.h"
 
 namespace velmora {
@@ -32,15 +31,12 @@ LONG AnswerSize(DOCUMENTPROPERTYHEADER* header) {
     return kDevModeSize;
 }
 
-// INIT of the document sheets: the output receives the printer's device mode, where the printer can be read. Without
-// pages to show the host gets failure.
+// INIT of the document sheets: the output receives the device mode that they start from. Without pages to show the host
+// gets failure.
 LONG PrepareDocumentSheets(const DOCUMENTPROPERTYHEADER& header) {
-    const auto source = HeapOwner<VelmoraDevMode>::Allocate();
-    if (source) {
-        GetPrinterDevMode(header.hPrinter, source.Get());
-    }
-    if (source && source->publicPart.dmSize != 0) {
-        memcpy(header.pdmOut, source.Get(), sizeof(VelmoraDevMode));
+    VelmoraDevMode source;
+    if (ChooseSourceDevMode(header.hPrinter, header.pdmIn, INVALID_HANDLE_VALUE, nullptr, &source)) {
+        memcpy(header.pdmOut, &source, sizeof(source));
     }
     return 0;
 }
@@ -110,7 +106,11 @@ LONG WINAPI DrvDocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam
     if (header->fMode == 0 || !header->pdmOut) {
         return AnswerSize(header);
     }
-    if (!pPSUIInfo || (header->fMode & DM_PROMPT) == 0) {
+    if (!pPSUIInfo) {
+        DocumentPropertiesNoUI(*header);
+        return 1;
+    }
+    if ((header->fMode & DM_PROMPT) == 0) {
         return 1;
     }
     return RunDocumentSheets(pPSUIInfo, *header);
@@ -127,8 +127,8 @@ LONG WINAPI DrvDevicePropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM) {
     return 1;
 }
 
-BOOL WINAPI DrvConvertDevMode(LPWSTR pszPrinterName, PDEVMODEW, PDEVMODEW pdmOut, PLONG pcbNeeded, DWORD) {
-    return ConvertDevMode(pszPrinterName, pdmOut, pcbNeeded);
+BOOL WINAPI DrvConvertDevMode(LPWSTR pszPrinterName, PDEVMODEW pdmIn, PDEVMODEW pdmOut, PLONG pcbNeeded, DWORD) {
+    return ConvertDevMode(pszPrinterName, pdmIn, pdmOut, pcbNeeded);
 }
 
 DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD iDevCap, VOID*, PDEVMODEW) {

@@ -30,20 +30,25 @@ const WCHAR* FileVersionText(const void* versionBlock, WORD language, WORD codeP
 
 }  // namespace
 
+bool NamesServer(const WCHAR* printerName) {
+    return TextBeginsWith(printerName, TEXT("\\\\"));
+}
+
+size_t OwnServerLength(const WCHAR* printerName) {
+    WCHAR computer[MAX_COMPUTERNAME_LENGTH + 1] = {};
+    DWORD size = ARRAYSIZE(computer);
+    if (!NamesServer(printerName) || !GetComputerNameW(computer, &size)) {
+        return 0;
+    }
+    WCHAR own[MAX_COMPUTERNAME_LENGTH + 4];
+    const size_t length = FormatWide(own, ARRAYSIZE(own), TEXT("\\\\%s\\"), static_cast<const WCHAR*>(computer));
+    return TextBeginsWith<WCHAR>(printerName, own) ? length : 0;
+}
+
 OwnedPrinter OpenPrinterLocal(const WCHAR* name) {
     WCHAR full[kMostPrinterName];
     CopyText(full, ARRAYSIZE(full), name);
-    WCHAR* local = full;
-    if (TextBeginsWith<WCHAR>(full, TEXT("\\\\"))) {
-        WCHAR computer[MAX_COMPUTERNAME_LENGTH + 1] = {};
-        DWORD size = ARRAYSIZE(computer);
-        WCHAR own[MAX_COMPUTERNAME_LENGTH + 4];
-        if (GetComputerNameW(computer, &size)) {
-            const size_t length =
-                FormatWide(own, ARRAYSIZE(own), TEXT("\\\\%s\\"), static_cast<const WCHAR*>(computer));
-            local = TextBeginsWith<WCHAR>(full, own) ? full + length : full;
-        }
-    }
+    WCHAR* const local = full + OwnServerLength(full);
     CutAt(local, TEXT(",Local"));
     CutAt(local, TEXT(",DrvConvert"));
     CutAt(local, TEXT(",DEVMODE"));

@@ -22,6 +22,13 @@ using OwnedPrinter = HandleOwner<PrinterTraits>;
 // printer may carry its server; what follows ",Local", ",DrvConvert" or ",DEVMODE" is not part of the name.
 OwnedPrinter OpenPrinterLocal(const WCHAR* name);
 
+// True where the name begins with a server's.
+bool NamesServer(const WCHAR* printerName);
+
+// Characters in front of a printer's name that name this computer as its server, "\\\\COMPUTER\\"; 0 where the name
+// begins otherwise.
+size_t OwnServerLength(const WCHAR* printerName);
+
 // PRINTER_INFO_2 of the printer, strings behind the structure in one block; empty on failure.
 HeapOwner<PRINTER_INFO_2W> GetPrinterInfo2(HANDLE printer);
 
