@@ -254,27 +254,50 @@ struct SheetFields {
     const FieldDescriptor* paper;
     const FieldDescriptor* width;
     const FieldDescriptor* length;
-    const FieldDescriptor* pages;
-    const FieldDescriptor* bothSides;
+    const FieldDescriptor* pages = nullptr;
+    const FieldDescriptor* bothSides = nullptr;
     const FieldDescriptor* media;
 };
 
 constexpr SheetFields kFrontCover = {
-    &PrivateField("frontCoverMode"),  &PrivateField("frontCoverBin"),       261,
-    &PrivateField("frontCoverPaper"), &PrivateField("frontCoverWidth"),     &PrivateField("frontCoverLength"),
-    &PrivateField("frontCoverNup"),   &PrivateField("frontCoverBothSides"), &PrivateField("frontCoverMedia")};
+    .mode = &PrivateField("frontCoverMode"),
+    .bin = &PrivateField("frontCoverBin"),
+    .binRepair = 261,
+    .paper = &PrivateField("frontCoverPaper"),
+    .width = &PrivateField("frontCoverWidth"),
+    .length = &PrivateField("frontCoverLength"),
+    .pages = &PrivateField("frontCoverNup"),
+    .bothSides = &PrivateField("frontCoverBothSides"),
+    .media = &PrivateField("frontCoverMedia"),
+};
 constexpr SheetFields kBackCover = {
-    &PrivateField("backCoverMode"),  &PrivateField("backCoverBin"),    264,     &PrivateField("backCoverPaper"),
-    &PrivateField("backCoverWidth"), &PrivateField("backCoverLength"), nullptr, &PrivateField("backCoverBothSides"),
-    &PrivateField("backCoverMedia")};
+    .mode = &PrivateField("backCoverMode"),
+    .bin = &PrivateField("backCoverBin"),
+    .binRepair = 264,
+    .paper = &PrivateField("backCoverPaper"),
+    .width = &PrivateField("backCoverWidth"),
+    .length = &PrivateField("backCoverLength"),
+    .bothSides = &PrivateField("backCoverBothSides"),
+    .media = &PrivateField("backCoverMedia"),
+};
 constexpr SheetFields kInterleave = {
-    &PrivateField("interleaveMode"),  &PrivateField("interleaveBin"),    1025,    &PrivateField("interleavePaper"),
-    &PrivateField("interleaveWidth"), &PrivateField("interleaveLength"), nullptr, nullptr,
-    &PrivateField("interleaveMedia")};
+    .mode = &PrivateField("interleaveMode"),
+    .bin = &PrivateField("interleaveBin"),
+    .binRepair = 1025,
+    .paper = &PrivateField("interleavePaper"),
+    .width = &PrivateField("interleaveWidth"),
+    .length = &PrivateField("interleaveLength"),
+    .media = &PrivateField("interleaveMedia"),
+};
 constexpr SheetFields kSeparator = {
-    &PrivateField("separatorMode"),  &PrivateField("separatorBin"),    1025,    &PrivateField("separatorPaper"),
-    &PrivateField("separatorWidth"), &PrivateField("separatorLength"), nullptr, nullptr,
-    &PrivateField("separatorMedia")};
+    .mode = &PrivateField("separatorMode"),
+    .bin = &PrivateField("separatorBin"),
+    .binRepair = 1025,
+    .paper = &PrivateField("separatorPaper"),
+    .width = &PrivateField("separatorWidth"),
+    .length = &PrivateField("separatorLength"),
+    .media = &PrivateField("separatorMedia"),
+};
 
 // Leaves the sheets out for a value that isn't accepted.
 bool KeepSheets(const PrivateCheck& check, const SheetFields& fields, bool isAccepted, const char* name) {
