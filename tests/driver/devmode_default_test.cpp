@@ -2,8 +2,8 @@
 
 #include "driver/base/text.h"
 #include "driver/devmode/devmode_fields.h"
-#include "tests/driver/devmode_differences.h"
 #include "tests/driver/machine.h"
+#include "tools/velmora/devmode_differences.h"
 
 namespace velmora {
 namespace {
@@ -133,7 +133,7 @@ void AddColor(VelmoraDevMode* devMode) {
 class DefaultDevMode : public MachineTest {
   protected:
     // What differs in the device mode that is built now.
-    Texts DifferencesTo(const VelmoraDevMode& expected) { return Differences(expected, Build()); }
+    Texts DifferencesTo(const VelmoraDevMode& expected) { return DifferenceLines(expected, Build()); }
 
     const VelmoraDevMode& Build(const WCHAR* name = kPrinterName) {
         memset(&built_, 0x55, sizeof(built_));

@@ -1,8 +1,8 @@
 // The exports' answers that the contract tests don't ask for.
 #include "driver/devmode/default_devmode.h"
 #include "driver/entry/driver_interface.h"
-#include "tests/driver/devmode_differences.h"
 #include "tests/driver/machine.h"
+#include "tools/velmora/devmode_differences.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID);
 
@@ -51,7 +51,7 @@ TEST_F(Exports, DocumentSheetsWithPromptBuildTheDeviceMode) {
     info.lParamInit = reinterpret_cast<LPARAM>(&header);
     const LONG result = DrvDocumentPropertySheets(&info, 0);
     EXPECT_EQ(ValueOf(info.Result), static_cast<ULONG_PTR>(result));
-    EXPECT_EQ(Differences(default_, output_), Texts());
+    EXPECT_EQ(DifferenceLines(default_, output_), Texts());
 }
 
 TEST_F(Exports, Conversion) {
@@ -64,7 +64,7 @@ TEST_F(Exports, Conversion) {
     EXPECT_EQ(needed, 4088);
     EXPECT_EQ(convert(u"Unknown", &needed), DWORD{ERROR_INVALID_PRINTER_NAME});
     EXPECT_TRUE(convert(name_, &needed) == 0 && GetLastError() == ERROR_SUCCESS);
-    EXPECT_EQ(Differences(default_, output_), Texts());
+    EXPECT_EQ(DifferenceLines(default_, output_), Texts());
 }
 
 }  // namespace

@@ -2,9 +2,9 @@
 
 #include "driver/entry/spool_directory.h"
 #include "driver/entry/stored_devmode.h"
-#include "tests/driver/devmode_differences.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/resource_file.h"
+#include "tools/velmora/devmode_differences.h"
 
 namespace velmora {
 namespace {
@@ -249,7 +249,7 @@ TEST_F(PrinterAccess, TheStoredDeviceMode) {
     EXPECT_TRUE(SetPrinterDevMode(Printer(), &devMode.publicPart));
     const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(Printer());
     ASSERT_TRUE(info && info->pDevMode);
-    EXPECT_EQ(Differences(devMode, *reinterpret_cast<VelmoraDevMode*>(info->pDevMode)), Texts());
+    EXPECT_EQ(DifferenceLines(devMode, *reinterpret_cast<VelmoraDevMode*>(info->pDevMode)), Texts());
     EXPECT_EQ(GetPrinterDevMode(INVALID_HANDLE_VALUE, &devMode), 0);
     EXPECT_EQ(ValueOf(devMode.privatePart.modelCode), 0x1234);  // left as it is
 
@@ -258,7 +258,7 @@ TEST_F(PrinterAccess, TheStoredDeviceMode) {
     ASSERT_EQ(ValueOf(devMode.privatePart.featureSelection[1]), -1);
     repaired.privatePart.featureSelection[1] = 0;
     EXPECT_EQ(GetPrinterDevMode(Printer(), &devMode), 1);
-    EXPECT_EQ(Differences(repaired, devMode), Texts());
+    EXPECT_EQ(DifferenceLines(repaired, devMode), Texts());
 
     // One that is rejected gives way to the default.
     for (const bool isPublic : {true, false}) {
@@ -270,7 +270,7 @@ TEST_F(PrinterAccess, TheStoredDeviceMode) {
         }
         EXPECT_TRUE(SetPrinterDevMode(Printer(), &rejected.publicPart));
         EXPECT_EQ(GetPrinterDevMode(Printer(), &devMode), 1);
-        EXPECT_EQ(Differences(built, devMode), Texts());
+        EXPECT_EQ(DifferenceLines(built, devMode), Texts());
     }
     EXPECT_FALSE(SetPrinterDevMode(INVALID_HANDLE_VALUE, &devMode.publicPart));
     host::FailCall("SetPrinterW", ERROR_ACCESS_DENIED);

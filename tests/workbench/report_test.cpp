@@ -9,7 +9,9 @@
 #include "driver/devmode/devmode_fields.h"
 #include "platform/host.h"
 #include "tests/workbench/workbench_fixture.h"
+#include "tools/velmora/devmode_names.h"
 #include "tools/velmora/devmode_report.h"
+#include "tools/velmora/driver_library.h"
 #include "tools/velmora/field_report.h"
 #include "tools/velmora/model_report.h"
 #include "tools/velmora/printer_report.h"
@@ -262,7 +264,10 @@ TEST_F(WorkbenchTest, ReportsLeaveNothingOpen) {
     // The machine is the test's own here, so that it can be asked.
     Succeed({"install", WriteSource()});
     const host::Machine machine(MachineFolder());
-    ReportDefaultDevMode("Probe 9");
+    {
+        const PrinterModel model("Probe 9");
+        ReportDevMode(DefaultByDriver(model.Printer(), "Probe 9"), NamesOfNumbers(&model));
+    }
     ReportModel("Probe 9");
     ReportPrinterData("Probe 9");
     ReportPrinters();

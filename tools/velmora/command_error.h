@@ -19,4 +19,10 @@ class CommandError : public std::runtime_error {
     std::string details_;
 };
 
+// The same for a command line that can't be carried out as it is written.
+class UsageError : public CommandError {
+  public:
+    using CommandError::CommandError;
+};
+
 }  // namespace velmora

@@ -8,12 +8,19 @@
 
 #include "platform/host.h"
 #include "tools/velmora/command_error.h"
+#include "tools/velmora/devmode_assignment.h"
+#include "tools/velmora/devmode_check.h"
+#include "tools/velmora/devmode_file.h"
+#include "tools/velmora/devmode_names.h"
 #include "tools/velmora/devmode_report.h"
+#include "tools/velmora/driver_library.h"
 #include "tools/velmora/driver_package.h"
 #include "tools/velmora/field_report.h"
 #include "tools/velmora/machine_settings.h"
 #include "tools/velmora/model_report.h"
+#include "tools/velmora/printer_model.h"
 #include "tools/velmora/printer_report.h"
+#include "tools/velmora/spooler_client.h"
 #include "tools/velmora/table.h"
 
 namespace velmora {
@@ -23,6 +30,8 @@ namespace {
 struct Request {
     const std::filesystem::path& programFolder;
     std::ostream& output;
+    std::ostream& errors;
+    ExitCode& exitCode;  // of a command that isn't simply done
 
     std::string machineFolder = {};
     MachineSettings settings = {};
@@ -32,6 +41,10 @@ struct Request {
     std::optional<std::string> name = {};
     std::string printer = {};
     bool markdown = false;
+    std::vector<std::string> assignments = {};
+    std::string file = {};
+    std::string secondFile = {};
+    std::string outputFile = {};
 };
 
 // The machine of the command, set as the command line says.
@@ -97,9 +110,91 @@ void Remove(const Request& request) {
     }
 }
 
+// A sentence or, in JSON, what it says; then what differs between device modes.
+void PrintDifferences(const Request& request, const std::string& sentence, Json members, const Table& differences) {
+    if (request.json) {
+        members.update(ToJson(std::span(&differences, 1)));
+        request.output << FormatJson(members);
+        return;
+    }
+    request.output << sentence << "\n" << (differences.rows.empty() ? "" : "\n");
+    Print(request, std::span(&differences, 1));
+}
+
 void DevMode(const Request& request) {
     const auto machine = OpenMachine(request);
-    Print(request, ReportDefaultDevMode(request.printer));
+    const PrinterModel model(request.printer);
+    const NumberNames names = NamesOfNumbers(&model);
+    const VelmoraDevMode unchanged = DefaultByDriver(model.Printer(), request.printer);
+    VelmoraDevMode devMode = unchanged;
+    std::vector<std::string> notes;
+    for (const std::string& assignment : request.assignments) {
+        Assign(assignment, &devMode, &notes);
+    }
+    if (request.outputFile.empty()) {
+        Print(request, ReportDevMode(devMode, names));
+    } else {
+        WriteDevModeFile(request.outputFile, devMode);
+        PrintDifferences(request,
+                         request.outputFile + ": the default device mode of \"" + request.printer + "\"" +
+                             (request.assignments.empty() ? "" : ", changed as asked"),
+                         {{"file", request.outputFile}, {"bytes", sizeof(devMode)}},
+                         ReportDifferences(unchanged, devMode, names, "Default", "Changed to"));
+    }
+    for (const std::string& note : notes) {
+        request.errors << "velmora: note: " << note << "\n";
+    }
+}
+
+void Diff(const Request& request) {
+    const auto machine = OpenMachine(request);
+    std::optional<PrinterModel> model;
+    if (!request.printer.empty()) {
+        model.emplace(request.printer);
+    }
+    const Table differences =
+        ReportDifferences(ReadDevModeFile(request.file), ReadDevModeFile(request.secondFile),
+                          NamesOfNumbers(model ? &*model : nullptr), request.file, request.secondFile);
+    PrintOne(request, differences, "the device modes are the same");
+    request.exitCode = differences.rows.empty() ? kDone : kNo;
+}
+
+void Convert(const Request& request) {
+    const auto machine = OpenMachine(request);
+    const PrinterModel model(request.printer);
+    const std::optional<VelmoraDevMode> input =
+        request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
+    const Conversion conversion = ConvertByDriver(model.Printer(), request.printer, input ? &*input : nullptr);
+    if (conversion.isDone && !request.outputFile.empty()) {
+        WriteDevModeFile(
+            request.outputFile, conversion.output,
+            input ? std::vector<std::filesystem::path>{request.file} : std::vector<std::filesystem::path>{});
+    }
+    const VelmoraDevMode& before = input && conversion.isDone ? *input : conversion.output;
+    const Table differences =
+        ReportDifferences(before, conversion.output, NamesOfNumbers(&model), request.file, "Converted");
+    PrintDifferences(
+        request,
+        std::string("DrvConvertDevMode: ") + (conversion.isDone ? "TRUE" : "FALSE") + ", last " +
+            DescribeError(conversion.lastError) +
+            (input && conversion.isDone && differences.rows.empty() ? "; the device mode is as it was given" : ""),
+        {{"result", conversion.isDone}, {"lastError", conversion.lastError}, {"neededBytes", conversion.neededBytes}},
+        differences);
+    request.exitCode = conversion.isDone ? kDone : kFailed;
+}
+
+void Check(const Request& request) {
+    const auto machine = OpenMachine(request);
+    const PrinterModel model(request.printer);
+    const VelmoraDevMode devMode = ReadDevModeFile(request.file);
+    const DevModeCheck check = CheckDevMode(model, devMode);
+    PrintDifferences(request,
+                     "public part: " + Describe(check.publicPart) + "\nprivate part: " + Describe(check.privatePart),
+                     {{"accepted", check.IsAccepted()},
+                      {"public", ToJson(check.publicPart)},
+                      {"private", ToJson(check.privatePart)}},
+                     ReportDifferences(devMode, check.repaired, NamesOfNumbers(&model), request.file, "Repaired"));
+    request.exitCode = check.IsAccepted() ? kDone : kNo;
 }
 
 void Model(const Request& request) {
@@ -161,6 +256,7 @@ struct Command {
     const char* example;
     void (*run)(const Request& request);
     void (*addArguments)(CLI::App& app, Request& request);
+    ExitCode onFailure = kFailed;
 };
 
 void AddPrinterArgument(CLI::App& app, Request& request) {
@@ -170,6 +266,38 @@ void AddPrinterArgument(CLI::App& app, Request& request) {
 void AddModelArguments(CLI::App& app, Request& request) {
     app.add_option("MODEL", request.model, "Model source (.json) or compiled description (.XPI)")->required();
     app.add_option("--name", request.name, "The printer's name (default: the model's)");
+}
+
+void AddOutputOption(CLI::App& app, Request& request) {
+    app.add_option("-o,--output", request.outputFile, "File to write the device mode to, 4088 bytes")
+        ->type_name("FILE");
+}
+
+void AddDevModeArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_option("--set", request.assignments,
+                   "Set a field first, to anything it can hold: dmScale=50, \"dmDuplex=long edge\", colorAdjust[2]=5, "
+                   "watermarkText=Draft, private[2668]=0x41 (bytes). May be given several times.")
+        ->allow_extra_args(false)
+        ->type_name("FIELD=VALUE");
+    AddOutputOption(app, request);
+}
+
+void AddDiffArguments(CLI::App& app, Request& request) {
+    app.add_option("A", request.file, "File of a device mode")->required();
+    app.add_option("B", request.secondFile, "The one that it is compared with")->required();
+    app.add_option("--printer", request.printer, "Name papers, trays and media by this printer's model");
+}
+
+void AddConvertArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_option("FILE", request.file, "File of a device mode (default: the printer's default device mode)");
+    AddOutputOption(app, request);
+}
+
+void AddCheckArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_option("FILE", request.file, "File of a device mode")->required();
 }
 
 void AddFieldArguments(CLI::App& app, Request& request) {
@@ -185,8 +313,24 @@ constexpr Command kCommands[] = {
     {"printers", "List the machine's printers", "", "velmora printers", Printers, AddNoArguments},
     {"remove", "Remove a printer", "Its driver goes with the last printer of it.", "velmora remove \"Third floor\"",
      Remove, AddPrinterArgument},
-    {"devmode", "Print a printer's default device mode", "Every field, with what its value means.",
-     "velmora devmode \"Velmora C3200\" --json | jq .public.dmPaperSize", DevMode, AddPrinterArgument},
+    {"devmode", "Print a printer's default device mode, or write it to a file",
+     "Every field, with what its value means. With --output the file is written and only what was set is printed.",
+     "velmora devmode \"Velmora C3200\" --set dmOrientation=landscape --set dmScale=50 -o damaged.bin", DevMode,
+     AddDevModeArguments},
+    {"diff", "Print what differs between two device modes",
+     "Fields, and bytes of the public or private part that no field names.\n"
+     "Exit codes: 0 the same, 1 they differ, 2 failed.",
+     "velmora diff before.bin after.bin --printer \"Velmora C3200\"", Diff, AddDiffArguments, kUsage},
+    {"convert", "Print what a printer's driver makes of a device mode",
+     "Calls the driver's DrvConvertDevMode as the spooler does. A device mode that the driver rejects (velmora check "
+     "says why) gives the printer's default one.",
+     "velmora convert \"Velmora C3200\" damaged.bin -o converted.bin", Convert, AddConvertArguments},
+    {"check", "Check a device mode as a printer's driver does",
+     "Says of the public and of the private part whether it is accepted, with which repairs (the third rejects), and "
+     "what they and completions that don't count change. The driver itself doesn't look at the private part once it "
+     "has rejected the public one.\n"
+     "Exit codes: 0 accepted, repaired or not; 1 rejected; 2 failed.",
+     "velmora check \"Velmora C3200\" damaged.bin", Check, AddCheckArguments, kUsage},
     {"model", "Print a printer's model", "Every value and table as the driver reads them, in the user's language.",
      "velmora model \"Velmora C3200\" --language de", Model, AddPrinterArgument},
     {"data", "Print a printer's data", "The named values that the driver keeps with the printer.",
@@ -205,7 +349,8 @@ std::string ExplainUsageError(const CLI::App* app, const CLI::Error& error) {
 
 int RunCommandLine(const std::vector<std::string>& arguments, const std::filesystem::path& programFolder,
                    std::ostream& output, std::ostream& errors) {
-    Request request = {programFolder, output};
+    ExitCode exitCode = kDone;
+    Request request = {programFolder, output, errors, exitCode};
     CLI::App app(
         "The printer driver's workbench: installs printers on a machine of its own and shows what the driver "
         "makes of them.",
@@ -240,13 +385,16 @@ int RunCommandLine(const std::vector<std::string>& arguments, const std::filesys
         if (!output) {
             throw CommandError("the output can't be written");
         }
-        return kDone;
+        return exitCode;
+    } catch (const UsageError& error) {
+        errors << "velmora: " << error.what() << "\nTry: velmora " << chosen->name << " --help\n";
+        return kUsage;
     } catch (const CommandError& error) {
         errors << error.Details() << "velmora: " << error.what() << "\n";
     } catch (const std::exception& error) {
         errors << "velmora: " << error.what() << "\n";
     }
-    return kFailed;
+    return chosen->onFailure;
 }
 
 }  // namespace velmora

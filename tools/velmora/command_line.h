@@ -8,8 +8,8 @@
 
 namespace velmora {
 
-// Exit codes.
-enum ExitCode { kDone = 0, kFailed = 1, kUsage = 2 };
+// Exit codes. Of a command that answers yes or no, 1 is no, and 2 is also that it failed.
+enum ExitCode { kDone = 0, kFailed = 1, kNo = 1, kUsage = 2 };
 
 // Runs a command line, without the program's name. `programFolder` is where the program lies in its build folder. A
 // machine is opened for the time of the command; there must be none.

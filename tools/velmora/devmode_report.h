@@ -1,16 +1,19 @@
-// A printer's default device mode, field by field.
+// Device modes and what differs between them, field by field.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "tools/velmora/devmode_values.h"
 #include "tools/velmora/table.h"
 
 namespace velmora {
 
-// The device mode that the printer's driver gives for "no device mode" (its export DrvConvertDevMode, as an application
-// reaches it), as a table of its public and one of its private fields. Throws a CommandError for an unknown printer and
-// where the driver gives none.
-std::vector<Table> ReportDefaultDevMode(const std::string& printerName);
+// Every field with its value and its meaning: a table of the public and one of the private part.
+std::vector<Table> ReportDevMode(const VelmoraDevMode& devMode, const NumberNames& names);
+
+// What differs, a row each, below the headings given for the two sides. Its key is "differences".
+Table ReportDifferences(const VelmoraDevMode& before, const VelmoraDevMode& after, const NumberNames& names,
+                        const std::string& beforeHeading, const std::string& afterHeading);
 
 }  // namespace velmora

@@ -79,17 +79,6 @@ std::string RangeText(const FieldDescriptor& field, const ValueRange& range) {
     return NumberText(range.low) + (isOpen ? " and above" : " to " + NumberText(range.high));
 }
 
-std::string ValidOf(const FieldDescriptor& field) {
-    std::string valid;
-    for (const ValueRange& range : field.accepted) {
-        valid += (valid.empty() ? "" : ", ") + RangeText(field, range);
-    }
-    if (!field.validNote) {
-        return valid.empty() ? "any" : valid;
-    }
-    return valid + (valid.empty() ? "" : "; ") + field.validNote;
-}
-
 // The meaning, and what each value stands for.
 std::string MeaningOf(const FieldDescriptor& field) {
     std::string meaning = field.meaning;
@@ -110,7 +99,7 @@ Table ReportPart(std::string title, std::string key, std::span<const FieldDescri
                     {"Valid", "valid"}}};
     for (const FieldDescriptor& field : fields) {
         table.rows.push_back({NumberCell(field.offset), TextCell(field.name), TextCell(TypeOf(field)),
-                              TextCell(MeaningOf(field)), TextCell(DefaultOf(field)), TextCell(ValidOf(field))});
+                              TextCell(MeaningOf(field)), TextCell(DefaultOf(field)), TextCell(ValidValues(field))});
     }
     return table;
 }
@@ -130,6 +119,17 @@ constexpr const char* kIntroduction =
     "This page is generated from the driver's table of fields (`./dev docs`).\n";
 
 }  // namespace
+
+std::string ValidValues(const FieldDescriptor& field) {
+    std::string valid;
+    for (const ValueRange& range : field.accepted) {
+        valid += (valid.empty() ? "" : ", ") + RangeText(field, range);
+    }
+    if (!field.validNote) {
+        return valid.empty() ? "any" : valid;
+    }
+    return valid + (valid.empty() ? "" : "; ") + field.validNote;
+}
 
 std::vector<Table> ReportFields() {
     return {ReportPart("Public part (DEVMODEW)", "public", PublicFields()),

@@ -66,14 +66,18 @@ std::string KnownPrinters() {
 
 }  // namespace
 
-void ThrowRefused(std::string_view call, DWORD error) {
-    std::string message = std::string(call) + " failed: error " + std::to_string(error);
+std::string DescribeError(DWORD error) {
+    std::string message = "error " + std::to_string(error);
     for (const ErrorText& known : kErrorTexts) {
         if (known.error == error) {
             message += std::string(", ") + known.text;
         }
     }
-    throw CommandError(message);
+    return message;
+}
+
+void ThrowRefused(std::string_view call, DWORD error) {
+    throw CommandError(std::string(call) + " failed: " + DescribeError(error));
 }
 
 std::vector<PrinterEntry> ListPrinters() {

@@ -12,6 +12,9 @@
 
 namespace velmora {
 
+// "error 5, access denied".
+std::string DescribeError(DWORD error);
+
 // "CALL failed: error 5, access denied". The error is the last error unless given.
 [[noreturn]] void ThrowRefused(std::string_view call, DWORD error = GetLastError());
 

@@ -1,0 +1,47 @@
+#include "tools/velmora/devmode_check.h"
+
+#include <algorithm>
+#include <span>
+
+namespace velmora {
+namespace {
+
+std::span<const char* const> RepairedNames(const ValidationReport& report) {
+    return std::span(report.repaired).first(std::min(report.repairs, ValidationReport::kRepairLimit));
+}
+
+}  // namespace
+
+DevModeCheck CheckDevMode(const PrinterModel& model, const VelmoraDevMode& devMode) {
+    DevModeCheck check = {{}, {}, devMode};
+    ValidatePublicDevMode(model.Printer(), &check.repaired.publicPart, &*model, &check.publicPart);
+    ValidatePrivateDevMode(model.Printer(), &check.repaired.privatePart, model.File(), &*model, &check.privatePart);
+    return check;
+}
+
+std::string Describe(const ValidationReport& report) {
+    std::string text = report.IsAccepted() ? "accepted" : "rejected";
+    text += report.rejectedBy ? std::string(" by ") + report.rejectedBy : "";
+    if (report.repairs > 0) {
+        text += " after " + std::to_string(report.repairs) + (report.repairs == 1 ? " repair" : " repairs");
+        const char* separator = ": ";
+        for (const char* name : RepairedNames(report)) {
+            text += std::string(separator) + name;
+            separator = ", ";
+        }
+    }
+    return text;
+}
+
+Json ToJson(const ValidationReport& report) {
+    Json names = Json::array();
+    for (const char* name : RepairedNames(report)) {
+        names.push_back(name);
+    }
+    return {{"accepted", report.IsAccepted()},
+            {"repairs", report.repairs},
+            {"repaired", names},
+            {"rejectedBy", report.rejectedBy ? Json(report.rejectedBy) : Json()}};
+}
+
+}  // namespace velmora

@@ -1,0 +1,77 @@
+#include "tools/velmora/devmode_values.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/kernel/text.h"
+#include "tools/velmora/escapes.h"
+
+namespace velmora {
+namespace {
+
+std::string NameNumber(const DevModeElement& element, const VelmoraDevMode& devMode, int64_t number,
+                       const NumberNames& names) {
+    const auto known = std::ranges::find(element.field->names, number, &ValueName::value);
+    if (known != element.field->names.end()) {
+        return known->name;
+    }
+    return names ? names(element, devMode, number) : std::string();
+}
+
+std::u16string ReadText(const FieldDescriptor& field, const BYTE* place) {
+    if (field.kind == FieldKind::kAnsiText) {
+        return FromAnsi({reinterpret_cast<const char*>(place), field.width});
+    }
+    std::u16string text(field.width / sizeof(WCHAR), 0);
+    memcpy(text.data(), place, field.width);
+    return std::u16string(UntilNul(text));
+}
+
+}  // namespace
+
+std::span<const DevModePart> DevModeParts() {
+    static const DevModePart kParts[] = {
+        {"public", offsetof(VelmoraDevMode, publicPart), kPublicDevModeSize, PublicFields()},
+        {"private", offsetof(VelmoraDevMode, privatePart), kPrivateDevModeSize, PrivateFields()},
+    };
+    return kParts;
+}
+
+std::string DevModeElement::Name() const {
+    return field->count == 1 ? field->name : std::string(field->name) + "[" + std::to_string(index) + "]";
+}
+
+bool IsNumber(const FieldDescriptor& field) {
+    return field.kind == FieldKind::kUnsigned || field.kind == FieldKind::kSigned;
+}
+
+bool IsText(const FieldDescriptor& field) {
+    return field.kind == FieldKind::kWideText || field.kind == FieldKind::kAnsiText;
+}
+
+std::string ByteRangeName(const DevModePart& part, size_t offset, size_t size) {
+    const std::string first = std::string(part.name) + "[" + std::to_string(offset);
+    return size == 1 ? first + "]" : first + ".." + std::to_string(offset + size - 1) + "]";
+}
+
+ElementValue ReadElement(const DevModeElement& element, const VelmoraDevMode& devMode, const NumberNames& names) {
+    const FieldDescriptor& field = *element.field;
+    const BYTE* const part = element.part->In(devMode);
+    if (IsNumber(field)) {
+        const int64_t number = ReadFieldNumber(field, part, element.index);
+        const std::string name = NameNumber(element, devMode, number, names);
+        return name.empty() ? ElementValue{std::to_string(number), number, nullptr}
+                            : ElementValue{std::to_string(number) + " (" + name + ")", number, name};
+    }
+    const BYTE* const place = part + element.Offset();
+    if (IsText(field)) {
+        const std::u16string text = ReadText(field, place);
+        return {Quoted(text), host::ToUtf8(text), nullptr};
+    }
+    const std::span bytes(place, field.width);
+    const bool isZero = std::ranges::all_of(bytes, [](BYTE byte) { return byte == 0; });
+    const std::string hex = isZero ? std::string() : HexBytes(bytes);
+    return {isZero ? std::to_string(field.width) + " bytes, all 0" : hex, hex, nullptr};
+}
+
+}  // namespace velmora
