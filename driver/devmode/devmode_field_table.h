@@ -119,7 +119,8 @@ constexpr FieldDescriptor AsBytes(FieldDescriptor field) {
 #define PART DEVMODEW
 inline constexpr FieldDescriptor kPublicFields[] = {
     FIELD(dmDeviceName, 0, "the printer's name, without server and at most 31 characters")
-        .Default("from the printer's name"),
+        .Default("from the printer's name")
+        .Valid("not empty"),
     FIELD(dmSpecVersion, kDevModeSpecVersion, "version of the public part").Only<kDevModeSpecVersion>(),
     FIELD(dmDriverVersion, 0, "version of the rendering core: major in the high byte, minor in the low")
         .Default("from the core's version resource")

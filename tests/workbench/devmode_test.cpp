@@ -203,11 +203,16 @@ TEST_F(DevModeTest, Checks) {
          "rejected after 3 repairs: dmOrientation, dmScale, dmCopies",
          "accepted after 1 repair: featureSelection",
          {"dmOrientation: 3 -> 1", "dmScale: 50 -> 100", "dmCopies: 0 -> 1", "featureSelection[1]: -1 -> 0"}},
-        {{"pagesPerSheet=3", "descriptionPath=C:\\OTHER.XPI"}, kNo, "accepted", "rejected by descriptionPath", {}},
+        {{"pagesPerSheet=3", "descriptionPath=C:\\OTHER.XPI"},
+         kNo,
+         "accepted",
+         "rejected by descriptionPath (valid: NUL-terminated; the file name must be that of the printer's "
+         "description file)",
+         {}},
         {{"featureSelection[1]=0", "pagesPerSheet=3", "private[2668]=01"},
          kNo,
          "accepted",
-         "rejected by uiCode after 1 repair: pagesPerSheet",
+         "rejected by uiCode (valid: last byte 0) after 1 repair: pagesPerSheet",
          {"pagesPerSheet: 3 -> 1"}},
     };
     for (const auto& c : cases) {

@@ -3,11 +3,24 @@
 #include <algorithm>
 #include <span>
 
+#include "tools/velmora/field_report.h"
+
 namespace velmora {
 namespace {
 
 std::span<const char* const> RepairedNames(const ValidationReport& report) {
     return std::span(report.repaired).first(std::min(report.repairs, ValidationReport::kRepairLimit));
+}
+
+// The check that rejected, with what its field has to hold.
+std::string Rejection(const std::string& name) {
+    for (const auto& part : {PublicFields(), PrivateFields()}) {
+        const auto field = std::ranges::find(part, name, &FieldDescriptor::name);
+        if (field != part.end()) {
+            return name + " (valid: " + ValidValues(*field) + ")";
+        }
+    }
+    return name;
 }
 
 }  // namespace
@@ -21,7 +34,7 @@ DevModeCheck CheckDevMode(const PrinterModel& model, const VelmoraDevMode& devMo
 
 std::string Describe(const ValidationReport& report) {
     std::string text = report.IsAccepted() ? "accepted" : "rejected";
-    text += report.rejectedBy ? std::string(" by ") + report.rejectedBy : "";
+    text += report.rejectedBy ? " by " + Rejection(report.rejectedBy) : "";
     if (report.repairs > 0) {
         text += " after " + std::to_string(report.repairs) + (report.repairs == 1 ? " repair" : " repairs");
         const char* separator = ": ";
