@@ -26,7 +26,8 @@ class Bench {
 std::unique_ptr<Bench> MakeDriverBench();
 std::unique_ptr<Bench> MakeXpicBench();
 
-void RegisterWork(const std::string& name, std::function<void()> work);
+// Each of the work's measurements goes on for at least `seconds`.
+void RegisterWork(const std::string& name, std::function<void()> work, double seconds = 0.5);
 
 // Ends the program where a work doesn't do what it is measured for.
 void Require(bool holds, std::string_view what);
@@ -36,6 +37,9 @@ bool PrintFigure(const std::string& what, double value, const char* unit, double
 
 // Twice the model may cost this much more than the model.
 inline constexpr double kMostGrowth = 2.5;
+
+// The sources of the project's models.
+std::vector<std::filesystem::path> ProjectModels();
 
 // The folder of the built programs' folders.
 std::filesystem::path ToolsFolder();

@@ -1,10 +1,13 @@
 // What the driver's basic work costs beside the least that it could cost, and how it grows with the model.
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
+#include <utility>
 
 #include "bench/bench.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/paper_lookup.h"
+#include "driver/devmode/capability_formats.h"
 #include "driver/devmode/default_devmode.h"
 #include "platform/host.h"
 #include "tools/velmora/driver_package.h"
@@ -16,6 +19,7 @@ namespace {
 
 constexpr double kMostLoadRatio = 3;
 constexpr double kMostDefaultRatio = 5;
+constexpr double kMostCapabilityMicroseconds = 150;
 constexpr double kMostPeakMegabytes = 30;
 
 constexpr int kFirstPaperId = 1000;  // beyond the ids that PCL models give a meaning of their own
@@ -35,16 +39,21 @@ std::string SourceOf(int papers) {
     return text;
 }
 
+// Installs a printer of this description and opens it. `name` is the driver's too.
+OwnedPrinter InstallDescription(const host::Machine& machine, const std::string& name,
+                                const std::vector<std::byte>& description) {
+    InstallPrinter(machine, FindBuiltFiles(ToolsFolder() / "velmora"),
+                   {name + ".json", description, name + ".XPI", name, name}, name);
+    return OpenNamedPrinter(name);
+}
+
 // A printer of a model with this many papers, opened.
 class BenchPrinter {
   public:
-    BenchPrinter(const host::Machine& machine, int papers) : name_("Bench " + std::to_string(papers)), papers_(papers) {
+    BenchPrinter(const host::Machine& machine, int papers) : papers_(papers) {
         const CompileResult compiled = CompileModelText(SourceOf(papers), "bench.json");
         Require(compiled.Succeeded(), "the generated model of " + std::to_string(papers) + " papers doesn't compile");
-        const std::string driver = "BENCH" + std::to_string(papers);
-        InstallPrinter(machine, FindBuiltFiles(ToolsFolder() / "velmora"),
-                       {"bench.json", compiled.bytes, driver + ".XPI", driver, driver}, name_);
-        printer_ = OpenNamedPrinter(name_);
+        printer_ = InstallDescription(machine, "BENCH" + std::to_string(papers), compiled.bytes);
         FindDescriptionFile(printer_.Get(), path_);
     }
 
@@ -73,10 +82,36 @@ class BenchPrinter {
     }
 
   private:
-    std::string name_;
     int papers_;
     OwnedPrinter printer_;
     WCHAR path_[MAX_PATH];
+};
+
+// A printer of one of the project's models, opened, and room for all that it answers.
+class CapabilityPrinter {
+  public:
+    CapabilityPrinter(const host::Machine& machine, const std::filesystem::path& source) {
+        const CompileResult compiled = CompileModel(source);
+        Require(compiled.Succeeded(), source.string() + " doesn't compile");
+        printer_ = InstallDescription(machine, source.stem().string(), compiled.bytes);
+        size_t most = 0;
+        for (const CapabilityFormat& format : kCapabilityFormats) {
+            const size_t size = EntrySize(format) * GetDeviceCapability(printer_.Get(), format.index, nullptr);
+            most = std::max(most, size);
+            size_ += size;
+        }
+        output_.resize(most);
+    }
+
+    // Bytes of all lists.
+    size_t Size() const { return size_; }
+
+    void Ask(const CapabilityFormat& format) { GetDeviceCapability(printer_.Get(), format.index, output_.data()); }
+
+  private:
+    OwnedPrinter printer_;
+    size_t size_ = 0;
+    std::vector<BYTE> output_;
 };
 
 // Keeps each run's time, in nanoseconds.
@@ -96,6 +131,18 @@ class DriverBench : public Bench {
             for (const Work& work : works) {
                 RegisterWork(work.name + std::to_string(papers), [=] { (printer->*work.run)(); });
             }
+        }
+        for (const std::filesystem::path& source : ProjectModels()) {
+            auto printer = std::make_unique<CapabilityPrinter>(machine_, source);
+            if (!richest_ || printer->Size() > richest_->Size()) {
+                richest_ = std::move(printer);
+                richestModel_ = source.filename().string();
+            }
+        }
+        for (const CapabilityFormat& format : kCapabilityFormats) {
+            constexpr double kSeconds = 0.02;
+            RegisterWork(
+                format.name, [this, &format] { richest_->Ask(format); }, kSeconds);
         }
     }
 
@@ -119,6 +166,10 @@ class DriverBench : public Bench {
                                      time(work, kPaperCounts[i]) / time(work, kPaperCounts[i - 1]), "x", kMostGrowth);
             }
         }
+        const auto* slowest = std::ranges::max_element(
+            kCapabilityFormats, {}, [&](const CapabilityFormat& format) { return times.at(format.name); });
+        holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest->name,
+                             times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
         return PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes) && holds;
     }
 
@@ -136,6 +187,8 @@ class DriverBench : public Bench {
     double peakOfDevMode_;
     host::Machine machine_;
     std::vector<std::unique_ptr<BenchPrinter>> printers_;
+    std::unique_ptr<CapabilityPrinter> richest_;
+    std::string richestModel_;
 };
 
 }  // namespace

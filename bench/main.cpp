@@ -34,13 +34,14 @@ class Collector : public benchmark::BenchmarkReporter {
 
 }  // namespace
 
-void RegisterWork(const std::string& name, std::function<void()> work) {
+void RegisterWork(const std::string& name, std::function<void()> work, double seconds) {
     benchmark::RegisterBenchmark(name.c_str(),
                                  [work = std::move(work)](benchmark::State& state) {
                                      for (auto step : state) {
                                          work();
                                      }
                                  })
+        ->MinTime(seconds)
         ->Repetitions(5)
         ->ComputeStatistics(kLeast, [](const std::vector<double>& times) { return *std::ranges::min_element(times); })
         ->ReportAggregatesOnly(true);
@@ -57,6 +58,18 @@ bool PrintFigure(const std::string& what, double value, const char* unit, double
     const bool holds = value <= limit;
     std::printf("  %-58s %8.2f %-4s at most %6.1f  %s\n", what.c_str(), value, unit, limit, holds ? "ok" : "ABOVE");
     return holds;
+}
+
+std::vector<std::filesystem::path> ProjectModels() {
+    std::vector<std::filesystem::path> models;
+    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_MODELS_SOURCE_DIR)) {
+        const std::string name = entry.path().filename().string();
+        if (name.ends_with(".json") && !name.ends_with("schema.json")) {
+            models.push_back(entry.path());
+        }
+    }
+    Require(!models.empty(), "there are no models");
+    return models;
 }
 
 std::filesystem::path ToolsFolder() {

@@ -88,18 +88,6 @@ std::string SourceOf(const Extent& extent) {
            ", \"constraints\": " + List(0, extent.media > 0 ? kConstraints : 0, constraint) + "}";
 }
 
-std::vector<std::filesystem::path> ProjectModels() {
-    std::vector<std::filesystem::path> models;
-    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_MODELS_SOURCE_DIR)) {
-        const std::string name = entry.path().filename().string();
-        if (name.ends_with(".json") && !name.ends_with("schema.json")) {
-            models.push_back(entry.path());
-        }
-    }
-    Require(!models.empty(), "there are no models");
-    return models;
-}
-
 void RequireCompiled(const CompileResult& result) {
     if (!result.Succeeded()) {
         Require(false, FormatDiagnostic(result.diagnostics.front()));

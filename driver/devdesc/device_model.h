@@ -60,6 +60,11 @@ struct MediaRecord {
     uint32_t ticketValues[3];  // handed to the PrintTicket provider
 };
 
+// The dmDefaultSource value of medium i (0-based) from any tray is this plus i, except on image models.
+inline constexpr uint16_t kFirstMediumSource = 2000;
+// One that every model takes, with paper of any size.
+inline constexpr uint16_t kAnySizeSource = 1028;
+
 // A resolution. A record whose mark is 0 ends the list.
 struct ResolutionRecord {
     uint32_t mark;         // nonzero

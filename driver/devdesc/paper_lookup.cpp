@@ -49,11 +49,7 @@ PaperSize SizeOfRecord(const CustomSizeRecord& record) {
 // The size at `index` of the user's custom sizes followed by the user-defined forms; false where there are not as many,
 // or where it can't be told how many sizes come before the forms.
 bool FindCustomSize(HANDLE printer, size_t index, PaperSize* size) {
-    const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer);
-    if (!info || !info->pPrinterName) {
-        return false;
-    }
-    const CustomSizeList sizes = LoadCustomSizes(info->pPrinterName);
+    const CustomSizeList sizes = LoadPrinterCustomSizes(printer);
     if (!sizes.records) {
         return false;
     }

@@ -271,10 +271,6 @@ enum WatermarkFlag : uint32_t {
     kWatermarkIsRendered = 1u << 5,  // a rendered file of the watermark list
 };
 
-// Values of dmDefaultSource beside the ids of trays.
-inline constexpr SHORT kFirstMediumSource = 2000;  // 2000 + i: medium i from any tray
-inline constexpr SHORT kAnySizeSource = 1028;      // taken on every model, with paper of any size
-
 // The offsets that three fields hold: where areas begin, counted from extensionTag.
 inline constexpr uint16_t kOptionAreaOffset =
     offsetof(PrivateDevMode, settingsFolder) - offsetof(PrivateDevMode, extensionTag);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "driver/devmode/convert_devmode.h"
+#include "driver/devmode/device_capabilities.h"
 #include "driver/devmode/document_properties.h"
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
@@ -17,7 +18,6 @@ namespace {
 
 constexpr const WCHAR* kSpoolerClient = TEXT("winspool.drv");
 constexpr LONG kAdvancedAnswer = 10;
-constexpr WORD kDriverVersionAnswer = kDevModeSpecVersion;
 
 // The spooler client library's own function of a name that this library exports too; null where it has none.
 template <class Function>
@@ -131,25 +131,12 @@ BOOL WINAPI DrvConvertDevMode(LPWSTR pszPrinterName, PDEVMODEW pdmIn, PDEVMODEW 
     return ConvertDevMode(pszPrinterName, pdmIn, pdmOut, pcbNeeded);
 }
 
-DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD iDevCap, VOID*, PDEVMODEW) {
-    switch (iDevCap) {
-        case DC_SIZE:
-            return kPublicDevModeSize;
-        case DC_EXTRA:
-            return kPrivateDevModeSize;
-        case DC_VERSION:
-            if (pDeviceName) {
-                RegisterSpoolDirectory(hPrinter, pDeviceName);
-            }
-            return kDriverVersionAnswer;
-        case DC_DRIVER: {
-            WCHAR path[MAX_PATH];
-            GetRenderCorePath(hPrinter, path);
-            return GetDriverVersion(path);
-        }
-        default:
-            return 0;
+DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD iDevCap, VOID* pOutput, PDEVMODEW) {
+    const DWORD answer = GetDeviceCapability(hPrinter, iDevCap, pOutput);
+    if (iDevCap == DC_VERSION && pDeviceName) {
+        RegisterSpoolDirectory(hPrinter, pDeviceName);
     }
+    return answer;
 }
 
 BOOL WINAPI DrvPrinterEvent(LPWSTR, INT, DWORD, LPARAM) {

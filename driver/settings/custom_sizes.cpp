@@ -72,6 +72,11 @@ CustomSizeList LoadCustomSizes(const WCHAR* printerName) {
     return FindStoreToRead(printerName, path) ? ReadCustomSizes(path) : MakeList(0);
 }
 
+CustomSizeList LoadPrinterCustomSizes(HANDLE printer) {
+    const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer);
+    return info && info->pPrinterName ? LoadCustomSizes(info->pPrinterName) : CustomSizeList();
+}
+
 CustomSizeList ReadCustomSizes(const WCHAR* iniFile) {
     CustomSizeList list = MakeList(ReadListCount(kSection, kCountKey, iniFile));
     if (!list.records) {

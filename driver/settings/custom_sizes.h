@@ -38,6 +38,9 @@ struct CustomSizeList {
 // The printer's custom sizes: the user's, or those shipped with the driver, or none.
 CustomSizeList LoadCustomSizes(const WCHAR* printerName);
 
+// The same for an opened printer; no records at all where its name can't be had.
+CustomSizeList LoadPrinterCustomSizes(HANDLE printer);
+
 // The custom sizes of an INI file. A list with one incomplete record reads as empty.
 CustomSizeList ReadCustomSizes(const WCHAR* iniFile);
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <iostream>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -321,16 +322,21 @@ struct QueryPrintInfo {
     DWORD cchNeeded;
 };
 
-// Asks the driver's DevQueryPrintEx, as the spooler does.
-BOOL WINAPI StandInDevQueryPrint(HANDLE printer, LPDEVMODEW devMode, DWORD* reason) {
+// The configuration file of the printer's driver; null where it can't be had.
+HMODULE LoadDriver(HANDLE printer) {
     const auto getDriver = GENUINE(GetPrinterDriverW);
     DWORD needed = 0;
     getDriver(printer, nullptr, 3, nullptr, 0, &needed);
     std::vector<BYTE> block(needed);
     if (needed == 0 || !getDriver(printer, nullptr, 3, block.data(), needed, &needed)) {
-        return FALSE;
+        return nullptr;
     }
-    const HMODULE driver = LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
+    return LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
+}
+
+// Asks the driver's DevQueryPrintEx, as the spooler does.
+BOOL WINAPI StandInDevQueryPrint(HANDLE printer, LPDEVMODEW devMode, DWORD* reason) {
+    const HMODULE driver = LoadDriver(printer);
     if (driver == nullptr) {
         return FALSE;
     }
@@ -344,6 +350,66 @@ BOOL WINAPI StandInDevQueryPrint(HANDLE printer, LPDEVMODEW devMode, DWORD* reas
     }
     FreeLibrary(driver);
     return allowed;
+}
+
+// --- Capabilities: DeviceCapabilitiesW
+
+// The driver behind a printer of this name, open for using it; both empty where there is none.
+struct DriverOfPrinter {
+    explicit DriverOfPrinter(const wchar_t* printerName) {
+        std::wstring name = printerName;
+        if (OpenPrinterW(name.data(), &printer, nullptr)) {
+            module = LoadDriver(printer);
+        }
+    }
+    ~DriverOfPrinter() {
+        if (module != nullptr) {
+            FreeLibrary(module);
+        }
+        if (printer != nullptr) {
+            ClosePrinter(printer);
+        }
+    }
+    DriverOfPrinter(const DriverOfPrinter&) = delete;
+    DriverOfPrinter& operator=(const DriverOfPrinter&) = delete;
+
+    HANDLE printer = nullptr;
+    HMODULE module = nullptr;
+};
+
+decltype(&::DrvDeviceCapabilities) CapabilitiesOf(HMODULE driver) {
+    return reinterpret_cast<decltype(&::DrvDeviceCapabilities)>(
+        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDeviceCapabilities")));
+}
+
+// Whether what the driver says of its printer comes back: that it is asked isn't enough, as it knows little where it is
+// given no handle of the printer.
+bool GivesCapabilities(HANDLE printer) {
+    std::wstring name = PrinterName(printer);
+    const DriverOfPrinter driver(name.c_str());
+    const auto ask = driver.module != nullptr ? CapabilitiesOf(driver.module) : nullptr;
+    if (ask == nullptr) {
+        throw std::runtime_error("the driver can't be asked for its capabilities");
+    }
+    const auto genuine = GENUINE(DeviceCapabilitiesW);
+    const WORD indices[] = {DC_PAPERS, DC_MAXEXTENT, DC_BINS, DC_DRIVER, DC_ENUMRESOLUTIONS};
+    return std::all_of(std::begin(indices), std::end(indices), [&](WORD index) {
+        return genuine(name.c_str(), nullptr, index, nullptr, nullptr) ==
+               static_cast<int>(ask(driver.printer, name.data(), index, nullptr, nullptr));
+    });
+}
+
+int WINAPI StandInDeviceCapabilities(LPCWSTR device, LPCWSTR, WORD capability, LPWSTR output, const DEVMODEW* devMode) {
+    if (device == nullptr) {
+        SetLastError(ERROR_INVALID_PRINTER_NAME);
+        return -1;
+    }
+    std::wstring name = device;
+    const DriverOfPrinter driver(device);
+    const auto ask = driver.module != nullptr ? CapabilitiesOf(driver.module) : nullptr;
+    return ask == nullptr
+               ? -1
+               : static_cast<int>(ask(driver.printer, name.data(), capability, output, const_cast<DEVMODEW*>(devMode)));
 }
 
 // --- Which are used, and where
@@ -363,12 +429,14 @@ StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Fu
 #define STAND_IN(call, why, works, function) MakeStandIn<decltype(&(call))>(#call, why, works, function)
 
 constexpr char kNotWritten[] = "not there, a call ends the process";
+constexpr char kNoPrinter[] = "the driver is asked without its printer";
 constexpr char kNoForms[] = "no form is kept";
 constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
 
 std::vector<StandIn> standIns = {
     STAND_IN(DeletePrinterDataW, kNotWritten, DeletesPrinterData, StandInDeletePrinterData),
     STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
+    STAND_IN(DeviceCapabilitiesW, kNoPrinter, GivesCapabilities, StandInDeviceCapabilities),
     STAND_IN(AddFormW, kNoForms, KeepsForms, StandInAddForm),
     STAND_IN(EnumFormsW, kNoForms, KeepsForms, StandInEnumForms),
     STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),

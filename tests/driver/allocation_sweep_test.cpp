@@ -5,6 +5,7 @@
 
 #include "driver/devdesc/model_tables.h"
 #include "driver/devdesc/paper_lookup.h"
+#include "driver/devmode/capability_formats.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/entry/driver_interface.h"
 #include "driver/entry/resource_module.h"
@@ -126,6 +127,20 @@ class FailureSweep : public MachineTest {
         CheckFrame(devMode);
     }
 
+    // Whatever fails, a list's entries are as many as the answer says.
+    void CheckCapability(const CapabilityFormat& format) {
+        constexpr size_t kMostEntries = 16;
+        BYTE output[kMostEntries * kPaperNameCapacity * sizeof(WCHAR) + 1];
+        memset(output, 0x55, sizeof(output));
+        WriteDriveFile(InstalledPath(u"KV62.XPI"), format.index == DC_VERSION ? imageModel_ : plainModel_);
+        DrvDeviceCapabilities(Printer(), name_.data(), format.index, nullptr, nullptr);
+        const DWORD answer = DrvDeviceCapabilities(Printer(), name_.data(), format.index, output, nullptr);
+        const size_t size = EntrySize(format) * answer;
+        ASSERT_LT(size, sizeof(output));
+        EXPECT_EQ(output[size], 0x55);
+        EXPECT_TRUE(size == 0 || output[size - 1] != 0x55);
+    }
+
     bool storedSettings_ = false;
     VelmoraDevMode storedDevMode_;
     WideText name_ = kPrinterName;
@@ -135,7 +150,7 @@ class FailureSweep : public MachineTest {
 };
 
 std::vector<Operation> FailureSweep::Operations() {
-    return {
+    std::vector<Operation> operations = {
         {"open and load",
          [this] {
              const OwnedPrinter printer = OpenPrinterLocal(TEXT("\\\\VELMORA-PC\\Test Printer,Local"));
@@ -203,13 +218,6 @@ std::vector<Operation> FailureSweep::Operations() {
                  DrvDevicePropertySheets(&info, 0);
              }
          }},
-        {"capabilities",
-         [this] {
-             WriteDriveFile(InstalledPath(u"KV62.XPI"), imageModel_);
-             for (const WORD capability : {DC_SIZE, DC_EXTRA, DC_VERSION, DC_DRIVER}) {
-                 DrvDeviceCapabilities(Printer(), name_.data(), capability, nullptr, nullptr);
-             }
-         }},
         {"spool directory",
          [this] {
              WriteDriveFile(InstalledPath(u"KV62.XPI"), imageModel_);
@@ -273,6 +281,10 @@ std::vector<Operation> FailureSweep::Operations() {
              SyncPrinterDataFileCopies(kPrinterName);
          }},
     };
+    for (const CapabilityFormat& format : kCapabilityFormats) {
+        operations.push_back({format.name, [this, &format] { CheckCapability(format); }});
+    }
+    return operations;
 }
 
 TEST_F(FailureSweep, EveryAllocationAndEveryCall) {

@@ -9,6 +9,7 @@
 #include "driver/devmode/devmode_fields.h"
 #include "platform/host.h"
 #include "tests/workbench/workbench_fixture.h"
+#include "tools/velmora/capability_report.h"
 #include "tools/velmora/devmode_names.h"
 #include "tools/velmora/devmode_report.h"
 #include "tools/velmora/driver_library.h"
@@ -118,6 +119,39 @@ TEST_F(ReportTest, LanguageIsTheUsersAndIsKept) {
               "Fine");
 }
 
+TEST_F(ReportTest, Capabilities) {
+    const nlohmann::json report = Json({"--measurement", "metric", "capabilities", "Probe 9"});
+    const nlohmann::json& capabilities = report.at("capabilities");
+    const struct {
+        const char* capability;
+        nlohmann::json answer;
+        nlohmann::json name;
+        nlohmann::json entries;
+    } cases[] = {
+        {"DC_DRIVER", 0x100, "1.0", nullptr},      {"DC_MAXEXTENT", 2970 | 4000 << 16, "297.0 x 400.0 mm", nullptr},
+        {"DC_BINS", 2, nullptr, {257, 2000}},      {"DC_ENUMRESOLUTIONS", 2, nullptr, {{300, 300}, {600, 600}}},
+        {"DC_PERSONALITY", 1, nullptr, {"PCL6"}},  {"DC_COLORDEVICE", 0, "no", nullptr},
+        {"DC_PRINTRATEPPM", 21, nullptr, nullptr}, {"DC_MODEL", 0, nullptr, nullptr},
+    };
+    for (const auto& expected : cases) {
+        const nlohmann::json& answer = capabilities.at(expected.capability);
+        EXPECT_EQ(answer.at("answer"), expected.answer) << expected.capability;
+        EXPECT_EQ(answer.at("answerName"), expected.name) << expected.capability;
+        EXPECT_EQ(answer.at("entries"), expected.entries) << expected.capability;
+    }
+    EXPECT_EQ(capabilities.size(), 35u);
+    EXPECT_EQ(report.at("papers").back(),
+              nlohmann::json::parse(R"({"paperId": 256, "name": "Custom size", "widthMm": 210.0, "lengthMm": 297.0})"));
+    EXPECT_EQ(report.at("sources")[0], nlohmann::json::parse(R"({"source": 257, "name": " Upper tray"})"));
+    EXPECT_EQ(Json({"--measurement", "us", "capabilities", "Probe 9"}).at("papers").back().at("widthMm"), 215.9);
+
+    const std::string text = Succeed({"capabilities", "Probe 9"});
+    for (const char* line : {"DC_FIELDS 59151 (0xE70F DM_ORIENTATION dmFields of the driver's device modes",
+                             "DC_NUP 7: 1, 2, 4, 6, 8, 9, 16 pages on a sheet's side", "9 A4 210.0 x 297.0"}) {
+        EXPECT_TRUE(HasLine(text, line)) << line << "\n" << text;
+    }
+}
+
 TEST_F(ReportTest, ModelTables) {
     const nlohmann::json model = Json({"model", "Probe 9"});
     EXPECT_EQ(model.at("values").at("pdlType").at("valueName"), "pcl6");
@@ -221,7 +255,7 @@ TEST_F(ReportTest, PrinterData) {
 }
 
 TEST_F(ReportTest, UnknownPrintersAndUnreadableModels) {
-    for (const char* command : {"devmode", "model", "data", "remove"}) {
+    for (const char* command : {"devmode", "capabilities", "model", "data", "remove"}) {
         EXPECT_EQ(Fail({command, "Nope"}),
                   "velmora: there is no printer \"Nope\" on this machine; its printers: \"Probe 9\"\n");
     }
@@ -247,7 +281,7 @@ TEST_F(WorkbenchTest, ProjectModelsInAHundredColumns) {
         ++models;
         const std::string printer = "Printer " + std::to_string(models);
         Succeed({"install", entry.path().string(), "--name", printer});
-        for (const std::string command : {"devmode", "model"}) {
+        for (const std::string command : {"devmode", "capabilities", "model"}) {
             std::istringstream text(Succeed({command, printer}));
             for (std::string line; std::getline(text, line);) {
                 const auto characters =
@@ -268,6 +302,7 @@ TEST_F(WorkbenchTest, ReportsLeaveNothingOpen) {
         const PrinterModel model("Probe 9");
         ReportDevMode(DefaultByDriver(model.Printer(), "Probe 9"), NamesOfNumbers(&model));
     }
+    ReportCapabilities("Probe 9");
     ReportModel("Probe 9");
     ReportPrinterData("Probe 9");
     ReportPrinters();

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "platform/host.h"
+#include "tools/velmora/capability_report.h"
 #include "tools/velmora/command_error.h"
 #include "tools/velmora/devmode_assignment.h"
 #include "tools/velmora/devmode_check.h"
@@ -197,6 +198,11 @@ void Check(const Request& request) {
     request.exitCode = check.IsAccepted() ? kDone : kNo;
 }
 
+void Capabilities(const Request& request) {
+    const auto machine = OpenMachine(request);
+    Print(request, ReportCapabilities(request.printer));
+}
+
 void Model(const Request& request) {
     const auto machine = OpenMachine(request);
     Print(request, ReportModel(request.printer));
@@ -331,6 +337,9 @@ constexpr Command kCommands[] = {
      "has rejected the public one.\n"
      "Exit codes: 0 accepted, repaired or not; 1 rejected; 2 failed.",
      "velmora check \"Velmora C3200\" damaged.bin", Check, AddCheckArguments, kUsage},
+    {"capabilities", "Print what a printer can do, as its driver tells applications",
+     "The answer to every index of DeviceCapabilities, and the papers, paper sources and media that it offers.",
+     "velmora capabilities \"Velmora C3200\" --measurement us", Capabilities, AddPrinterArgument},
     {"model", "Print a printer's model", "Every value and table as the driver reads them, in the user's language.",
      "velmora model \"Velmora C3200\" --language de", Model, AddPrinterArgument},
     {"data", "Print a printer's data", "The named values that the driver keeps with the printer.",

@@ -110,10 +110,6 @@ std::string NameKeyword(const Context& context, int64_t value, size_t) {
     return record ? context.model.Localized(static_cast<int16_t>(record->nameRef)) : std::string();
 }
 
-std::string NameVersion(int64_t value) {
-    return std::to_string(value >> 8) + "." + std::to_string(value & 0xFF);
-}
-
 std::string NameBits(int64_t value) {
     return HexNumber(static_cast<uint64_t>(value));
 }
@@ -136,14 +132,6 @@ constexpr FieldBit kFieldBits[] = {
     FIELD_BIT(DM_MEDIATYPE),
 };
 #undef FIELD_BIT
-
-std::string NameFieldBits(int64_t value) {
-    std::string names = NameBits(value);
-    for (const FieldBit& bit : kFieldBits) {
-        names += (value & bit.bit) != 0 ? std::string(" ") + bit.name : "";
-    }
-    return names;
-}
 
 // A field whose numbers stand for more than the table of fields says: by themselves, or by the model's records.
 struct Explained {
@@ -201,6 +189,18 @@ static_assert(kColorGroups[2].selectionsOffset == offsetof(PrivateDevMode, graph
 static_assert(kColorGroups[3].selectionsOffset == offsetof(PrivateDevMode, generalColorOptions));
 
 }  // namespace
+
+std::string NameVersion(int64_t version) {
+    return std::to_string(version >> 8) + "." + std::to_string(version & 0xFF);
+}
+
+std::string NameFieldBits(int64_t fields) {
+    std::string names = NameBits(fields);
+    for (const FieldBit& bit : kFieldBits) {
+        names += (fields & bit.bit) != 0 ? std::string(" ") + bit.name : "";
+    }
+    return names;
+}
 
 NumberNames NamesOfNumbers(const PrinterModel* model) {
     return [model](const DevModeElement& element, const VelmoraDevMode& devMode, int64_t number) -> std::string {

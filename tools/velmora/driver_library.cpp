@@ -1,10 +1,8 @@
 #include "tools/velmora/driver_library.h"
 
-#include "driver/base/handles.h"
 #include "driver/entry/driver_interface.h"
 #include "platform/kernel/text.h"
 #include "tools/velmora/command_error.h"
-#include "tools/velmora/spooler_client.h"
 
 namespace velmora {
 namespace {
@@ -15,16 +13,17 @@ constexpr DWORD kDriverDefault = 4;
 
 }  // namespace
 
-Conversion ConvertByDriver(HANDLE printer, const std::string& printerName, const VelmoraDevMode* input) {
-    const OwnedModule driver(LoadLibraryW(DriverOf(printer).configFile.c_str()));
+OwnedModule LoadDriverOf(HANDLE printer, const std::string& printerName) {
+    OwnedModule driver(LoadLibraryW(DriverOf(printer).configFile.c_str()));
     if (!driver) {
         ThrowRefused("LoadLibraryW of the driver of \"" + printerName + "\"");
     }
-    const auto convert = reinterpret_cast<decltype(&DrvConvertDevMode)>(
-        reinterpret_cast<void*>(GetProcAddress(driver.Get(), "DrvConvertDevMode")));
-    if (!convert) {
-        ThrowRefused("GetProcAddress of DrvConvertDevMode");
-    }
+    return driver;
+}
+
+Conversion ConvertByDriver(HANDLE printer, const std::string& printerName, const VelmoraDevMode* input) {
+    const OwnedModule driver = LoadDriverOf(printer, printerName);
+    const auto convert = DriverExport<decltype(&DrvConvertDevMode)>(driver, "DrvConvertDevMode");
     std::u16string name = host::ToWide(printerName);
     VelmoraDevMode given = input ? *input : VelmoraDevMode{};  // the driver may repair it in place
     DEVMODEW* const in = input ? &given.publicPart : nullptr;

@@ -5,9 +5,24 @@
 
 #include <string>
 
+#include "driver/base/handles.h"
 #include "driver/devmode/private_devmode.h"
+#include "tools/velmora/spooler_client.h"
 
 namespace velmora {
+
+// The library with the exports of the printer's driver. Throws a CommandError where it can't be loaded.
+OwnedModule LoadDriverOf(HANDLE printer, const std::string& printerName);
+
+// An export of a loaded driver. Throws a CommandError where it has none of this name.
+template <class Function>
+Function DriverExport(const OwnedModule& driver, const char* name) {
+    const FARPROC address = GetProcAddress(driver.Get(), name);
+    if (!address) {
+        ThrowRefused(std::string("GetProcAddress of ") + name);
+    }
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+}
 
 struct Conversion {
     bool isDone;  // the export's result

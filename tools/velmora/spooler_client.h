@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "driver/base/handles.h"
 #include "driver/entry/printer_access.h"
 
 namespace velmora {

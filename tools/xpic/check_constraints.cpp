@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "driver/devdesc/model_tables.h"
+#include "driver/devdesc/offered_papers.h"
 #include "tools/xpic/model_checker.h"
 #include "tools/xpic/model_fields.h"
 #include "tools/xpic/model_limits.h"
@@ -37,8 +38,8 @@ bool ModelChecker::HasPaperOf(const ConstraintRecord& record) const {
         return true;
     }
     const bool holdsForCustom = ContainsPaper(record.papers, 0);
-    for (const int id : kOfferedPapers) {
-        if (ContainsPaper(record.papers, id)) {
+    for (const OfferedPaper& paper : kOfferedPapers) {
+        if (ContainsPaper(record.papers, paper.paperId)) {
             return true;
         }
     }

@@ -167,10 +167,8 @@ void ModelChecker::CheckSettings() {
 }
 
 bool ModelChecker::IsDefaultTrayValid() const {
-    constexpr int kFirstMediumSource = 2000;
-    constexpr int kAnyTray = 1028;  // accepted on every model
     const int bin = model_.device.defaultBin;
-    return bin == kAnyTray ||
+    return bin == kAnySizeSource ||
            (bin >= kFirstMediumSource && bin - kFirstMediumSource < static_cast<int>(model_.media.size())) ||
            std::any_of(model_.trays.begin(), model_.trays.end(),
                        [&](const TraySource& record) { return record.binId == bin; });

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "driver/devdesc/model_tables.h"
+#include "driver/devdesc/offered_papers.h"
 #include "tools/xpic/model_checker.h"
 #include "tools/xpic/model_limits.h"
 #include "tools/xpic/source_document.h"
@@ -219,9 +220,9 @@ std::string ModelChecker::MarginPath(size_t record) const {
 
 std::set<size_t> ModelChecker::UsedMargins() const {
     std::set<size_t> used;
-    for (const int id : kOfferedPapers) {
+    for (const OfferedPaper& paper : kOfferedPapers) {
         for (int orientation : kOrientations) {
-            used.insert(FindMargins(id, {}, orientation));
+            used.insert(FindMargins(paper.paperId, {}, orientation));
         }
     }
     for (const PaperSource& paper : model_.papers) {

@@ -29,8 +29,6 @@ struct TextLimit {
 inline constexpr int kLastStandardPaperId = 118;
 inline constexpr int kFirstOwnPaperId = 256;
 inline constexpr int kFirstCustomId = 448;  // of the users' custom sizes
-// What every printer offers to applications, whatever its model's papers are.
-inline constexpr int kOfferedPapers[] = {8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 20, 27};
 
 inline constexpr int kA4 = 9;  // of new device modes, for every locale
 
