@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "bench/bench.h"
+#include "bench/validation_bench.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/capability_formats.h"
@@ -170,7 +171,8 @@ class DriverBench : public Bench {
             kCapabilityFormats, {}, [&](const CapabilityFormat& format) { return times.at(format.name); });
         holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest->name,
                              times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
-        return PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes) && holds;
+        holds &= PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes);
+        return validation_.Judge(times) && holds;
     }
 
   private:
@@ -189,6 +191,7 @@ class DriverBench : public Bench {
     std::vector<std::unique_ptr<BenchPrinter>> printers_;
     std::unique_ptr<CapabilityPrinter> richest_;
     std::string richestModel_;
+    ValidationBench validation_{machine_};
 };
 
 }  // namespace

@@ -41,9 +41,13 @@ const PaperRecord* FindInTable(const DeviceModel& model, int paperId) {
     return nullptr;
 }
 
+// Sizes that a device mode can't hold are those that it can.
 PaperSize SizeOfRecord(const CustomSizeRecord& record) {
-    return {static_cast<LONG>(record.width / 10), static_cast<LONG>(record.length / 10),
-            static_cast<int>(record.metric)};
+    constexpr uint32_t kMost = 32767;
+    const auto tenths = [](uint32_t hundredths) {
+        return static_cast<LONG>(hundredths / 10 < kMost ? hundredths / 10 : kMost);
+    };
+    return {tenths(record.width), tenths(record.length), static_cast<int>(record.metric)};
 }
 
 // The size at `index` of the user's custom sizes followed by the user-defined forms; false where there are not as many,

@@ -21,7 +21,8 @@ struct PaperSize {
 // The model's record of a paper, by whichever of its ids; null where there is none. `model` may be null.
 const PaperRecord* FindPaperRecord(const DeviceModel* model, int paperId);
 
-// The size of a paper; the locale's default paper (A4 or Letter) where the id names none. `model` may be null.
+// The size of a paper, at most 32767 for the user's own; the locale's default paper (A4 or Letter) where the id names
+// none. `model` may be null.
 PaperSize LookupPaperSize(HANDLE printer, const DeviceModel* model, int paperId);
 
 struct MarginPair {

@@ -53,7 +53,8 @@ void TakeForeignSettings(HANDLE printer, const DeviceModel* model, const DEVMODE
     }
 }
 
-void WriteOutput(const DOCUMENTPROPERTYHEADER& header, HANDLE file, const DeviceModel* model) {
+void WriteOutput(const DOCUMENTPROPERTYHEADER& header, const WCHAR* printerName, HANDLE file,
+                 const DeviceModel* model) {
     if (header.cbOut < kDevModeSize || !header.pdmOut) {
         return;
     }
@@ -67,7 +68,7 @@ void WriteOutput(const DOCUMENTPROPERTYHEADER& header, HANDLE file, const Device
         (header.fMode & (DM_UPDATE | DM_COPY)) == 0) {
         return;
     }
-    AdjustDevMode({header.hPrinter, header.pszPrinterName, file, model}, &source);
+    AdjustDevMode({header.hPrinter, printerName, file, model}, &source);
     memcpy(header.pdmOut, &source, sizeof(source));
 }
 
@@ -93,13 +94,17 @@ bool ChooseSourceDevMode(HANDLE printer, DEVMODEW* input, HANDLE file, const Dev
 }
 
 void DocumentPropertiesNoUI(const DOCUMENTPROPERTYHEADER& header) {
+    // Callers may leave the name out: the printer is open.
+    const HeapOwner<PRINTER_INFO_2W> info =
+        header.pszPrinterName ? HeapOwner<PRINTER_INFO_2W>() : GetPrinterInfo2(header.hPrinter);
+    const WCHAR* const printerName = info ? info->pPrinterName : header.pszPrinterName;
     {
         const OwnedFile file = OpenDescriptionFile(header.hPrinter);
         const HeapOwner<DeviceModel> model = LoadDeviceModel(file.Get());
-        WriteOutput(header, file.Get(), model.Get());
+        WriteOutput(header, printerName, file.Get(), model.Get());
     }
-    if (header.pszPrinterName) {
-        RegisterSpoolDirectory(header.hPrinter, header.pszPrinterName);
+    if (printerName) {
+        RegisterSpoolDirectory(header.hPrinter, printerName);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "driver/devdesc/device_model.h"
 #include "driver/devmode/color_groups.h"
@@ -19,13 +20,17 @@ struct ValidationReport {
     static constexpr size_t kRepairLimit = 3;  // the repair that rejects
 
     size_t repairs = 0;                       // may pass the limit where one check makes several
-    const char* repaired[kRepairLimit] = {};  // what was repaired, in order
+    const char* repaired[kRepairLimit] = {};  // see RepairedNames
     const char* rejectedBy = nullptr;         // what rejects whatever was repaired; null for nothing
 
     // Counts a repair that is made. False once the validation is over.
     bool CountRepair(const char* name);
     // False, as the validation is over.
     bool Reject(const char* name);
+    // Of what was repaired, in order.
+    std::span<const char* const> RepairedNames() const {
+        return std::span(repaired).first(repairs < kRepairLimit ? repairs : kRepairLimit);
+    }
     bool IsAccepted() const { return !rejectedBy && repairs < kRepairLimit; }
 };
 

@@ -451,14 +451,10 @@ bool CheckFeatureSelections(const PrivateCheck& check) {
     return true;
 }
 
-// True for an index of a table; 0 is one of an absent table too.
-template <class Record>
-bool IsIndex(const Record* table, int64_t index) {
-    return index == 0 || (index > 0 && index < static_cast<int64_t>(CountRecords(table)));
-}
-
+// Without colour modes 0 is the one index. Without resolutions there is none: such a model costs a repair each time.
 bool CheckColorModeIndex(const PrivateCheck& check) {
-    if (IsIndex(check.model.colorModeTable, check.devMode.colorModeIndex)) {
+    const int16_t index = check.devMode.colorModeIndex;
+    if (index == 0 || IsBetween(index, 0, static_cast<int64_t>(CountRecords(check.model.colorModeTable)) - 1)) {
         return true;
     }
     check.devMode.colorModeIndex = static_cast<int16_t>(check.model.defaultColorMode);
@@ -466,7 +462,8 @@ bool CheckColorModeIndex(const PrivateCheck& check) {
 }
 
 bool CheckResolutionIndex(const PrivateCheck& check) {
-    if (IsIndex(check.model.resolutionTable, check.devMode.resolutionIndex)) {
+    const auto count = static_cast<int64_t>(CountRecords(check.model.resolutionTable));
+    if (IsBetween(check.devMode.resolutionIndex, 0, count - 1)) {
         return true;
     }
     check.devMode.resolutionIndex = check.model.defaultResolution;
@@ -531,7 +528,7 @@ bool CheckAreaByte(const PrivateCheck& check, size_t place, int most) {
 }
 
 // Lengths come from outside: a record or list may claim any. One whose successor would begin beyond the area empties
-// it; a record of length 0 has no successor, and nothing behind it is looked at.
+// it. What follows a record of length 0 lies at the same place; the counts bound the walk.
 bool CheckExceptionArea(const PrivateCheck& check) {
     if (!check.HasExceptions()) {
         return CheckUnusedExceptionArea(check);
@@ -548,9 +545,6 @@ bool CheckExceptionArea(const PrivateCheck& check) {
         const size_t length = part[place] | static_cast<size_t>(part[place + 1]) << 8;
         if (!CheckAreaByte(check, place + sizeof(uint16_t), kMostKind)) {
             return false;
-        }
-        if (length == 0) {
-            return true;
         }
         place += length;
         if (place > kExceptionEnd) {
@@ -745,7 +739,7 @@ int ValidateColorOptions(const DeviceModel& model, const ColorGroup& group, Priv
             values = CountColorValues(model, *feature);
             ++feature;
         }
-        // Without values, and without a feature, 0 is the one selection.
+        // Without a feature, and of one without values, 0 is the one selection.
         const int16_t selection = ColorSelection(*devMode, group, k);
         if (selection != 0 && !IsBetween(selection, 0, static_cast<int64_t>(values) - 1)) {
             SetColorSelection(devMode, group, k, 0);

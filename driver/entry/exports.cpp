@@ -103,6 +103,9 @@ LONG WINAPI DrvDocumentProperties(HWND, HANDLE hPrinter, LPWSTR pDeviceName, PDE
 
 LONG WINAPI DrvDocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam) {
     auto* header = reinterpret_cast<DOCUMENTPROPERTYHEADER*>(pPSUIInfo ? pPSUIInfo->lParamInit : lParam);
+    if (!header) {
+        return 0;
+    }
     if (header->fMode == 0 || !header->pdmOut) {
         return AnswerSize(header);
     }
@@ -117,11 +120,11 @@ LONG WINAPI DrvDocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam
 }
 
 LONG WINAPI DrvDevicePropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM) {
-    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_INIT) {
+    if (!pPSUIInfo || pPSUIInfo->Reason == PROPSHEETUI_REASON_INIT) {
         return 0;
     }
     const auto* header = reinterpret_cast<const DEVICEPROPERTYHEADER*>(pPSUIInfo->lParamInit);
-    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_DESTROY && header->pszPrinterName) {
+    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_DESTROY && header && header->pszPrinterName) {
         SyncPrinterDataFileCopies(header->pszPrinterName);
     }
     return 1;

@@ -114,7 +114,8 @@ HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD t
     if ((result != ERROR_MORE_DATA && result != ERROR_SUCCESS) || needed == 0) {
         return {};
     }
-    auto value = HeapOwner<BYTE>::AllocateSize(needed + size_t{2} * sizeof(WCHAR));
+    // An odd byte at the end is half a character.
+    auto value = HeapOwner<BYTE>::AllocateSize(needed + needed % sizeof(WCHAR) + size_t{2} * sizeof(WCHAR));
     if (!value ||
         GetPrinterDataW(printer, const_cast<WCHAR*>(valueName), &storedType, value.Get(), needed, &needed) !=
             ERROR_SUCCESS ||

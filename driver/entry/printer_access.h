@@ -43,9 +43,8 @@ bool GetPrinterDriverName(HANDLE printer, WCHAR* name);
 // written.
 bool SetPrinterDevMode(HANDLE printer, DEVMODEW* devMode);
 
-// Reads a value of the printer's data whole: the block, two characters longer than the value and 0 behind it, and the
-// value's bytes in
-// `*size`. Empty and 0 where there is none of this type (REG_, winnt.h), it is empty, or memory runs out.
+// Reads a value of the printer's data whole: the block, 0 for two whole characters behind the value, and the value's
+// bytes in `*size`. Empty and 0 where there is none of this type (REG_, winnt.h), it is empty, or memory runs out.
 HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD type, DWORD* size);
 
 // True where the printer's data has no such value; false where it has one, and where that can't be told.

@@ -272,15 +272,17 @@ void MoveEntry(const WCHAR* iniFile, unsigned from, unsigned to) {
     }
 }
 
-// Where the user's entries, which begin behind `first` built-in ones, end: at the file's count or before it, where an
-// entry has no text. So a count that isn't true moves no more entries than there are.
+// Where the user's entries, which begin behind `first` built-in ones, end: behind the last one below the file's count
+// that has a text. A count that isn't true isn't followed for long: entries end where as many have no text as no list
+// has.
 unsigned EndOfEntries(const WCHAR* iniFile, unsigned first, unsigned count) {
+    constexpr unsigned kLongestGap = 32;
     unsigned end = first;
     WCHAR text[MAX_PATH];
-    for (; end < count; ++end) {
-        ReadText(iniFile, kTextKey, end, text);
-        if (text[0] == 0) {
-            break;
+    for (unsigned i = first; i < count && i < end + kLongestGap; ++i) {
+        ReadText(iniFile, kTextKey, i, text);
+        if (text[0] != 0) {
+            end = i + 1;
         }
     }
     return end;
@@ -360,7 +362,9 @@ void WriteWatermarkList(const WCHAR* printerName, const WCHAR* iniFile, const Wa
         GetPrivateProfileStringW(kSection, kLanguageKey, TEXT(""), language, ARRAYSIZE(language), iniFile);
     }
     WritePrivateProfileStringW(kSection, nullptr, nullptr, iniFile);
-    WritePrivateProfileStringW(kSection, kLanguageKey, language, iniFile);
+    if (language[0] != 0) {
+        WritePrivateProfileStringW(kSection, kLanguageKey, language, iniFile);
+    }
     WriteNumberKey(kSection, kCountKey, count, iniFile);
     for (unsigned i = 0; i < count; ++i) {
         for (const WatermarkKey& key : kKeys) {

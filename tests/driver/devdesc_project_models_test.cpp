@@ -1,54 +1,25 @@
 // Each of the project's compiled models loads through the driver's own reader.
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
-#include "driver/devdesc/description_file.h"
 #include "driver/devdesc/model_tables.h"
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/entry/resource_module.h"
-#include "tests/driver/machine.h"
+#include "tests/driver/project_models.h"
 
 namespace velmora {
 namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-std::string FileBytes(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-class ProjectModel : public testing::TestWithParam<std::filesystem::path> {
+class ProjectModel : public ProjectModelTest {
   protected:
-    void SetUp() override {
-        InstallPrinter(PackageOf(FileBytes(GetParam())));
-        printer_ = OpenWithAllAccess(kPrinterName);
-        file_ = OpenDescriptionFile(printer_.Get());
-        model_ = LoadDeviceModel(file_.Get());
-        ASSERT_TRUE(model_);
-    }
-
-    void TearDown() override {
-        model_.Reset(nullptr);
-        file_.Close();
-        printer_.Close();
-        EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
-    }
-
     std::string String(int16_t reference) const {
         WCHAR text[128];
         ReadLocalizedString(file_.Get(), LANG_ENGLISH, nullptr, reference, text, ARRAYSIZE(text));
         return ToText(text);
     }
-
-    host::Machine machine_;
-    OwnedPrinter printer_;
-    OwnedFile file_;
-    HeapOwner<DeviceModel> model_;
 };
 
 TEST_P(ProjectModel, IsWhole) {
@@ -98,22 +69,7 @@ TEST_P(ProjectModel, HasADefaultDeviceMode) {
     }
 }
 
-std::vector<std::filesystem::path> CompiledModels() {
-    std::vector<std::filesystem::path> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(VELMORA_COMPILED_MODELS)) {
-        if (entry.path().extension() == ".XPI") {
-            paths.push_back(entry.path());
-        }
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
-
-INSTANTIATE_TEST_SUITE_P(Models, ProjectModel, testing::ValuesIn(CompiledModels()), [](const auto& info) {
-    std::string name = info.param.stem().string();
-    std::ranges::replace(name, '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Models, ProjectModel, testing::ValuesIn(CompiledModels()), ModelName);
 
 }  // namespace
 }  // namespace velmora

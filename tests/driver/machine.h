@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "driver/devdesc/description_file.h"
+#include "driver/devmode/validate_devmode.h"
 #include "driver/entry/printer_access.h"
 #include "platform/host.h"
 #include "tests/driver/description_builder.h"
@@ -54,6 +55,11 @@ void ReadEverything(HANDLE file);
 template <class T>
 T ValueOf(T value) {
     return value;
+}
+
+// The names of what a validation repaired.
+inline Texts RepairsOf(const velmora::ValidationReport& report) {
+    return {report.RepairedNames().begin(), report.RepairedNames().end()};
 }
 
 // For messages of failed expectations.

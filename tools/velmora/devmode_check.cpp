@@ -1,16 +1,11 @@
 #include "tools/velmora/devmode_check.h"
 
 #include <algorithm>
-#include <span>
 
 #include "tools/velmora/field_report.h"
 
 namespace velmora {
 namespace {
-
-std::span<const char* const> RepairedNames(const ValidationReport& report) {
-    return std::span(report.repaired).first(std::min(report.repairs, ValidationReport::kRepairLimit));
-}
 
 // The check that rejected, with what its field has to hold.
 std::string Rejection(const std::string& name) {
@@ -38,7 +33,7 @@ std::string Describe(const ValidationReport& report) {
     if (report.repairs > 0) {
         text += " after " + std::to_string(report.repairs) + (report.repairs == 1 ? " repair" : " repairs");
         const char* separator = ": ";
-        for (const char* name : RepairedNames(report)) {
+        for (const char* name : report.RepairedNames()) {
             text += std::string(separator) + name;
             separator = ", ";
         }
@@ -48,7 +43,7 @@ std::string Describe(const ValidationReport& report) {
 
 Json ToJson(const ValidationReport& report) {
     Json names = Json::array();
-    for (const char* name : RepairedNames(report)) {
+    for (const char* name : report.RepairedNames()) {
         names.push_back(name);
     }
     return {{"accepted", report.IsAccepted()},

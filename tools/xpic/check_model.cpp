@@ -203,15 +203,12 @@ void ModelChecker::CheckRepairs() {
     const size_t medium = device.defaultMedia;
     const bool isMediaTypeValid = !takesMedium || medium == 0 || medium > model_.media.size() ||
                                   IsDeviceModeValue(model_.media[medium - 1].mediaId, kLastPublishedMedium);
-    const ptrdiff_t ofPublicPart = !IsDefaultTrayValid() + !IsDefaultIntentValid() + !isMediaTypeValid;
-    ptrdiff_t ofPrivatePart = !IsDefaultMediumValid() + !IsDefaultColorModeValid() + !IsColorValid() +
-                              static_cast<int>(model_.resolutions.empty());
+    const auto hasNoResolutions = static_cast<ptrdiff_t>(model_.resolutions.empty());
+    const ptrdiff_t ofPublicPart =
+        !IsDefaultTrayValid() + !IsDefaultIntentValid() + !isMediaTypeValid + hasNoResolutions;
+    ptrdiff_t ofPrivatePart = !IsDefaultMediumValid() + !IsDefaultColorModeValid() + !IsColorValid() + hasNoResolutions;
     ofPrivatePart += std::count_if(model_.features.begin(), model_.features.end(),
                                    [](const FeatureSource& feature) { return feature.options.empty(); });
-    for (const auto& group : model_.colorFeatures) {
-        ofPrivatePart += std::count_if(group.begin(), group.end(),
-                                       [](const ColorFeatureSource& feature) { return feature.values.empty(); });
-    }
     for (const auto& [part, repairs] : {std::pair("public", ofPublicPart), std::pair("private", ofPrivatePart)}) {
         if (repairs >= kRejects) {
             Report("device-mode-rejected", std::string(kRootPath),

@@ -133,7 +133,7 @@ inline constexpr FindingKind kFindingKinds[] = {
     {"preset-without-settings", Severity::kWarning, "the mode says that it sets selections and sets none"},
     {"manual-without-features", Severity::kWarning, "there is nothing that users could set"},
     {"color-feature-without-values", Severity::kWarning,
-     "no selection of it is valid: every check of a device mode counts a repair, and three reject it"},
+     "there is nothing to select"},
     {"color-feature-sends-nothing", Severity::kNote, "no value has a command or a job value"},
     {"object-commands-twice", Severity::kWarning, "a group has one pair of commands: the later feature's take it"},
     {"command-empty", Severity::kNote, "nothing is sent for it"},
