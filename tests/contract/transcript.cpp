@@ -77,6 +77,23 @@ void RecordFields(std::span<const FieldDescriptor> fields, const void* part) {
     }
 }
 
+// Tells the elements that differ and puts the actual ones into `expected`.
+void CompareFields(std::span<const FieldDescriptor> fields, void* expected, const void* actual,
+                   std::vector<std::string>* lines) {
+    for (const FieldDescriptor& field : fields) {
+        for (size_t i = 0; i < field.count; ++i) {
+            const size_t place = field.offset + i * field.stride;
+            const auto* after = static_cast<const char*>(actual) + place;
+            auto* before = static_cast<char*>(expected) + place;
+            if (memcmp(before, after, field.width) != 0) {
+                lines->push_back(std::string(field.name) + "[" + std::to_string(i) + "] is " +
+                                 ElementText(field, actual, i) + ", not " + ElementText(field, expected, i));
+                memcpy(before, after, field.width);
+            }
+        }
+    }
+}
+
 // What was recorded so far, by test: programs order their tests differently on the two hosts.
 std::map<std::string, std::vector<std::string>>& Lines() {
     static std::map<std::string, std::vector<std::string>> lines;
@@ -136,6 +153,17 @@ std::string Printable(const WideText& text) {
 void Record(std::string_view line) {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     Lines()[std::string(test->test_suite_name()) + '.' + test->name()].emplace_back(line);
+}
+
+std::vector<std::string> Differences(const VelmoraDevMode& expected, const VelmoraDevMode& actual) {
+    std::vector<std::string> lines;
+    VelmoraDevMode rest = expected;
+    CompareFields(velmora::PublicFields(), &rest.publicPart, &actual.publicPart, &lines);
+    CompareFields(velmora::PrivateFields(), &rest.privatePart, &actual.privatePart, &lines);
+    if (memcmp(&rest, &actual, sizeof(rest)) != 0) {
+        lines.emplace_back("bytes that no field names");
+    }
+    return lines;
 }
 
 void RecordDevMode(const DEVMODEW* devMode) {

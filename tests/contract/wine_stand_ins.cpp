@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
 
 namespace contract {
@@ -302,6 +303,53 @@ BOOL WINAPI StandInGetPrinter(HANDLE printer, DWORD level, LPBYTE data, DWORD si
     return TRUE;
 }
 
+// The printer's driver, to be freed; null, with the last error set, where it can't be loaded.
+HMODULE LoadDriver(HANDLE printer) {
+    const auto getDriver = GENUINE(GetPrinterDriverW);
+    DWORD needed = 0;
+    getDriver(printer, nullptr, 3, nullptr, 0, &needed);
+    std::vector<BYTE> block(needed);
+    if (needed == 0 || !getDriver(printer, nullptr, 3, block.data(), needed, &needed)) {
+        return nullptr;
+    }
+    return LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
+}
+
+// --- Document settings: DocumentPropertiesW
+
+bool WritesDocumentProperties(HANDLE printer) {
+    std::vector<BYTE> output(velmora::kDevModeSize);
+    std::wstring name = PrinterName(printer);
+    auto* devMode = reinterpret_cast<DEVMODEW*>(output.data());
+    GENUINE(DocumentPropertiesW)(nullptr, printer, name.data(), devMode, nullptr, DM_OUT_BUFFER);
+    return devMode->dmSize != 0;
+}
+
+// The caller's buffer is as large as the driver told it.
+LONG WINAPI StandInDocumentProperties(HWND, HANDLE printer, LPWSTR printerName, PDEVMODEW output, PDEVMODEW input,
+                                      DWORD mode) {
+    const HMODULE driver = LoadDriver(printer);
+    if (driver == nullptr) {
+        return -1;
+    }
+    const auto ask = reinterpret_cast<decltype(&::DrvDocumentPropertySheets)>(
+        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDocumentPropertySheets")));
+    LONG result = -1;
+    if (ask != nullptr) {
+        DOCUMENTPROPERTYHEADER header = {sizeof(header), 0, printer, printerName, nullptr, nullptr, 0, 0};
+        result = ask(nullptr, reinterpret_cast<LPARAM>(&header));
+        if (result > 0 && mode != 0 && output != nullptr) {
+            header.pdmIn = input;
+            header.pdmOut = output;
+            header.cbOut = static_cast<DWORD>(result);
+            header.fMode = mode;
+            result = ask(nullptr, reinterpret_cast<LPARAM>(&header));
+        }
+    }
+    FreeLibrary(driver);
+    return result;
+}
+
 // --- Jobs: DevQueryPrint
 
 bool QueriesPrint(HANDLE) {
@@ -321,18 +369,6 @@ struct QueryPrintInfo {
     DWORD cchErrorStr;
     DWORD cchNeeded;
 };
-
-// The configuration file of the printer's driver; null where it can't be had.
-HMODULE LoadDriver(HANDLE printer) {
-    const auto getDriver = GENUINE(GetPrinterDriverW);
-    DWORD needed = 0;
-    getDriver(printer, nullptr, 3, nullptr, 0, &needed);
-    std::vector<BYTE> block(needed);
-    if (needed == 0 || !getDriver(printer, nullptr, 3, block.data(), needed, &needed)) {
-        return nullptr;
-    }
-    return LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
-}
 
 // Asks the driver's DevQueryPrintEx, as the spooler does.
 BOOL WINAPI StandInDevQueryPrint(HANDLE printer, LPDEVMODEW devMode, DWORD* reason) {
@@ -432,11 +468,13 @@ constexpr char kNotWritten[] = "not there, a call ends the process";
 constexpr char kNoPrinter[] = "the driver is asked without its printer";
 constexpr char kNoForms[] = "no form is kept";
 constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
+constexpr char kNoOutputSize[] = "the driver isn't told how large the output is, and so writes nothing";
 
 std::vector<StandIn> standIns = {
     STAND_IN(DeletePrinterDataW, kNotWritten, DeletesPrinterData, StandInDeletePrinterData),
     STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
     STAND_IN(DeviceCapabilitiesW, kNoPrinter, GivesCapabilities, StandInDeviceCapabilities),
+    STAND_IN(DocumentPropertiesW, kNoOutputSize, WritesDocumentProperties, StandInDocumentProperties),
     STAND_IN(AddFormW, kNoForms, KeepsForms, StandInAddForm),
     STAND_IN(EnumFormsW, kNoForms, KeepsForms, StandInEnumForms),
     STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),

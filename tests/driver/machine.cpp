@@ -8,7 +8,7 @@ void MachineTest::TearDown() {
     printer_.Close();
     file_.Close();
     model_.Reset(nullptr);
-    EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
+    EXPECT_EQ(host::StillOpen(), keptOpen_);
 }
 
 void MachineTest::Install(const DriverPackage& package, const WideText& printerName) {

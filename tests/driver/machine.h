@@ -43,6 +43,8 @@ class MachineTest : public testing::Test {
     // For a test's description file; closed and freed with the test.
     velmora::OwnedFile file_;
     velmora::HeapOwner<velmora::DeviceModel> model_;
+    // What the driver keeps open by design, as host::StillOpen tells it.
+    Texts keptOpen_;
 
   private:
     velmora::OwnedPrinter printer_;
