@@ -189,8 +189,8 @@ void FollowDuplexUnit(const Adjustment& a) {
 
 // Whether the overlay that the job is to create is there already.
 bool HasOverlayFile(const PrivateDevMode& devMode) {
-    WCHAR path[std::extent_v<decltype(devMode.settingsFolder)> + std::extent_v<decltype(devMode.overlayName)>];
-    WCHAR name[std::extent_v<decltype(devMode.overlayName)>];
+    WCHAR path[ARRAYSIZE(devMode.settingsFolder) + ARRAYSIZE(devMode.overlayName)];
+    WCHAR name[ARRAYSIZE(devMode.overlayName)];
     CopyText<WCHAR>(path, std::size(devMode.settingsFolder), devMode.settingsFolder);
     CopyText<WCHAR>(name, std::size(name), devMode.overlayName);
     AppendText(path, std::size(path), TEXT("\\"));

@@ -37,15 +37,18 @@ struct ValueRange {
 
 // Ranges from their bounds and from single values, as the table of fields names them.
 template <int64_t... bounds>
-inline constexpr auto kRangesOf = [] {
+consteval auto MakeRanges() {
     static_assert(sizeof...(bounds) % 2 == 0);
+    constexpr size_t kCount = sizeof...(bounds) / 2;
     const int64_t list[] = {bounds...};
-    std::array<ValueRange, sizeof...(bounds) / 2> ranges = {};
-    for (size_t i = 0; i < ranges.size(); ++i) {
+    std::array<ValueRange, kCount> ranges = {};
+    for (size_t i = 0; i < kCount; ++i) {
         ranges[i] = {list[2 * i], list[2 * i + 1]};
     }
     return ranges;
-}();
+}
+template <int64_t... bounds>
+inline constexpr auto kRangesOf = MakeRanges<bounds...>();
 template <int64_t... values>
 inline constexpr std::array<ValueRange, sizeof...(values)> kValues = {ValueRange{values, values}...};
 

@@ -65,7 +65,7 @@ bool CheckDescriptionPath(const PrivateCheck& check) {
     if (!RequireTerminated(check, kField)) {
         return false;
     }
-    WCHAR path[std::extent_v<decltype(devMode.descriptionPath)>];
+    WCHAR path[ARRAYSIZE(devMode.descriptionPath)];
     CopyText<WCHAR>(path, std::size(path), devMode.descriptionPath);
     if (!TextsEqual(FileNamePart(path), FileNamePart(check.facts.descriptionPath))) {
         return check.report.Reject(kField.name);
@@ -683,14 +683,14 @@ constexpr Row kRows[] = {
     Rule(CheckResolutionIndex),
     Rule(CheckColorOptions),
     Rule(CheckExceptionArea),
-    RequiredText("uiCode"),
+    RequiredText("uiCode"),  // byte 2668
     Plain("uiFlagA", 0),
     Plain("uiZoomOn", 0),
     Plain("uiZoomPercent", 100),
     Plain("uiRotate180", 0),
     Plain("uiDuplex", 0),
     Plain("uiFlagB", 0),
-    RequiredText("uiLabel"),
+    RequiredText("uiLabel"),  // byte 2683
     Plain("uiFlagC", 0),
     Plain("uiPageLayout", 1),
     Rule(CheckPaperMatch),
@@ -712,7 +712,7 @@ constexpr Row kRows[] = {
     Plain("colorFlagA", 1),
     Plain("colorLevels", 0),
     Plain("colorFlagB", 0),
-    RequiredText("colorPresetName"),
+    RequiredText("colorPresetName"),  // character at 2892
     Plain("resolutionFlag", 0),
     Plain("outputSetting", 0),
     Plain("outputFlag", 0),
@@ -722,7 +722,7 @@ constexpr Row kRows[] = {
     Plain("finishChoice", 0),
     Plain("finishSide", 1),
     Plain("finishFlagB", 0),
-    RequiredText("outputText"),
+    RequiredText("outputText"),  // byte 3066
     Plain("finishFlags", 0),
     Plain("finishFlagC", 1),
 };

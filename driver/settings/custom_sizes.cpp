@@ -49,15 +49,8 @@ bool ReadRecord(const WCHAR* iniFile, unsigned index, CustomSizeRecord* record) 
     return true;
 }
 
-// Room for `count` records, with the blank one behind them.
 CustomSizeList MakeList(uint16_t count) {
-    CustomSizeList list;
-    list.records = HeapOwner<CustomSizeRecord>::Allocate(size_t{count} + 1);
-    if (list.records) {
-        list.count = count;
-        MakeBlankCustomSize(list.records.Get() + count);
-    }
-    return list;
+    return CustomSizeList::WithRoomFor(count, MakeBlankCustomSize);
 }
 
 // A form's length, in thousandths of a millimetre, in hundredths.

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "driver/base/heap.h"
+#include "driver/settings/stored_list.h"
 
 namespace velmora {
 
@@ -29,11 +29,7 @@ static_assert(offsetof(CustomSizeRecord, metric) == 8);
 static_assert(offsetof(CustomSizeRecord, name) == 12);
 static_assert(sizeof(CustomSizeRecord) == 140);
 
-// A list of sizes: `count` records and a blank one behind them. No memory: no records at all.
-struct CustomSizeList {
-    uint16_t count = 0;
-    HeapOwner<CustomSizeRecord> records;
-};
+using CustomSizeList = StoredList<CustomSizeRecord>;
 
 // The printer's custom sizes: the user's, or those shipped with the driver, or none.
 CustomSizeList LoadCustomSizes(const WCHAR* printerName);

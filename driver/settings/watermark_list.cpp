@@ -288,15 +288,8 @@ unsigned EndOfEntries(const WCHAR* iniFile, unsigned first, unsigned count) {
     return end;
 }
 
-// Room for `count` records, with the blank one behind them.
 WatermarkList MakeList(uint16_t count) {
-    WatermarkList list;
-    list.records = HeapOwner<WatermarkRecord>::Allocate(size_t{count} + 1);
-    if (list.records) {
-        list.count = count;
-        MakeBlankWatermark(list.records.Get() + count);
-    }
-    return list;
+    return WatermarkList::WithRoomFor(count, MakeBlankWatermark);
 }
 
 OwnedModule LoadPrinterModule(const WCHAR* printerName) {

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "driver/base/heap.h"
+#include "driver/settings/stored_list.h"
 
 namespace velmora {
 
@@ -57,11 +57,7 @@ struct WatermarkRecord {
 static_assert(sizeof(WatermarkStyle) == 32 * sizeof(WCHAR) + 7 * sizeof(uint32_t));
 static_assert(sizeof(WatermarkRecord) == (64 + 3 * MAX_PATH) * sizeof(WCHAR) + 10 * sizeof(uint32_t));
 
-// A list of watermarks: `count` records and a blank one behind them. No memory: no records at all.
-struct WatermarkList {
-    uint16_t count = 0;
-    HeapOwner<WatermarkRecord> records;
-};
+using WatermarkList = StoredList<WatermarkRecord>;
 
 // The printer's watermarks, the built-in ones brought up to date first. A printer without a settings file has none.
 WatermarkList LoadWatermarkList(const WCHAR* printerName);
