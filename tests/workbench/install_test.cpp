@@ -40,6 +40,27 @@ TEST_F(WorkbenchTest, FileNamesBecomeDriverNamesWithoutDots) {
     EXPECT_EQ(Json({"devmode", "Probe 9"}).at("private").at("modelCode").at("value"), 909);
 }
 
+TEST_F(WorkbenchTest, ADriverOfAnotherBuildIsTold) {
+    Succeed({"install", WriteSource()});
+    Succeed({"devmode", "Probe 9"});
+    {
+        const host::Machine machine(MachineFolder());
+        const OwnedPrinter printer = OpenNamedPrinter("Probe 9");
+        const OwnedFile driver(CreateFileW(DriverOf(printer.Get()).configFile.c_str(), GENERIC_WRITE, 0, nullptr,
+                                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        ASSERT_TRUE(SetFilePointerEx(driver.Get(), {}, nullptr, FILE_END));
+        DWORD written = 0;
+        ASSERT_TRUE(WriteFile(driver.Get(), "", 1, &written, nullptr));
+    }
+    for (const char* command : {"devmode", "convert", "capabilities"}) {
+        const Outcome outcome = Run({command, "Probe 9"});
+        EXPECT_EQ(outcome.exitCode, 0) << command;
+        EXPECT_EQ(outcome.errors,
+                  "velmora: note: the driver of \"Probe 9\" is of another build; remove the printer and install its "
+                  "model again to have this one\n");
+    }
+}
+
 TEST_F(WorkbenchTest, ABrokenSourceLeavesNothingBehind) {
     const std::string source = WriteSource("probe.json", {{"\"pcl6\"", "\"pcl7\""}, {"909", "70000"}});
     const std::string message = Fail({"install", source});

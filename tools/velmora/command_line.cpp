@@ -63,6 +63,15 @@ std::unique_ptr<host::Machine> OpenMachine(const Request& request) {
     return machine;
 }
 
+// Says where the printer's driver, which a command is about to call, isn't the one that was built with this program.
+void NoteOtherDriver(const Request& request) {
+    const OwnedPrinter printer = OpenNamedPrinter(request.printer);
+    if (!HasBuiltDriver(printer.Get(), FindBuiltFiles(request.programFolder))) {
+        request.errors << "velmora: note: the driver of \"" << request.printer
+                       << "\" is of another build; remove the printer and install its model again to have this one\n";
+    }
+}
+
 void Print(const Request& request, std::span<const Table> tables) {
     request.output << (request.json ? FormatJson(ToJson(tables)) : FormatText(tables));
 }
@@ -124,6 +133,7 @@ void PrintDifferences(const Request& request, const std::string& sentence, Json 
 
 void DevMode(const Request& request) {
     const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
     const PrinterModel model(request.printer);
     const NumberNames names = NamesOfNumbers(&model);
     const VelmoraDevMode unchanged = DefaultByDriver(model.Printer(), request.printer);
@@ -162,6 +172,7 @@ void Diff(const Request& request) {
 
 void Convert(const Request& request) {
     const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
     const PrinterModel model(request.printer);
     const std::optional<VelmoraDevMode> input =
         request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
@@ -200,6 +211,7 @@ void Check(const Request& request) {
 
 void Capabilities(const Request& request) {
     const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
     Print(request, ReportCapabilities(request.printer));
 }
 

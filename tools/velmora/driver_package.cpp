@@ -259,6 +259,20 @@ Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& file
     return installation;
 }
 
+bool HasBuiltDriver(HANDLE printer, const BuiltFiles& files) {
+    const std::vector<std::byte> built = ReadFile(files.configurationFile);
+    const OwnedFile installed(CreateFileW(DriverOf(printer).configFile.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    LARGE_INTEGER size = {};
+    if (!installed || !GetFileSizeEx(installed.Get(), &size) || size.QuadPart != static_cast<LONGLONG>(built.size())) {
+        return false;
+    }
+    std::vector<std::byte> bytes(built.size());
+    DWORD arrived = 0;
+    return ::ReadFile(installed.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &arrived, nullptr) &&
+           arrived == bytes.size() && bytes == built;
+}
+
 bool RemovePrinter(const std::string& printerName) {
     const OwnedPrinter printer = OpenNamedPrinter(printerName);
     const std::string driver = DriverOf(printer.Get()).name;

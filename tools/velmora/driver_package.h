@@ -1,6 +1,8 @@
 // Driver packages: the built files that make a driver with a model, and installing and removing printers of one.
 #pragma once
 
+#include <windows.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -46,6 +48,10 @@ struct Installation {
 // driver that wasn't there before isn't there then either.
 Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,
                             const std::string& printerName);
+
+// True where the printer's driver is the build's, byte for byte: printers keep the driver that they were installed
+// with.
+bool HasBuiltDriver(HANDLE printer, const BuiltFiles& files);
 
 // Removes the printer, and its driver where no printer of it is left. True where the driver went too. Throws a
 // CommandError for an unknown printer and where the spooler refuses it.
