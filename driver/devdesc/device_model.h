@@ -64,6 +64,8 @@ struct MediaRecord {
 inline constexpr uint16_t kFirstMediumSource = 2000;
 // One that every model takes, with paper of any size.
 inline constexpr uint16_t kAnySizeSource = 1028;
+// The printer's own choice, where no tray of a model can be named.
+inline constexpr uint16_t kAutomaticSource = 1025;
 
 // A resolution. A record whose mark is 0 ends the list.
 struct ResolutionRecord {
@@ -146,6 +148,9 @@ struct ColorFeatureRecord {
     uint16_t nameRef;    // localised display name; the feature's id
     int16_t firstValue;  // index of its first record in colorOptionValues
 };
+
+// The bits of a slice's length that count bytes; the others are flags.
+inline constexpr uint16_t kSliceLengthMask = 0x1FFF;
 
 // A value of a colour-correction feature. A record whose nameRef is 0 ends the feature's run. The two pairs are start
 // and length of slices of the file's command blob.

@@ -58,7 +58,7 @@ const PresetSettingRecord* PresetSettingAt(const DeviceModel& model, int32_t ind
 
 const ResolutionRecord* FindResolution(const DeviceModel& model, int16_t xDpi, int16_t yDpi) {
     for (const ResolutionRecord& resolution : RecordList(model.resolutionTable)) {
-        if (static_cast<int16_t>(resolution.xDpi) == xDpi && static_cast<int16_t>(resolution.yDpi) == yDpi) {
+        if (IsResolution(resolution, xDpi, yDpi)) {
             return &resolution;
         }
     }

@@ -118,7 +118,12 @@ const PresetSettingRecord* PresetSettingAt(const DeviceModel& model, int32_t ind
 // Values of a colour feature, likewise.
 size_t CountColorValues(const DeviceModel& model, const ColorFeatureRecord& feature);
 
-// The resolution with these numbers of dots per inch, as a device mode holds them; null where the model has none.
+// True for the resolution with these numbers of dots per inch, as a device mode holds them.
+constexpr bool IsResolution(const ResolutionRecord& resolution, int16_t xDpi, int16_t yDpi) {
+    return static_cast<int16_t>(resolution.xDpi) == xDpi && static_cast<int16_t>(resolution.yDpi) == yDpi;
+}
+
+// The model's first one with them; null where it has none.
 const ResolutionRecord* FindResolution(const DeviceModel& model, int16_t xDpi, int16_t yDpi);
 
 // The model's default resolution, or its first where that index leads nowhere; null where it has no resolutions.

@@ -19,7 +19,6 @@ namespace {
 constexpr DWORD kMostCopies = 999;
 constexpr DWORD kLandscapeRotation = 90;  // degrees from portrait to landscape
 constexpr DWORD kKilobytesPerMegabyte = 1024;
-constexpr WORD kAutomaticSource = 1025;
 
 constexpr LONG kNoLimit = 0x7FFFFFFF;  // a smallest extent that no paper has
 

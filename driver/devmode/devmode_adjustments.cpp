@@ -39,14 +39,13 @@ void ReplaceUnnamedPaper(const Adjustment& a) {
 
 // Documents of some papers are scaled onto another paper, unless the user has them scaled already.
 void FitToPaper(const Adjustment& a) {
-    constexpr uint16_t kFitCentred = 1;
-    constexpr uint16_t kFitTopLeft = 33;
     const PaperRecord* paper = FindPaperRecord(a.printer.model, a.open.dmPaperSize);
-    if (!paper || paper->fitPaperId == 0 || a.own.scaleMode == kFitCentred || a.own.scaleMode == kFitTopLeft) {
+    if (!paper || paper->fitPaperId == 0 || a.own.scaleMode == kScaleFitCentred ||
+        a.own.scaleMode == kScaleFitTopLeft) {
         return;
     }
     const PaperSize target = a.SizeOf(paper->fitPaperId);
-    a.own.scaleMode = kFitCentred;
+    a.own.scaleMode = kScaleFitCentred;
     a.own.scaleValue = paper->fitPaperId;
     a.own.scaleWidth = static_cast<int16_t>(target.width);
     a.own.scaleLength = static_cast<int16_t>(target.length);
@@ -136,12 +135,10 @@ void FollowResolution(const Adjustment& a) {
         return;
     }
     const DeviceModel& model = *a.printer.model;
-    const auto isChosen = [&](const ResolutionRecord* resolution) {
-        return resolution && static_cast<SHORT>(resolution->xDpi) == a.open.dmPrintQuality &&
-               static_cast<SHORT>(resolution->yDpi) == a.open.dmYResolution;
-    };
-    if (a.own.resolutionIndex >= 0 &&
-        isChosen(RecordAt(model.resolutionTable, static_cast<size_t>(a.own.resolutionIndex)))) {
+    const ResolutionRecord* const chosen =
+        a.own.resolutionIndex >= 0 ? RecordAt(model.resolutionTable, static_cast<size_t>(a.own.resolutionIndex))
+                                   : nullptr;
+    if (chosen && IsResolution(*chosen, a.open.dmPrintQuality, a.open.dmYResolution)) {
         return;
     }
     const ResolutionRecord* resolution = FindResolution(model, a.open.dmPrintQuality, a.open.dmYResolution);

@@ -6,6 +6,7 @@
 
 #include <string_view>
 
+#include "driver/devdesc/device_model.h"
 #include "driver/devmode/devmode_fields.h"
 
 namespace velmora {
@@ -310,7 +311,7 @@ inline constexpr FieldDescriptor kPrivateFields[] = {
     FIELD(separatorMode, 0, "separator sheets").Range<0, 5>(),
     FIELD(exceptionAreaOffset, kExceptionAreaOffset, "offset of the exception lists from extensionTag")
         .Valid("0 or 1255; 64281 on some models"),
-    FIELD(separatorBin, 1025, "tray of separator sheets").Default(kModelBin).Ranges<1, 15, 256, 65535>(),
+    FIELD(separatorBin, kAutomaticSource, "tray of separator sheets").Default(kModelBin).Ranges<1, 15, 256, 65535>(),
     FIELD(separatorMedia, 0, "medium of separator sheets, 1-based").Default(kModelMedia).Valid(kMediaRange),
     FIELD(bookletGutter, 0, "booklet gutter, device dots").InDots(),
     FIELD(bookletValue, 0, "booklet value, device dots").InDots(),

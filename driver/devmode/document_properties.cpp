@@ -14,9 +14,6 @@
 namespace velmora {
 namespace {
 
-// What the model's default tray is where there is no model.
-constexpr SHORT kAutomaticBin = 1025;
-
 // What a device mode of another driver sets.
 constexpr DWORD kForeignFields =
     DM_ORIENTATION | DM_PAPERSIZE | DM_PAPERLENGTH | DM_PAPERWIDTH | DM_COPIES | DM_DEFAULTSOURCE | DM_COLLATE;
@@ -37,8 +34,8 @@ void TakeForeignSettings(HANDLE printer, const DeviceModel* model, const DEVMODE
     output->dmFields = kForeignFields;
     output->dmCopies = PositiveOr(input.dmCopies, 1);
     output->dmCollate = input.dmCollate == DMCOLLATE_TRUE ? SHORT{DMCOLLATE_TRUE} : SHORT{DMCOLLATE_FALSE};
-    output->dmDefaultSource =
-        PositiveOr(input.dmDefaultSource, model ? static_cast<SHORT>(model->defaultBin) : kAutomaticBin);
+    output->dmDefaultSource = PositiveOr(
+        input.dmDefaultSource, model ? static_cast<SHORT>(model->defaultBin) : static_cast<SHORT>(kAutomaticSource));
     output->dmOrientation =
         input.dmOrientation == DMORIENT_LANDSCAPE ? SHORT{DMORIENT_LANDSCAPE} : SHORT{DMORIENT_PORTRAIT};
     output->dmPaperSize = PositiveOr(input.dmPaperSize, DefaultPaperForLocale());

@@ -4,18 +4,6 @@
 
 namespace velmora {
 
-bool ValidationReport::CountRepair(const char* name) {
-    if (repairs < kRepairLimit) {
-        repaired[repairs] = name;
-    }
-    return ++repairs < kRepairLimit;
-}
-
-bool ValidationReport::Reject(const char* name) {
-    rejectedBy = name;
-    return false;
-}
-
 WCHAR LastCharacter(const FieldDescriptor& text, const void* part) {
     const char* const end = static_cast<const char*>(part) + text.offset + text.width;
     if (text.kind == FieldKind::kAnsiText) {

@@ -24,8 +24,6 @@ struct BlobSlice {
     uint16_t length;  // low 13 bits: length in bytes; top 3 bits: flags
 };
 
-inline constexpr uint16_t kSliceLengthMask = 0x1FFF;
-
 // Colour treatment of one kind of object.
 struct ObjectColor {
     uint16_t mode;
@@ -261,6 +259,19 @@ inline constexpr uint16_t kPrivateSignature = 0xCACA;
 
 // Bit values of colour devices in dmFields (wingdi.h).
 inline constexpr DWORD kColorFields = DM_COLOR | DM_ICMMETHOD | DM_ICMINTENT | DM_MEDIATYPE;
+
+// Values of scaleMode that more than the renderer tells apart.
+enum ScaleMode : uint16_t {
+    kScaleFitCentred = 1,
+    kScaleZoomTopLeft = 2,
+    kScaleFitTopLeft = 33,
+    kScaleZoomCentred = 66,
+};
+
+// True for the modes whose scaleValue is a percentage.
+constexpr bool IsZoom(uint16_t scaleMode) {
+    return scaleMode == kScaleZoomTopLeft || scaleMode == kScaleZoomCentred;
+}
 
 // Bit values of watermarkFlags.
 enum WatermarkFlag : uint32_t {

@@ -24,9 +24,17 @@ struct ValidationReport {
     const char* rejectedBy = nullptr;         // what rejects whatever was repaired; null for nothing
 
     // Counts a repair that is made. False once the validation is over.
-    bool CountRepair(const char* name);
+    bool CountRepair(const char* name) {
+        if (repairs < kRepairLimit) {
+            repaired[repairs] = name;
+        }
+        return ++repairs < kRepairLimit;
+    }
     // False, as the validation is over.
-    bool Reject(const char* name);
+    bool Reject(const char* name) {
+        rejectedBy = name;
+        return false;
+    }
     // Of what was repaired, in order.
     std::span<const char* const> RepairedNames() const {
         return std::span(repaired).first(repairs < kRepairLimit ? repairs : kRepairLimit);

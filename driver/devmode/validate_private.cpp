@@ -147,11 +147,6 @@ bool IsCustomLength(const DeviceModel& model, int64_t length) {
 
 // --- Scaling and pages on a sheet
 
-// Values of scaleMode whose scaleValue is a percentage.
-constexpr bool IsZoom(uint16_t scaleMode) {
-    return scaleMode == 2 || scaleMode == 66;
-}
-
 bool CheckZoom(const PrivateCheck& check) {
     constexpr int kLeastPercent = 20;
     constexpr int kMostPercent = 500;
@@ -283,7 +278,7 @@ constexpr SheetFields kBackCover = {
 constexpr SheetFields kInterleave = {
     .mode = &PrivateField("interleaveMode"),
     .bin = &PrivateField("interleaveBin"),
-    .binRepair = 1025,
+    .binRepair = kAutomaticSource,
     .paper = &PrivateField("interleavePaper"),
     .width = &PrivateField("interleaveWidth"),
     .length = &PrivateField("interleaveLength"),
@@ -292,7 +287,7 @@ constexpr SheetFields kInterleave = {
 constexpr SheetFields kSeparator = {
     .mode = &PrivateField("separatorMode"),
     .bin = &PrivateField("separatorBin"),
-    .binRepair = 1025,
+    .binRepair = kAutomaticSource,
     .paper = &PrivateField("separatorPaper"),
     .width = &PrivateField("separatorWidth"),
     .length = &PrivateField("separatorLength"),
@@ -496,9 +491,9 @@ bool CheckColorOptions(const PrivateCheck& check) {
 
 constexpr const char* kExceptionArea = "exceptionArea";
 constexpr size_t kExceptionStart = offsetof(PrivateDevMode, exceptionArea);
-constexpr size_t kExceptionEnd = 3811;  // no record or list begins beyond it
-constexpr int kMostKind = 6;            // kind codes of records
-constexpr int kMostSlot = 3;            // slots of page lists
+constexpr size_t kExceptionEnd = kExceptionStart + sizeof(PrivateDevMode::exceptionArea);  // none begins beyond it
+constexpr int kMostKind = 6;                                                               // kind codes of records
+constexpr int kMostSlot = 3;                                                               // slots of page lists
 
 bool EmptyExceptionArea(const PrivateCheck& check) {
     check.devMode.exceptionCount = 0;

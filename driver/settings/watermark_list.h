@@ -12,10 +12,9 @@
 
 namespace velmora {
 
-// WatermarkRecord::type.
-constexpr uint32_t kNoWatermark = 0;  // a blank record, which ends a list
-constexpr uint32_t kTextWatermark = 1;
-constexpr uint32_t kImageWatermark = 2;
+// WatermarkRecord::type; 0 is a blank record, which ends a list.
+inline constexpr uint32_t kTextWatermark = 1;
+inline constexpr uint32_t kImageWatermark = 2;
 
 // How the text of a text watermark is drawn.
 struct WatermarkStyle {

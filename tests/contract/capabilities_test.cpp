@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "driver/devmode/capability_formats.h"
 #include "tests/contract/contract_test.h"
 #include "tests/contract/transcript.h"
+#include "tools/velmora/capability_formats.h"
 
 namespace contract {
 namespace {

@@ -7,7 +7,6 @@
 #include "driver/base/text.h"
 #include "driver/devdesc/model_tables.h"
 #include "driver/devdesc/paper_lookup.h"
-#include "driver/devmode/capability_formats.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/devmode/validate_devmode.h"
 #include "driver/entry/driver_interface.h"
@@ -21,6 +20,7 @@
 #include "driver/settings/watermark_list.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/resource_file.h"
+#include "tools/velmora/capability_formats.h"
 
 namespace velmora {
 namespace {

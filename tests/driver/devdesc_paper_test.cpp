@@ -149,6 +149,10 @@ TEST_F(PaperLookup, TheTableThenCustomSizesThenUserForms) {
     EXPECT_EQ(Size(449), "700x800 0");
     EXPECT_EQ(Size(450), "1000x2000 1");
     EXPECT_EQ(Size(451), kA4);
+    AddForm(u"Vast form", FORM_USER, 2000000000, 199996);
+    EXPECT_EQ(Size(451), "32767x2000 1") << "as much as a device mode can hold";
+    WideText vast = u"Vast form";
+    DeleteFormW(Printer(), vast.data());
     machine_.SetMetric(false);
     EXPECT_EQ(Size(450), "1000x2000 0");
     EXPECT_EQ(Size(451), kLetter);

@@ -2,12 +2,12 @@
 
 #include <functional>
 
-#include "driver/devmode/capability_formats.h"
 #include "driver/entry/driver_interface.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/resource_file.h"
+#include "tools/velmora/capability_formats.h"
 
 namespace velmora {
 namespace {

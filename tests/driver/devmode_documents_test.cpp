@@ -508,6 +508,9 @@ TEST_F(Conversion, ConnectionsOnSystemsOfVersion4) {
         SetInstalledBy(computers);
         EXPECT_EQ(Ask(connection), yes) << ToText(computers);
     }
+    constexpr char kOdd[] = {'A', 0, 'B'};  // half a character at its end
+    SetData(Printer(), u"VMNetworkInstall", REG_MULTI_SZ, kOdd, sizeof(kOdd));
+    EXPECT_EQ(Ask(connection), yes);
     SetInstalledBy(u"VELMORA-PC"s, REG_SZ);
     EXPECT_EQ(Ask(connection), unknown);
     SetInstalledBy(u"OTHER\0VELMORA-PC"s);  // without terminators

@@ -281,6 +281,18 @@ TEST_F(Watermarks, CountsThatAreNotTrue) {
     }
 }
 
+// Such a list reads as empty, but its entries stay for a file that is mended.
+TEST_F(Watermarks, AGapMovesWithTheEntriesAroundIt) {
+    PrepareSettingsFile(kPrinterName);
+    LoadIn(LANG_JAPANESE);
+    Append({TextMark(TEXT("First")), TextMark(TEXT("Second")), TextMark(TEXT("Third"))});
+    WritePrivateProfileStringW(TEXT("Watermarks"), TEXT("WMString7"), nullptr, SettingsFile().c_str());
+    LoadIn(LANG_ENGLISH);
+    EXPECT_EQ(Key(u"WMString8") + Key(u"WMString9") + Key(u"WMString10"), "FirstnoneThird");
+    LoadIn(LANG_JAPANESE);
+    EXPECT_EQ(Key(u"WMString6") + Key(u"WMString7") + Key(u"WMString8") + Key(u"NumWatermarks"), "FirstnoneThird9");
+}
+
 TEST_F(Watermarks, AMovedImageLeavesItsPictureBehind) {
     PrepareSettingsFile(kPrinterName);
     LoadIn(LANG_JAPANESE);

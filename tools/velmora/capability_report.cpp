@@ -8,9 +8,9 @@
 #include <span>
 #include <utility>
 
-#include "driver/devmode/capability_formats.h"
 #include "driver/entry/driver_interface.h"
 #include "platform/kernel/text.h"
+#include "tools/velmora/capability_formats.h"
 #include "tools/velmora/command_error.h"
 #include "tools/velmora/devmode_names.h"
 #include "tools/velmora/driver_library.h"

@@ -27,10 +27,7 @@ std::string NamePaper(const Context& context, int64_t value, size_t) {
 }
 
 std::string NameScaleTarget(const Context& context, int64_t value, size_t index) {
-    constexpr uint16_t kZoomTopLeft = 2;
-    constexpr uint16_t kZoomCentred = 66;
-    const uint16_t mode = context.devMode.privatePart.scaleMode;
-    return mode == kZoomTopLeft || mode == kZoomCentred ? "percent" : NamePaper(context, value, index);
+    return IsZoom(context.devMode.privatePart.scaleMode) ? "percent" : NamePaper(context, value, index);
 }
 
 std::string NameTray(const Context& context, int64_t value, size_t) {

@@ -562,11 +562,10 @@ Table ReportColorModes(const PrinterModel& model) {
 
 // "120, 34 bytes": a slice of the command blob.
 Cell SliceCell(uint16_t start, uint16_t length) {
-    constexpr uint16_t kLengthBits = 0x1FFF;
     if (length == 0) {
         return EmptyCell();
     }
-    const int bytes = length & kLengthBits;
+    const int bytes = length & kSliceLengthMask;
     return {std::to_string(start) + ", " + std::to_string(bytes) + " bytes", Json::array({start, bytes})};
 }
 

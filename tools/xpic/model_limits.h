@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "driver/devdesc/device_model.h"
+
 namespace velmora {
 
 // Longest texts, in bytes without the terminator, as their readers hold them.
@@ -71,7 +73,7 @@ inline constexpr size_t kMostColorFeatures = 4;  // a group
 inline constexpr size_t kPatternSizes[] = {8, 16, 32};
 
 // Bytes of a command: the 13 bits of a slice's length.
-inline constexpr uint16_t kLongestCommand = 0x1FFF;
+inline constexpr uint16_t kLongestCommand = kSliceLengthMask;
 
 // Bytes of the pattern block of a resolution whose pattern has this size.
 constexpr size_t PatternBlockSize(size_t size) {
