@@ -85,6 +85,23 @@ void ReadTextBlock(HANDLE file, int16_t reference, char* destination, size_t cap
     destination[arrived < capacity ? arrived : capacity - 1] = 0;
 }
 
+// Where all font records lie, one behind the other.
+struct FontPool {
+    uint64_t position;
+    uint32_t size;  // bytes; 0 where there are none
+};
+
+FontPool FindFontPool(HANDLE file, const DeviceModel& model) {
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    uint32_t first = 0;
+    uint32_t last = 0;
+    if (!header || model.fontCount <= 0 || !ReadEntry(file, header->fontIndexOffset, 0, &first) ||
+        !ReadEntry(file, header->fontIndexOffset, static_cast<uint64_t>(model.fontCount), &last)) {
+        return {};
+    }
+    return {uint64_t{header->fontPoolOffset} + first, last - first};
+}
+
 // Fills the block's array of font group starts. The slot still holds the array's offset: it is the file's own place in
 // the block, and whatever is written there is resolved and checked afterwards like everything else.
 void FillFontGroups(HANDLE file, const DescriptionFileHeader& header, char* block, size_t length) {
@@ -280,14 +297,16 @@ uint32_t ReadPatternBlock(HANDLE file, int16_t index, void* destination, size_t 
 }
 
 uint32_t GetFontDataSize(HANDLE file, const DeviceModel& model) {
-    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
-    uint32_t first = 0;
-    uint32_t last = 0;
-    if (!header || model.fontCount <= 0 || !ReadEntry(file, header->fontIndexOffset, 0, &first) ||
-        !ReadEntry(file, header->fontIndexOffset, static_cast<uint64_t>(model.fontCount), &last)) {
+    return FindFontPool(file, model).size;
+}
+
+size_t ReadFontData(HANDLE file, const DeviceModel& model, uint32_t position, void* destination, size_t count) {
+    const FontPool pool = FindFontPool(file, model);
+    if (position >= pool.size) {
         return 0;
     }
-    return last - first;
+    const size_t left = pool.size - position;
+    return ReadAt(file, pool.position + position, destination, count < left ? count : left);
 }
 
 }  // namespace velmora

@@ -61,4 +61,8 @@ uint32_t ReadPatternBlock(HANDLE file, int16_t index, void* destination, size_t 
 // Bytes of all font records.
 uint32_t GetFontDataSize(HANDLE file, const DeviceModel& model);
 
+// Reads up to `count` bytes of the font records, which lie one behind the other, from byte `position` of the first one
+// on. Returns the bytes read, 0 behind the last record.
+size_t ReadFontData(HANDLE file, const DeviceModel& model, uint32_t position, void* destination, size_t count);
+
 }  // namespace velmora

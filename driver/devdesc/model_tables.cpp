@@ -91,8 +91,7 @@ uint16_t LookupMemorySize(const DeviceModel& model, int32_t key) {
 uint32_t GetPatternDataSize(const DeviceModel& model) {
     uint32_t total = 0;
     for (const ResolutionRecord& record : RecordList(model.resolutionTable)) {
-        const auto k = static_cast<uint32_t>(record.patternSize);
-        total += 32 * k * k;
+        total += static_cast<uint32_t>(PatternBlockSize(record));
     }
     return total;
 }

@@ -146,7 +146,12 @@ constexpr bool ContainsPaper(const PaperSet& papers, int paperId) {
 // Megabytes of the first pair with this key, else those of the first pair; 0 without a memory table.
 uint16_t LookupMemorySize(const DeviceModel& model, int32_t key);
 
-// Bytes of the pattern blocks of all resolutions.
+// Bytes of a resolution's pattern block, and of those of all resolutions.
+constexpr size_t PatternBlockSize(const ResolutionRecord& resolution) {
+    const auto side =
+        static_cast<size_t>(resolution.patternSize < 0 ? -resolution.patternSize : resolution.patternSize);
+    return 32 * side * side;
+}
 uint32_t GetPatternDataSize(const DeviceModel& model);
 
 }  // namespace velmora

@@ -26,4 +26,9 @@ enum class NetworkInstall {
 };
 NetworkInstall ReadNetworkInstall(HANDLE printer);
 
+// Puts this computer behind the installed ones, whether it is among them or not. Takes every mention of it away; the
+// value goes with the last computer. Neither changes a value that can't be read.
+void AddNetworkInstall(HANDLE printer);
+void RemoveNetworkInstall(HANDLE printer);
+
 }  // namespace velmora

@@ -11,6 +11,8 @@
 #include "driver/entry/driver_interface.h"
 #include "driver/entry/printer_access.h"
 #include "driver/entry/spool_directory.h"
+#include "driver/install/printer_events.h"
+#include "driver/job/job_hooks.h"
 #include "driver/settings/printer_data_file.h"
 
 namespace velmora {
@@ -39,6 +41,11 @@ LONG PrepareDocumentSheets(const DOCUMENTPROPERTYHEADER& header) {
         memcpy(header.pdmOut, &source, sizeof(source));
     }
     return 0;
+}
+
+// Device modes that cross an export have all of their 4088 bytes.
+VelmoraDevMode* WholeDevMode(DEVMODEW* devMode) {
+    return reinterpret_cast<VelmoraDevMode*>(devMode);
 }
 
 LONG RunDocumentSheets(PROPSHEETUI_INFO* info, const DOCUMENTPROPERTYHEADER& header) {
@@ -142,20 +149,38 @@ DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD iDe
     return answer;
 }
 
-BOOL WINAPI DrvPrinterEvent(LPWSTR, INT, DWORD, LPARAM) {
-    return TRUE;
+BOOL WINAPI DrvPrinterEvent(LPWSTR printerName, INT event, DWORD, LPARAM) {
+    if (!printerName) {
+        return event == PRINTER_EVENT_INITIALIZE ? FALSE : TRUE;
+    }
+    switch (event) {
+        case PRINTER_EVENT_ADD_CONNECTION:
+            OnAddConnection(printerName);
+            return TRUE;
+        case PRINTER_EVENT_DELETE_CONNECTION:
+            OnDeleteConnection(printerName);
+            return TRUE;
+        case PRINTER_EVENT_INITIALIZE:
+            return OnInitialize(printerName) ? TRUE : FALSE;
+        case PRINTER_EVENT_DELETE:
+            OnDelete(printerName);
+            return TRUE;
+        default:
+            return TRUE;
+    }
 }
 
-int WINAPI GuiStartJob(PDEVMODEW, char*, DWORD*, void*) {
-    return 0;
+int WINAPI GuiStartJob(PDEVMODEW devMode, char* buffer, DWORD* size, void* record) {
+    return record && size ? StartJob(WholeDevMode(devMode), buffer, size, static_cast<JobHookRecord*>(record))
+                          : kJobImpossible;
 }
 
-int WINAPI GuiStartSheet(PDEVMODEW, void*) {
-    return 1;
+int WINAPI GuiStartSheet(PDEVMODEW devMode, void* record) {
+    return record ? StartSheet(WholeDevMode(devMode), static_cast<JobHookRecord*>(record)) : kJobDone;
 }
 
-int WINAPI GuiEndJob(PDEVMODEW, char*, DWORD*, void*) {
-    return 1;
+int WINAPI GuiEndJob(PDEVMODEW devMode, char* buffer, DWORD* size, void* record) {
+    return record && size ? EndJob(WholeDevMode(devMode), buffer, size, static_cast<JobHookRecord*>(record)) : kJobDone;
 }
 
 HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, LPVOID* ppv) {

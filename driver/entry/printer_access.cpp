@@ -28,6 +28,12 @@ const WCHAR* FileVersionText(const void* versionBlock, WORD language, WORD codeP
     return static_cast<const WCHAR*>(text);
 }
 
+// Leaves the printer's security descriptor as it is: writing it back would need more rights than the rest does.
+bool WritePrinterInfo(HANDLE printer, PRINTER_INFO_2W* info) {
+    info->pSecurityDescriptor = nullptr;
+    return SetPrinterW(printer, 2, reinterpret_cast<BYTE*>(info), 0) != 0;
+}
+
 }  // namespace
 
 bool NamesServer(const WCHAR* printerName) {
@@ -101,9 +107,16 @@ bool SetPrinterDevMode(HANDLE printer, DEVMODEW* devMode) {
         return false;
     }
     info->pDevMode = devMode;
-    // Left as it is: writing it back would need more rights than the device mode does.
-    info->pSecurityDescriptor = nullptr;
-    return SetPrinterW(printer, 2, reinterpret_cast<BYTE*>(info.Get()), 0) != 0;
+    return WritePrinterInfo(printer, info.Get());
+}
+
+bool SetPrinterPrintProcessor(HANDLE printer, const WCHAR* name) {
+    const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer);
+    if (!info) {
+        return false;
+    }
+    info->pPrintProcessor = const_cast<WCHAR*>(name);
+    return WritePrinterInfo(printer, info.Get());
 }
 
 HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD type, DWORD* size) {
@@ -280,23 +293,23 @@ int TestPrinterDataAccess(HANDLE printer) {
 
 DWORD GetMemorySetting(HANDLE printer) {
     DWORD megabytes = 0;
-    ReadPrinterDword(printer, TEXT("Memory"), &megabytes);
+    ReadPrinterDword(printer, kMemoryValue, &megabytes);
     return megabytes;
 }
 
 bool SetMemorySetting(HANDLE printer, DWORD megabytes) {
-    return WritePrinterValue(printer, TEXT("Memory"), REG_DWORD, &megabytes, sizeof(megabytes));
+    return WritePrinterValue(printer, kMemoryValue, REG_DWORD, &megabytes, sizeof(megabytes));
 }
 
 DWORD GetFontSubs(HANDLE printer, HeapOwner<WCHAR>* table) {
     DWORD size = 0;
-    HeapOwner<BYTE> value = ReadPrinterValue(printer, TEXT("FontSubs"), REG_MULTI_SZ, &size);
+    HeapOwner<BYTE> value = ReadPrinterValue(printer, kFontSubsValue, REG_MULTI_SZ, &size);
     *table = HeapOwner<WCHAR>(reinterpret_cast<WCHAR*>(value.Release()));
     return size / static_cast<DWORD>(sizeof(WCHAR));
 }
 
 bool SetFontSubs(HANDLE printer, const WCHAR* table, DWORD length) {
-    return WritePrinterValue(printer, TEXT("FontSubs"), REG_MULTI_SZ, table, length * sizeof(WCHAR));
+    return WritePrinterValue(printer, kFontSubsValue, REG_MULTI_SZ, table, length * sizeof(WCHAR));
 }
 
 bool GetSettingsString(HANDLE printer, WCHAR* name, DWORD capacity) {

@@ -43,6 +43,9 @@ bool GetPrinterDriverName(HANDLE printer, WCHAR* name);
 // written.
 bool SetPrinterDevMode(HANDLE printer, DEVMODEW* devMode);
 
+// Makes the installed print processor of this name the printer's own. False where the printer can't be read or written.
+bool SetPrinterPrintProcessor(HANDLE printer, const WCHAR* name);
+
 // Reads a value of the printer's data whole: the block, 0 for two whole characters behind the value, and the value's
 // bytes in `*size`. Empty and 0 where there is none of this type (REG_, winnt.h), it is empty, or memory runs out.
 HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD type, DWORD* size);
@@ -87,6 +90,10 @@ WORD GetDriverVersion(const WCHAR* path);
 
 // 0 where the caller may write the printer's data, 1 where not.
 int TestPrinterDataAccess(HANDLE printer);
+
+// Values of the printer's data.
+inline constexpr const WCHAR* kMemoryValue = TEXT("Memory");
+inline constexpr const WCHAR* kFontSubsValue = TEXT("FontSubs");
 
 // Printer memory in megabytes; an absent value reads as 0.
 DWORD GetMemorySetting(HANDLE printer);

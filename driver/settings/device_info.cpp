@@ -7,37 +7,33 @@
 namespace velmora {
 namespace {
 
-constexpr const WCHAR* kValueName = TEXT("DeviceInfo");
 constexpr const WCHAR* kSection = TEXT("DeviceInfo");
 
 }  // namespace
 
-HeapOwner<DeviceInfo> GetDeviceInfo(HANDLE printer, const DeviceModel* model) {
-    auto info = HeapOwner<DeviceInfo>::Allocate();
-    if (!info) {
-        return info;
-    }
-    DWORD type = REG_NONE;
-    DWORD size = 0;
-    if (GetPrinterDataW(printer, const_cast<WCHAR*>(kValueName), &type, reinterpret_cast<BYTE*>(info.Get()),
-                        sizeof(DeviceInfo), &size) == ERROR_SUCCESS &&
-        type == REG_BINARY && size == sizeof(DeviceInfo)) {
-        return info;
-    }
-    *info = {};
+DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model) {
+    DeviceInfo info = {};
     if (model) {
-        info->installedOptions = model->defaultOptionMask;
-        info->memoryKey = static_cast<uint32_t>(model->memoryKeyBase + model->memoryKeyStep);
+        info.installedOptions = model->defaultOptionMask;
+        info.memoryKey = static_cast<uint32_t>(model->memoryKeyBase + model->memoryKeyStep);
     }
     WCHAR iniFile[MAX_PATH];
     if (FindDriverIniFile(printer, iniFile)) {
-        ReadDeviceInfoDefaults(iniFile, info.Get());
+        ReadDeviceInfoDefaults(iniFile, &info);
+    }
+    return info;
+}
+
+HeapOwner<DeviceInfo> GetDeviceInfo(HANDLE printer, const DeviceModel* model) {
+    auto info = HeapOwner<DeviceInfo>::Allocate();
+    if (info && !ReadPrinterRecord(printer, kDeviceInfoValue, REG_BINARY, info.Get(), sizeof(DeviceInfo))) {
+        *info = DefaultDeviceInfo(printer, model);
     }
     return info;
 }
 
 bool SetDeviceInfo(HANDLE printer, const DeviceInfo& info) {
-    return WritePrinterValue(printer, kValueName, REG_BINARY, &info, sizeof(info));
+    return WritePrinterValue(printer, kDeviceInfoValue, REG_BINARY, &info, sizeof(info));
 }
 
 void ReadDeviceInfoDefaults(const WCHAR* iniFile, DeviceInfo* info) {

@@ -36,8 +36,14 @@ enum DeviceInfoOption : uint32_t {
     kStaplerInstalled = 1u << 4,
 };
 
-// The printer's installed options: the stored record, or the model's defaults (all 0 where `model` is null) as the
-// driver's INI data file overrides them. Empty where there is no memory.
+// The printer-data value that holds the record.
+inline constexpr const WCHAR* kDeviceInfoValue = TEXT("DeviceInfo");
+
+// The installed options that a printer begins with: the model's defaults (all 0 where `model` is null) as the driver's
+// INI data file overrides them.
+DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model);
+
+// The printer's installed options: the stored record, or the default one. Empty where there is no memory.
 HeapOwner<DeviceInfo> GetDeviceInfo(HANDLE printer, const DeviceModel* model);
 
 // Stores the record. False where the spooler refuses it.

@@ -51,11 +51,15 @@ DWORD MeasurePrinterDataFile(HANDLE printer) {
 
 DWORD GetBasePdfSize(HANDLE printer) {
     DWORD size = 0;
-    if (ReadPrinterDword(printer, TEXT("BasePDFSize"), &size)) {
+    if (ReadPrinterDword(printer, kBasePdfSizeValue, &size)) {
         return size;
     }
     size = MeasurePrinterDataFile(printer);
     return size != kNoPrinterDataFile ? size : 0;
+}
+
+bool SetBasePdfSize(HANDLE printer, DWORD size) {
+    return WritePrinterValue(printer, kBasePdfSizeValue, REG_DWORD, &size, sizeof(size));
 }
 
 void SyncPrinterDataFileCopies(const WCHAR* printerName) {

@@ -19,9 +19,12 @@ OwnedFile OpenPrinterDataFile(const WCHAR* printerName, DWORD access);
 DWORD GetPrinterDataFileSize(const WCHAR* printerName);
 DWORD MeasurePrinterDataFile(HANDLE printer);
 
-// Its size before patterns and fonts were appended, as installation stored it; without that its size, 0 where there is
-// none.
+// The printer-data value that holds the size of the file before patterns and fonts were appended.
+inline constexpr const WCHAR* kBasePdfSizeValue = TEXT("BasePDFSize");
+
+// That size as installation stored it; without that the file's size, 0 where there is none.
 DWORD GetBasePdfSize(HANDLE printer);
+bool SetBasePdfSize(HANDLE printer, DWORD size);
 
 // Copies the file over the smaller copies of it that other versions of the driver directory hold.
 void SyncPrinterDataFileCopies(const WCHAR* printerName);

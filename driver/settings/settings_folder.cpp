@@ -9,7 +9,6 @@
 namespace velmora {
 namespace {
 
-constexpr const WCHAR* kMakerFolder = TEXT("\\Kestranix Inc.\\");
 constexpr const WCHAR* kSection = TEXT("Velmora");
 constexpr const WCHAR* kProfileKey = TEXT("Profile");
 constexpr const WCHAR* kScreenKey = TEXT("Screen");
@@ -21,14 +20,9 @@ constexpr DWORD kNamesTried = 16;
 
 WCHAR g_currentSettingsFile[MAX_PATH];
 
-// The value of an environment variable; empty where it has none or it is longer.
-bool ReadVariable(const WCHAR* name, WCHAR* value, size_t capacity) {
-    const DWORD length = GetEnvironmentVariableW(name, value, static_cast<DWORD>(capacity));
-    if (length == 0 || length >= capacity) {
-        value[0] = 0;
-        return false;
-    }
-    return true;
+void AppendComponent(WCHAR* path, size_t capacity, const WCHAR* name) {
+    AppendText(path, capacity, TEXT("\\"));
+    AppendText<WCHAR>(path, capacity, name);
 }
 
 bool FileExists(const WCHAR* path) {
@@ -58,10 +52,10 @@ bool FormFolder(HANDLE printer, WCHAR* folder, size_t capacity) {
     }
     CleanFileName(driverName, ARRAYSIZE(driverName));
     if (!ReadVariable(TEXT("APPDATA"), folder, capacity) && ReadVariable(TEXT("USERPROFILE"), folder, capacity)) {
-        AppendText(folder, capacity, TEXT("\\Application Data"));
+        AppendComponent(folder, capacity, kApplicationDataFolder);
     }
-    AppendText(folder, capacity, kMakerFolder);
-    AppendText<WCHAR>(folder, capacity, driverName);
+    AppendComponent(folder, capacity, kMakerFolder);
+    AppendComponent(folder, capacity, driverName);
     CreateFolders(folder);
     return true;
 }
@@ -73,8 +67,7 @@ bool FormFilePath(HANDLE printer, WCHAR* path, size_t capacity) {
         path[0] = 0;
         return false;
     }
-    AppendText(path, capacity, TEXT("\\"));
-    AppendText<WCHAR>(path, capacity, name);
+    AppendComponent(path, capacity, name);
     return true;
 }
 
@@ -151,6 +144,15 @@ void WriteProfileName(const WCHAR* printerName, const WCHAR* profile) {
 
 void WriteScreenProfileName(const WCHAR* printerName, const WCHAR* profile) {
     WriteKey(printerName, kScreenKey, profile);
+}
+
+bool ReadVariable(const WCHAR* name, WCHAR* value, size_t capacity) {
+    const DWORD length = GetEnvironmentVariableW(name, value, static_cast<DWORD>(capacity));
+    if (length == 0 || length >= capacity) {
+        value[0] = 0;
+        return false;
+    }
+    return true;
 }
 
 void CleanFileName(WCHAR* text, size_t capacity) {

@@ -8,6 +8,11 @@
 
 namespace velmora {
 
+// The maker's folder below a user's application data, and the folder of those below a user's profile as systems without
+// the variable "APPDATA" have it.
+inline constexpr const WCHAR* kMakerFolder = TEXT("Kestranix Inc.");
+inline constexpr const WCHAR* kApplicationDataFolder = TEXT("Application Data");
+
 // Writes the settings folder's path, without a backslash at its end, and makes every level of it. The empty string
 // where the printer or its driver's name can't be had. `capacity` is at most MAX_PATH characters.
 void GetSettingsFolder(const WCHAR* printerName, WCHAR* folder, size_t capacity);
@@ -30,6 +35,10 @@ void ReadProfileName(const WCHAR* printerName, WCHAR* profile, size_t capacity);
 void ReadScreenProfileName(const WCHAR* printerName, WCHAR* profile, size_t capacity);
 void WriteProfileName(const WCHAR* printerName, const WCHAR* profile);
 void WriteScreenProfileName(const WCHAR* printerName, const WCHAR* profile);
+
+// The value of an environment variable; false, and empty, where it has none or it has more than `capacity` - 1
+// characters.
+bool ReadVariable(const WCHAR* name, WCHAR* value, size_t capacity);
 
 // Replaces what a file name can't hold, in place, up to `capacity` characters or the terminator.
 void CleanFileName(WCHAR* text, size_t capacity);
