@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "platform/gdi/fonts.h"
 #include "platform/kernel/drive.h"
 #include "platform/kernel/faults.h"
 #include "platform/kernel/heap.h"
@@ -96,6 +97,11 @@ struct Machine::Parts {
             throw;
         }
         ForgetCalls();
+        if (isKept) {
+            SetHostFonts();
+        } else {
+            SetDisplayFonts(FreshFonts());
+        }
         SetDriveFolder(drive);
         machineExists = true;
     }
@@ -217,6 +223,10 @@ void Machine::SetGrantedPrinterAccess(DWORD accessMask) {
 
 void Machine::SetMayWritePrinterData(bool may) {
     parts_->Set([=](Settings& settings) { settings.mayWritePrinterData = may; });
+}
+
+void Machine::SetFonts(std::vector<Font> fonts) {
+    SetDisplayFonts(std::move(fonts));
 }
 
 void Machine::SetProgram(std::u16string_view fileName, Program program) {

@@ -14,6 +14,13 @@
 
 namespace host {
 
+// A font family of a machine's display.
+struct Font {
+    std::u16string face;  // at most 31 characters count
+    DWORD type;           // TRUETYPE_FONTTYPE, DEVICE_FONTTYPE, RASTER_FONTTYPE (wingdi.h), or none of them
+    BYTE charSet;         // ANSI_CHARSET … (wingdi.h)
+};
+
 // One machine: drive C:, environment, settings, registry, spooler. There is at most one at a time in a process, and the
 // published calls act on it. Destroying it closes what is open and, unless it is kept, removes its folder.
 class Machine {
@@ -48,6 +55,10 @@ class Machine {
     // Empty value: the variable is removed. A fresh machine has APPDATA, USERPROFILE,
     // TEMP and TMP, at and below C:\Users\User.
     void SetVariable(std::u16string_view name, std::u16string_view value);
+
+    // The display's fonts. A fresh machine has Arial, Courier New, Symbol and Times New Roman, one that is kept in a
+    // folder those of the host.
+    void SetFonts(std::vector<Font> fonts);
 
     // What OpenPrinterW grants and whether SetPrinterDataW may write. All by default.
     void SetGrantedPrinterAccess(DWORD accessMask);

@@ -72,4 +72,11 @@ struct RegistryKeyTraits {
 };
 using OwnedRegistryKey = HandleOwner<RegistryKeyTraits>;
 
+struct DeviceContextTraits {
+    using Handle = HDC;
+    static Handle None() { return nullptr; }
+    static void Close(Handle context) { DeleteDC(context); }
+};
+using OwnedDeviceContext = HandleOwner<DeviceContextTraits>;
+
 }  // namespace velmora

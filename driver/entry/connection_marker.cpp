@@ -22,13 +22,6 @@ struct MarkerName {
     }
 };
 
-bool IsEmptyOrAbsent(HANDLE printer) {
-    DWORD type = REG_NONE;
-    DWORD needed = 0;
-    const DWORD result = GetPrinterDataW(printer, const_cast<WCHAR*>(kInstalledBy), &type, nullptr, 0, &needed);
-    return result == ERROR_FILE_NOT_FOUND || (result == ERROR_SUCCESS && needed == 0);
-}
-
 struct ComputerName {
     WCHAR text[MAX_COMPUTERNAME_LENGTH + 1] = {};
 
@@ -43,10 +36,10 @@ struct ComputerName {
 HeapOwner<WCHAR> ReadComputers(HANDLE printer, size_t* length) {
     DWORD size = 0;
     const HeapOwner<BYTE> value = ReadPrinterValue(printer, kInstalledBy, REG_MULTI_SZ, &size);
-    if (!value && !IsEmptyOrAbsent(printer)) {
+    if (!value && !IsPrinterValueEmpty(printer, kInstalledBy)) {
         return {};
     }
-    auto computers = HeapOwner<WCHAR>::Allocate(size / sizeof(WCHAR) + MAX_COMPUTERNAME_LENGTH + size_t{3});
+    auto computers = HeapOwner<WCHAR>::Allocate(size / sizeof(WCHAR) + MAX_COMPUTERNAME_LENGTH + size_t{4});
     *length = 0;
     if (computers && value) {
         const auto* text = reinterpret_cast<const WCHAR*>(value.Get());
@@ -90,7 +83,7 @@ NetworkInstall ReadNetworkInstall(HANDLE printer) {
     DWORD size = 0;
     const HeapOwner<BYTE> value = ReadPrinterValue(printer, kInstalledBy, REG_MULTI_SZ, &size);
     if (!value) {
-        return IsEmptyOrAbsent(printer) ? NetworkInstall::kNone : NetworkInstall::kUnreadable;
+        return IsPrinterValueEmpty(printer, kInstalledBy) ? NetworkInstall::kNone : NetworkInstall::kUnreadable;
     }
     const auto* text = reinterpret_cast<const WCHAR*>(value.Get());
     if (*text == 0) {

@@ -171,8 +171,9 @@ BOOL WINAPI DrvPrinterEvent(LPWSTR printerName, INT event, DWORD, LPARAM) {
 }
 
 int WINAPI GuiStartJob(PDEVMODEW devMode, char* buffer, DWORD* size, void* record) {
-    return record && size ? StartJob(WholeDevMode(devMode), buffer, size, static_cast<JobHookRecord*>(record))
-                          : kJobImpossible;
+    DWORD none = 0;
+    return record ? StartJob(WholeDevMode(devMode), buffer, size ? size : &none, static_cast<JobHookRecord*>(record))
+                  : kJobImpossible;
 }
 
 int WINAPI GuiStartSheet(PDEVMODEW devMode, void* record) {
@@ -180,7 +181,9 @@ int WINAPI GuiStartSheet(PDEVMODEW devMode, void* record) {
 }
 
 int WINAPI GuiEndJob(PDEVMODEW devMode, char* buffer, DWORD* size, void* record) {
-    return record && size ? EndJob(WholeDevMode(devMode), buffer, size, static_cast<JobHookRecord*>(record)) : kJobDone;
+    DWORD none = 0;
+    return record ? EndJob(WholeDevMode(devMode), buffer, size ? size : &none, static_cast<JobHookRecord*>(record))
+                  : kJobDone;
 }
 
 HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, LPVOID* ppv) {

@@ -28,6 +28,12 @@ const WCHAR* FileVersionText(const void* versionBlock, WORD language, WORD codeP
     return static_cast<const WCHAR*>(text);
 }
 
+// What GetPrinterDataW says of a value's bytes.
+DWORD MeasurePrinterValue(HANDLE printer, const WCHAR* valueName, DWORD* needed) {
+    DWORD type = REG_NONE;
+    return GetPrinterDataW(printer, const_cast<WCHAR*>(valueName), &type, nullptr, 0, needed);
+}
+
 // Leaves the printer's security descriptor as it is: writing it back would need more rights than the rest does.
 bool WritePrinterInfo(HANDLE printer, PRINTER_INFO_2W* info) {
     info->pSecurityDescriptor = nullptr;
@@ -140,9 +146,14 @@ HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD t
 }
 
 bool LacksPrinterValue(HANDLE printer, const WCHAR* valueName) {
-    DWORD type = REG_NONE;
     DWORD needed = 0;
-    return GetPrinterDataW(printer, const_cast<WCHAR*>(valueName), &type, nullptr, 0, &needed) == ERROR_FILE_NOT_FOUND;
+    return MeasurePrinterValue(printer, valueName, &needed) == ERROR_FILE_NOT_FOUND;
+}
+
+bool IsPrinterValueEmpty(HANDLE printer, const WCHAR* valueName) {
+    DWORD needed = 0;
+    const DWORD result = MeasurePrinterValue(printer, valueName, &needed);
+    return result == ERROR_FILE_NOT_FOUND || (result == ERROR_SUCCESS && needed == 0);
 }
 
 bool WritePrinterValue(HANDLE printer, const WCHAR* valueName, DWORD type, const void* value, size_t size) {

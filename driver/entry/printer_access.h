@@ -53,6 +53,9 @@ HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD t
 // True where the printer's data has no such value; false where it has one, and where that can't be told.
 bool LacksPrinterValue(HANDLE printer, const WCHAR* valueName);
 
+// True where the printer's data has no such value or an empty one; false where that can't be told.
+bool IsPrinterValueEmpty(HANDLE printer, const WCHAR* valueName);
+
 // Stores a value of `size` bytes in the printer's data. False where the spooler refuses it.
 bool WritePrinterValue(HANDLE printer, const WCHAR* valueName, DWORD type, const void* value, size_t size);
 

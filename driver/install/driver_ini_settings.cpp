@@ -15,6 +15,7 @@ namespace {
 
 constexpr uint32_t kMicrometresPerHundredth = 10;
 constexpr uint32_t kHundredthsPerTenth = 10;
+constexpr uint32_t kMostFormSize = 100000000;  // 0.01 mm; of a greater size there is no form
 
 void StoreCustomSizes(HANDLE printer, const WCHAR* printerName, const DeviceModel* model, const WCHAR* iniFile) {
     const CustomSizeList sizes = ReadCustomSizes(iniFile);
@@ -25,12 +26,16 @@ void StoreCustomSizes(HANDLE printer, const WCHAR* printerName, const DeviceMode
     DWORD heldSize = 0;
     const HeapOwner<BYTE> held = ReadPrinterValue(printer, kPaperSizesValue, REG_BINARY, &heldSize);
     ValueContent papers;
-    bool isComplete = papers.Append(held.Get(), heldSize);
+    // What can't be read must not be lost.
+    bool isComplete = (held || IsPrinterValueEmpty(printer, kPaperSizesValue)) && papers.Append(held.Get(), heldSize);
     for (int i = 0; i < sizes.count; ++i) {
         const CustomSizeRecord& size = sizes.records.Get()[i];
         const int paperId = kFirstCustomPaper + i;
-        ReplacePrinterForm(printer, model, paperId, size.name, static_cast<LONG>(size.width * kMicrometresPerHundredth),
-                           static_cast<LONG>(size.length * kMicrometresPerHundredth));
+        if (size.width <= kMostFormSize && size.length <= kMostFormSize) {
+            ReplacePrinterForm(printer, model, paperId, size.name,
+                               static_cast<LONG>(size.width * kMicrometresPerHundredth),
+                               static_cast<LONG>(size.length * kMicrometresPerHundredth));
+        }
         const uint16_t entry[] = {static_cast<uint16_t>(paperId),
                                   static_cast<uint16_t>(size.width / kHundredthsPerTenth),
                                   static_cast<uint16_t>(size.length / kHundredthsPerTenth)};
@@ -43,10 +48,13 @@ void StoreCustomSizes(HANDLE printer, const WCHAR* printerName, const DeviceMode
 
 void StoreWatermarks(const WCHAR* printerName, HMODULE module, const WCHAR* iniFile) {
     WatermarkList watermarks = ReadWatermarkList(iniFile);
+    if (!watermarks.records) {
+        return;
+    }
     if (watermarks.count == 0) {
         watermarks = BuildDefaultWatermarkList(module);
     }
-    if (watermarks.records) {
+    if (watermarks.count > 0) {
         SaveWatermarkList(printerName, watermarks.records.Get(), watermarks.count);
     }
 }
@@ -59,9 +67,6 @@ void SyncDriverIniSettings(HANDLE printer, const WCHAR* printerName, const Devic
         return;
     }
     const OwnedModule module = LoadResourceModule(printer, nullptr);
-    if (!module) {
-        return;
-    }
     StoreCustomSizes(printer, printerName, model, iniFile);
     StoreWatermarks(printerName, module.Get(), iniFile);
 }

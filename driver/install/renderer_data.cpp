@@ -8,6 +8,7 @@
 #include "driver/devdesc/model_tables.h"
 #include "driver/entry/printer_access.h"
 #include "driver/settings/device_info.h"
+#include "driver/settings/font_substitutions.h"
 
 namespace velmora {
 namespace {
@@ -29,6 +30,9 @@ bool IsAny(const DeviceModel&) {
 }
 bool HasMemoryTable(const DeviceModel& model) {
     return model.memoryTable != nullptr;
+}
+bool HasFonts(const DeviceModel& model) {
+    return model.fontCount > 0;
 }
 bool HasMargins(const DeviceModel& model) {
     return model.marginTable != nullptr;
@@ -57,6 +61,12 @@ bool MakeMemory(const ValueSource& source, ValueContent* content) {
         megabytes += model.extraMemory;
     }
     return content->Append(&megabytes, sizeof(DWORD));
+}
+
+bool MakeFontSubs(const ValueSource& source, ValueContent* content) {
+    const DWORD length = BuildFontSubstitutionTable(source.printer, source.model, nullptr, 0, true);
+    auto* const table = reinterpret_cast<WCHAR*>(content->Extend(length * sizeof(WCHAR)));
+    return table && BuildFontSubstitutionTable(source.printer, source.model, table, length, true) > 0;
 }
 
 bool MakeMargins(const ValueSource& source, ValueContent* content) {
@@ -134,6 +144,7 @@ struct PrinterValue {
 constexpr PrinterValue kPrinterValues[] = {
     {kDeviceInfoValue, REG_BINARY, IsAny, MakeDeviceInfo},
     {kMemoryValue, REG_DWORD, HasMemoryTable, MakeMemory},
+    {kFontSubsValue, REG_MULTI_SZ, HasFonts, MakeFontSubs},
     {TEXT("Margin"), REG_BINARY, HasMargins, MakeMargins},
     {kPaperSizesValue, REG_BINARY, IsAny, MakePaperSizes},
     {TEXT("StdPapers"), REG_BINARY, IsPcl, MakeStandardPapers},

@@ -14,7 +14,7 @@ void RemoveUserSettings(HANDLE printer) {
     WCHAR driverName[MAX_PATH];
     WCHAR settingsName[MAX_PATH];
     if (!ReadVariable(TEXT("USERPROFILE"), root, ARRAYSIZE(root)) || !GetPrinterDriverName(printer, driverName) ||
-        !GetSettingsString(printer, settingsName, ARRAYSIZE(settingsName)) || settingsName[0] == 0) {
+        !ReadSettingsFileName(printer, settingsName, ARRAYSIZE(settingsName))) {
         return;
     }
     const WCHAR* const profile = FileNamePart(root);
@@ -23,11 +23,12 @@ void RemoveUserSettings(HANDLE printer) {
     }
     root[profile - root - 1] = 0;
     CleanFileName(driverName, ARRAYSIZE(driverName));
-    if (!SetCurrentDirectoryW(root)) {
-        return;
-    }
+    SetCurrentDirectoryW(root);
+    // By the whole path: other threads of the process change the current directory too.
+    WCHAR pattern[MAX_PATH + 4];
+    FormatWide(pattern, ARRAYSIZE(pattern), TEXT("%s\\*.*"), static_cast<const WCHAR*>(root));
     WIN32_FIND_DATAW entry;
-    const OwnedSearch search(FindFirstFileW(TEXT("*.*"), &entry));
+    const OwnedSearch search(FindFirstFileW(pattern, &entry));
     if (!search) {
         return;
     }

@@ -118,10 +118,11 @@ void AddColorOptions(Entries* entries, const JobPrinter& printer, const PrivateD
             }
             const int16_t selection = ColorSelection(devMode, group, index);
             const size_t position = index++;
-            if (selection < 0 || static_cast<size_t>(selection) >= CountColorValues(printer.model, feature)) {
-                continue;
-            }
-            const ColorValueRecord* const record = ColorValueAt(printer.model, feature.firstValue + selection);
+            // A selection that names no value has an empty one.
+            const bool isValue =
+                selection >= 0 && static_cast<size_t>(selection) < CountColorValues(printer.model, feature);
+            const ColorValueRecord* const record =
+                isValue ? ColorValueAt(printer.model, feature.firstValue + selection) : nullptr;
             char value[kShortTextCapacity];
             ReadShortText(printer.descriptionFile, record ? static_cast<int16_t>(record->firstStart) : int16_t{0},
                           value);
@@ -135,8 +136,7 @@ void AddColorOptions(Entries* entries, const JobPrinter& printer, const PrivateD
 }
 
 void AddFeatures(Entries* entries, const JobPrinter& printer, const PrivateDevMode& devMode) {
-    const HeapOwner<DeviceInfo> info = GetDeviceInfo(printer.printer, &printer.model);
-    const DeviceInfo installed = info ? *info : DeviceInfo{};
+    const DeviceInfo installed = ReadDeviceInfo(printer.printer, &printer.model);
     size_t index = 0;
     for (const FeatureRecord& feature : RecordList(printer.model.featureTable)) {
         const FeatureLine line = SelectedFeatureLine(printer.model, feature, index++, installed, devMode);

@@ -85,8 +85,7 @@ void AddColorModes(Block* block, const DeviceModel& model, const DEVMODEW& devMo
 }
 
 void AddFeatures(Block* block, const JobPrinter& printer, const PrivateDevMode& devMode) {
-    const HeapOwner<DeviceInfo> info = GetDeviceInfo(printer.printer, &printer.model);
-    const DeviceInfo installed = info ? *info : DeviceInfo{};
+    const DeviceInfo installed = ReadDeviceInfo(printer.printer, &printer.model);
     size_t index = 0;
     for (const FeatureRecord& feature : RecordList(printer.model.featureTable)) {
         const FeatureLine line = feature.featureMask == kFollowsMarginMode

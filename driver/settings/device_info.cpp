@@ -24,10 +24,17 @@ DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model) {
     return info;
 }
 
+DeviceInfo ReadDeviceInfo(HANDLE printer, const DeviceModel* model) {
+    DeviceInfo info = {};
+    return ReadPrinterRecord(printer, kDeviceInfoValue, REG_BINARY, &info, sizeof(info))
+               ? info
+               : DefaultDeviceInfo(printer, model);
+}
+
 HeapOwner<DeviceInfo> GetDeviceInfo(HANDLE printer, const DeviceModel* model) {
     auto info = HeapOwner<DeviceInfo>::Allocate();
-    if (info && !ReadPrinterRecord(printer, kDeviceInfoValue, REG_BINARY, info.Get(), sizeof(DeviceInfo))) {
-        *info = DefaultDeviceInfo(printer, model);
+    if (info) {
+        *info = ReadDeviceInfo(printer, model);
     }
     return info;
 }

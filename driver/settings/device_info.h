@@ -43,7 +43,10 @@ inline constexpr const WCHAR* kDeviceInfoValue = TEXT("DeviceInfo");
 // INI data file overrides them.
 DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model);
 
-// The printer's installed options: the stored record, or the default one. Empty where there is no memory.
+// The printer's installed options: the stored record, or the default one.
+DeviceInfo ReadDeviceInfo(HANDLE printer, const DeviceModel* model);
+
+// The same in a block of its own; empty where there is no memory.
 HeapOwner<DeviceInfo> GetDeviceInfo(HANDLE printer, const DeviceModel* model);
 
 // Stores the record. False where the spooler refuses it.

@@ -63,7 +63,7 @@ bool FormFolder(HANDLE printer, WCHAR* folder, size_t capacity) {
 // Folder and stored name of an open printer's settings file; false, and the empty string, where it has none.
 bool FormFilePath(HANDLE printer, WCHAR* path, size_t capacity) {
     WCHAR name[MAX_PATH];
-    if (!FormFolder(printer, path, capacity) || !GetSettingsString(printer, name, ARRAYSIZE(name))) {
+    if (!FormFolder(printer, path, capacity) || !ReadSettingsFileName(printer, name, ARRAYSIZE(name))) {
         path[0] = 0;
         return false;
     }
@@ -96,6 +96,19 @@ void GetSettingsFolder(const WCHAR* printerName, WCHAR* folder, size_t capacity)
 bool GetSettingsFilePath(const WCHAR* printerName, WCHAR* path, size_t capacity) {
     const OwnedPrinter printer = OpenPrinterLocal(printerName);
     return FormFilePath(printer.Get(), path, capacity);
+}
+
+bool ReadSettingsFileName(HANDLE printer, WCHAR* name, DWORD capacity) {
+    if (!GetSettingsString(printer, name, capacity)) {
+        return false;
+    }
+    for (const WCHAR* place = name; *place != 0; ++place) {
+        if (*place == TEXT('\\') || *place == TEXT('/') || *place == TEXT(':')) {
+            name[0] = 0;
+            return false;
+        }
+    }
+    return name[0] != 0;
 }
 
 int PrepareSettingsFile(const WCHAR* printerName) {

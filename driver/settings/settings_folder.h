@@ -21,6 +21,9 @@ void GetSettingsFolder(const WCHAR* printerName, WCHAR* folder, size_t capacity)
 // printer has none.
 bool GetSettingsFilePath(const WCHAR* printerName, WCHAR* path, size_t capacity);
 
+// The name of the printer's settings file. False, and empty, where it has none, or one that would lead out of a folder.
+bool ReadSettingsFileName(HANDLE printer, WCHAR* name, DWORD capacity);
+
 // Gives the printer a settings file name where it has none and makes its file the current settings file. The file
 // itself is made by the first store that writes. Does nothing where it can't be told whether the printer has a name:
 // one that it has must not be lost. Always 0.

@@ -325,6 +325,82 @@ static_assert(offsetof(DEVMODEW, dmPanningHeight) == 216);
 #define SYMBOL_CHARSET 2
 #define SHIFTJIS_CHARSET 128
 #define LF_FACESIZE 32
+#define LF_FULLFACESIZE 64
+
+// Fonts. Of a font that is enumerated its face and its character set are told.
+struct LOGFONTW {
+    LONG lfHeight;
+    LONG lfWidth;
+    LONG lfEscapement;
+    LONG lfOrientation;
+    LONG lfWeight;
+    BYTE lfItalic;
+    BYTE lfUnderline;
+    BYTE lfStrikeOut;
+    BYTE lfCharSet;
+    BYTE lfOutPrecision;
+    BYTE lfClipPrecision;
+    BYTE lfQuality;
+    BYTE lfPitchAndFamily;
+    WCHAR lfFaceName[LF_FACESIZE];
+};
+static_assert(sizeof(LOGFONTW) == 92);
+
+struct ENUMLOGFONTW {
+    LOGFONTW elfLogFont;
+    WCHAR elfFullName[LF_FULLFACESIZE];
+    WCHAR elfStyle[LF_FACESIZE];
+};
+static_assert(sizeof(ENUMLOGFONTW) == 284);
+
+struct TEXTMETRICW {
+    LONG tmHeight;
+    LONG tmAscent;
+    LONG tmDescent;
+    LONG tmInternalLeading;
+    LONG tmExternalLeading;
+    LONG tmAveCharWidth;
+    LONG tmMaxCharWidth;
+    LONG tmWeight;
+    LONG tmOverhang;
+    LONG tmDigitizedAspectX;
+    LONG tmDigitizedAspectY;
+    WCHAR tmFirstChar;
+    WCHAR tmLastChar;
+    WCHAR tmDefaultChar;
+    WCHAR tmBreakChar;
+    BYTE tmItalic;
+    BYTE tmUnderlined;
+    BYTE tmStruckOut;
+    BYTE tmPitchAndFamily;
+    BYTE tmCharSet;
+};
+static_assert(sizeof(TEXTMETRICW) == 60);
+
+struct NEWTEXTMETRICW : TEXTMETRICW {
+    DWORD ntmFlags;
+    UINT ntmSizeEM;
+    UINT ntmCellHeight;
+    UINT ntmAvgWidth;
+};
+static_assert(sizeof(NEWTEXTMETRICW) == 76);
+
+#define RASTER_FONTTYPE 0x0001
+#define DEVICE_FONTTYPE 0x0002
+#define TRUETYPE_FONTTYPE 0x0004
+
+using FONTENUMPROCW = int(CALLBACK*)(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM);
+
+extern "C" {
+
+// Only the display, "DISPLAY". Null on failure.
+HDC WINAPI CreateDCW(LPCWSTR driver, LPCWSTR device, LPCWSTR port, const DEVMODEW* devMode);
+BOOL WINAPI DeleteDC(HDC context);
+
+// One font of each family, or of the named one, until the callback returns 0; what it returned last.
+int WINAPI EnumFontFamiliesW(HDC context, LPCWSTR family, FONTENUMPROCW proc, LPARAM parameter);
+
+}  // extern "C"
 
 #define RGB(red, green, blue)                                                                            \
     (static_cast<COLORREF>(static_cast<BYTE>(red) | (static_cast<WORD>(static_cast<BYTE>(green)) << 8) | \

@@ -1,0 +1,96 @@
+#include "driver/settings/color_presets.h"
+
+#include <string>
+
+#include "driver/settings/settings_folder.h"
+#include "tests/driver/machine.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+class ColorPresets : public MachineTest {
+  protected:
+    void SetUp() override {
+        Install(SmallModel(kPdlPcl6).Build());
+        PrepareSettingsFile(kPrinterName);
+        Clear();
+    }
+    void TearDown() override {
+        Clear();
+        MachineTest::TearDown();
+    }
+    static void Clear() {
+        for (size_t i = 0; i < kColorPresets; ++i) {
+            ColorPresetTable()[i] = {};
+        }
+    }
+    static void Put(size_t index, const WideText& name, int32_t number) {
+        ColorPreset& preset = ColorPresetTable()[index];
+        name.copy(preset.name, ARRAYSIZE(preset.name) - 1);
+        preset.brightness = number;
+        preset.yellow = -number;
+        preset.workingValue = 5;
+    }
+    static WideText Stored(const WideText& section, const WideText& key) {
+        WCHAR value[64];
+        GetPrivateProfileStringW(section.c_str(), key.c_str(), u"missing", value, ARRAYSIZE(value),
+                                 CurrentSettingsFile());
+        return value;
+    }
+};
+
+TEST_F(ColorPresets, FirstLoadMakesTenFreeSlots) {
+    Put(3, u"Mine", 7);
+    EXPECT_EQ(LoadColorPresets(), 1);
+    for (const WideText section : {u"UserEnt0", u"UserEnt9"}) {
+        EXPECT_EQ(Stored(section, u"UserEntName"), u"");
+        for (const WideText key :
+             {u"ColorSample", u"BaseColor", u"Brightness", u"Saturation", u"Contrast", u"CyanRed", u"MagentaGreen",
+              u"YellowBlue", u"Gamma", u"Black", u"Cyan", u"Magenta", u"Yellow"}) {
+            EXPECT_EQ(Stored(section, key), u"0");
+        }
+    }
+    EXPECT_EQ(Stored(u"UserEnt10", u"UserEntName"), u"missing");
+    EXPECT_EQ(WideText(ColorPresetTable()[3].name), u"Mine");
+}
+
+TEST_F(ColorPresets, SavedLoadedOverwrittenAndDeleted) {
+    LoadColorPresets();
+    for (size_t i = 0; i < kColorPresets; ++i) {
+        Put(i, u"Preset " + WideText(1, static_cast<char16_t>(u'0' + i)), static_cast<int32_t>(i) + 10);
+        EXPECT_TRUE(SaveColorPreset(ColorPresetTable()[i].name));
+    }
+    Put(0, u"Eleventh!", 1);
+    EXPECT_FALSE(SaveColorPreset(u"Eleventh!"));  // no slot is free
+    Put(0, u"Preset 4!", 99);
+    ColorPresetTable()[0].name[8] = 0;  // a second record of the name
+    EXPECT_TRUE(SaveColorPreset(u"Preset 4"));
+    EXPECT_EQ(Stored(u"UserEnt4", u"Yellow"), u"-99");
+    EXPECT_FALSE(DeleteColorPreset(u"preset 4"));
+    EXPECT_TRUE(DeleteColorPreset(u"Preset 4"));
+    EXPECT_FALSE(DeleteColorPreset(u"Preset 4"));
+    EXPECT_EQ(Stored(u"UserEnt4", u"Yellow"), u"-99");
+    EXPECT_FALSE(SaveColorPreset(u"Unknown"));  // a slot, but no record
+
+    Clear();
+    WritePrivateProfileStringW(u"UserEnt5", u"Gamma", nullptr, CurrentSettingsFile());
+    EXPECT_EQ(LoadColorPresets(), 1);
+    EXPECT_EQ(WideText(ColorPresetTable()[5].name), u"Preset 5");
+    EXPECT_EQ(ColorPresetTable()[5].brightness, 15);
+    EXPECT_EQ(ColorPresetTable()[5].yellow, -15);
+    EXPECT_EQ(ColorPresetTable()[5].gamma, 99);
+    EXPECT_EQ(ColorPresetTable()[5].workingValue, 0);
+    EXPECT_EQ(WideText(ColorPresetTable()[4].name), u"");
+
+    const WideText longName(19, u'x');
+    Put(4, longName, 1);
+    EXPECT_TRUE(SaveColorPreset(longName.c_str()));
+    Clear();
+    LoadColorPresets();
+    EXPECT_EQ(WideText(ColorPresetTable()[4].name), longName.substr(0, 17));
+}
+
+}  // namespace
+}  // namespace velmora
