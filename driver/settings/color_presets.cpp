@@ -50,7 +50,7 @@ class Slot {
         GetPrivateProfileStringW(section_, kNameKey, kMissingName, name, ARRAYSIZE(name), CurrentSettingsFile());
     }
     void WriteName(const WCHAR* name) const {
-        WritePrivateProfileStringW(section_, kNameKey, name, CurrentSettingsFile());
+        WriteTextKey(section_, kNameKey, name, ARRAYSIZE(ColorPreset::name), CurrentSettingsFile());
     }
     void ReadNumbers(ColorPreset* preset) const {
         for (const NumberKey& key : kNumberKeys) {

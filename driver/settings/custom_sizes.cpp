@@ -100,7 +100,7 @@ void WriteCustomSizes(const WCHAR* iniFile, const CustomSizeRecord* records, uin
         CustomSizeRecord record = records[i];
         WCHAR key[kListKeyCapacity];
         FormListKey(key, kNameKey, i);
-        WritePrivateProfileStringW(kSection, key, record.name, iniFile);
+        WriteTextKey(kSection, key, record.name, ARRAYSIZE(record.name), iniFile);
         for (const NumberKey& number : kNumberKeys) {
             FormListKey(key, number.key, i);
             WriteNumberKey(kSection, key, *NumberOf(&record, number), iniFile);

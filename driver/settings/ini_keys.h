@@ -1,4 +1,5 @@
-// Keys of INI files as the settings stores have them: lists whose keys are numbered, decimal and hexadecimal numbers.
+// Keys of INI files as the settings stores have them: lists whose keys are numbered, decimal and hexadecimal numbers,
+// texts.
 #pragma once
 
 #include <windows.h>
@@ -22,5 +23,11 @@ uint32_t ReadHexKey(const WCHAR* section, const WCHAR* key, uint32_t fallback, c
 
 // Writes a number in decimal.
 void WriteNumberKey(const WCHAR* section, const WCHAR* key, uint32_t number, const WCHAR* iniFile);
+
+// Writes a text so that it reads as it is: within quotation marks where it begins or ends with a blank or is in
+// quotation marks or apostrophes itself, for reading takes away blanks and then one pair of either. `capacity` is the
+// room, in characters, that the text has where it stands; without a terminator it ends there. At most MAX_PATH - 1
+// characters are written. Null deletes the key.
+void WriteTextKey(const WCHAR* section, const WCHAR* key, const WCHAR* text, size_t capacity, const WCHAR* iniFile);
 
 }  // namespace velmora

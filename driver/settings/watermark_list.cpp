@@ -187,16 +187,16 @@ void ReadText(const WCHAR* iniFile, const WCHAR* key, unsigned index, WCHAR* tex
     GetPrivateProfileStringW(kSection, name, TEXT(""), text, MAX_PATH, iniFile);
 }
 
-// Writes a key of an entry; null deletes it.
-void WriteText(const WCHAR* iniFile, const WCHAR* key, unsigned index, const WCHAR* text) {
+// Writes a key of an entry; null deletes it. `capacity` as WriteTextKey has it.
+void WriteText(const WCHAR* iniFile, const WCHAR* key, unsigned index, const WCHAR* text, size_t capacity = MAX_PATH) {
     WCHAR name[kListKeyCapacity];
     FormListKey(name, key, index);
-    WritePrivateProfileStringW(kSection, name, text, iniFile);
+    WriteTextKey(kSection, name, text, capacity, iniFile);
 }
 
 void WriteField(const WCHAR* iniFile, const WatermarkKey& key, unsigned index, const WatermarkRecord& record) {
     if (key.kind == Kind::kText) {
-        WriteText(iniFile, key.name, index, TextOf(record, key));
+        WriteText(iniFile, key.name, index, TextOf(record, key), key.size / sizeof(WCHAR));
         return;
     }
     const WCHAR* format = key.kind == Kind::kHex      ? TEXT("%08lX")

@@ -20,26 +20,55 @@
 namespace host {
 namespace {
 
-constexpr std::string_view kWideMark = "\xFF\xFE";  // UTF-16LE; a file without it is in the ANSI code page
+enum class Encoding { kAnsi, kUtf8, kUtf16, kUtf16Reversed };
 
-std::u16string_view Trim(std::u16string_view text) {
-    const auto isBlank = [](char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); };
-    while (!text.empty() && isBlank(text.front())) {
+// What a file begins with; one without a mark is in the ANSI code page.
+constexpr std::pair<Encoding, std::string_view> kMarks[] = {
+    {Encoding::kUtf8, "\xEF\xBB\xBF"}, {Encoding::kUtf16, "\xFF\xFE"}, {Encoding::kUtf16Reversed, "\xFE\xFF"}};
+
+// The end-of-file character of old editors is a blank.
+bool IsBlank(char16_t c) {
+    return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0x1A;
+}
+
+std::u16string_view TrimFront(std::u16string_view text) {
+    while (!text.empty() && IsBlank(text.front())) {
         text.remove_prefix(1);
     }
-    while (!text.empty() && isBlank(text.back())) {
+    return text;
+}
+
+std::u16string_view Trim(std::u16string_view text) {
+    text = TrimFront(text);
+    while (!text.empty() && IsBlank(text.back())) {
         text.remove_suffix(1);
     }
     return text;
 }
 
+// A name or value of a file, without blanks around it. It ends at a NUL, as the calls' own texts do.
+std::u16string_view TrimPart(std::u16string_view text) {
+    text = Trim(text);
+    return text.substr(0, text.find(u'\0'));
+}
+
 struct Line {
-    enum class Kind { kOther, kSection, kEntry };
+    // A comment is an entry whose key begins with ";", which lists leave out.
+    enum class Kind { kOther, kSection, kEntry, kComment };
 
     std::string bytes;  // as in the file, with the line's end
     Kind kind = Kind::kOther;
     std::u16string name;                  // of the section, or the key
     std::optional<std::u16string> value;  // none: the entry has no "="
+};
+
+// Indices of a section's lines, the one with its name apart. The lines before the first named section are a section
+// without a name.
+struct SectionLines {
+    bool exists;
+    size_t begin;  // with the name
+    size_t first;  // behind the name
+    size_t end;
 };
 
 class IniFile {
@@ -66,7 +95,7 @@ class IniFile {
 
     // ERROR_SUCCESS or why the file can't be written; it is as it was then.
     DWORD Write(const Place& place) const {
-        std::string bytes(isWide_ ? kWideMark : "");
+        std::string bytes(mark_);
         for (const Line& line : lines_) {
             bytes += line.bytes;
         }
@@ -76,21 +105,18 @@ class IniFile {
     std::vector<std::u16string> SectionNames() const {
         std::vector<std::u16string> names;
         for (const Line& line : lines_) {
-            if (line.kind == Line::Kind::kSection) {
+            if (line.kind == Line::Kind::kSection && !line.name.empty()) {
                 names.push_back(line.name);
             }
         }
         return names;
     }
 
-    // The entries of the first section of that name; null: no such section.
-    std::optional<std::vector<const Line*>> Entries(std::u16string_view section) const {
-        const auto [begin, end] = SectionRange(section);
-        if (begin == lines_.size()) {
-            return std::nullopt;
-        }
+    // The entries of the first section of that name.
+    std::vector<const Line*> Entries(std::u16string_view section) const {
+        const SectionLines lines = FindSection(section);
         std::vector<const Line*> entries;
-        for (size_t i = begin + 1; i < end; ++i) {
+        for (size_t i = lines.first; i < lines.end; ++i) {
             if (lines_[i].kind == Line::Kind::kEntry) {
                 entries.push_back(&lines_[i]);
             }
@@ -99,71 +125,92 @@ class IniFile {
     }
 
     const std::u16string* Value(std::u16string_view section, std::u16string_view key) const {
-        const auto [begin, end] = SectionRange(section);
-        const size_t entry = FindEntry(begin, end, Trim(key));
-        return entry < end && lines_[entry].value ? &*lines_[entry].value : nullptr;
+        const SectionLines lines = FindSection(section);
+        const size_t entry = FindEntry(lines, key);
+        return entry < lines.end && lines_[entry].value ? &*lines_[entry].value : nullptr;
     }
 
     // Each says whether anything changed.
     bool DeleteSection(std::u16string_view section) {
-        const auto [begin, end] = SectionRange(section);
-        lines_.erase(lines_.begin() + static_cast<ptrdiff_t>(begin), lines_.begin() + static_cast<ptrdiff_t>(end));
-        return begin != end;
+        const SectionLines lines = FindSection(section);
+        lines_.erase(lines_.begin() + static_cast<ptrdiff_t>(lines.begin),
+                     lines_.begin() + static_cast<ptrdiff_t>(lines.end));
+        return lines.begin != lines.end;
     }
 
     bool DeleteEntry(std::u16string_view section, std::u16string_view key) {
-        const auto [begin, end] = SectionRange(section);
-        const size_t entry = FindEntry(begin, end, Trim(key));
-        if (entry == end) {
+        const SectionLines lines = FindSection(section);
+        const size_t entry = FindEntry(lines, key);
+        if (entry == lines.end) {
             return false;
         }
         lines_.erase(lines_.begin() + static_cast<ptrdiff_t>(entry));
         return true;
     }
 
+    // A key that is there keeps its spelling.
     bool SetValue(std::u16string_view section, std::u16string_view key, std::u16string_view value) {
-        auto [begin, end] = SectionRange(section);
-        if (begin == lines_.size()) {
+        value = TrimFront(value);
+        SectionLines lines = FindSection(section);
+        if (!lines.exists) {
             Insert(lines_.size(), u"[" + std::u16string(Trim(section)) + u"]");
-            end = lines_.size();
+            lines = {true, lines_.size() - 1, lines_.size(), lines_.size()};
         }
-        const std::u16string text = std::u16string(Trim(key)) + u"=" + std::u16string(value);
-        const size_t entry = FindEntry(begin, end, Trim(key));
-        if (entry < end) {
-            Line line = MakeLine(Encode(text + u"\r\n"));
-            if (line.bytes == lines_[entry].bytes) {
+        const size_t entry = FindEntry(lines, key);
+        if (entry < lines.end) {
+            Line& line = lines_[entry];
+            if (line.value == value) {
                 return false;
             }
-            lines_[entry] = std::move(line);
+            line = MakeLine(Encode(line.name + u"=" + std::u16string(value) + u"\r\n"));
             return true;
         }
         // Behind the section's last line that isn't blank.
-        size_t at = end;
-        while (at > begin + 1 && Trim(Decode(lines_[at - 1].bytes)).empty()) {
+        size_t at = lines.end;
+        while (at > lines.first && Trim(Decode(lines_[at - 1].bytes)).empty()) {
             --at;
         }
-        Insert(at, text);
+        Insert(at, std::u16string(Trim(key)) + u"=" + std::u16string(value));
         return true;
     }
 
   private:
-    void Split(std::string_view bytes) {
-        isWide_ = bytes.substr(0, kWideMark.size()) == kWideMark;
-        if (isWide_) {
-            bytes.remove_prefix(kWideMark.size());
+    bool IsWide() const { return encoding_ == Encoding::kUtf16 || encoding_ == Encoding::kUtf16Reversed; }
+
+    // The character of a wide file or the byte of another one at `place`; 0 behind the end.
+    char16_t UnitAt(std::string_view bytes, size_t place) const {
+        const auto byte = [&bytes](size_t at) { return at < bytes.size() ? static_cast<uint8_t>(bytes[at]) : 0; };
+        switch (encoding_) {
+            case Encoding::kUtf16:
+                return static_cast<char16_t>(byte(place) | byte(place + 1) << 8);
+            case Encoding::kUtf16Reversed:
+                return static_cast<char16_t>(byte(place) << 8 | byte(place + 1));
+            default:
+                return static_cast<char16_t>(byte(place));
         }
-        const size_t unit = isWide_ ? 2 : 1;
+    }
+
+    // Lines end with "\r\n", "\n" or "\r". A half character at the end of a wide file is taken with a 0 behind it.
+    void Split(std::string_view bytes) {
+        for (const auto& [encoding, mark] : kMarks) {
+            if (bytes.starts_with(mark)) {
+                encoding_ = encoding;
+                mark_ = mark;
+            }
+        }
+        bytes.remove_prefix(mark_.size());
+        const size_t unit = IsWide() ? 2 : 1;
         while (!bytes.empty()) {
             size_t length = 0;
-            while (length < bytes.size()) {
-                const bool ends =
-                    bytes[length] == '\n' && (unit == 1 || (length + 1 < bytes.size() && bytes[length + 1] == 0));
+            bool ends = false;
+            while (length < bytes.size() && !ends) {
+                const char16_t c = UnitAt(bytes, length);
                 length = std::min(bytes.size(), length + unit);
-                if (ends) {
-                    break;
-                }
+                ends = c == u'\n' || (c == u'\r' && UnitAt(bytes, length) != u'\n');
             }
-            lines_.push_back(MakeLine(std::string(bytes.substr(0, length))));
+            std::string line(bytes.substr(0, length));
+            line.resize((length + unit - 1) / unit * unit);
+            lines_.push_back(MakeLine(std::move(line)));
             bytes.remove_prefix(length);
         }
     }
@@ -173,44 +220,45 @@ class IniFile {
         line.bytes = std::move(bytes);
         const std::u16string decoded = Decode(line.bytes);
         const std::u16string_view text = Trim(decoded);
-        if (text.empty() || text.front() == u';') {
+        if (text.empty()) {
             return line;
         }
         if (text.front() == u'[') {
             if (const size_t end = text.rfind(u']'); end != text.npos) {
                 line.kind = Line::Kind::kSection;
-                line.name = Trim(text.substr(1, end - 1));
+                line.name = TrimPart(text.substr(1, end - 1));
                 return line;
             }
         }
-        line.kind = Line::Kind::kEntry;
+        line.kind = text.front() == u';' ? Line::Kind::kComment : Line::Kind::kEntry;
         const size_t equals = text.find(u'=');
-        line.name = Trim(text.substr(0, equals));
+        line.name = TrimPart(text.substr(0, equals));
         if (equals != text.npos) {
-            line.value = Trim(text.substr(equals + 1));
+            line.value = TrimPart(text.substr(equals + 1));
         }
         return line;
     }
 
     std::u16string Decode(std::string_view bytes) const {
-        if (!isWide_) {
-            return FromAnsi(bytes);
+        if (!IsWide()) {
+            return encoding_ == Encoding::kUtf8 ? ToWide(bytes) : FromAnsi(bytes);
         }
         std::u16string text;
         for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
-            text += static_cast<char16_t>(static_cast<uint8_t>(bytes[i]) | static_cast<uint8_t>(bytes[i + 1]) << 8);
+            text += UnitAt(bytes, i);
         }
         return text;
     }
 
     std::string Encode(std::u16string_view text) const {
-        if (!isWide_) {
-            return ToAnsi(text);
+        if (!IsWide()) {
+            return encoding_ == Encoding::kUtf8 ? ToUtf8(text) : ToAnsi(text);
         }
         std::string bytes;
         for (const char16_t c : text) {
-            bytes += static_cast<char>(c & 0xFF);
-            bytes += static_cast<char>(c >> 8);
+            const char halves[] = {static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
+            const bool reversed = encoding_ == Encoding::kUtf16Reversed;
+            bytes += {halves[reversed ? 1 : 0], halves[reversed ? 0 : 1]};
         }
         return bytes;
     }
@@ -219,39 +267,47 @@ class IniFile {
         // The line before may be the file's last, without an end.
         if (at > 0) {
             const std::u16string before = Decode(lines_[at - 1].bytes);
-            if (before.empty() || before.back() != u'\n') {
+            if (before.empty() || (before.back() != u'\n' && before.back() != u'\r')) {
                 lines_[at - 1].bytes += Encode(u"\r\n");
             }
         }
         lines_.insert(lines_.begin() + static_cast<ptrdiff_t>(at), MakeLine(Encode(text + u"\r\n")));
     }
 
-    // Index of the section's line and of what follows its last; both the number of lines where there is none.
-    std::pair<size_t, size_t> SectionRange(std::u16string_view section) const {
+    // The first section of that name; at the end of the file where there is none.
+    SectionLines FindSection(std::u16string_view section) const {
         section = Trim(section);
         size_t begin = 0;
-        while (begin < lines_.size() &&
-               !(lines_[begin].kind == Line::Kind::kSection && EqualsIgnoringCase(lines_[begin].name, section))) {
-            ++begin;
+        size_t first = 0;
+        if (!section.empty()) {
+            while (begin < lines_.size() &&
+                   !(lines_[begin].kind == Line::Kind::kSection && EqualsIgnoringCase(lines_[begin].name, section))) {
+                ++begin;
+            }
+            first = std::min(lines_.size(), begin + 1);
         }
-        size_t end = std::min(lines_.size(), begin + 1);
+        size_t end = first;
         while (end < lines_.size() && lines_[end].kind != Line::Kind::kSection) {
             ++end;
         }
-        return {begin, end};
+        return {section.empty() || begin < lines_.size(), begin, first, end};
     }
 
-    size_t FindEntry(size_t begin, size_t end, std::u16string_view key) const {
-        for (size_t i = begin; i < end; ++i) {
-            if (lines_[i].kind == Line::Kind::kEntry && EqualsIgnoringCase(lines_[i].name, key)) {
-                return i;
-            }
+    // The end of the section's lines where it has no such entry.
+    size_t FindEntry(const SectionLines& lines, std::u16string_view key) const {
+        key = Trim(key);
+        size_t entry = lines.first;
+        while (entry < lines.end &&
+               !((lines_[entry].kind == Line::Kind::kEntry || lines_[entry].kind == Line::Kind::kComment) &&
+                 EqualsIgnoringCase(lines_[entry].name, key))) {
+            ++entry;
         }
-        return end;
+        return entry;
     }
 
     std::vector<Line> lines_;
-    bool isWide_ = false;
+    Encoding encoding_ = Encoding::kAnsi;
+    std::string_view mark_;
 };
 
 // ERROR_SUCCESS or why a file can't be written or made at that place.
@@ -268,13 +324,14 @@ DWORD WritingError(const Place& place) {
     return SharingError(place.status, FILE_SHARE_READ | FILE_SHARE_WRITE, FILE_SHARE_READ);
 }
 
-// A name without a folder is looked for in the Windows folder.
+constexpr char16_t kUserProfile[] = u"C:\\Windows\\win.ini";
+
+// A name without a folder is looked for in the Windows folder; null is the user's profile.
 Place PlaceOf(LPCWSTR file) {
     if (file == nullptr) {
-        return FindPlace(nullptr);
+        return FindPlace(kUserProfile);
     }
-    const std::u16string_view name(file);
-    if (!name.empty() && name.find_first_of(u"\\/:") == name.npos) {
+    if (std::u16string_view(file).find_first_of(u"\\/:") == std::u16string_view::npos) {
         return FindPlace((std::u16string(kWindowsFolder) + u"\\" + file).c_str());
     }
     return FindPlace(file);
@@ -375,15 +432,13 @@ std::optional<std::u16string> InternationalSetting(std::u16string_view key) {
     return std::nullopt;
 }
 
-constexpr char16_t kUserProfile[] = u"C:\\Windows\\win.ini";
-
 DWORD GetString(LPCWSTR section, LPCWSTR key, LPCWSTR fallback, LPWSTR buffer, DWORD size, const IniFile& file) {
     if (section == nullptr) {
         return GiveList(file.SectionNames(), buffer, size);
     }
     if (key == nullptr) {
-        if (const auto entries = file.Entries(section)) {
-            return GiveList(EntryNames(*entries), buffer, size);
+        if (const auto names = EntryNames(file.Entries(section)); !names.empty()) {
+            return GiveList(names, buffer, size);
         }
     } else if (const std::u16string* value = file.Value(section, key)) {
         return GiveText(WithoutQuotes(*value), buffer, size);
@@ -451,8 +506,8 @@ DWORD WINAPI GetPrivateProfileSectionW(LPCWSTR section, LPWSTR buffer, DWORD siz
         SetLastError(ini.Read(host::PlaceOf(file)));
     }
     std::vector<std::u16string> lines;
-    if (const auto entries = section != nullptr ? ini.Entries(section) : std::nullopt) {
-        for (const host::Line* entry : *entries) {
+    if (section != nullptr) {
+        for (const host::Line* entry : ini.Entries(section)) {
             lines.push_back(entry->value ? entry->name + u"=" + *entry->value : entry->name);
         }
     }

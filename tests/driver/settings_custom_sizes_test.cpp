@@ -66,6 +66,20 @@ TEST_F(CustomSizes, WhatIsWrittenIsRead) {
     EXPECT_EQ(Lines(ReadCustomSizes(kIni), true), Texts({kBlank}));
 }
 
+// Names that reading would take something from, and one that fills its record.
+TEST_F(CustomSizes, EveryNameIsReadAsItIs) {
+    for (const WideText& name : {WideText(u" a"), WideText(u"a\t"), WideText(u"  "), WideText(u"\"a\""),
+                                 WideText(u"'a'"), WideText(u"\""), WideText(u"a\""), WideText(62, u'n') + u" "}) {
+        const CustomSizeRecord record = Size(name.c_str(), 1, 2, 1);
+        WriteCustomSizes(kIni, &record, 1);
+        EXPECT_EQ(Lines(ReadCustomSizes(kIni)), Texts({driver_test::ToText(name.c_str()) + " 1x2 1"}));
+    }
+    CustomSizeRecord full[] = {Size(TEXT(""), 1, 2, 1), Size(TEXT("next"), 3, 4, 1)};
+    std::fill(std::begin(full[0].name), std::end(full[0].name), u'n');
+    WriteCustomSizes(kIni, full, 2);
+    EXPECT_EQ(Lines(ReadCustomSizes(kIni)), Texts({std::string(63, 'n') + " 1x2 1", "next 3x4 1"}));
+}
+
 TEST_F(CustomSizes, AnIncompleteRecordEmptiesTheList) {
     const Texts good = {"NumCustomSizes=2", "CustomName0=One", "CustomWidth0=1",  "CustomLength0=2", "CustomMetric0=1",
                         "CustomName1=Two",  "CustomWidth1=3",  "CustomLength1=4", "CustomMetric1=0"};

@@ -22,28 +22,6 @@ class IniTest : public KernelTest {
     }
 };
 
-TEST_F(IniTest, ValuesAsTheFileHasThem) {
-    PutIni(
-        "lost = 1\r\n; [One]\r\n[One]\r\n A = 1 2 \r\na=second\r\nquoted=\"q x\"\nsingle='s'\r\nhalf=\"h\r\n"
-        "blanks=  \"  in \"  \r\nempty=\r\nalone\r\n;off=1\r\nwith = a=b;c\r\n[ two ] rest\r\nA=2\r\n[one]\r\n"
-        "late=1\r\n[last]\r\nk=v");
-    const struct {
-        const char16_t* section;
-        const char16_t* key;
-        const char* value;
-    } cases[] = {
-        {u"oNE", u"a", "1 2"},      {u" One ", u" A ", "1 2"}, {u"One", u"quoted", "q x"},   {u"One", u"single", "s"},
-        {u"One", u"half", "\"h"},   {u"One", u"empty", ""},    {u"One", u"blanks", "  in "}, {u"last", u"k", "v"},
-        {u"One", u"alone", "none"}, {u"One", u"off", "none"},  {u"One", u"with", "a=b;c"},   {u"two", u"A", "2"},
-        {u"One", u"late", "none"},  {u"none", u"A", "none"},   {u"", u"lost", "none"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Value(c.section, c.key), c.value) << Shown(c.section) << " " << Shown(c.key);
-    }
-    EXPECT_EQ(Value(u"One", u"none", u"  default  "), "  default");
-    EXPECT_EQ(Value(u"One", u"none", nullptr), "");
-}
-
 // What a call gives in a buffer of this size, with NULs as "|"; beyond the size nothing is written.
 TEST_F(IniTest, SizesAndEnumerations) {
     PutIni("[one]\r\nb=\"q x\"\r\nalone\r\n; c\r\n[two]\r\n A = 2\r\n[one]\r\n");
@@ -84,18 +62,6 @@ TEST_F(IniTest, SizesAndEnumerations) {
     EXPECT_EQ(given(GetPrivateProfileSectionW(u"nope", buffer.data(), 200, kFile), 200), "0:||");
 }
 
-TEST_F(IniTest, Numbers) {
-    const std::pair<const char*, UINT> cases[] = {
-        {" 12abc", 12}, {"+7", 7},   {"x", 0}, {"", 42},     {"-1", 0xFFFFFFFF},
-        {"0b101", 5},   {"010", 10}, {"-", 0}, {"\"5\"", 5}, {"99999999999", 1215752191},
-        {"0x1F", 31},
-    };
-    for (const auto& [text, value] : cases) {
-        PutIni(std::string("[s]\r\nn=") + text + "\r\n");
-        EXPECT_EQ(GetPrivateProfileIntW(u"s", u"n", 42, kFile), value) << text;
-    }
-}
-
 // Writes to section "A".
 TEST_F(IniTest, WritingChangesOnlyWhatItIsAbout) {
     const struct {
@@ -109,7 +75,9 @@ TEST_F(IniTest, WritingChangesOnlyWhatItIsAbout) {
         {"no end of line", "[b]\r\nx=1", u"k", u"v", "[b]\r\nx=1\r\n[A]\r\nk=v\r\n"},
         {"before blank lines", "[a]\r\n\r\n;\r\n\r\n[b]\r\n", u"y", u"2", "[a]\r\n\r\n;\r\ny=2\r\n\r\n[b]\r\n"},
         {"in an empty section", "[a]\r\n\r\n[b]\r\n", u"y", u"2", "[a]\r\ny=2\r\n\r\n[b]\r\n"},
-        {"value in place", "[a]\nX = 1\ny=2\n", u"x", u"new", "[a]\nx=new\r\ny=2\n"},
+        {"value in place", "[a]\nX = 1\ny=2\n", u"x", u"new", "[a]\nX=new\r\ny=2\n"},
+        {"the same value", "[a]\nX = 1\n", u"x", u"1", "[a]\nX = 1\n"},
+        {"behind a return", "[a]\rx=1\r", u"y", u"2", "[a]\rx=1\ry=2\r\n"},
         {"key without value", "[a]\r\nx\r\n", u"x", u"1", "[a]\r\nx=1\r\n"},
         {"first of two", "[a]\r\nx=1\r\nx=2\r\n[a]\r\nx=3\r\n", u"x", u"9", "[a]\r\nx=9\r\nx=2\r\n[a]\r\nx=3\r\n"},
         {"delete a key", "[a]\r\nx=1\r\ny=2\r\n", u"x", nullptr, "[a]\r\ny=2\r\n"},
@@ -148,6 +116,7 @@ TEST_F(IniTest, FilesThatCannotBeReadOrWritten) {
     EXPECT_FALSE(Exists("none.ini"));
 }
 
+// Names compare without regard to case as those of files do.
 TEST_F(IniTest, FilesInUtf16AndInTheMachinesCodePage) {
     const auto wide = [](std::u16string_view text) {
         return std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2);
@@ -156,6 +125,13 @@ TEST_F(IniTest, FilesInUtf16AndInTheMachinesCodePage) {
     EXPECT_EQ(Wide(u"\u3042", u"K"), u"\u0A0D\u3044");
     EXPECT_TRUE(WritePrivateProfileStringW(u"s", u"k", u"\u20AC", kFile));
     EXPECT_EQ(Ini(), wide(u"\uFEFF[\u3042]\r\nk=\u0A0D\u3044\r\n[s]\r\nk=\u20AC\r\n"));
+
+    PutIni(wide(u"\uFEFF[\u00C9]\r\n\u00F6=v\r\n"));
+    EXPECT_EQ(Wide(u"\u00E9", u"\u00D6"), u"v");
+    // A character of which there is half.
+    PutIni(wide(u"\uFEFFx") + "y");
+    EXPECT_TRUE(WritePrivateProfileStringW(u"s", u"k", u"v", kFile));
+    EXPECT_EQ(Ini(), wide(u"\uFEFFxy\r\n[s]\r\nk=v\r\n"));
 
     machine_->SetAnsiCodePage(932);
     PutIni("[s]\r\nk=\x83\x5C\x82\xA0\r\n");  // a trail byte that is a backslash by itself
