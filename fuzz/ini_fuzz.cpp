@@ -16,8 +16,11 @@
 #include <map>
 #include <string>
 
+#include "driver/settings/color_presets.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
+#include "driver/settings/font_substitutions.h"
+#include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
 #include "platform/host.h"
 #include "tests/driver/package.h"
@@ -134,6 +137,35 @@ void CheckWatermarks() {
     }
 }
 
+void CheckFontSubstitutions() {
+    HeapOwner<WCHAR> table;
+    const int size = ReadFontSubstitutionIni(kIni, &table);
+    if (size < 0 ? static_cast<bool>(table) : size >= 65535) {
+        Stop("a font substitution table of no size");
+    }
+    if (size > 0 && table.Get()[size - 1] != 0) {
+        Stop("a font substitution table without an end");
+    }
+}
+
+// Of the printer's own settings file, which is the current one.
+void CheckColorPresets(const std::string& input) {
+    PrepareSettingsFile(driver_test::kPrinterName);
+    driver_test::WriteDriveFile(CurrentSettingsFile(), input);
+    LoadColorPresets();
+    for (size_t i = 0; i < kColorPresets; ++i) {
+        ColorPreset& preset = ColorPresetTable()[i];
+        if (std::char_traits<WCHAR>::length(preset.name) > 17) {
+            Stop("a colour preset's name is too long");
+        }
+        if (preset.name[0] != 0 && (!SaveColorPreset(preset.name) || !DeleteColorPreset(preset.name))) {
+            Stop("a colour preset that was loaded can't be saved");
+        }
+        preset = {};
+    }
+    DeleteFileW(CurrentSettingsFile());
+}
+
 // Rewrites the built-in watermarks in a language, after which doing so again changes nothing.
 void ChangeLanguage(LANGID language) {
     TheTarget().machine.SetLanguage(language);
@@ -158,6 +190,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     driver_test::WriteDriveFile(kIni, input);
     DeviceInfo info = {};
     ReadDeviceInfoDefaults(kIni, &info);
+    CheckFontSubstitutions();
+    // A file without presets is given ten, which takes long and is always the same.
+    if (input.find("UserEnt") != input.npos) {
+        CheckColorPresets(input);
+    }
     CheckCustomSizes();
     CheckWatermarks();
 
