@@ -56,18 +56,6 @@ class DocumentSettings : public ContractTest {
     }
 };
 
-// Makes a device mode the printer's own.
-void Store(InstalledPrinter& printer, VelmoraDevMode devMode) {
-    DWORD needed = 0;
-    GetPrinterW(printer.Handle(), 2, nullptr, 0, &needed);
-    std::vector<BYTE> block(needed);
-    ASSERT_TRUE(GetPrinterW(printer.Handle(), 2, block.data(), needed, &needed));
-    auto* info = reinterpret_cast<PRINTER_INFO_2W*>(block.data());
-    info->pDevMode = &devMode.publicPart;
-    info->pSecurityDescriptor = nullptr;
-    ASSERT_TRUE(SetPrinterW(printer.Handle(), 2, block.data(), 0));
-}
-
 TEST_F(DocumentSettings, ApplicationsOnEveryModel) {
     const char* const requests[] = {
         "dmCopies=3 dmOrientation=2 dmFields=0x101",
@@ -161,7 +149,7 @@ TEST_F(DocumentSettings, ByTheOlderExport) {
 TEST_F(DocumentSettings, OfAPrinterWithItsOwnDeviceMode) {
     InstalledPrinter printer(*environment_, PackageOf(DescriptionFiles().at(0)));
     const VelmoraDevMode stored = With(*DefaultDevMode(printer, printer.Name()).content, "dmCopies=5 psContrast=7");
-    Store(printer, stored);
+    printer.SetDevMode(stored.publicPart);
     EXPECT_EQ(Differences(stored, AskSpooler(printer, DM_OUT_BUFFER, nullptr)), Texts());
 
     // The sheets start from the caller's settings as far as they are valid. Nothing is brought into line yet.

@@ -1,5 +1,4 @@
 // What every export answers before any printer setting matters.
-#include <cstddef>
 #include <string>
 
 #include "tests/contract/contract_test.h"
@@ -20,10 +19,6 @@ TEST_F(EntryPoints, ConstantAnswers) {
     EXPECT_EQ(
         driver.DrvAdvancedDocumentProperties(nullptr, printer_.Handle(), printer_.NameArgument(), nullptr, nullptr),
         10);
-    // Events that mean nothing to the driver.
-    for (const int event : {0, PRINTER_EVENT_CACHE_REFRESH, PRINTER_EVENT_ATTRIBUTES_CHANGED, 1000}) {
-        EXPECT_EQ(driver.DrvPrinterEvent(printer_.NameArgument(), event, 0, 0), 1) << event;
-    }
 }
 
 TEST_F(EntryPoints, DocumentPropertiesTellTheSize) {
@@ -121,40 +116,6 @@ TEST_F(EntryPoints, ForeignComClassIsUnknown) {
     EXPECT_EQ(printer_.Driver().DllGetClassObject(foreign, classFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(printer_.Driver().DllCanUnloadNow(), S_OK);
-}
-
-// The part of the job-hook record that the hooks look at: byte-packed, so its pointers lie unaligned.
-#pragma pack(push, 1)
-struct JobRecord {
-    BYTE reserved0[10];
-    WCHAR* printerName;
-    BYTE reserved18[4];
-    void* jobState;
-    DWORD promptFlag;
-    BYTE reserved34[8];
-    DWORD result;
-    BYTE reserved46[2];
-    WCHAR* jobName;
-};
-#pragma pack(pop)
-static_assert(offsetof(JobRecord, jobState) == 22 && offsetof(JobRecord, result) == 42 &&
-              offsetof(JobRecord, jobName) == 48);
-
-TEST_F(EntryPoints, JobHooksWithoutDescriptionFileOrJobState) {
-    DriverPackage package;
-    package.driverName = TEXT("Velmora Without Model");
-    package.dataFile = {TEXT("PLAIN.BIN"), {}, "no description"};
-    InstalledPrinter plain(*environment_, package, TEXT("Plain"));
-    JobRecord record = {};
-    record.printerName = plain.NameArgument();
-    char block[256] = "";
-    DWORD size = sizeof(block);
-    EXPECT_EQ(plain.Driver().GuiStartJob(nullptr, block, &size, &record), 0);
-    void* const jobState = record.jobState;  // a copy: the field lies unaligned
-    EXPECT_EQ(jobState, nullptr);
-    EXPECT_EQ(plain.Driver().GuiStartSheet(nullptr, &record), 1);
-    EXPECT_EQ(plain.Driver().GuiEndJob(nullptr, block, &size, &record), 1);
-    EXPECT_STREQ(block, "");
 }
 
 }  // namespace

@@ -4,13 +4,15 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "driver/entry/driver_interface.h"
 #include "tests/contract/environment.h"
 #include "tests/contract/wine_stand_ins.h"
 
 namespace contract {
 namespace {
 
-constexpr wchar_t kUserFolder[] = L"C:\\VelmoraUser";
+// The profiles of the machine's users.
+const std::filesystem::path kProfiles = L"C:\\VelmoraUsers";
 
 class WineEnvironment : public ContractEnvironment {
   public:
@@ -18,14 +20,17 @@ class WineEnvironment : public ContractEnvironment {
         ForgetMachine();
         SetMetric(true);
         std::error_code ignored;
-        std::filesystem::remove_all(kUserFolder, ignored);
-        std::filesystem::create_directories(kUserFolder);
-        SetEnvironmentVariableW(L"APPDATA", kUserFolder);
+        std::filesystem::remove_all(kProfiles, ignored);
+        const std::filesystem::path user = kProfiles / L"User";
+        const std::filesystem::path settings = user / L"AppData";
+        std::filesystem::create_directories(settings);
+        SetEnvironmentVariableW(L"USERPROFILE", user.c_str());
+        SetEnvironmentVariableW(L"APPDATA", settings.c_str());
     }
 
     ~WineEnvironment() override {
         std::error_code ignored;
-        std::filesystem::remove_all(kUserFolder, ignored);
+        std::filesystem::remove_all(kProfiles, ignored);
     }
 
     std::filesystem::path HostPath(const WideText& path) const override { return path; }
@@ -37,11 +42,21 @@ class WineEnvironment : public ContractEnvironment {
         }
     }
 
+    bool SetSystemVersion(DWORD, DWORD) override { return false; }
+
     void PrepareDriver(HMODULE driver, HANDLE printer) override {
         ProbeCalls(printer);
         ForgetPrinter(printer);
         PutStandIns(driver);
         PutStandIns(GetModuleHandleW(nullptr));
+        SendMissingEvent(driver, printer, PRINTER_EVENT_INITIALIZE);
+    }
+
+    void LeaveDriver(HMODULE driver, HANDLE printer) override {
+        // The driver may leave the process in another folder; the spooler's would be its own.
+        const std::filesystem::path folder = std::filesystem::current_path();
+        SendMissingEvent(driver, printer, PRINTER_EVENT_DELETE);
+        std::filesystem::current_path(folder);
     }
 };
 

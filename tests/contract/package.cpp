@@ -168,6 +168,7 @@ InstalledPrinter::~InstalledPrinter() {
 
 void InstalledPrinter::Remove() {
     if (module_ != nullptr) {
+        environment_.LeaveDriver(module_, printer_);
         FreeLibrary(module_);
     }
     if (printer_ != nullptr) {
@@ -189,6 +190,59 @@ void InstalledPrinter::Remove() {
         std::filesystem::remove(environment_.HostPath(file), ignored);
     }
     std::filesystem::remove_all(environment_.HostPath(kSourceFolder), ignored);
+}
+
+WideText InstalledPrinter::File(const WideText& fileName) const {
+    for (const WideText& file : files_) {
+        if (file.ends_with(TEXT("\\") + fileName)) {
+            return file;
+        }
+    }
+    throw std::runtime_error("no such file of the driver");
+}
+
+PrinterData InstalledPrinter::Data() const {
+    DWORD longestName = 0;
+    DWORD longestValue = 0;
+    DWORD error = EnumPrinterDataW(printer_, 0, nullptr, 0, &longestName, nullptr, nullptr, 0, &longestValue);
+    PrinterData data;
+    for (DWORD index = 0; error == ERROR_SUCCESS; ++index) {
+        WideText name(longestName / sizeof(WCHAR), 0);
+        PrinterValue value = {REG_NONE, std::vector<BYTE>(longestValue)};
+        DWORD nameSize = 0;
+        DWORD size = 0;
+        error = EnumPrinterDataW(printer_, index, name.data(), longestName, &nameSize, &value.type, value.bytes.data(),
+                                 longestValue, &size);
+        name = name.c_str();
+        value.bytes.resize(size);
+        if (error == ERROR_SUCCESS && name != TEXT("FontSubs")) {
+            data[name] = value;
+        }
+    }
+    if (error != ERROR_NO_MORE_ITEMS) {
+        ThrowRefused("EnumPrinterDataW", error);
+    }
+    return data;
+}
+
+std::vector<BYTE> InstalledPrinter::Info() const {
+    return ReadSized("GetPrinterW", [this](BYTE* buffer, DWORD size, DWORD* needed) {
+        return GetPrinterW(printer_, 2, buffer, size, needed);
+    });
+}
+
+void InstalledPrinter::SetDevMode(const DEVMODEW& devMode) {
+    std::vector<BYTE> block = Info();
+    auto* info = reinterpret_cast<PRINTER_INFO_2W*>(block.data());
+    info->pDevMode = const_cast<DEVMODEW*>(&devMode);
+    info->pSecurityDescriptor = nullptr;
+    if (!SetPrinterW(printer_, 2, block.data(), 0)) {
+        ThrowRefused("SetPrinterW", GetLastError());
+    }
+}
+
+bool InstalledPrinter::Send(int event) {
+    return exports_.DrvPrinterEvent(name_.data(), event, 0, 0) != FALSE;
 }
 
 void InstalledPrinter::SetData(const WideText& value, DWORD type, const void* data, size_t size) {

@@ -4,6 +4,7 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,14 @@ DriverPackage PackageOf(const std::string& descriptionFile);
 // Names of the built description files (*.XPI), sorted.
 std::vector<std::string> DescriptionFiles();
 
+struct PrinterValue {
+    DWORD type;
+    std::vector<BYTE> bytes;
+
+    bool operator==(const PrinterValue&) const = default;
+};
+using PrinterData = std::map<WideText, PrinterValue>;  // by name
+
 // A driver and a printer of it. Both are removed at the end, and the driver's files with them.
 class InstalledPrinter {
   public:
@@ -49,6 +58,18 @@ class InstalledPrinter {
     WCHAR* NameArgument() { return name_.data(); }
     HANDLE Handle() const { return printer_; }
     const DriverExports& Driver() const { return exports_; }
+    // Full path of an installed file by its file name; throws std::runtime_error where there is none.
+    WideText File(const WideText& fileName) const;
+
+    // All printer-data values but "FontSubs", which depends on the host's fonts. Throws std::runtime_error where the
+    // spooler refuses.
+    PrinterData Data() const;
+    // PRINTER_INFO_2W with what it points to.
+    std::vector<BYTE> Info() const;
+    // Makes a device mode the printer's own.
+    void SetDevMode(const DEVMODEW& devMode);
+    // Whether the driver answers a printer event (winddiui.h) with success.
+    bool Send(int event);
 
     // Stores a printer-data value. Throws std::runtime_error where the spooler refuses it.
     void SetData(const WideText& value, DWORD type, const void* data, size_t size);

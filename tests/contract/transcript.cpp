@@ -25,19 +25,6 @@ using velmora::FieldDescriptor;
 using velmora::FieldKind;
 using velmora::VelmoraDevMode;
 
-std::string Hex(const uint8_t* bytes, size_t count) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text;
-    for (size_t i = 0; i < count; ++i) {
-        if (i > 0) {
-            text += ' ';
-        }
-        text += kDigits[bytes[i] >> 4];
-        text += kDigits[bytes[i] & 15];
-    }
-    return text;
-}
-
 // The text of `capacity` characters at most; text without a terminator ends there.
 template <class Character>
 WideText TextAt(const uint8_t* bytes, size_t capacity) {
@@ -135,6 +122,19 @@ void MaskFolder(WCHAR* path, size_t capacity) {
 }
 
 }  // namespace
+
+std::string Hex(const uint8_t* bytes, size_t count) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string text;
+    for (size_t i = 0; i < count; ++i) {
+        if (i > 0) {
+            text += ' ';
+        }
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 15];
+    }
+    return text;
+}
 
 std::string Printable(const WideText& text) {
     std::string printable;

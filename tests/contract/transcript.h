@@ -17,6 +17,9 @@ namespace contract {
 // Printable ASCII as it is; every other code unit as \uXXXX.
 std::string Printable(const WideText& text);
 
+// "0A FF".
+std::string Hex(const uint8_t* bytes, size_t count);
+
 // Notes a line under the running test's name. After the last test all lines go to the file that the environment
 // variable VELMORA_TRANSCRIPT names, if it names one, the tests in the order of their names.
 void Record(std::string_view line);

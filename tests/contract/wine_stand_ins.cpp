@@ -74,7 +74,7 @@ bool CallReturns(Function function, [[maybe_unused]] Use use) {
     return result == 0;
 }
 
-// --- Printer data: DeletePrinterDataW
+// --- Printer data: DeletePrinterDataW, EnumPrinterDataW
 
 bool DeletesPrinterData(HANDLE) {
     return CallReturns(GENUINE(DeletePrinterDataW), [](auto call) {
@@ -83,21 +83,58 @@ bool DeletesPrinterData(HANDLE) {
     });
 }
 
-// Printer data lies in the registry, as it does on Windows.
-DWORD WINAPI StandInDeletePrinterData(HANDLE printer, LPWSTR valueName) {
+// Printer data lies in the registry, as it does on Windows. A printer's key, to be closed; null, with the error in
+// `*error`, where it can't be opened.
+HKEY OpenPrinterData(HANDLE printer, REGSAM access, DWORD* error) {
     const std::wstring name = PrinterName(printer);
-    if (name.empty()) {
-        return ERROR_INVALID_HANDLE;
-    }
     const std::wstring path = L"System\\CurrentControlSet\\Control\\Print\\Printers\\" + name + L"\\PrinterDriverData";
     HKEY key = nullptr;
-    const LSTATUS opened = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_SET_VALUE, &key);
-    if (opened != ERROR_SUCCESS) {
-        return static_cast<DWORD>(opened);
+    *error = name.empty() ? ERROR_INVALID_HANDLE
+                          : static_cast<DWORD>(RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, access, &key));
+    return *error == ERROR_SUCCESS ? key : nullptr;
+}
+
+DWORD WINAPI StandInDeletePrinterData(HANDLE printer, LPWSTR valueName) {
+    DWORD error = ERROR_SUCCESS;
+    const HKEY key = OpenPrinterData(printer, KEY_SET_VALUE, &error);
+    if (key != nullptr) {
+        error = static_cast<DWORD>(RegDeleteValueW(key, valueName));
+        RegCloseKey(key);
     }
-    const LSTATUS deleted = RegDeleteValueW(key, valueName);
+    return error;
+}
+
+bool EnumeratesPrinterData(HANDLE printer) {
+    wchar_t name[] = L"Velmora probe";
+    DWORD number = 1;
+    SetPrinterDataW(printer, name, REG_DWORD, reinterpret_cast<BYTE*>(&number), sizeof(number));
+    DWORD nameSize = 0;
+    DWORD size = 0;
+    const DWORD error = GENUINE(EnumPrinterDataW)(printer, 0, nullptr, 0, &nameSize, nullptr, nullptr, 0, &size);
+    StandInDeletePrinterData(printer, name);
+    return error == ERROR_SUCCESS && nameSize >= sizeof(name);
+}
+
+DWORD WINAPI StandInEnumPrinterData(HANDLE printer, DWORD index, LPWSTR name, DWORD nameSize, LPDWORD neededName,
+                                    LPDWORD type, LPBYTE data, DWORD size, LPDWORD needed) {
+    DWORD error = ERROR_SUCCESS;
+    const HKEY key = OpenPrinterData(printer, KEY_READ, &error);
+    if (key == nullptr) {
+        return error;
+    }
+    if (nameSize == 0 && size == 0) {
+        DWORD longestName = 0;
+        error = static_cast<DWORD>(RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                                    &longestName, needed, nullptr, nullptr));
+        *neededName = (longestName + 1) * sizeof(wchar_t);
+    } else {
+        DWORD length = nameSize / sizeof(wchar_t);
+        *needed = size;
+        error = static_cast<DWORD>(RegEnumValueW(key, index, name, &length, nullptr, type, data, needed));
+        *neededName = (length + 1) * sizeof(wchar_t);
+    }
     RegCloseKey(key);
-    return static_cast<DWORD>(deleted);
+    return error;
 }
 
 // --- Forms: AddFormW, EnumFormsW, DeleteFormW
@@ -162,6 +199,12 @@ BOOL WINAPI StandInAddForm(HANDLE printer, DWORD level, LPBYTE form) {
     const auto* info = reinterpret_cast<const FORM_INFO_1W*>(form);
     if (info == nullptr || info->pName == nullptr || *info->pName == 0) {
         SetLastError(info == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_FORM_NAME);
+        return FALSE;
+    }
+    const RECTL& area = info->ImageableArea;
+    if (info->Size.cx <= 0 || info->Size.cy <= 0 || area.left < 0 || area.top < 0 || area.left >= area.right ||
+        area.top >= area.bottom || area.right > info->Size.cx || area.bottom > info->Size.cy) {
+        SetLastError(ERROR_INVALID_FORM_SIZE);
         return FALSE;
     }
     if (FindForm(info->pName) != keptForms.end() || HasForm(printer, info->pName)) {
@@ -466,12 +509,14 @@ StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Fu
 
 constexpr char kNotWritten[] = "not there, a call ends the process";
 constexpr char kNoPrinter[] = "the driver is asked without its printer";
+constexpr char kNoData[] = "no value is told";
 constexpr char kNoForms[] = "no form is kept";
 constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
 constexpr char kNoOutputSize[] = "the driver isn't told how large the output is, and so writes nothing";
 
 std::vector<StandIn> standIns = {
     STAND_IN(DeletePrinterDataW, kNotWritten, DeletesPrinterData, StandInDeletePrinterData),
+    STAND_IN(EnumPrinterDataW, kNoData, EnumeratesPrinterData, StandInEnumPrinterData),
     STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
     STAND_IN(DeviceCapabilitiesW, kNoPrinter, GivesCapabilities, StandInDeviceCapabilities),
     STAND_IN(DocumentPropertiesW, kNoOutputSize, WritesDocumentProperties, StandInDocumentProperties),
@@ -481,6 +526,15 @@ std::vector<StandIn> standIns = {
     STAND_IN(GetPrinterW, kTextOnly, KeepsDevModes, StandInGetPrinter),
     STAND_IN(SetPrinterW, kTextOnly, KeepsDevModes, StandInSetPrinter),
 };
+
+// Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.
+bool SendsEvents(HANDLE printer) {
+    wchar_t name[] = L"Settings";
+    DWORD needed = 0;
+    return GetPrinterDataW(printer, name, nullptr, nullptr, 0, &needed) == ERROR_MORE_DATA;
+}
+
+bool sendsEvents = false;
 
 template <class T>
 T* At(HMODULE module, DWORD relativeAddress) {
@@ -534,6 +588,11 @@ FARPROC WINAPI FindWithStandIns(HMODULE module, LPCSTR name) {
 
 void ProbeCalls(HANDLE printer) {
     static const bool probed = [printer] {
+        sendsEvents = SendsEvents(printer);
+        if (!sendsEvents) {
+            std::cout << "stand-in: DrvPrinterEvent is called for AddPrinterW and DeletePrinter (the driver isn't told)"
+                      << std::endl;
+        }
         std::map<bool (*)(HANDLE), bool> results;
         for (StandIn& standIn : standIns) {
             if (!results.contains(standIn.works)) {
@@ -558,6 +617,19 @@ void PutStandIns(HMODULE module) {
     // The test program's own must stay: the stand-ins call it.
     if (module != GetModuleHandleW(nullptr)) {
         ReplaceImport(module, "GetProcAddress", reinterpret_cast<void*>(&FindWithStandIns));
+    }
+}
+
+void SendMissingEvent(HMODULE driver, HANDLE printer, int event) {
+    if (sendsEvents) {
+        return;
+    }
+    const auto tell = reinterpret_cast<BOOL(WINAPI*)(LPWSTR, INT, DWORD, LPARAM)>(
+        reinterpret_cast<void*>(GetProcAddress(driver, "DrvPrinterEvent")));
+    std::wstring name = PrinterName(printer);
+    if (tell != nullptr && !tell(name.data(), event, PRINTER_EVENT_FLAG_NO_UI, 0) &&
+        event == PRINTER_EVENT_INITIALIZE) {
+        throw std::runtime_error("the driver can't initialise its printer");
     }
 }
 

@@ -13,7 +13,11 @@ void ProbeCalls(HANDLE printer);
 // Puts the stand-ins that are used into the import table of a loaded module.
 void PutStandIns(HMODULE module);
 
-// Makes the stand-ins forget what they keep: of one printer, of all printers and forms.
+// Tells the driver of an event of its printer (winddiui.h) where the spooler doesn't. Throws std::runtime_error where a
+// new printer can't be initialised.
+void SendMissingEvent(HMODULE driver, HANDLE printer, int event);
+
+// Makes the stand-ins forget what they keep: of one printer; of all printers and forms.
 void ForgetPrinter(HANDLE printer);
 void ForgetMachine();
 
