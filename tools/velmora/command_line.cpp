@@ -17,10 +17,12 @@
 #include "tools/velmora/driver_library.h"
 #include "tools/velmora/driver_package.h"
 #include "tools/velmora/field_report.h"
+#include "tools/velmora/job_report.h"
 #include "tools/velmora/machine_settings.h"
 #include "tools/velmora/model_report.h"
 #include "tools/velmora/printer_model.h"
 #include "tools/velmora/printer_report.h"
+#include "tools/velmora/settings_report.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/velmora/table.h"
 
@@ -40,12 +42,16 @@ struct Request {
 
     std::string model = {};
     std::optional<std::string> name = {};
+    PackageExtras extras = {};
     std::string printer = {};
     bool markdown = false;
     std::vector<std::string> assignments = {};
     std::string file = {};
     std::string secondFile = {};
     std::string outputFile = {};
+    std::string jobName = "Test page";
+    unsigned sheets = 1;
+    bool raw = false;
 };
 
 // The machine of the command, set as the command line says.
@@ -85,16 +91,41 @@ void PrintOne(const Request& request, const Table& table, const std::string& whe
     }
 }
 
+// What a driver did when it was told of a new printer, as a list.
+std::string DescribeWork(const Installation& done) {
+    const auto count = [](size_t number, const std::string& noun) {
+        return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+    };
+    std::string work = "wrote " + count(done.valueCount, "value") + " of printer data";
+    if (!done.forms.empty()) {
+        work += ", made " + count(done.forms.size(), "form") + " (" + ListCell(done.forms).text + ")";
+    }
+    if (done.appended) {
+        work += ", appended " + count(static_cast<size_t>(*done.appended), "byte") + " to the printer data file";
+    }
+    if (!done.printProcessor.empty()) {
+        work += ", chose the print processor " + done.printProcessor;
+    }
+    return work + (done.hasStoredSettings ? ", stored settings" : "");
+}
+
 void Install(const Request& request) {
     const PackagedModel model = ReadModel(request.model);
     const BuiltFiles files = FindBuiltFiles(request.programFolder);
     const auto machine = OpenMachine(request);
-    const Installation done = InstallPrinter(*machine, files, model, request.name.value_or(model.modelName));
+    const Installation done =
+        InstallPrinter(*machine, files, model, request.name.value_or(model.modelName), request.extras);
     if (request.json) {
-        request.output << FormatJson({{"printer", done.printer},
-                                      {"driver", done.driver},
-                                      {"renewedDriver", done.renewedDriver},
-                                      {"otherPrinters", done.otherPrinters}});
+        request.output << FormatJson(
+            {{"printer", done.printer},
+             {"driver", done.driver},
+             {"renewedDriver", done.renewedDriver},
+             {"otherPrinters", done.otherPrinters},
+             {"valueCount", done.valueCount},
+             {"forms", done.forms},
+             {"appendedBytes", done.appended ? Json(*done.appended) : Json()},
+             {"printProcessor", done.printProcessor.empty() ? Json() : Json(done.printProcessor)},
+             {"hasStoredSettings", done.hasStoredSettings}});
         return;
     }
     request.output << "installed printer \"" << done.printer << "\", "
@@ -102,6 +133,7 @@ void Install(const Request& request) {
     for (const std::string& other : done.otherPrinters) {
         request.output << "also of this driver: \"" << other << "\"\n";
     }
+    request.output << "the driver " << DescribeWork(done) << "\n";
 }
 
 void Printers(const Request& request) {
@@ -111,12 +143,13 @@ void Printers(const Request& request) {
 
 void Remove(const Request& request) {
     const auto machine = OpenMachine(request);
-    const bool driverRemoved = RemovePrinter(request.printer);
+    const Removal removal = RemovePrinter(request.printer);
     if (request.json) {
-        request.output << FormatJson({{"printer", request.printer}, {"driverRemoved", driverRemoved}});
+        request.output << FormatJson(
+            {{"printer", request.printer}, {"driverRemoved", removal.driver}, {"settingsRemoved", removal.settings}});
     } else {
-        request.output << "removed printer \"" << request.printer << "\""
-                       << (driverRemoved ? " and its driver" : "; its driver stays") << "\n";
+        request.output << "removed printer \"" << request.printer << "\"" << (removal.settings ? ", its settings" : "")
+                       << (removal.driver ? " and its driver" : "; its driver stays") << "\n";
     }
 }
 
@@ -222,7 +255,65 @@ void Model(const Request& request) {
 
 void Data(const Request& request) {
     const auto machine = OpenMachine(request);
-    PrintOne(request, ReportPrinterData(request.printer), "\"" + request.printer + "\" has no printer data");
+    const std::vector<Table> tables = ReportPrinterData(request.printer);
+    if (tables.front().rows.empty() && !request.json) {
+        request.output << "\"" << request.printer << "\" has no printer data\n";
+    } else {
+        Print(request, tables);
+    }
+}
+
+void Settings(const Request& request) {
+    const auto machine = OpenMachine(request);
+    const SettingsFile file = FindSettingsFile(request.printer);
+    const std::string text = request.raw && file.isWritten ? ReadSettingsText(file) : "";
+    const std::vector<Table> tables = !request.raw && file.isWritten ? ReportSettings(file) : std::vector<Table>();
+    if (request.json) {
+        Json members = {{"path", file.path.empty() ? Json() : Json(file.path)}, {"isWritten", file.isWritten}};
+        if (request.raw) {
+            members["text"] = text;
+        } else {
+            members.update(ToJson(tables));
+        }
+        request.output << FormatJson(members);
+    } else if (file.path.empty()) {
+        request.output << "\"" << request.printer
+                       << "\" has no settings file: its data names none (the value \"Settings\")\n";
+    } else if (!file.isWritten) {
+        request.output << file.path << "\nnot written yet: no settings have been stored for \"" << request.printer
+                       << "\"\n";
+    } else if (request.raw) {
+        request.output << text;
+    } else {
+        request.output << file.path << "\n\n" << FormatText(tables);
+    }
+}
+
+void Job(const Request& request) {
+    const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
+    const PrinterModel model(request.printer);
+    const std::optional<VelmoraDevMode> given =
+        request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
+    std::optional<VelmoraDevMode> devMode = given;
+    const PrintedJob job =
+        PrintByDriver(model.Printer(), request.printer, request.jobName, request.sheets, devMode ? &*devMode : nullptr);
+    const Table repairs = given ? ReportDifferences(*given, *devMode, NamesOfNumbers(&model), request.file, "Used")
+                                : Table{"", "differences", {}};
+    if (request.json) {
+        Json members = {{"printer", request.printer}, {"blocks", ToJson(job, model)}};
+        members.update(ToJson(std::span(&repairs, 1)));
+        request.output << FormatJson(members);
+    } else {
+        request.output << FormatJob(job, model);
+        if (!repairs.rows.empty()) {
+            request.output << "\nThe hooks changed the device mode:\n\n" << FormatText(std::span(&repairs, 1));
+        }
+    }
+    for (const std::string& resource : job.leftOpen) {
+        request.errors << "velmora: the hooks left open: " << resource << "\n";
+        request.exitCode = kFailed;
+    }
 }
 
 void Fields(const Request& request) {
@@ -284,6 +375,12 @@ void AddPrinterArgument(CLI::App& app, Request& request) {
 void AddModelArguments(CLI::App& app, Request& request) {
     app.add_option("MODEL", request.model, "Model source (.json) or compiled description (.XPI)")->required();
     app.add_option("--name", request.name, "The printer's name (default: the model's)");
+    app.add_option("--ini", request.extras.iniFile,
+                   "The driver's INI data file: custom sizes and watermarks to begin with")
+        ->type_name("FILE");
+    app.add_option("--data-file", request.extras.dataFile,
+                   "A separate printer data file, which the driver appends the model's patterns and fonts to")
+        ->type_name("FILE");
 }
 
 void AddOutputOption(CLI::App& app, Request& request) {
@@ -322,6 +419,19 @@ void AddFieldArguments(CLI::App& app, Request& request) {
     app.add_flag("--markdown", request.markdown, "Print the page docs/device-mode.md");
 }
 
+void AddJobArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_option("--devmode", request.file, "File of a device mode (default: the printer's own)")->type_name("FILE");
+    app.add_option("--name", request.jobName, "The job's name (default: Test page)");
+    app.add_option("--sheets", request.sheets, "Sheets of the job, 0 to 1000 (default: 1)")
+        ->check(CLI::Range(0u, 1000u));
+}
+
+void AddSettingsArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_flag("--raw", request.raw, "Print the file as it is");
+}
+
 void AddNoArguments(CLI::App&, Request&) {}
 
 constexpr Command kCommands[] = {
@@ -354,8 +464,16 @@ constexpr Command kCommands[] = {
      "velmora capabilities \"Velmora C3200\" --measurement us", Capabilities, AddPrinterArgument},
     {"model", "Print a printer's model", "Every value and table as the driver reads them, in the user's language.",
      "velmora model \"Velmora C3200\" --language de", Model, AddPrinterArgument},
-    {"data", "Print a printer's data", "The named values that the driver keeps with the printer.",
+    {"data", "Print a printer's data",
+     "The named values that the driver keeps with the printer, and what the binary ones hold.",
      "velmora data \"Velmora C3200\"", Data, AddPrinterArgument},
+    {"settings", "Print the settings that the user has for a printer",
+     "The settings file's path and, once something is stored, its custom sizes, watermarks and colour presets.",
+     "velmora settings \"Velmora C3200\" --raw", Settings, AddSettingsArguments},
+    {"job", "Print what a printer's driver adds to a job",
+     "Calls the driver's job hooks as a rendering side does: the blocks at the start of the job, before each sheet and "
+     "at the end. A device mode that the driver doesn't accept is repaired, which is told.",
+     "velmora job \"Velmora C3200\" --name Invoice --sheets 3", Job, AddJobArguments},
     {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",
      "velmora fields --markdown", Fields, AddFieldArguments},
 };

@@ -5,7 +5,6 @@
 #include <iterator>
 
 #include "driver/devdesc/model_tables.h"
-#include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/color_groups.h"
 #include "tools/velmora/escapes.h"
 
@@ -18,12 +17,7 @@ struct Context {
 };
 
 std::string NamePaper(const Context& context, int64_t value, size_t) {
-    constexpr int64_t kLastPaper = 32767;
-    if (value >= kFirstCustomPaper && value <= kLastPaper) {
-        std::string name = context.model.PaperName(value);
-        return !name.empty() ? name : "custom size " + std::to_string(value - kFirstCustomPaper);
-    }
-    return context.model.PaperName(value);
+    return context.model.PaperOrCustomSizeName(value);
 }
 
 std::string NameScaleTarget(const Context& context, int64_t value, size_t index) {

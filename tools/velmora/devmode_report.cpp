@@ -20,7 +20,9 @@ std::string JoinTexts(const std::vector<ElementValue>& elements) {
     return joined;
 }
 
-Cell ValueCell(const std::vector<ElementValue>& elements) {
+}  // namespace
+
+Cell ElementsCell(const std::vector<ElementValue>& elements) {
     if (elements.size() == 1) {
         return {elements[0].text, {{"value", elements[0].value}, {"valueName", elements[0].name}}};
     }
@@ -35,6 +37,8 @@ Cell ValueCell(const std::vector<ElementValue>& elements) {
     return {JoinTexts(elements), {{"value", values}, {"valueName", isNamed ? names : Json()}}};
 }
 
+namespace {
+
 Table ReportPart(std::string title, const DevModePart& part, const VelmoraDevMode& devMode, const NumberNames& names) {
     Table table = {std::move(title), part.name, {{"Field", "field"}, {"Value", ""}, {"Meaning", "meaning"}}};
     table.isKeyed = true;
@@ -43,7 +47,7 @@ Table ReportPart(std::string title, const DevModePart& part, const VelmoraDevMod
         for (size_t i = 0; i < field.count; ++i) {
             elements.push_back(ReadElement({&part, &field, i}, devMode, names));
         }
-        table.rows.push_back({TextCell(field.name), ValueCell(elements), TextCell(field.meaning)});
+        table.rows.push_back({TextCell(field.name), ElementsCell(elements), TextCell(field.meaning)});
     }
     return table;
 }

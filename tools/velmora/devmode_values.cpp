@@ -9,13 +9,13 @@
 namespace velmora {
 namespace {
 
-std::string NameNumber(const DevModeElement& element, const VelmoraDevMode& devMode, int64_t number,
-                       const NumberNames& names) {
-    const auto known = std::ranges::find(element.field->names, number, &ValueName::value);
-    if (known != element.field->names.end()) {
+std::string NameNumber(const FieldDescriptor& field, int64_t number,
+                       const std::function<std::string(int64_t number)>& nameOf) {
+    const auto known = std::ranges::find(field.names, number, &ValueName::value);
+    if (known != field.names.end()) {
         return known->name;
     }
-    return names ? names(element, devMode, number) : std::string();
+    return nameOf ? nameOf(number) : std::string();
 }
 
 std::u16string ReadText(const FieldDescriptor& field, const BYTE* place) {
@@ -54,16 +54,15 @@ std::string ByteRangeName(const DevModePart& part, size_t offset, size_t size) {
     return size == 1 ? first + "]" : first + ".." + std::to_string(offset + size - 1) + "]";
 }
 
-ElementValue ReadElement(const DevModeElement& element, const VelmoraDevMode& devMode, const NumberNames& names) {
-    const FieldDescriptor& field = *element.field;
-    const BYTE* const part = element.part->In(devMode);
+ElementValue ReadRecordElement(const FieldDescriptor& field, const BYTE* record, size_t index,
+                               const std::function<std::string(int64_t number)>& nameOf) {
     if (IsNumber(field)) {
-        const int64_t number = ReadFieldNumber(field, part, element.index);
-        const std::string name = NameNumber(element, devMode, number, names);
+        const int64_t number = ReadFieldNumber(field, record, index);
+        const std::string name = NameNumber(field, number, nameOf);
         return name.empty() ? ElementValue{std::to_string(number), number, nullptr}
                             : ElementValue{std::to_string(number) + " (" + name + ")", number, name};
     }
-    const BYTE* const place = part + element.Offset();
+    const BYTE* const place = record + field.offset + index * field.stride;
     if (IsText(field)) {
         const std::u16string text = ReadText(field, place);
         return {Quoted(text), host::ToUtf8(text), nullptr};
@@ -72,6 +71,11 @@ ElementValue ReadElement(const DevModeElement& element, const VelmoraDevMode& de
     const bool isZero = std::ranges::all_of(bytes, [](BYTE byte) { return byte == 0; });
     const std::string hex = isZero ? std::string() : HexBytes(bytes);
     return {isZero ? std::to_string(field.width) + " bytes, all 0" : hex, hex, nullptr};
+}
+
+ElementValue ReadElement(const DevModeElement& element, const VelmoraDevMode& devMode, const NumberNames& names) {
+    return ReadRecordElement(*element.field, element.part->In(devMode), element.index,
+                             [&](int64_t number) { return names ? names(element, devMode, number) : std::string(); });
 }
 
 }  // namespace velmora

@@ -53,6 +53,11 @@ struct ElementValue {
 // What a number of a device mode stands for, where the table of fields doesn't say; empty: nothing of its own.
 using NumberNames = std::function<std::string(const DevModeElement&, const VelmoraDevMode&, int64_t number)>;
 
+// Element `index` of a field of any record that begins at `record`. `nameOf` names what the field's own table of values
+// doesn't; null: nothing does.
+ElementValue ReadRecordElement(const FieldDescriptor& field, const BYTE* record, size_t index,
+                               const std::function<std::string(int64_t number)>& nameOf);
+
 // Without `names` the table of fields alone names the values. ANSI texts are read in the machine's code page.
 ElementValue ReadElement(const DevModeElement& element, const VelmoraDevMode& devMode, const NumberNames& names = {});
 

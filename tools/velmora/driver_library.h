@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "driver/base/handles.h"
 #include "driver/devmode/private_devmode.h"
@@ -38,5 +39,25 @@ Conversion ConvertByDriver(HANDLE printer, const std::string& printerName, const
 
 // The printer's default device mode, or a CommandError where the driver gives none.
 VelmoraDevMode DefaultByDriver(HANDLE printer, const std::string& printerName);
+
+// What a job hook gave for the job's stream.
+struct JobBlock {
+    const char* hook;         // the export's name
+    unsigned sheet;           // 1-based; 0: the block is no sheet's
+    DWORD toldBytes;          // needed, as told to the question for the size
+    std::vector<BYTE> bytes;  // as many as the hook then said; empty: no block
+};
+
+struct PrintedJob {
+    std::vector<JobBlock> blocks;       // start, sheets, end
+    std::vector<std::string> leftOpen;  // by the hooks, a line each
+};
+
+// Prints a job of `sheets` sheets as a rendering side does: calls GuiStartJob, GuiStartSheet for each sheet and
+// GuiEndJob of the driver of an open printer, each without a buffer first and then with what it told. `devMode` may be
+// repaired in place; null: the printer's own. Throws a CommandError for a driver that can't be called, and where a hook
+// fails.
+PrintedJob PrintByDriver(HANDLE printer, const std::string& printerName, const std::string& jobName, unsigned sheets,
+                         VelmoraDevMode* devMode);
 
 }  // namespace velmora

@@ -10,8 +10,13 @@
 
 #include "driver/base/handles.h"
 #include "driver/devdesc/description_file.h"
+#include "driver/devdesc/model_tables.h"
+#include "driver/settings/custom_sizes.h"
+#include "driver/settings/printer_data_file.h"
+#include "driver/settings/settings_folder.h"
 #include "platform/kernel/text.h"
 #include "tools/velmora/command_error.h"
+#include "tools/velmora/printer_model.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/xpic/compile.h"
 
@@ -22,12 +27,19 @@ namespace fs = std::filesystem;
 
 constexpr const char* kStagingFolder = "Velmora package";  // below the drive
 constexpr DWORD kDriverVersion = 3;                        // DRIVER_INFO_3.cVersion: user-mode drivers
+constexpr int16_t kFirstOwnPaper = 256;                    // papers from here on become forms
 constexpr size_t kMostPrinterName = 127;                   // the driver knows no longer ones
 constexpr size_t kMostStem = 64;  // keeps the installed path within the device mode's descriptionPath
 
 // Names of files as they are installed. Language modules keep the names that the build gives them.
 constexpr const char* kRenderingCore = "KV62R.DLL";
 constexpr const char* kConfigurationFile = "KV62U.DLL";
+constexpr const char* kPrintProcessorFile = "KV62PPR.DLL";
+constexpr const char16_t* kSystemPrintProcessor = u"winprint";
+
+// Extensions that the driver's own name gets.
+constexpr const char* kIniExtension = ".INI";
+constexpr const char* kDataExtension = ".DAT";
 
 // The language modules' paths from the program's folder.
 constexpr const char* kLanguageModules[] = {VELMORA_LANGUAGE_MODULES};
@@ -76,7 +88,8 @@ std::vector<std::byte> ReadFile(const fs::path& file) {
 // The package's files on the machine's drive, for as long as they are needed.
 class StagedPackage {
   public:
-    StagedPackage(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model)
+    StagedPackage(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,
+                  const PackageExtras& extras)
         : folder_(machine.Drive() / kStagingFolder) {
         try {
             // What a command left that was killed.
@@ -84,8 +97,15 @@ class StagedPackage {
             fs::create_directories(folder_);
             fs::copy_file(files.renderingCore, folder_ / kRenderingCore);
             fs::copy_file(files.configurationFile, folder_ / kConfigurationFile);
+            fs::copy_file(files.printProcessor, folder_ / kPrintProcessorFile);
             for (const fs::path& module : files.languageModules) {
                 fs::copy_file(module, folder_ / module.filename());
+            }
+            if (extras.iniFile) {
+                fs::copy_file(*extras.iniFile, folder_ / (model.driverName + kIniExtension));
+            }
+            if (extras.dataFile) {
+                fs::copy_file(*extras.dataFile, folder_ / (model.driverName + kDataExtension));
             }
             WriteFileAtomically(folder_ / model.dataFile, model.description);
         } catch (const fs::filesystem_error& error) {
@@ -111,23 +131,50 @@ class StagedPackage {
     fs::path folder_;
 };
 
-void CheckDescription(const PackagedModel& model) {
+// The page description language of the packaged model.
+uint16_t CheckDescription(const PackagedModel& model) {
     const OwnedFile file(CreateFileW(StagedPackage::PathOf(model.dataFile).c_str(), GENERIC_READ, FILE_SHARE_READ,
                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!LoadDeviceModel(file.Get())) {
+    const HeapOwner<DeviceModel> loaded = LoadDeviceModel(file.Get());
+    if (!loaded) {
         throw CommandError(model.file.string() +
                            ": the driver can't read a model from it; is it a compiled description file?");
     }
+    return loaded->pdlType;
 }
 
-void AddDriver(const BuiltFiles& files, const PackagedModel& model) {
+// Where the spooler looks for print processors.
+void CopyPrintProcessor() {
+    DWORD needed = 0;
+    WCHAR folder[MAX_PATH] = {};
+    if (!GetPrintProcessorDirectoryW(nullptr, nullptr, 1, reinterpret_cast<BYTE*>(folder), sizeof(folder), &needed)) {
+        ThrowRefused("GetPrintProcessorDirectoryW");
+    }
+    const std::u16string target = std::u16string(folder) + u"\\" + host::ToWide(kPrintProcessorFile);
+    if (!CopyFileW(StagedPackage::PathOf(kPrintProcessorFile).c_str(), target.c_str(), FALSE)) {
+        ThrowRefused(std::string("CopyFileW of ") + kPrintProcessorFile);
+    }
+}
+
+void AddDriver(const BuiltFiles& files, const PackagedModel& model, const PackageExtras& extras,
+               bool withPrintProcessor) {
     std::u16string name = host::ToWide(model.driverName);
     std::u16string core = StagedPackage::PathOf(kRenderingCore);
     std::u16string configuration = StagedPackage::PathOf(kConfigurationFile);
-    std::u16string data = StagedPackage::PathOf(model.dataFile);
+    std::u16string data = StagedPackage::PathOf(extras.dataFile ? model.driverName + kDataExtension : model.dataFile);
     std::u16string dependent;  // multi-string
+    const auto addDependent = [&](const std::string& file) { dependent += StagedPackage::PathOf(file) + u'\0'; };
     for (const fs::path& module : files.languageModules) {
-        dependent += StagedPackage::PathOf(module.filename().string()) + u'\0';
+        addDependent(module.filename().string());
+    }
+    if (withPrintProcessor) {
+        addDependent(kPrintProcessorFile);
+    }
+    if (extras.dataFile) {
+        addDependent(model.dataFile);
+    }
+    if (extras.iniFile) {
+        addDependent(model.driverName + kIniExtension);
     }
     std::u16string dataType = u"RAW";
     DRIVER_INFO_3W info = {};
@@ -148,7 +195,7 @@ void AddPrinter(const std::string& printerName, const std::string& driverName) {
     std::u16string name = host::ToWide(printerName);
     std::u16string driver = host::ToWide(driverName);
     std::u16string port = u"FILE:";
-    std::u16string processor = u"winprint";
+    std::u16string processor = kSystemPrintProcessor;
     std::u16string dataType = u"RAW";
     PRINTER_INFO_2W info = {};
     info.pPrinterName = name.data();
@@ -178,6 +225,60 @@ std::vector<std::string> PrintersOf(const std::string& driverName) {
     return names;
 }
 
+// The bytes that the driver appended to a separate printer data file; none where the data file isn't one.
+std::optional<int64_t> AppendedBytes(HANDLE printer, const PackageExtras& extras) {
+    if (!extras.dataFile) {
+        return std::nullopt;
+    }
+    const auto base = static_cast<int64_t>(fs::file_size(*extras.dataFile));
+    const DWORD size = MeasurePrinterDataFile(printer);
+    return size == kNoPrinterDataFile ? 0 : int64_t{size} - base;
+}
+
+// Of the forms that drivers made those of the printer's own papers and of its custom sizes.
+std::vector<std::string> FormsOf(const PrinterModel& model, const std::string& printerName) {
+    std::vector<std::string> papers;
+    for (const PaperRecord& paper : RecordList(model->paperTable)) {
+        if (paper.paperId >= kFirstOwnPaper) {
+            papers.push_back(model.Localized(static_cast<int16_t>(paper.nameRef)));
+        }
+    }
+    const CustomSizeList sizes = LoadCustomSizes(host::ToWide(printerName).c_str());
+    for (unsigned i = 0; i < sizes.count; ++i) {
+        papers.push_back(host::ToUtf8(sizes.records.Get()[i].name));
+    }
+    std::vector<std::string> forms;
+    for (const std::string& form : ListPrinterForms(model.Printer())) {
+        if (std::ranges::find(papers, form) != papers.end()) {
+            forms.push_back(form);
+        }
+    }
+    return forms;
+}
+
+bool HasStoredSettings(const std::string& printerName) {
+    WCHAR path[MAX_PATH];
+    return GetSettingsFilePath(host::ToWide(printerName).c_str(), path, MAX_PATH) &&
+           GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
+}
+
+// What the driver did when it was told of the printer.
+void Survey(const std::string& printerName, const PackageExtras& extras, Installation* installation) {
+    const PrinterModel model(printerName);
+    installation->valueCount = ListPrinterData(model.Printer()).size();
+    installation->forms = FormsOf(model, printerName);
+    installation->appended = AppendedBytes(model.Printer(), extras);
+    const std::string processor = PrintProcessorOf(model.Printer());
+    installation->printProcessor = SameName(processor, host::ToUtf8(kSystemPrintProcessor)) ? "" : processor;
+    installation->hasStoredSettings = HasStoredSettings(printerName);
+}
+
+void CheckExtra(const std::optional<fs::path>& file, const char* option) {
+    if (file && !(fs::is_regular_file(*file) && std::ifstream(*file))) {
+        throw CommandError(std::string(option) + ": " + file->string() + " isn't a file that can be read");
+    }
+}
+
 void CheckPrinterName(const std::string& name) {
     if (name.empty() || name.find_first_of("\\,!") != name.npos || host::ToWide(name).size() > kMostPrinterName) {
         throw CommandError("\"" + name + "\" can't be a printer's name: that has 1 to " +
@@ -205,7 +306,8 @@ BuiltFiles FindBuiltFiles(const fs::path& programFolder) {
         }
         return path;
     };
-    BuiltFiles files = {find(VELMORA_RENDERING_CORE), find(VELMORA_CONFIGURATION_FILE), {}};
+    BuiltFiles files = {
+        find(VELMORA_RENDERING_CORE), find(VELMORA_CONFIGURATION_FILE), {}, find(VELMORA_PRINT_PROCESSOR)};
     for (const char* module : kLanguageModules) {
         files.languageModules.push_back(find(module));
     }
@@ -239,16 +341,21 @@ PackagedModel ReadModel(const fs::path& file) {
 }
 
 Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,
-                            const std::string& printerName) {
+                            const std::string& printerName, const PackageExtras& extras) {
     CheckPrinterName(printerName);
+    CheckExtra(extras.iniFile, "--ini");
+    CheckExtra(extras.dataFile, "--data-file");
     Installation installation = {printerName, model.driverName, false, PrintersOf(model.driverName)};
     for (const DriverEntry& driver : ListDrivers()) {
         installation.renewedDriver |= SameName(driver.name, model.driverName);
     }
-    const StagedPackage package(machine, files, model);
-    CheckDescription(model);
-    AddDriver(files, model);
+    const StagedPackage package(machine, files, model, extras);
+    const bool isImageModel = CheckDescription(model) == kPdlImage;
+    AddDriver(files, model, extras, isImageModel);
     try {
+        if (isImageModel) {
+            CopyPrintProcessor();
+        }
         AddPrinter(printerName, model.driverName);
     } catch (...) {
         if (!installation.renewedDriver) {
@@ -256,6 +363,7 @@ Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& file
         }
         throw;
     }
+    Survey(printerName, extras, &installation);
     return installation;
 }
 
@@ -273,13 +381,17 @@ bool HasBuiltDriver(HANDLE printer, const BuiltFiles& files) {
            arrived == bytes.size() && bytes == built;
 }
 
-bool RemovePrinter(const std::string& printerName) {
+Removal RemovePrinter(const std::string& printerName) {
     const OwnedPrinter printer = OpenNamedPrinter(printerName);
     const std::string driver = DriverOf(printer.Get()).name;
+    WCHAR settings[MAX_PATH];
+    const bool hadSettings =
+        HasStoredSettings(printerName) && GetSettingsFilePath(host::ToWide(printerName).c_str(), settings, MAX_PATH);
     if (!DeletePrinter(printer.Get())) {
         ThrowRefused("DeletePrinter of \"" + printerName + "\"");
     }
-    return PrintersOf(driver).empty() && DeleteDriver(driver);
+    const bool settingsRemoved = hadSettings && GetFileAttributesW(settings) == INVALID_FILE_ATTRIBUTES;
+    return {PrintersOf(driver).empty() && DeleteDriver(driver), settingsRemoved};
 }
 
 }  // namespace velmora

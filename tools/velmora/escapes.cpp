@@ -14,7 +14,7 @@ constexpr bool IsLowSurrogate(char16_t c) {
     return c >= 0xDC00 && c <= 0xDFFF;
 }
 
-std::string Escaped(char16_t c) {
+std::string EscapeOf(char16_t c) {
     switch (c) {
         case u'"':
             return "\\\"";
@@ -34,23 +34,31 @@ std::string Escaped(char16_t c) {
     return text;
 }
 
-}  // namespace
-
-std::string Quoted(std::u16string_view text) {
-    std::string quoted = "\"";
+std::string Escape(std::u16string_view text, bool isQuoted) {
+    std::string escaped;
     for (size_t i = 0; i < text.size(); ++i) {
         const char16_t c = text[i];
         if (IsHighSurrogate(c) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-            quoted += host::ToUtf8(text.substr(i, 2));
+            escaped += host::ToUtf8(text.substr(i, 2));
             ++i;
-        } else if (c < 0x20 || c == u'"' || c == u'\\' || (c >= 0x7F && c < 0xA0) || IsHighSurrogate(c) ||
+        } else if (c < 0x20 || (c == u'"' && isQuoted) || c == u'\\' || (c >= 0x7F && c < 0xA0) || IsHighSurrogate(c) ||
                    IsLowSurrogate(c)) {
-            quoted += Escaped(c);
+            escaped += EscapeOf(c);
         } else {
-            quoted += host::ToUtf8(text.substr(i, 1));
+            escaped += host::ToUtf8(text.substr(i, 1));
         }
     }
-    return quoted + "\"";
+    return escaped;
+}
+
+}  // namespace
+
+std::string Escaped(std::u16string_view text) {
+    return Escape(text, false);
+}
+
+std::string Quoted(std::u16string_view text) {
+    return "\"" + Escape(text, true) + "\"";
 }
 
 std::u16string FromAnsi(std::string_view text) {

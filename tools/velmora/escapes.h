@@ -13,6 +13,9 @@ namespace velmora {
 // Everything else is UTF-8.
 std::string Quoted(std::u16string_view text);
 
+// The same without quotes, around it or escaped.
+std::string Escaped(std::u16string_view text);
+
 // From the machine's ANSI code page, up to the first NUL.
 std::u16string FromAnsi(std::string_view text);
 

@@ -101,14 +101,26 @@ std::vector<std::string> OptionNames(Words bitNumbers, uint32_t mask) {
     return names;
 }
 
+}  // namespace
+
+std::vector<std::string> TrayOptionNames(uint32_t mask) {
+    return OptionNames(kTrayOptionWords, mask);
+}
+
+std::vector<std::string> DeviceOptionNames(uint32_t mask) {
+    return OptionNames(kDeviceOptionWords, mask);
+}
+
+namespace {
+
 // What a tray must find installed, one of these; nothing where it shares one of the bits that are always set.
 std::vector<std::string> TrayNeeds(uint32_t mask) {
-    return (mask & kAlwaysInstalled) != 0 ? std::vector<std::string>() : OptionNames(kTrayOptionWords, mask);
+    return (mask & kAlwaysInstalled) != 0 ? std::vector<std::string>() : TrayOptionNames(mask);
 }
 
 // Device options by name; the mask in JSON.
 Cell DeviceOptionsCell(uint32_t mask) {
-    return {ListCell(OptionNames(kDeviceOptionWords, mask)).text, mask};
+    return {ListCell(DeviceOptionNames(mask)).text, mask};
 }
 
 // A plain value of the model: as it stands there, and what that means.
@@ -218,7 +230,7 @@ constexpr ValueRow kValues[] = {
     {"defaultOptionMask",
      [](const PrinterModel& model) {
          return Value{MaskCell(model->defaultOptionMask),
-                      ListCell(OptionNames(kTrayOptionWords, model->defaultOptionMask & ~kAlwaysInstalled)).text};
+                      ListCell(TrayOptionNames(model->defaultOptionMask & ~kAlwaysInstalled)).text};
      },
      "tray options installed by default"},
     BITS_OF(defaultOptionFlags, kOptionFlagWords, "option flags of a new device mode"),
@@ -419,9 +431,11 @@ Cell MarginCell(const MarginRecord& record, int16_t margin) {
     return record.unit == 0 ? EmptyCell() : DecimalCell(margin * kMillimetresPerInch / record.unit, 2);
 }
 
-Table ReportMargins(const PrinterModel& model) {
+}  // namespace
+
+Table ReportMarginRecords(std::string title, std::string key, const PrinterModel& model, const MarginRecord* records) {
     return ReportRecords<MarginRecord>(
-        "Margins, mm", "margins", model, model->marginTable,
+        std::move(title), std::move(key), model, records,
         {{{"Papers", "papers"}, CELL(MarginRecord, PapersCell(m, r))},
          {{"Widths", "widthsMm"}, CELL(MarginRecord, SizeRangeCell(r.minWidth, r.maxWidth))},
          {{"Lengths", "lengthsMm"}, CELL(MarginRecord, SizeRangeCell(r.minLength, r.maxLength))},
@@ -431,6 +445,12 @@ Table ReportMargins(const PrinterModel& model) {
          {{"Right", "rightMm"}, CELL(MarginRecord, MarginCell(r, r.rightMargin))},
          {{"Bottom", "bottomMm"}, CELL(MarginRecord, MarginCell(r, r.bottomMargin))},
          {{"Per inch", "unitsPerInch"}, CELL(MarginRecord, NumberCell(r.unit))}});
+}
+
+namespace {
+
+Table ReportMargins(const PrinterModel& model) {
+    return ReportMarginRecords("Margins, mm", "margins", model, model->marginTable);
 }
 
 // The names of the records of a list whose mask, which `maskOf` reads, shares a bit with `mask`. A mask that finds none

@@ -2,6 +2,7 @@
 
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/model_tables.h"
+#include "driver/devdesc/paper_lookup.h"
 #include "driver/entry/resource_module.h"
 #include "platform/kernel/text.h"
 #include "tools/velmora/command_error.h"
@@ -18,7 +19,7 @@ PrinterModel::PrinterModel(const std::string& printerName)
       texts_(LoadResourceModule(printer_.Get(), nullptr)) {
     if (!model_ || !options_) {
         throw CommandError("printer \"" + printerName + "\": the driver can't read a model from \"" +
-                           DriverOf(printer_.Get()).dataFile + "\"; install the model again");
+                           DriverOf(printer_.Get()).modelFile + "\"; install the model again");
     }
 }
 
@@ -48,6 +49,14 @@ std::string PrinterModel::PaperName(int64_t paperId) const {
         }
     }
     return {};
+}
+
+std::string PrinterModel::PaperOrCustomSizeName(int64_t paperId) const {
+    constexpr int64_t kLastPaper = 32767;
+    std::string name = PaperName(paperId);
+    return name.empty() && paperId >= kFirstCustomPaper && paperId <= kLastPaper
+               ? "custom size " + std::to_string(paperId - kFirstCustomPaper)
+               : name;
 }
 
 std::string PrinterModel::TrayName(int64_t binId) const {

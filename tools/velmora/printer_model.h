@@ -33,6 +33,7 @@ class PrinterModel {
 
     // Display names, empty where the model has no such record.
     std::string PaperName(int64_t paperId) const;
+    std::string PaperOrCustomSizeName(int64_t paperId) const;  // "custom size 2" for one of the user's
     std::string TrayName(int64_t binId) const;
     std::string MediumName(int64_t index) const;  // 0-based
     std::string ColorModeName(const ColorModeRecord& mode) const;

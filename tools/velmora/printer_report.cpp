@@ -4,11 +4,18 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
+#include <optional>
+#include <span>
+#include <utility>
 
+#include "driver/devdesc/model_tables.h"
 #include "platform/kernel/text.h"
+#include "tools/velmora/command_error.h"
 #include "tools/velmora/escapes.h"
+#include "tools/velmora/model_report.h"
+#include "tools/velmora/printer_model.h"
 #include "tools/velmora/spooler_client.h"
+#include "tools/xpic/model_limits.h"
 
 namespace velmora {
 namespace {
@@ -63,32 +70,286 @@ constexpr ValueType kValueTypes[] = {
     {REG_MULTI_SZ, "multi-string", MultiStringCell},
 };
 
+// Reads a value from its beginning to its end. What lies behind the end reads as nothing and makes the reading fail.
+class ValueReader {
+  public:
+    explicit ValueReader(std::span<const BYTE> bytes) : rest_(bytes) {}
+
+    bool IsAtEnd() const { return rest_.empty(); }
+    bool HasFailed() const { return failed_; }
+    template <class Number>
+    Number Take() {
+        Number number = 0;
+        if (rest_.size() < sizeof(number)) {
+            Fail();
+            return 0;
+        }
+        memcpy(&number, rest_.data(), sizeof(number));
+        rest_ = rest_.subspan(sizeof(number));
+        return number;
+    }
+    // Up to and with its NUL.
+    std::string TakeAnsi() {
+        const auto nul = std::ranges::find(rest_, BYTE{0});
+        if (nul == rest_.end()) {
+            Fail();
+            return {};
+        }
+        const std::string text(rest_.begin(), nul);
+        rest_ = rest_.subspan(text.size() + 1);
+        return Quoted(FromAnsi(text));
+    }
+    void Fail() {
+        failed_ = true;
+        rest_ = {};
+    }
+
+  private:
+    std::span<const BYTE> rest_;
+    bool failed_ = false;
+};
+
+using Rows = std::vector<std::vector<Cell>>;
+
+Cell PaperCell(const PrinterModel& model, int paperId) {
+    std::string name = model.PaperOrCustomSizeName(paperId);
+    return name.empty() ? EmptyCell() : TextCell(std::move(name));
+}
+
+void ReadDeviceInfo(ValueReader& reader, const PrinterModel& model, Rows& rows) {
+    const auto add = [&](const char* field, std::string shown, uint32_t value, std::string name, const char* meaning) {
+        rows.push_back({TextCell(field),
+                        {std::move(shown), value},
+                        name.empty() ? EmptyCell() : TextCell(std::move(name)),
+                        TextCell(meaning)});
+    };
+    constexpr uint32_t kNotApplicable = 0xFFFFFFFF;
+    const auto trays = reader.Take<uint32_t>();
+    add("installedOptions", HexNumber(trays), trays, ListCell(TrayOptionNames(trays & ~kAlwaysInstalled)).text,
+        "tray options installed; a tray is offered where its mask shares a bit");
+    const auto secondTray = reader.Take<uint32_t>();
+    add("secondTray", secondTray == kNotApplicable ? HexNumber(secondTray) : std::to_string(secondTray), secondTray,
+        secondTray == kNotApplicable ? "not applicable"
+        : secondTray == 1            ? "installed"
+        : secondTray == 0            ? "not installed"
+                                     : "",
+        "second paper tray");
+    const auto options = reader.Take<uint32_t>();
+    add("optionFlags", HexNumber(options), options,
+        options == kNotApplicable ? "no duplex unit applicable" : ListCell(DeviceOptionNames(options)).text,
+        "options installed");
+    const auto key = reader.Take<uint32_t>();
+    add("memoryKey", std::to_string(key), key,
+        model->memoryTable ? std::to_string(LookupMemorySize(*model, static_cast<int32_t>(key))) + " MB" : "",
+        "key of the installed memory");
+}
+
+void ReadPaperSizes(ValueReader& reader, const PrinterModel& model, Rows& rows) {
+    while (!reader.IsAtEnd()) {
+        const auto paperId = reader.Take<uint16_t>();
+        const auto width = reader.Take<uint16_t>();
+        const auto length = reader.Take<uint16_t>();
+        rows.push_back({NumberCell(paperId), PaperCell(model, paperId), DecimalCell(width / 10.0, 1),
+                        DecimalCell(length / 10.0, 1)});
+    }
+}
+
+void ReadStandardPapers(ValueReader& reader, const PrinterModel& model, Rows& rows) {
+    while (!reader.IsAtEnd()) {
+        const auto paperId = reader.Take<uint16_t>();
+        rows.push_back({NumberCell(paperId), PaperCell(model, paperId), NumberCell(reader.Take<uint16_t>())});
+    }
+}
+
+void ReadPaperNames(ValueReader& reader, const PrinterModel& model, Rows& rows) {
+    while (!reader.IsAtEnd()) {
+        const auto paperId = reader.Take<uint16_t>();
+        rows.push_back({NumberCell(paperId), PaperCell(model, paperId), TextCell(reader.TakeAnsi())});
+    }
+}
+
+// A name a medium, and an empty one behind the last; media without a name for the renderer have an empty one too.
+void ReadMediaTypes(ValueReader& reader, const PrinterModel& model, Rows& rows) {
+    std::vector<std::string> names;
+    while (!reader.IsAtEnd()) {
+        names.push_back(reader.TakeAnsi());
+    }
+    if (names.empty() || names.back() != Quoted(u"")) {
+        reader.Fail();
+        return;
+    }
+    names.pop_back();
+    for (const std::string& name : names) {
+        const auto index = static_cast<int64_t>(rows.size());
+        const std::string medium = model.MediumName(index);
+        rows.push_back({NumberCell(index + 1), medium.empty() ? EmptyCell() : TextCell(medium), TextCell(name)});
+    }
+}
+
+void ReadFontSubstitutions(ValueReader& reader, const PrinterModel&, Rows& rows) {
+    const auto take = [&] {
+        std::u16string text;
+        for (auto c = reader.Take<uint16_t>(); c != 0; c = reader.Take<uint16_t>()) {
+            text.push_back(static_cast<char16_t>(c));
+        }
+        return text;
+    };
+    for (std::u16string face = take(); !face.empty(); face = take()) {
+        const std::u16string font = take();
+        rows.push_back({TextCell(host::ToUtf8(face)), TextCell(host::ToUtf8(font))});
+    }
+    // The value may have been made larger than its table.
+    while (!reader.IsAtEnd()) {
+        if (reader.Take<uint16_t>() != 0) {
+            reader.Fail();
+        }
+    }
+}
+
+// A value whose content has a structure: it makes a table of its own, titled by its name.
+struct StructuredValue {
+    const char* name;
+    DWORD type;
+    const char* key;
+    std::vector<Column> columns;
+    const char* rowNoun;
+    void (*read)(ValueReader& reader, const PrinterModel& model, Rows& rows);
+};
+
+const std::vector<StructuredValue>& StructuredValues() {
+    static const std::vector<StructuredValue> values = {
+        {"DeviceInfo",
+         REG_BINARY,
+         "deviceInfo",
+         {{"Field", "field"}, {"Value", "value"}, {"Stands for", "valueName"}, {"Meaning", "meaning"}},
+         "fields",
+         ReadDeviceInfo},
+        {"PaperSizes",
+         REG_BINARY,
+         "paperSizes",
+         {{"ID", "paperId"}, {"Paper", "paper"}, {"Width mm", "widthMm"}, {"Length mm", "lengthMm"}},
+         "papers",
+         ReadPaperSizes},
+        {"StdPapers",
+         REG_BINARY,
+         "standardPapers",
+         {{"ID", "paperId"}, {"Paper", "paper"}, {"PCL code", "pclSizeCode"}},
+         "papers",
+         ReadStandardPapers},
+        {"PaperNames",
+         REG_BINARY,
+         "paperNames",
+         {{"ID", "paperId"}, {"Paper", "paper"}, {"Renderer", "rendererName"}},
+         "papers",
+         ReadPaperNames},
+        {"MediaTypes",
+         REG_BINARY,
+         "mediaTypes",
+         {{"No.", "number"}, {"Medium", "medium"}, {"Renderer", "rendererName"}},
+         "media",
+         ReadMediaTypes},
+        {"FontSubs",
+         REG_MULTI_SZ,
+         "fontSubstitutions",
+         {{"System font", "systemFont"}, {"Printer font", "printerFont"}},
+         "pairs",
+         ReadFontSubstitutions},
+    };
+    return values;
+}
+
+// No rows where the value's content isn't what its name says.
+Table ReadStructure(const StructuredValue& structured, const PrinterValue& value, const PrinterModel& model) {
+    Table table = {structured.name, structured.key, structured.columns};
+    ValueReader reader(value.bytes);
+    Rows rows;
+    structured.read(reader, model, rows);
+    if (reader.IsAtEnd() && !reader.HasFailed()) {
+        table.rows = std::move(rows);
+    }
+    return table;
+}
+
+// The margins of a value, up to the record that ends them; none where there is no such record or they aren't whole.
+Table ReadMargins(const PrinterValue& value, const PrinterModel& model) {
+    std::vector<MarginRecord> records(value.bytes.size() / sizeof(MarginRecord));
+    memcpy(records.data(), value.bytes.data(), records.size() * sizeof(MarginRecord));
+    const bool isWhole =
+        !records.empty() && records.size() * sizeof(MarginRecord) == value.bytes.size() &&
+        std::ranges::find_if(records, [](const MarginRecord& record) { return EndsList(record); }) == records.end() - 1;
+    return ReportMarginRecords("Margin, mm", "margins", model, isWhole ? records.data() : nullptr);
+}
+
+// The beginning of bytes that mean nothing to the workbench.
+Cell BlobCell(const std::vector<BYTE>& bytes) {
+    constexpr size_t kShown = 16;
+    const std::span all(bytes);
+    const Cell whole = BinaryCell(bytes);
+    return bytes.size() <= kShown ? whole : Cell{HexBytes(all.first(kShown)) + " ...", whole.json};
+}
+
+// The tables of the values with a structure, in the order of the values; in `cell` what stands for one in the list.
+void AddStructure(const PrinterValue& value, const PrinterModel& model, std::vector<Table>& tables, Cell& cell) {
+    const auto isThis = [&](const StructuredValue& structured) {
+        return structured.type == value.type && structured.name == value.name;
+    };
+    const auto structured = std::ranges::find_if(StructuredValues(), isThis);
+    Table table;
+    const char* noun = "records";
+    if (structured != StructuredValues().end()) {
+        table = ReadStructure(*structured, value, model);
+        noun = structured->rowNoun;
+    } else if (value.type == REG_BINARY && value.name == "Margin") {
+        table = ReadMargins(value, model);
+    }
+    if (!table.rows.empty()) {
+        cell.text = std::to_string(table.rows.size()) + " " + noun + ", below";
+        tables.push_back(std::move(table));
+    }
+}
+
+// Empty where the driver can't read one.
+std::optional<PrinterModel> ModelOf(const std::string& printerName) {
+    try {
+        return std::optional<PrinterModel>(std::in_place, printerName);
+    } catch (const CommandError&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace
 
 Table ReportPrinters() {
-    Table table = {"", "", {{"Printer", "printer"}, {"Driver", "driver"}, {"Port", "port"}, {"Model", "dataFile"}}};
+    Table table = {"", "", {{"Printer", "printer"}, {"Driver", "driver"}, {"Port", "port"}, {"Model", "modelFile"}}};
     const std::vector<DriverEntry> drivers = ListDrivers();
     for (const PrinterEntry& printer : ListPrinters()) {
         const auto driver = std::ranges::find_if(
             drivers, [&](const DriverEntry& entry) { return SameName(entry.name, printer.driver); });
         table.rows.push_back({TextCell(printer.name), TextCell(printer.driver), TextCell(printer.port),
-                              driver != drivers.end() ? TextCell(driver->dataFile) : EmptyCell()});
+                              driver != drivers.end() ? TextCell(driver->modelFile) : EmptyCell()});
     }
     return table;
 }
 
-Table ReportPrinterData(const std::string& printerName) {
-    Table table = {"", "", {{"Name", "name"}, {"Type", "type"}, {"Bytes", "bytes"}, {"Value", "value"}}};
+std::vector<Table> ReportPrinterData(const std::string& printerName) {
     const OwnedPrinter printer = OpenNamedPrinter(printerName);
+    const std::optional<PrinterModel> model = ModelOf(printerName);
+    std::vector<Table> tables = {
+        {"", "values", {{"Name", "name"}, {"Type", "type"}, {"Bytes", "bytes"}, {"Value", "value"}}}};
     for (const PrinterValue& value : ListPrinterData(printer.Get())) {
         const auto* const known = std::ranges::find(kValueTypes, value.type, &ValueType::type);
         const bool isKnown = known != std::end(kValueTypes);
-        table.rows.push_back({TextCell(value.name),
-                              TextCell(isKnown ? known->name : "type " + std::to_string(value.type)),
-                              NumberCell(static_cast<int64_t>(value.bytes.size())),
-                              isKnown ? known->cell(value.bytes) : BinaryCell(value.bytes)});
+        Cell cell = isKnown ? known->cell(value.bytes) : BinaryCell(value.bytes);
+        if (value.type == REG_BINARY && value.name == "ColorData") {
+            cell = BlobCell(value.bytes);
+        } else if (model) {
+            AddStructure(value, *model, tables, cell);
+        }
+        tables.front().rows.push_back({TextCell(value.name),
+                                       TextCell(isKnown ? known->name : "type " + std::to_string(value.type)),
+                                       NumberCell(static_cast<int64_t>(value.bytes.size())), std::move(cell)});
     }
-    return table;
+    return tables;
 }
 
 }  // namespace velmora

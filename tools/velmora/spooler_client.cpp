@@ -53,7 +53,16 @@ std::u16string WideText(LPCWSTR text) {
 }
 
 DriverEntry EntryOf(const DRIVER_INFO_3W& info) {
-    return {host::ToUtf8(WideText(info.pName)), WideText(info.pConfigFile), host::ToUtf8(WideText(info.pDataFile))};
+    DriverEntry entry = {
+        host::ToUtf8(WideText(info.pName)), WideText(info.pConfigFile), host::ToUtf8(WideText(info.pDataFile)), {}};
+    entry.modelFile = entry.dataFile;
+    for (LPCWSTR file = info.pDependentFiles; file && *file; file += std::u16string_view(file).size() + 1) {
+        const std::string name = host::ToUtf8(file);
+        if (name.ends_with(".XPI")) {
+            entry.modelFile = name;
+        }
+    }
+    return entry;
 }
 
 std::string KnownPrinters() {
@@ -110,6 +119,27 @@ DriverEntry DriverOf(HANDLE printer) {
         return GetPrinterDriverW(printer, nullptr, 3, bytes, size, needed);
     });
     return EntryOf(*reinterpret_cast<const DRIVER_INFO_3W*>(buffer.data()));
+}
+
+std::vector<std::string> ListPrinterForms(HANDLE printer) {
+    DWORD count = 0;
+    const std::vector<BYTE> buffer = ReadSized("EnumFormsW", [&](LPBYTE bytes, DWORD size, LPDWORD needed) {
+        return EnumFormsW(printer, 1, bytes, size, needed, &count);
+    });
+    std::vector<std::string> names;
+    for (const FORM_INFO_1W& form : std::span(reinterpret_cast<const FORM_INFO_1W*>(buffer.data()), count)) {
+        if (form.Flags == FORM_PRINTER) {
+            names.push_back(host::ToUtf8(WideText(form.pName)));
+        }
+    }
+    return names;
+}
+
+std::string PrintProcessorOf(HANDLE printer) {
+    const std::vector<BYTE> buffer = ReadSized("GetPrinterW", [&](LPBYTE bytes, DWORD size, LPDWORD needed) {
+        return GetPrinterW(printer, 2, bytes, size, needed);
+    });
+    return host::ToUtf8(WideText(reinterpret_cast<const PRINTER_INFO_2W*>(buffer.data())->pPrintProcessor));
 }
 
 OwnedPrinter OpenNamedPrinter(const std::string& name) {

@@ -33,6 +33,7 @@ struct DriverEntry {
     std::string name;
     std::u16string configFile;
     std::string dataFile;
+    std::string modelFile;  // the description file: the data file, or one that comes beside a separate data file
 };
 
 std::vector<DriverEntry> ListDrivers();
@@ -42,6 +43,12 @@ DriverEntry DriverOf(HANDLE printer);
 
 // Opens the printer for administering it, or throws a CommandError that names the printers there are.
 OwnedPrinter OpenNamedPrinter(const std::string& name);
+
+// The forms of the machine that drivers made, by name.
+std::vector<std::string> ListPrinterForms(HANDLE printer);
+
+// The name of the printer's print processor.
+std::string PrintProcessorOf(HANDLE printer);
 
 struct PrinterValue {
     std::string name;
