@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "platform/gdi/fonts.h"
 #include "platform/kernel/drive.h"
@@ -34,6 +35,11 @@ constexpr const char* kFolders[] = {
     "Windows/System32",
     "Users/User/AppData/Roaming",
     "Users/User/AppData/Local/Temp",
+};
+
+// Folders of the system's earlier versions that lead to today's, relative to the folder they are in.
+constexpr std::pair<const char*, const char*> kJunctions[] = {
+    {"Users/User/Application Data", "AppData/Roaming"},
 };
 
 std::filesystem::path MakeTemporaryFolder() {
@@ -86,6 +92,12 @@ struct Machine::Parts {
             drive = folder / kDriveName;
             for (const char* name : kFolders) {
                 std::filesystem::create_directories(drive / name);
+            }
+            for (const auto& [name, target] : kJunctions) {
+                std::filesystem::path junction = drive / name;
+                if (!std::filesystem::is_symlink(junction) && !std::filesystem::exists(junction)) {
+                    std::filesystem::create_directory_symlink(target, junction);
+                }
             }
             ClearSections();
             if (isKept) {

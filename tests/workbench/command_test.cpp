@@ -42,8 +42,8 @@ TEST_F(WorkbenchTest, WrongCommandLinesExitWithTwo) {
 }
 
 TEST_F(WorkbenchTest, EveryHelpHasAnExample) {
-    for (const std::string command :
-         {"", "install", "printers", "remove", "devmode", "diff", "convert", "check", "model", "data", "fields"}) {
+    for (const std::string command : {"", "install", "printers", "remove", "devmode", "diff", "convert", "check",
+                                      "model", "data", "settings", "job", "fields"}) {
         std::vector<std::string> arguments = {"--help"};
         if (!command.empty()) {
             arguments.insert(arguments.begin(), command);

@@ -1,6 +1,7 @@
 // Installing and removing printers.
 #include <windows.h>
 
+#include <algorithm>
 #include <fstream>
 #include <memory>
 
@@ -19,9 +20,13 @@ using Names = std::vector<std::string>;
 const Names kPackage = {"KV62ENUS.DLL", "KV62GERM.DLL", "KV62JAPA.DLL", "KV62R.DLL", "KV62U.DLL", "PROBE.XPI"};
 
 TEST_F(WorkbenchTest, InstallsFromASource) {
-    EXPECT_EQ(Succeed({"install", WriteSource()}), "installed printer \"Probe 9\", driver PROBE\n");
+    EXPECT_EQ(Succeed({"install", WriteSource()}),
+              "installed printer \"Probe 9\", driver PROBE\n"
+              "the driver was told of it:\n"
+              "  7 values of printer data written\n"
+              "  1 form made: Card\n");
     EXPECT_EQ(Json({"printers"}), nlohmann::json::parse(R"([{"printer": "Probe 9", "driver": "PROBE", "port": "FILE:",
-                "dataFile": "C:\\Windows\\System32\\spool\\drivers\\x64\\3\\PROBE.XPI"}])"));
+                "modelFile": "C:\\Windows\\System32\\spool\\drivers\\x64\\3\\PROBE.XPI"}])"));
     EXPECT_EQ(InstalledFiles(), kPackage) << "and nothing of the staged package is left";
 }
 
@@ -87,6 +92,8 @@ TEST_F(WorkbenchTest, RefusedModelsAndNames) {
         {{"install", path + "/missing.XPI"}, "missing.XPI can't be read"},
         {{"install", path + "/missing.json"}, "missing.json has 1 fault"},
         {{"install", longName}, "has more than 64 characters"},
+        {{"install", source, "--ini", path + "/missing.ini"}, "--ini: " + path + "/missing.ini isn't a file"},
+        {{"install", source, "--data-file", path}, "--data-file: " + path + " isn't a file"},
         {{"install", source, "--name", ""}, "can't be a printer's name"},
         {{"install", source, "--name", "a,b"}, "can't be a printer's name"},
         {{"install", source, "--name", std::string(128, 'n')}, "can't be a printer's name"},
@@ -119,6 +126,30 @@ TEST_F(WorkbenchTest, PrintersOfAModelShareItsDriver) {
     EXPECT_EQ(InstalledFiles(), Names());
 }
 
+TEST_F(WorkbenchTest, ImageModelsBringAPrintProcessor) {
+    const std::string source = WriteSource("probe.json", {{"\"pcl6\"", "\"image\""}});
+    for (const char* printer : {"One", "Two"}) {
+        EXPECT_EQ(Json({"install", source, "--name", printer}).at("printProcessor"), "KV62PPR");
+    }
+    const Names files = InstalledFiles();
+    EXPECT_EQ(std::ranges::count(files, "KV62PPR.DLL"), 2) << "the driver's and the print processors' one";
+}
+
+TEST_F(WorkbenchTest, PatternsAreAppendedToASeparateDataFile) {
+    std::ofstream(Folder() / "base.bin") << "base";
+    const nlohmann::json done = Json(
+        {"install",
+         WriteSource("probe.json", {{"\"modelCode\": 909,",
+                                     R"("modelCode": 909, "patterns": {"fine": {"shape": "clustered", "size": 8}},)"},
+                                    {"\"dpi\": 600,", "\"dpi\": 600, \"pattern\": \"fine\","}}),
+         "--data-file", (Folder() / "base.bin").string()});
+    EXPECT_EQ(done.at("appendedBytes"), 2048);
+    const nlohmann::json values = Json({"data", "Probe 9"}).at("values");
+    EXPECT_EQ(values[0].at("value"), "PROBE.DAT");
+    EXPECT_EQ(values[1].at("value"), 4);
+    EXPECT_TRUE(std::string(Json({"printers"})[0].at("modelFile")).ends_with("PROBE.XPI"));
+}
+
 TEST_F(WorkbenchTest, ARefusedCallLeavesNothingBehind) {
     const BuiltFiles files = FindBuiltFiles(ProgramFolder());
     const PackagedModel model = ReadModel(WriteSource());
@@ -139,7 +170,7 @@ TEST_F(WorkbenchTest, ARefusedCallLeavesNothingBehind) {
 
         const Installation done = InstallPrinter(machine, files, model, "Probe");
         EXPECT_FALSE(done.renewedDriver) << call;
-        EXPECT_TRUE(RemovePrinter("Probe")) << call;
+        EXPECT_TRUE(RemovePrinter("Probe").driver) << call;
         EXPECT_EQ(host::StillOpen(), Names()) << call;
     }
 }
@@ -159,7 +190,7 @@ TEST(BuiltFiles, AreLookedForFromTheProgramsFolder) {
     EXPECT_THROW(FindBuiltFiles("/"), CommandError);
     const BuiltFiles files = FindBuiltFiles(ProgramFolder());
     std::vector<std::filesystem::path> all = files.languageModules;
-    all.insert(all.end(), {files.renderingCore, files.configurationFile});
+    all.insert(all.end(), {files.renderingCore, files.configurationFile, files.printProcessor});
     for (const auto& file : all) {
         EXPECT_GT(std::filesystem::file_size(file), 0u) << file;
     }

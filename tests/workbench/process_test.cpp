@@ -48,7 +48,7 @@ class ProcessTest : public WorkbenchTest {
 
 TEST_F(ProcessTest, AMachineOutlivesItsProcess) {
     ASSERT_EQ(Wait(Start({"install", WriteSource()}, "install")), 0);
-    EXPECT_EQ(Output("install"), "installed printer \"Probe 9\", driver PROBE\n");
+    EXPECT_TRUE(Output("install").starts_with("installed printer \"Probe 9\", driver PROBE\n"));
     ASSERT_EQ(Wait(Start({"devmode", "Probe 9", "--json"}, "devmode")), 0);
     const nlohmann::json devMode = nlohmann::json::parse(Output("devmode"));
     EXPECT_EQ(devMode.at("private").at("modelCode").at("value"), 909);

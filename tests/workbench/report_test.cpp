@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <sstream>
 
 #include "driver/devmode/devmode_fields.h"
@@ -225,8 +226,24 @@ TEST_F(WorkbenchTest, WhatTheDescriptionFileHolds) {
 }
 
 TEST_F(ReportTest, PrinterData) {
-    EXPECT_EQ(Succeed({"data", "Probe 9"}), "\"Probe 9\" has no printer data\n");
-    EXPECT_EQ(Json({"data", "Probe 9"}), nlohmann::json::array());
+    const nlohmann::json installed = Json({"data", "Probe 9"});
+    const struct {
+        const char* table;
+        const char* row;
+    } rows[] = {
+        {"deviceInfo", R"({"field": "installedOptions", "value": 3, "valueName": null,
+                           "meaning": "tray options installed; a tray is offered where its mask shares a bit"})"},
+        {"margins", R"({"papers": ["A4", "Letter", "Card", "custom sizes"], "widthsMm": [90.0, 297.0],
+                        "lengthsMm": [140.0, 400.0], "orientations": "portrait, landscape", "leftMm": 4.2,
+                        "topMm": 4.2, "rightMm": 4.2, "bottomMm": 4.2, "unitsPerInch": 254})"},
+        {"paperSizes", R"({"paperId": 600, "paper": "Card", "widthMm": 100.0, "lengthMm": 150.0})"},
+        {"standardPapers", R"({"paperId": 9, "paper": "A4", "pclSizeCode": 26})"},
+        {"paperNames", R"({"paperId": 9, "paper": "A4", "rendererName": "\"A4\""})"},
+        {"mediaTypes", R"({"number": 1, "medium": "Plain paper", "rendererName": "\"\""})"},
+    };
+    for (const auto& expected : rows) {
+        EXPECT_EQ(installed.at(expected.table)[0], nlohmann::json::parse(expected.row)) << expected.table;
+    }
     {
         const host::Machine machine(MachineFolder());
         const OwnedPrinter printer = OpenNamedPrinter("Probe 9");
@@ -243,19 +260,24 @@ TEST_F(ReportTest, PrinterData) {
         set(u"Odd", 77, u"\x0001");
     }
     const std::string text = Succeed({"data", "Probe 9"});
-    for (const char* line : {"Settings string 12 \"a\\\\b\\\"\\n\"", "Memory dword 4 256 (0x100)",
-                             "FontSubs multi-string 24 \"Arial\", \"Helv\"", "DeviceInfo binary 4 01 02 00 0A",
-                             "Empty binary 0", "Odd type 77 2 01 00"}) {
+    for (const char* line :
+         {"Settings string 12 \"a\\\\b\\\"\\n\"", "Memory dword 4 256 (0x100)", "FontSubs multi-string 24 1 row, below",
+          "Arial Helv", "DeviceInfo binary 4 01 02 00 0A", "Empty binary 0", "Odd type 77 2 01 00"}) {
         EXPECT_TRUE(HasLine(text, line)) << line << "\n" << text;
     }
     const nlohmann::json data = Json({"data", "Probe 9"});
-    EXPECT_EQ(data[0].at("value"), "a\\b\"\n");
-    EXPECT_EQ(data[1].at("value"), 256);
-    EXPECT_EQ(data[2].at("value"), nlohmann::json({"Arial", "Helv"}));
+    std::map<std::string, nlohmann::json> values;
+    for (const nlohmann::json& value : data.at("values")) {
+        values[value.at("name")] = value.at("value");
+    }
+    EXPECT_EQ(values["Settings"], "a\\b\"\n");
+    EXPECT_EQ(values["Memory"], 256);
+    EXPECT_EQ(values["FontSubs"], nlohmann::json({"Arial", "Helv"}));
+    EXPECT_FALSE(data.contains("deviceInfo")) << "a record of another size isn't decoded";
 }
 
 TEST_F(ReportTest, UnknownPrintersAndUnreadableModels) {
-    for (const char* command : {"devmode", "capabilities", "model", "data", "remove"}) {
+    for (const char* command : {"devmode", "capabilities", "model", "data", "settings", "job", "remove"}) {
         EXPECT_EQ(Fail({command, "Nope"}),
                   "velmora: there is no printer \"Nope\" on this machine; its printers: \"Probe 9\"\n");
     }
@@ -281,7 +303,7 @@ TEST_F(WorkbenchTest, ProjectModelsInAHundredColumns) {
         ++models;
         const std::string printer = "Printer " + std::to_string(models);
         Succeed({"install", entry.path().string(), "--name", printer});
-        for (const std::string command : {"devmode", "capabilities", "model"}) {
+        for (const std::string command : {"devmode", "capabilities", "model", "data", "job"}) {
             std::istringstream text(Succeed({command, printer}));
             for (std::string line; std::getline(text, line);) {
                 const auto characters =

@@ -91,28 +91,30 @@ void PrintOne(const Request& request, const Table& table, const std::string& whe
     }
 }
 
-// What a driver did when it was told of a new printer, as a list.
+// What a driver did when it was told of a new printer, a line each.
 std::string DescribeWork(const Installation& done) {
     const auto count = [](size_t number, const std::string& noun) {
         return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
     };
-    std::string work = "wrote " + count(done.valueCount, "value") + " of printer data";
+    std::string lines = "  " + count(done.valueCount, "value") + " of printer data written\n";
     if (!done.forms.empty()) {
-        work += ", made " + count(done.forms.size(), "form") + " (" + ListCell(done.forms).text + ")";
+        lines += "  " + count(done.forms.size(), "form") + " made: " + ListCell(done.forms).text + "\n";
     }
     if (done.appended) {
-        work += ", appended " + count(static_cast<size_t>(*done.appended), "byte") + " to the printer data file";
+        lines += "  " + (*done.appended == 0 ? "nothing" : count(static_cast<size_t>(*done.appended), "byte")) +
+                 " appended to the printer data file\n";
     }
     if (!done.printProcessor.empty()) {
-        work += ", chose the print processor " + done.printProcessor;
+        lines += "  print processor chosen: " + done.printProcessor + "\n";
     }
-    return work + (done.hasStoredSettings ? ", stored settings" : "");
+    return lines + (done.hasStoredSettings ? "  settings stored\n" : "");
 }
 
 void Install(const Request& request) {
     const PackagedModel model = ReadModel(request.model);
     const BuiltFiles files = FindBuiltFiles(request.programFolder);
     const auto machine = OpenMachine(request);
+    machine->SetTickCount(UnusedTickCount());
     const Installation done =
         InstallPrinter(*machine, files, model, request.name.value_or(model.modelName), request.extras);
     if (request.json) {
@@ -133,7 +135,7 @@ void Install(const Request& request) {
     for (const std::string& other : done.otherPrinters) {
         request.output << "also of this driver: \"" << other << "\"\n";
     }
-    request.output << "the driver " << DescribeWork(done) << "\n";
+    request.output << "the driver was told of it:\n" << DescribeWork(done);
 }
 
 void Printers(const Request& request) {
@@ -148,7 +150,8 @@ void Remove(const Request& request) {
         request.output << FormatJson(
             {{"printer", request.printer}, {"driverRemoved", removal.driver}, {"settingsRemoved", removal.settings}});
     } else {
-        request.output << "removed printer \"" << request.printer << "\"" << (removal.settings ? ", its settings" : "")
+        request.output << "removed printer \"" << request.printer << "\""
+                       << (removal.settings ? " with its settings" : "")
                        << (removal.driver ? " and its driver" : "; its driver stays") << "\n";
     }
 }
@@ -472,7 +475,8 @@ constexpr Command kCommands[] = {
      "velmora settings \"Velmora C3200\" --raw", Settings, AddSettingsArguments},
     {"job", "Print what a printer's driver adds to a job",
      "Calls the driver's job hooks as a rendering side does: the blocks at the start of the job, before each sheet and "
-     "at the end. A device mode that the driver doesn't accept is repaired, which is told.",
+     "at the end, with their bytes, terminators included. A device mode that the driver doesn't accept is repaired, "
+     "which is told.",
      "velmora job \"Velmora C3200\" --name Invoice --sheets 3", Job, AddJobArguments},
     {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",
      "velmora fields --markdown", Fields, AddFieldArguments},

@@ -9,8 +9,10 @@
 #include <iterator>
 
 #include "driver/base/handles.h"
+#include "driver/base/text.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/model_tables.h"
+#include "driver/entry/printer_access.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/printer_data_file.h"
 #include "driver/settings/settings_folder.h"
@@ -338,6 +340,17 @@ PackagedModel ReadModel(const fs::path& file) {
         model.modelName = model.driverName;
     }
     return model;
+}
+
+DWORD UnusedTickCount() {
+    DWORD unused = GetTickCount();
+    for (const PrinterEntry& printer : ListPrinters()) {
+        WCHAR name[MAX_PATH];
+        if (GetSettingsString(OpenNamedPrinter(printer.name).Get(), name, MAX_PATH)) {
+            unused = std::max(unused, static_cast<DWORD>(ParseNumber(name, 16)) + 1);
+        }
+    }
+    return unused;
 }
 
 Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,

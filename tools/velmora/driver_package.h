@@ -58,6 +58,10 @@ struct Installation {
     bool hasStoredSettings = false;        // the user's settings file is written
 };
 
+// Drivers name settings files by the tick count, which stands still on a machine that is kept between commands: one
+// that no printer's settings file is named by.
+DWORD UnusedTickCount();
+
 // Installs the driver and a printer of it by the published calls. Throws a CommandError where anything is refused; a
 // driver that wasn't there before isn't there then either.
 Installation InstallPrinter(const host::Machine& machine, const BuiltFiles& files, const PackagedModel& model,

@@ -275,7 +275,7 @@ std::string FormatJob(const PrintedJob& job, const PrinterModel& model) {
         const bool isRepeated = printed && !block->bytes.empty() && printed->bytes == block->bytes;
         output += output.empty() ? "" : "\n";
         output += std::string(block->hook) + DescribeSheets(block->sheet, std::prev(next)->sheet) + ": " +
-                  DescribeSize(*block) + (isRepeated ? ", the same as of " + std::string(printed->hook) : "") + "\n";
+                  DescribeSize(*block) + (isRepeated ? ", the same block as " + std::string(printed->hook) : "") + "\n";
         if (!isRepeated && !block->bytes.empty()) {
             output += "\n" + FormatContent(*block, model);
             printed = &*block;

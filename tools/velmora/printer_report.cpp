@@ -212,7 +212,6 @@ struct StructuredValue {
     DWORD type;
     const char* key;
     std::vector<Column> columns;
-    const char* rowNoun;
     void (*read)(ValueReader& reader, const PrinterModel& model, Rows& rows);
 };
 
@@ -222,37 +221,31 @@ const std::vector<StructuredValue>& StructuredValues() {
          REG_BINARY,
          "deviceInfo",
          {{"Field", "field"}, {"Value", "value"}, {"Stands for", "valueName"}, {"Meaning", "meaning"}},
-         "fields",
          ReadDeviceInfo},
         {"PaperSizes",
          REG_BINARY,
          "paperSizes",
          {{"ID", "paperId"}, {"Paper", "paper"}, {"Width mm", "widthMm"}, {"Length mm", "lengthMm"}},
-         "papers",
          ReadPaperSizes},
         {"StdPapers",
          REG_BINARY,
          "standardPapers",
          {{"ID", "paperId"}, {"Paper", "paper"}, {"PCL code", "pclSizeCode"}},
-         "papers",
          ReadStandardPapers},
         {"PaperNames",
          REG_BINARY,
          "paperNames",
          {{"ID", "paperId"}, {"Paper", "paper"}, {"Renderer", "rendererName"}},
-         "papers",
          ReadPaperNames},
         {"MediaTypes",
          REG_BINARY,
          "mediaTypes",
          {{"No.", "number"}, {"Medium", "medium"}, {"Renderer", "rendererName"}},
-         "media",
          ReadMediaTypes},
         {"FontSubs",
          REG_MULTI_SZ,
          "fontSubstitutions",
          {{"System font", "systemFont"}, {"Printer font", "printerFont"}},
-         "pairs",
          ReadFontSubstitutions},
     };
     return values;
@@ -295,15 +288,14 @@ void AddStructure(const PrinterValue& value, const PrinterModel& model, std::vec
     };
     const auto structured = std::ranges::find_if(StructuredValues(), isThis);
     Table table;
-    const char* noun = "records";
     if (structured != StructuredValues().end()) {
         table = ReadStructure(*structured, value, model);
-        noun = structured->rowNoun;
     } else if (value.type == REG_BINARY && value.name == "Margin") {
         table = ReadMargins(value, model);
     }
     if (!table.rows.empty()) {
-        cell.text = std::to_string(table.rows.size()) + " " + noun + ", below";
+        const size_t rows = table.rows.size();
+        cell.text = std::to_string(rows) + (rows == 1 ? " row, below" : " rows, below");
         tables.push_back(std::move(table));
     }
 }
