@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "bench/bench.h"
+#include "bench/install_bench.h"
+#include "bench/job_bench.h"
 #include "bench/validation_bench.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/paper_lookup.h"
@@ -172,7 +174,10 @@ class DriverBench : public Bench {
         holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest->name,
                              times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
         holds &= PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes);
-        return validation_.Judge(times) && holds;
+        for (const Bench* bench : std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_}) {
+            holds &= bench->Judge(times);
+        }
+        return holds;
     }
 
   private:
@@ -192,6 +197,8 @@ class DriverBench : public Bench {
     std::unique_ptr<CapabilityPrinter> richest_;
     std::string richestModel_;
     ValidationBench validation_{machine_};
+    JobBench jobs_{machine_};
+    InstallBench installation_{machine_};
 };
 
 }  // namespace

@@ -2,10 +2,11 @@
 // bounds, what they write of it is read again as it was, nothing but files of the machine's drive is deleted, and
 // nothing is left open.
 //
-// Seeds are INI files as the stores write them. An input's length chooses the code page and the language that the
-// built-in watermarks are changed to.
+// Seeds are INI files as the stores write them. An input's length chooses the code page, the language that the built-in
+// watermarks are changed to, and whether colour presets are read.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -14,7 +15,10 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <set>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "driver/settings/color_presets.h"
 #include "driver/settings/custom_sizes.h"
@@ -32,7 +36,6 @@ using namespace velmora;  // NOLINT(google-build-using-namespace): the operation
 using driver_test::DrivePath;
 using driver_test::WideText;
 
-constexpr char16_t kIni[] = u"C:\\fuzzed.ini";
 constexpr LANGID kEnglish = 0x0409;
 constexpr LANGID kJapanese = 0x0411;
 
@@ -43,7 +46,7 @@ constexpr LANGID kJapanese = 0x0411;
 
 // A language module with built-in watermarks.
 std::string ModuleOf(const WideText& code, unsigned builtIns, const WideText& charSet) {
-    std::map<unsigned, WideText> strings = {{2498, u"Face"}, {2499, charSet}, {2500, code}};
+    std::map<unsigned, WideText> strings = {{2420, u"ini"}, {2498, u"Face"}, {2499, charSet}, {2500, code}};
     for (unsigned i = 0; i < builtIns; ++i) {
         strings[2490 + i] = code + static_cast<WCHAR>(u'0' + i);
     }
@@ -54,6 +57,7 @@ std::string ModuleOf(const WideText& code, unsigned builtIns, const WideText& ch
 // time.
 struct Target {
     host::Machine machine;
+    WideText ini;                                        // the settings file, which inputs become
     std::map<std::filesystem::path, std::string> files;  // of its driver
     std::filesystem::path beside;                        // the drive
 
@@ -66,6 +70,8 @@ struct Target {
             files[DrivePath(driver_test::InstalledPath(file.name))] = file.bytes;
         }
         files[DrivePath(driver_test::InstalledPath(package.core.name))] = package.core.bytes;
+        PrepareSettingsFile(driver_test::kPrinterName);
+        ini = CurrentSettingsFile();
         beside = machine.Drive().parent_path() / "beside";
         std::ofstream(beside) << "kept";
     }
@@ -89,7 +95,7 @@ Target& TheTarget() {
 // Whether the file has the section more than once: where the first one is deleted, the next one shows.
 bool IsTwice(const char16_t* section) {
     static WCHAR names[0x10000];
-    GetPrivateProfileStringW(nullptr, nullptr, u"", names, std::size(names), kIni);
+    GetPrivateProfileStringW(nullptr, nullptr, u"", names, std::size(names), CurrentSettingsFile());
     int count = 0;
     for (WCHAR* name = names; *name != 0; name += WideText(name).size() + 1) {
         count += WideText(CharUpperW(name)) == section ? 1 : 0;
@@ -107,22 +113,64 @@ bool IsTerminated(const Character (&text)[capacity]) {
     return std::char_traits<Character>::find(text, capacity, 0) != nullptr;
 }
 
+// The table ends within the size that is told.
+void CheckFontSubstitutions() {
+    HeapOwner<WCHAR> table;
+    const int size = ReadFontSubstitutionIni(CurrentSettingsFile(), &table);
+    if ((size >= 0) != static_cast<bool>(table)) {
+        Stop("a font substitution table without a size, or a size without a table");
+    }
+    // A pair is two texts; the empty system face ends the table.
+    const WCHAR* const end = table.Get() + (size > 0 ? size : 0);
+    const WCHAR* face = table.Get();
+    while (face < end && *face != 0) {
+        for (int text = 0; text < 2 && face < end; ++text) {
+            face = std::find(face, end, 0) + 1;
+        }
+    }
+    if (size > 0 && face >= end) {
+        Stop("a font substitution table without an end");
+    }
+}
+
+void CheckColorPresets() {
+    const std::span<ColorPreset> table(ColorPresetTable(), kColorPresets);
+    std::ranges::fill(table, ColorPreset{});
+    LoadColorPresets();
+    const std::vector<ColorPreset> loaded(table.begin(), table.end());
+    for (const ColorPreset& preset : loaded) {
+        if (!IsTerminated(preset.name) || (preset.name[0] != 0 && !SaveColorPreset(preset.name))) {
+            Stop("a colour preset can't be saved");
+        }
+    }
+    std::ranges::fill(table, ColorPreset{});
+    LoadColorPresets();
+    std::set<WideText> names;  // of two of a name, the first is saved
+    for (const ColorPreset& preset : loaded) {
+        if (preset.name[0] != 0 && names.insert(preset.name).second &&
+            std::ranges::none_of(
+                table, [&](const ColorPreset& saved) { return memcmp(&saved, &preset, sizeof(saved)) == 0; })) {
+            Stop("a colour preset isn't read as it was saved");
+        }
+    }
+}
+
 void CheckCustomSizes() {
-    const CustomSizeList list = ReadCustomSizes(kIni);
+    const CustomSizeList list = ReadCustomSizes(CurrentSettingsFile());
     for (unsigned i = 0; i < list.count; ++i) {
         if (list.records.Get()[i].name[0] == 0 || !IsTerminated(list.records.Get()[i].name)) {
             Stop("a custom size without a name");
         }
     }
     const bool isTwice = IsTwice(u"CUSTOMSIZES");
-    WriteCustomSizes(kIni, list.records.Get(), list.count);
-    if (!isTwice && !IsSame(ReadCustomSizes(kIni), list)) {
+    WriteCustomSizes(CurrentSettingsFile(), list.records.Get(), list.count);
+    if (!isTwice && !IsSame(ReadCustomSizes(CurrentSettingsFile()), list)) {
         Stop("custom sizes aren't read as they were written");
     }
 }
 
 void CheckWatermarks() {
-    const WatermarkList list = ReadWatermarkList(kIni);
+    const WatermarkList list = ReadWatermarkList(CurrentSettingsFile());
     for (unsigned i = 0; i < list.count; ++i) {
         const WatermarkRecord& record = list.records.Get()[i];
         if (record.text[0] == 0 || !IsTerminated(record.text) || !IsTerminated(record.fileName) ||
@@ -131,49 +179,20 @@ void CheckWatermarks() {
         }
     }
     const bool isTwice = IsTwice(u"WATERMARKS");
-    WriteWatermarkList(driver_test::kPrinterName, kIni, list.records.Get(), list.count);
-    if (!isTwice && !IsSame(ReadWatermarkList(kIni), list)) {
+    WriteWatermarkList(driver_test::kPrinterName, CurrentSettingsFile(), list.records.Get(), list.count);
+    if (!isTwice && !IsSame(ReadWatermarkList(CurrentSettingsFile()), list)) {
         Stop("watermarks aren't read as they were written");
     }
-}
-
-void CheckFontSubstitutions() {
-    HeapOwner<WCHAR> table;
-    const int size = ReadFontSubstitutionIni(kIni, &table);
-    if (size < 0 ? static_cast<bool>(table) : size >= 65535) {
-        Stop("a font substitution table of no size");
-    }
-    if (size > 0 && table.Get()[size - 1] != 0) {
-        Stop("a font substitution table without an end");
-    }
-}
-
-// Of the printer's own settings file, which is the current one.
-void CheckColorPresets(const std::string& input) {
-    PrepareSettingsFile(driver_test::kPrinterName);
-    driver_test::WriteDriveFile(CurrentSettingsFile(), input);
-    LoadColorPresets();
-    for (size_t i = 0; i < kColorPresets; ++i) {
-        ColorPreset& preset = ColorPresetTable()[i];
-        if (std::char_traits<WCHAR>::length(preset.name) > 17) {
-            Stop("a colour preset's name is too long");
-        }
-        if (preset.name[0] != 0 && (!SaveColorPreset(preset.name) || !DeleteColorPreset(preset.name))) {
-            Stop("a colour preset that was loaded can't be saved");
-        }
-        preset = {};
-    }
-    DeleteFileW(CurrentSettingsFile());
 }
 
 // Rewrites the built-in watermarks in a language, after which doing so again changes nothing.
 void ChangeLanguage(LANGID language) {
     TheTarget().machine.SetLanguage(language);
-    UpdateWatermarkDefaults(driver_test::kPrinterName, kIni);
-    const std::string once = driver_test::ReadDriveFile(kIni);
+    UpdateWatermarkDefaults(driver_test::kPrinterName, CurrentSettingsFile());
+    const std::string once = driver_test::ReadDriveFile(TheTarget().ini);
     TheTarget().Restore();
-    UpdateWatermarkDefaults(driver_test::kPrinterName, kIni);
-    if (driver_test::ReadDriveFile(kIni) != once) {
+    UpdateWatermarkDefaults(driver_test::kPrinterName, CurrentSettingsFile());
+    if (driver_test::ReadDriveFile(TheTarget().ini) != once) {
         Stop("the built-in watermarks are written twice");
     }
 }
@@ -187,21 +206,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     target.machine.SetLanguage(kEnglish);
     const size_t open = host::StillOpen().size();
 
-    driver_test::WriteDriveFile(kIni, input);
+    driver_test::WriteDriveFile(target.ini, input);
     DeviceInfo info = {};
-    ReadDeviceInfoDefaults(kIni, &info);
+    ReadDeviceInfoDefaults(CurrentSettingsFile(), &info);
     CheckFontSubstitutions();
-    // A file without presets is given ten, which takes long and is always the same.
-    if (input.find("UserEnt") != input.npos) {
-        CheckColorPresets(input);
-    }
     CheckCustomSizes();
     CheckWatermarks();
+    if ((size & 12) == 0) {
+        CheckColorPresets();  // writes all slots where one is missing, which takes long
+    }
 
-    driver_test::WriteDriveFile(kIni, input);
+    driver_test::WriteDriveFile(target.ini, input);
     ChangeLanguage((size & 2) == 0 ? kEnglish : kJapanese);
-    DeleteWatermarkFiles(kIni);
-    if (driver_test::DriveFileExists(kIni)) {
+    DeleteWatermarkFiles(CurrentSettingsFile());
+    if (driver_test::DriveFileExists(target.ini)) {
         Stop("the settings file isn't deleted");
     }
     if (!std::filesystem::exists(target.beside)) {

@@ -71,8 +71,12 @@ class Table {
         }
     }
 
-    // Counts the pair, whether the table has its face already or not, and adds it where there is room.
+    // Counts the pair, whether the table has its face already or not, and adds it where there is room. An empty text
+    // would end the table.
     void Add(const WCHAR* systemFace, const WCHAR* printerFont) {
+        if (*systemFace == 0 || *printerFont == 0) {
+            return;
+        }
         const size_t length = TextLength(systemFace) + TextLength(printerFont) + 2;
         counted_ += length;
         if (end_ && static_cast<size_t>(limit_ - end_) > length) {
@@ -127,6 +131,10 @@ int ReadFontSubstitutionIni(const WCHAR* iniFile, HeapOwner<WCHAR>* table) {
         const size_t printerLength = TextLength(printerFont) + 1;
         if (systemFace[0] == 0 || length + systemLength + printerLength >= size) {
             break;
+        }
+        // An empty text would end the table.
+        if (printerFont[0] == 0) {
+            continue;
         }
         memcpy(table->Get() + length, systemFace, systemLength * sizeof(WCHAR));
         memcpy(table->Get() + length + systemLength, printerFont, printerLength * sizeof(WCHAR));

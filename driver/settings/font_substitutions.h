@@ -11,7 +11,7 @@ namespace velmora {
 
 // Reads the table of the driver's INI data file: its size in characters, terminators included, and the table. -1 and
 // empty where the file has none or an incomplete one, 0 and empty without memory. Pairs that the size which the file
-// tells has no room for are left out.
+// tells has no room for are left out, as are those without a printer font, here and in what follows.
 int ReadFontSubstitutionIni(const WCHAR* iniFile, HeapOwner<WCHAR>* table);
 
 // Builds the printer's table in `buffer`, `capacity` characters: the INI data file's with `usesIni`, where there is

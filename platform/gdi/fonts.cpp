@@ -56,7 +56,7 @@ BYTE CharSetOf(FcPattern* pattern) {
                : ANSI_CHARSET;
 }
 
-std::vector<Font> HostFonts() {
+std::vector<Font> ReadHostFonts() {
     const Owned<FcConfig> config(FcInitLoadConfigAndFonts());
     const Owned<FcPattern> all(FcPatternCreate());
     const Owned<FcObjectSet> objects(
@@ -67,6 +67,12 @@ std::vector<Font> HostFonts() {
         FcPattern* const pattern = found->fonts[i];
         fonts.push_back({ToWide(TextOf(pattern, FC_FAMILY)), TypeOf(pattern), CharSetOf(pattern)});
     }
+    return fonts;
+}
+
+// Asked for once: reading the host's configuration takes long.
+const std::vector<Font>& HostFonts() {
+    static const auto& fonts = *new std::vector<Font>(ReadHostFonts());
     return fonts;
 }
 

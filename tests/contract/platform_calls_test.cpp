@@ -1,6 +1,9 @@
 // The published calls that the driver stands on, at their edges: what they answer on one host they answer on the other.
+#include <cstdint>
 #include <cstring>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/contract/contract_test.h"
@@ -199,6 +202,47 @@ TEST_F(PlatformCalls, IniFiles) {
     EXPECT_EQ(text(TEXT("Key11")), TEXT("eleven"));
     EXPECT_TRUE(DeleteFileW(file));
     EXPECT_EQ(text(TEXT("Key11")), TEXT("missing"));
+    // A file without name is none.
+    EXPECT_FALSE(WritePrivateProfileStringW(section, TEXT("Key11"), TEXT("eleven"), TEXT("")));
+    EXPECT_EQ(GetPrivateProfileIntW(section, TEXT("Key11"), 42, TEXT("")), 42u);
+}
+
+struct SeenFonts {
+    std::vector<std::pair<WideText, BYTE>> fonts;  // faces and character sets
+    size_t most;                                   // the callback ends the enumeration at this many
+};
+
+int CALLBACK SeeFont(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM data) {
+    auto& seen = *reinterpret_cast<SeenFonts*>(data);
+    seen.fonts.emplace_back(TextOf(font->lfFaceName), font->lfCharSet);
+    EXPECT_LT(seen.fonts.back().first.size(), size_t{LF_FACESIZE});
+    return seen.fonts.size() < seen.most ? static_cast<int>(seen.fonts.size()) : 0;
+}
+
+// Which fonts there are is the host's matter; a face may come once for each of its character sets.
+TEST_F(PlatformCalls, FontFamiliesOfTheDisplay) {
+    const HDC display = CreateDCW(TEXT("DISPLAY"), nullptr, nullptr, nullptr);
+    ASSERT_NE(display, nullptr);
+    SeenFonts all = {{}, SIZE_MAX};
+    const int result = EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&all));
+    EXPECT_EQ(static_cast<size_t>(result), all.fonts.size());
+    EXPECT_GT(result, 0);
+    SeenFonts again = {{}, SIZE_MAX};
+    EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&again));
+    EXPECT_TRUE(again.fonts == all.fonts);
+    const std::set distinct(all.fonts.begin(), all.fonts.end());
+    EXPECT_EQ(distinct.size(), all.fonts.size());
+    for (const auto& [face, charSet] : distinct) {
+        EXPECT_FALSE(face.empty()) << "character set " << int{charSet};
+    }
+    SeenFonts one = {{}, 1};
+    EXPECT_EQ(EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&one)), 0);
+    EXPECT_EQ(one.fonts.size(), 1u);
+    EXPECT_TRUE(DeleteDC(display));
+    EXPECT_FALSE(DeleteDC(display));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_EQ(EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&one)), 0);
+    EXPECT_EQ(CreateDCW(TEXT("Nobody's driver"), nullptr, nullptr, nullptr), nullptr);
 }
 
 TEST_F(PlatformCalls, UnknownPrinter) {

@@ -9,15 +9,20 @@
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/devmode/validate_devmode.h"
+#include "driver/entry/connection_marker.h"
 #include "driver/entry/driver_interface.h"
 #include "driver/entry/resource_module.h"
 #include "driver/entry/spool_directory.h"
 #include "driver/entry/stored_devmode.h"
+#include "driver/install/printer_events.h"
+#include "driver/job/job_hooks.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
 #include "driver/settings/printer_data_file.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
+#include "platform/spooler/state.h"
+#include "tests/driver/job_model.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/resource_file.h"
 #include "tools/velmora/capability_formats.h"
@@ -30,17 +35,22 @@ using namespace driver_test;  // NOLINT(google-build-using-namespace): the test 
 struct Operation {
     const char* name;
     std::function<void()> run;
+    bool writesMuch = false;  // values of the printer's data, each of which may fail alone
 };
 
 // Published calls that the driver makes and that can fail. Those that close or free something aren't among them: where
 // they fail, what they were to close stays open by nobody's fault.
 constexpr const char* kCalls =
-    "AddFormW CopyFileW CreateDirectoryW CreateFileW DeletePrinterDataW EnumFormsW FindFirstFileW "
+    "AddFormW AddPrintProcessorW CopyFileW CreateDirectoryW CreateFileW DeleteFileW DeleteFormW "
+    "DeletePrinterDataW EnumFormsW EnumPrintProcessorsW FindFirstFileW FindNextFileW "
     "GetComputerNameW GetEnvironmentVariableW GetFileAttributesW GetFileSize GetFileSizeEx "
     "GetFileVersionInfoSizeW GetFileVersionInfoW GetPrinterDataW GetPrinterDriverW GetPrinterW "
     "GetProcAddress GetVersionExW HeapAlloc LoadLibraryW LoadStringW MultiByteToWideChar OpenPrinterW OpenSemaphoreW "
-    "ReadFile RegOpenKeyExW RegSetValueExW SetFileAttributesW SetFilePointerEx SetPrinterDataW "
-    "SetPrinterW VerQueryValueW WideCharToMultiByte WritePrivateProfileStringW";
+    "ReadFile RegOpenKeyExW RegSetValueExW SetCurrentDirectoryW SetFileAttributesW SetFilePointerEx SetPrinterDataW "
+    "SetPrinterW VerQueryValueW WideCharToMultiByte WinExec WriteFile WritePrivateProfileStringW";
+
+constexpr uint16_t kCardEntry[] = {300, 1016, 1524};  // of the printer-data value PaperSizes
+const std::string kBaseData(500, 'd');                // of the printer data file
 
 class FailureSweep : public MachineTest {
   protected:
@@ -63,11 +73,14 @@ class FailureSweep : public MachineTest {
             PackageOf("",
                       "[CustomSizes]\r\nNumCustomSizes=1\r\nCustomName0=One\r\nCustomWidth0=12340\r\n"
                       "CustomLength0=23450\r\nCustomMetric0=1\r\n[DeviceInfo]\r\nOptions=3\r\n");
-        package.data.bytes = std::string(500, 'd');
+        package.data.bytes = kBaseData;
         plainModel_ = builder.Build();
         package.dependent[0].bytes =
             StringModule({{2117, u"Custom size"}, {2420, u"ini"}, {2490, u"Draft"}, {2498, u"Arial"}, {2500, u"ENUS"}});
         package.dependent.push_back({u"KV62.XPI", plainModel_});
+        for (const char16_t* name : {u"KV62UMPD.DLL", u"KV62FONT.EXE", u"KV62PPR.DLL"}) {
+            package.dependent.push_back({name, ""});
+        }
         package.dependent.push_back({u"KV62GERM.DLL", package.dependent[0].bytes});
         Install(package);
         machine_.SetLanguage(MAKELANGID(LANG_GERMAN, 1));
@@ -76,6 +89,16 @@ class FailureSweep : public MachineTest {
         builder.fields.pdlType = kPdlPcl6;
         builder.fields.colorCapability = kColor;
         colorModel_ = builder.Build();
+        lineJobModel_ = JobModel(kPdlPcl6, kColor).Build();
+        builder = JobModel(kPdlImage);
+        recordJobModel_ = builder.Build();
+        builder.fields.descriptionFlags = kDescriptionsAreText;
+        textJobModel_ = builder.Build();
+        WriteDriveFile(u"C:\\Windows\\System32\\spool\\prtprocs\\x64\\KV62PPR.DLL", "");
+        machine_.SetProgram(u"KV62FONT.EXE", [](const std::string&) {});
+        constexpr char16_t kComputers[] = u"OTHER\0";
+        SetData(Printer(), u"VMNetworkInstall", REG_MULTI_SZ, kComputers, sizeof(kComputers));
+        SetData(Printer(), u"PaperSizes", REG_BINARY, kCardEntry, sizeof(kCardEntry));
         AddForm(u"Form", FORM_USER, 100000, 200000);
         SetString(Printer(), u"DefaultSpoolDirectory", u"D:\\Spool");
         HKEY key = nullptr;
@@ -86,25 +109,29 @@ class FailureSweep : public MachineTest {
         RegCloseKey(key);
         BuildDefaultDevMode(Printer(), kPrinterName, &storedDevMode_);
         ASSERT_TRUE(SetPrinterDevMode(Printer(), &storedDevMode_.publicPart));
+        printerBefore_ = *host::FindPrinter(kPrinterName);
+        formsBefore_ = host::Spooler().forms;
+        processorsBefore_ = host::Spooler().processors;
         Prepare();
     }
 
-    // The printer's data and files before each run.
+    // The printer, its data and files before each run.
     void Prepare() {
-        constexpr const char16_t* kValues[] = {u"Test", u"Settings", u"DeviceInfo", u"FontSubs", u"Memory"};
-        for (const WideText name : kValues) {
-            WideText value = name;
-            DeletePrinterDataW(Printer(), value.data());
-        }
+        *host::FindPrinter(kPrinterName) = printerBefore_;
+        host::Spooler().forms = formsBefore_;
+        host::Spooler().processors = processorsBefore_;
         if (storedSettings_) {
             SetString(Printer(), u"Settings", u"STORED.ini");
         }
+        std::filesystem::remove_all(DrivePath(u"C:\\Users\\User\\AppData"));
         WriteDriveFile(InstalledPath(u"KV62.XPI"), plainModel_);
+        WriteDriveFile(InstalledPath(u"KV62.DAT"), kBaseData);
     }
 
     std::string State() const {
         std::string state;
-        for (const WideText name : {u"Settings", u"DeviceInfo", u"FontSubs", u"Memory", u"DefaultSpoolDirectory"}) {
+        for (const WideText name :
+             {u"Settings", u"DeviceInfo", u"FontSubs", u"Memory", u"DefaultSpoolDirectory", u"VMNetworkInstall"}) {
             const auto value = GetData(Printer(), name);
             state += value ? "[" + *value + "]" : "none";
         }
@@ -114,6 +141,62 @@ class FailureSweep : public MachineTest {
     }
 
     std::vector<Operation> Operations();
+
+    // Of the printer's data, whatever call is to fail; empty where there is none.
+    static std::vector<BYTE> StoredValue(std::u16string_view name) {
+        for (const host::DataValue& value : host::FindPrinter(kPrinterName)->data) {
+            if (value.name == name) {
+                return value.bytes;
+            }
+        }
+        return {};
+    }
+
+    // Whatever failed of an installation or a connection: nothing that was there before is lost, and the printer's
+    // device mode is one of the driver's.
+    void CheckInstallation(const std::string& description, void (*run)(const WCHAR*)) {
+        WriteDriveFile(InstalledPath(u"KV62.XPI"), description);
+        run(kPrinterName);
+        EXPECT_TRUE(ReadDriveFile(InstalledPath(u"KV62.DAT")).starts_with(kBaseData));
+        const std::vector<BYTE> papers = StoredValue(u"PaperSizes");
+        ASSERT_TRUE(!papers.empty() && papers.size() % sizeof(kCardEntry) == 0);
+        EXPECT_EQ(memcmp(papers.data(), kCardEntry, sizeof(kCardEntry)), 0);
+        if (storedSettings_) {
+            EXPECT_EQ(StoredValue(u"Settings").size(), sizeof(u"STORED.ini"));
+        }
+        const std::vector<BYTE>& stored = host::FindPrinter(kPrinterName)->deviceMode;
+        VelmoraDevMode devMode;
+        ASSERT_EQ(stored.size(), sizeof(devMode));
+        memcpy(&devMode, stored.data(), sizeof(devMode));
+        CheckFrame(devMode);
+    }
+
+    // A whole job. A started one keeps what it has until its end is done.
+    void RunJob(const std::string& description) {
+        VelmoraDevMode devMode = InputFor(description);
+        JobHookRecord record = {};
+        record.printerName = kPrinterName;
+        record.jobName = TEXT("Job");
+        char block[2048] = {};
+        DWORD size = sizeof(block);
+        const int started = StartJob(&devMode, block, &size, &record);
+        EXPECT_EQ(started == kJobDone, ValueOf(record.jobState) != nullptr);
+        if (started != kJobImpossible) {
+            CheckFrame(devMode);
+        }
+        char sheet[2048] = {};
+        record.sheetBuffer = sheet;
+        record.sheetSize = sizeof(sheet);
+        StartSheet(nullptr, &record);
+        EXPECT_LE(ValueOf(record.sheetSize), sizeof(sheet));
+        for (int tries = 0; tries < 2 && ValueOf(record.jobState); ++tries) {
+            memset(block, 0, sizeof(block));
+            size = sizeof(block);
+            EndJob(&devMode, block, &size, &record);
+            EXPECT_LE(size, sizeof(block));
+        }
+        EXPECT_EQ(ValueOf(record.jobState), nullptr);
+    }
 
     // A device mode that was written at all has the published frame.
     static void CheckFrame(const VelmoraDevMode& devMode) {
@@ -177,6 +260,12 @@ class FailureSweep : public MachineTest {
     std::string plainModel_;
     std::string imageModel_;
     std::string colorModel_;
+    std::string lineJobModel_;
+    std::string textJobModel_;
+    std::string recordJobModel_;
+    host::Printer printerBefore_;
+    std::vector<host::Form> formsBefore_;
+    std::vector<host::PrintProcessor> processorsBefore_;
 };
 
 std::vector<Operation> FailureSweep::Operations() {
@@ -336,6 +425,27 @@ std::vector<Operation> FailureSweep::Operations() {
              SyncPrinterDataFileCopies(kPrinterName);
          }},
     };
+    const std::pair<const char*, const std::string*> installed[] = {{"installation", &colorModel_},
+                                                                    {"installation of an image printer", &imageModel_}};
+    for (const auto& [name, description] : installed) {
+        operations.push_back({name,
+                              [this, description] {
+                                  CheckInstallation(*description, [](const WCHAR* printer) { OnInitialize(printer); });
+                              },
+                              true});
+    }
+    operations.push_back({"connection", [this] { CheckInstallation(colorModel_, OnAddConnection); }, true});
+    operations.push_back({"computers of a connection", [this] { AddNetworkInstall(Printer()); }});
+    operations.push_back({"computers of a connection that ends", [this] {
+                              machine_.SetComputerName(u"OTHER");
+                              RemoveNetworkInstall(Printer());
+                              machine_.SetComputerName(u"VELMORA-PC");
+                          }});
+    operations.push_back({"end of a connection", [] { OnDeleteConnection(kPrinterName); }});
+    operations.push_back({"deletion", [] { OnDelete(kPrinterName); }});
+    operations.push_back({"job of lines", [this] { RunJob(lineJobModel_); }});
+    operations.push_back({"job of text descriptions", [this] { RunJob(textJobModel_); }});
+    operations.push_back({"job of records", [this] { RunJob(recordJobModel_); }});
     for (const CapabilityFormat& format : kCapabilityFormats) {
         operations.push_back({format.name, [this, &format] { CheckCapability(format); }});
     }
@@ -347,6 +457,9 @@ TEST_F(FailureSweep, EveryAllocationAndEveryCall) {
         storedSettings_ = stored;
         for (const Operation& operation : Operations()) {
             SCOPED_TRACE(operation.name);
+            if (operation.writesMuch && !stored) {
+                continue;  // once is enough, with a file's name that must not be lost
+            }
             // Runs the operation with a fault; after it nothing more is open, and the printer is as before or after.
             const std::vector<std::string> open = host::StillOpen();
             Prepare();
@@ -368,7 +481,7 @@ TEST_F(FailureSweep, EveryAllocationAndEveryCall) {
                 host::ClearFaults();
                 ASSERT_EQ(host::StillOpen(), open);
                 const std::string state = State();
-                EXPECT_TRUE(state == states[0] || state == states[1]);
+                EXPECT_TRUE(operation.writesMuch || state == states[0] || state == states[1]);
             }
             Prepare();
             std::map<std::string, uint64_t> counts;

@@ -73,6 +73,7 @@ TEST_F(Fonts, DefaultPairsOfTheModel) {
         {"Arial|Univers|", "15 Arial|Univers||"},
         {"arial|Univers|Missing|X|Raster|Y|Arial|Univers|", "15 Arial|Univers||"},
         {"Arial|A|Arial|B|", "17 Arial|A||"},  // counted twice, written once
+        {"Arial||Arial|A|", "9 Arial|A||"},
         {"Gothic (Vertical)|G|Gothic|H|", "30 Gothic (Vertical)|G|Gothic|G||"},
         {"Arial|" + std::string(40, 'p') + "|", "48 Arial|" + std::string(31, 'p') + "||"},
     };
@@ -91,15 +92,16 @@ TEST_F(Fonts, DefaultPairsOfTheModel) {
 }
 
 TEST_F(Fonts, TableOfTheIniFile) {
-    const std::string pairs = "FontSubSys0=Arial\nFontSubPrt0=Univers\nFontSubSys1=Two\nFontSubPrt1=\n";
+    const std::string pairs =
+        "FontSubSys0=Arial\nFontSubPrt0=Univers\nFontSubSys1=Two\nFontSubPrt1=\nFontSubSys2=Ab\nFontSubPrt2=C\n";
     const struct {
         std::string keys;
         std::string table;
     } cases[] = {
-        {"FontSubSize=20\nNumFontSubs=2\n", "20 Arial|Univers|Two|||"},
-        {"FontSubSize=18\nNumFontSubs=2\n", "18 Arial|Univers||"},  // no room for the second pair
+        {"FontSubSize=20\nNumFontSubs=3\n", "20 Arial|Univers|Ab|C||"},
+        {"FontSubSize=19\nNumFontSubs=3\n", "19 Arial|Univers||"},  // no room for the last pair
         {"FontSubSize=40\nNumFontSubs=1\n", "40 Arial|Univers||"},
-        {"FontSubSize=40\nNumFontSubs=9\n", "40 Arial|Univers|Two||"},
+        {"FontSubSize=40\nNumFontSubs=9\n", "40 Arial|Univers|Ab|C||"},
         {"FontSubSize=1\nNumFontSubs=0\n", "1 |"},
         {"FontSubSize=65535\nNumFontSubs=2\n", "17 Courier New|Cou||"},  // as without the section, as the next
         {"FontSubSize=20\n", "17 Courier New|Cou||"},
