@@ -65,26 +65,6 @@ bool FindName(HANDLE file, int16_t reference, uint64_t* position) {
     return true;
 }
 
-void ReadTextBlock(HANDLE file, int16_t reference, char* destination, size_t capacity) {
-    destination[0] = 0;
-    if (reference <= 0) {
-        return;
-    }
-    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
-    uint16_t offset = 0;
-    if (!header || !ReadEntry(file, header->textIndexOffset, static_cast<uint64_t>(reference), &offset)) {
-        return;
-    }
-    const uint64_t position = uint64_t{header->textPoolOffset} + offset;
-    if (position >= header->fontPoolOffset) {
-        return;
-    }
-    const uint64_t readable = header->fontPoolOffset - position;
-    const size_t count = readable < capacity ? static_cast<size_t>(readable) : capacity;
-    const size_t arrived = ReadAt(file, position, destination, count);
-    destination[arrived < capacity ? arrived : capacity - 1] = 0;
-}
-
 // Where all font records lie, one behind the other.
 struct FontPool {
     uint64_t position;
@@ -243,12 +223,49 @@ void ReadName(HANDLE file, int16_t reference, char* destination, size_t capacity
     }
 }
 
+TextPool::TextPool(HANDLE file) : file_(file) {
+    DescriptionFileHeader header;
+    if (!ReadValueAt(file, 0, &header) || header.textPoolOffset >= header.fontPoolOffset) {
+        return;
+    }
+    indexOffset_ = header.textIndexOffset;
+    poolOffset_ = header.textPoolOffset;
+    // Offsets in the pool have 16 bits.
+    constexpr size_t kMostBytes = size_t{UINT16_MAX} + kTextCapacity;
+    const size_t size = header.fontPoolOffset - header.textPoolOffset;
+    size_ = size < kMostBytes ? size : kMostBytes;
+}
+
+void TextPool::Load() {
+    bytes_ = HeapOwner<char>::Allocate(size_);
+    if (bytes_) {
+        size_ = ReadAt(file_, poolOffset_, bytes_.Get(), size_);
+    }
+}
+
+void TextPool::Read(int16_t reference, char* destination, size_t capacity) const {
+    destination[0] = 0;
+    uint16_t offset = 0;
+    if (reference <= 0 || size_ == 0 || !ReadEntry(file_, indexOffset_, static_cast<uint64_t>(reference), &offset) ||
+        offset >= size_) {
+        return;
+    }
+    const size_t count = size_ - offset < capacity ? size_ - offset : capacity;
+    size_t arrived = count;
+    if (bytes_) {
+        memcpy(destination, bytes_.Get() + offset, count);
+    } else {
+        arrived = ReadAt(file_, uint64_t{poolOffset_} + offset, destination, count);
+    }
+    destination[arrived < capacity ? arrived : capacity - 1] = 0;
+}
+
 void ReadText(HANDLE file, int16_t reference, char* destination) {
-    ReadTextBlock(file, reference, destination, kTextCapacity);
+    TextPool(file).ReadText(reference, destination);
 }
 
 void ReadShortText(HANDLE file, int16_t reference, char* destination) {
-    ReadTextBlock(file, reference, destination, kShortTextCapacity);
+    TextPool(file).ReadShortText(reference, destination);
 }
 
 HeapOwner<BITMAPFILEHEADER> ReadImage(HANDLE file, uint16_t index) {

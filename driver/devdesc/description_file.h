@@ -1,6 +1,6 @@
 // Reading a printer's description file (".XPI"). Nothing in the file is trusted: what points outside it, or ends early,
 // reads as null, as the empty text or as an absent table, never beyond what was read. Each operation reads the header
-// anew; nothing is cached. The caller owns what is returned.
+// anew; nothing is cached between calls. The caller owns what is returned.
 #pragma once
 
 #include <windows.h>
@@ -46,6 +46,27 @@ void ReadName(HANDLE file, int16_t reference, char* destination, size_t capacity
 // The text with this reference, cut to kTextCapacity or kShortTextCapacity bytes; 0 and negative references are empty.
 void ReadText(HANDLE file, int16_t reference, char* destination);
 void ReadShortText(HANDLE file, int16_t reference, char* destination);
+
+// The same for who reads many. The file has to stay open as long as this.
+class TextPool {
+  public:
+    explicit TextPool(HANDLE file);
+
+    // Reads all texts at once, so that each needs no read of its own; does nothing where there is no memory for them.
+    void Load();
+
+    void ReadText(int16_t reference, char* destination) const { Read(reference, destination, kTextCapacity); }
+    void ReadShortText(int16_t reference, char* destination) const { Read(reference, destination, kShortTextCapacity); }
+
+  private:
+    void Read(int16_t reference, char* destination, size_t capacity) const;
+
+    HANDLE file_;
+    uint32_t indexOffset_ = 0;
+    uint32_t poolOffset_ = 0;
+    size_t size_ = 0;        // bytes of the pool that texts can reach
+    HeapOwner<char> bytes_;  // empty: not loaded
+};
 
 // A whole bitmap file (BITMAPFILEHEADER, header, bits), bfSize bytes. Empty where the file ends before it does.
 HeapOwner<BITMAPFILEHEADER> ReadImage(HANDLE file, uint16_t index);

@@ -58,7 +58,9 @@ constexpr ColorKeys kColorKeys[] = {
 // Entries one behind the other in a cleared buffer.
 class Entries {
   public:
-    Entries(char* buffer, size_t capacity) : buffer_(buffer), capacity_(capacity) {}
+    // The texts have to outlive this.
+    Entries(char* buffer, size_t capacity, const TextPool& texts)
+        : buffer_(buffer), capacity_(capacity), texts_(texts) {}
 
     void Add(const char* key, const char* value) {
         if (char* const place = PlaceFor(key, value)) {
@@ -76,15 +78,15 @@ class Entries {
         Add(key, value);
     }
     // An entry whose key or value is a text of the description file.
-    void AddText(HANDLE file, const char* key, uint16_t valueRef) {
+    void AddText(const char* key, uint16_t valueRef) {
         char value[kShortTextCapacity];
-        ReadShortText(file, static_cast<int16_t>(valueRef), value);
+        texts_.ReadShortText(static_cast<int16_t>(valueRef), value);
         Add(key, value);
     }
-    void AddTexts(HANDLE file, uint16_t keyRef, uint16_t valueRef) {
+    void AddTexts(uint16_t keyRef, uint16_t valueRef) {
         char key[kShortTextCapacity];
-        ReadShortText(file, static_cast<int16_t>(keyRef), key);
-        AddText(file, key, valueRef);
+        texts_.ReadShortText(static_cast<int16_t>(keyRef), key);
+        AddText(key, valueRef);
     }
 
     // Bytes of all entries, those included that weren't written.
@@ -105,27 +107,26 @@ class Entries {
 
     char* buffer_;
     size_t capacity_;
+    const TextPool& texts_;
     size_t offset_ = 0;
 };
 
-void AddColorOptions(Entries* entries, const JobPrinter& printer, const PrivateDevMode& devMode) {
+void AddColorOptions(Entries* entries, const TextPool& texts, const DeviceModel& model, const PrivateDevMode& devMode) {
     for (const ColorKeys& keys : kColorKeys) {
         const ColorGroup& group = ColorGroupOf(keys.group);
         size_t index = 0;
-        for (const ColorFeatureRecord& feature : RecordList(ColorFeatures(printer.model, group))) {
+        for (const ColorFeatureRecord& feature : RecordList(ColorFeatures(model, group))) {
             if (index == kColorFeaturesPerGroup) {
                 break;
             }
             const int16_t selection = ColorSelection(devMode, group, index);
             const size_t position = index++;
             // A selection that names no value has an empty one.
-            const bool isValue =
-                selection >= 0 && static_cast<size_t>(selection) < CountColorValues(printer.model, feature);
+            const bool isValue = selection >= 0 && static_cast<size_t>(selection) < CountColorValues(model, feature);
             const ColorValueRecord* const record =
-                isValue ? ColorValueAt(printer.model, feature.firstValue + selection) : nullptr;
+                isValue ? ColorValueAt(model, feature.firstValue + selection) : nullptr;
             char value[kShortTextCapacity];
-            ReadShortText(printer.descriptionFile, record ? static_cast<int16_t>(record->firstStart) : int16_t{0},
-                          value);
+            texts.ReadShortText(record ? static_cast<int16_t>(record->firstStart) : int16_t{0}, value);
             if (keys.intent && position < 2) {
                 entries->Add(position == 0 ? keys.intent : keys.preserveBlack, value);
             } else {
@@ -141,7 +142,7 @@ void AddFeatures(Entries* entries, const JobPrinter& printer, const PrivateDevMo
     for (const FeatureRecord& feature : RecordList(printer.model.featureTable)) {
         const FeatureLine line = SelectedFeatureLine(printer.model, feature, index++, installed, devMode);
         if (line.valueRef != 0) {
-            entries->AddTexts(printer.descriptionFile, line.keyRef, line.valueRef);
+            entries->AddTexts(line.keyRef, line.valueRef);
         }
     }
 }
@@ -193,11 +194,13 @@ bool BuildText(char* buffer, DWORD* size, const WCHAR* jobName, const JobPrinter
     }
     const DeviceModel& model = printer.model;
     const size_t capacity = buffer ? *size : 0;
-    Entries entries(buffer, capacity);
+    TextPool texts(printer.descriptionFile);
+    texts.Load();
+    Entries entries(buffer, capacity, texts);
     entries.Add("modelName", names.driverName.Get());
     entries.Add("xpiName", names.descriptionPath.Get());
     entries.Add("format", NameOfColorFormat(devMode.imageMode));
-    AddColorOptions(&entries, printer, devMode);
+    AddColorOptions(&entries, texts, model, devMode);
     entries.Add("cmm", devMode.imageValueA == kNoColorManagement ? "FALSE" : "TRUE");
     if (profile) {
         entries.Add("profile", profile.Get());
@@ -209,7 +212,7 @@ bool BuildText(char* buffer, DWORD* size, const WCHAR* jobName, const JobPrinter
         entries.Add("jobName", convertedJobName.Get());
     }
     if (model.jobTextRef != 0 && model.extraKeywordTable) {
-        entries.AddTexts(printer.descriptionFile, model.jobTextRef, static_cast<uint16_t>(devMode.extraKeywordIndex));
+        entries.AddTexts(model.jobTextRef, static_cast<uint16_t>(devMode.extraKeywordIndex));
     }
     AddFeatures(&entries, printer, devMode);
     // The terminator of the whole block. Nobody may take text for a record.

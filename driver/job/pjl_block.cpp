@@ -28,18 +28,18 @@ class Block {
     void Add(const char* text) { length_ += AppendText(buffer_, capacity_, length_, text); }
 
     // The job command with this text reference.
-    void AddCommand(HANDLE file, uint16_t reference) {
+    void AddCommand(const TextPool& texts, uint16_t reference) {
         char command[kTextCapacity];
-        ReadText(file, static_cast<int16_t>(reference), command);
+        texts.ReadText(static_cast<int16_t>(reference), command);
         Add(command);
     }
 
     // A line that sets what one text names to what another says.
-    void AddSetting(HANDLE file, uint16_t keyRef, uint16_t valueRef) {
+    void AddSetting(const TextPool& texts, uint16_t keyRef, uint16_t valueRef) {
         char key[kShortTextCapacity];
         char value[kShortTextCapacity];
-        ReadShortText(file, static_cast<int16_t>(keyRef), key);
-        ReadShortText(file, static_cast<int16_t>(valueRef), value);
+        texts.ReadShortText(static_cast<int16_t>(keyRef), key);
+        texts.ReadShortText(static_cast<int16_t>(valueRef), value);
         char line[kLineCapacity];
         FormatAnsi(line, ARRAYSIZE(line), "@PJL SET %s=%s\r\n", static_cast<const char*>(key),
                    static_cast<const char*>(value));
@@ -84,7 +84,7 @@ void AddColorModes(Block* block, const DeviceModel& model, const DEVMODEW& devMo
     }
 }
 
-void AddFeatures(Block* block, const JobPrinter& printer, const PrivateDevMode& devMode) {
+void AddFeatures(Block* block, const TextPool& texts, const JobPrinter& printer, const PrivateDevMode& devMode) {
     const DeviceInfo installed = ReadDeviceInfo(printer.printer, &printer.model);
     size_t index = 0;
     for (const FeatureRecord& feature : RecordList(printer.model.featureTable)) {
@@ -92,7 +92,7 @@ void AddFeatures(Block* block, const JobPrinter& printer, const PrivateDevMode& 
                                      ? LineOfOption(printer.model, feature, devMode.marginMode != kBorderless ? 0 : 1)
                                      : SelectedFeatureLine(printer.model, feature, index, installed, devMode);
         if (line.valueRef != 0) {
-            block->AddSetting(printer.descriptionFile, line.keyRef, line.valueRef);
+            block->AddSetting(texts, line.keyRef, line.valueRef);
         }
         ++index;
     }
@@ -115,18 +115,20 @@ bool BuildPjlStart(char* buffer, DWORD* size, const WCHAR* jobName, const JobPri
     if (model.colorCapability == kColor) {
         AddColorModes(&block, model, devMode.publicPart);
     }
+    TextPool texts(printer.descriptionFile);
+    texts.Load();
     const auto resolutionIndex = static_cast<size_t>(settings.resolutionIndex);
     if (const ResolutionRecord* resolution = RecordAt(model.resolutionTable, resolutionIndex)) {
-        block.AddCommand(printer.descriptionFile, resolution->jobTextRef);
+        block.AddCommand(texts, resolution->jobTextRef);
     }
     const auto mediumIndex = static_cast<size_t>(settings.mediaIndex) - 1;  // no medium, 0, leads behind every table
     if (const MediaRecord* medium = RecordAt(model.mediaTable, mediumIndex)) {
-        block.AddCommand(printer.descriptionFile, medium->jobTextRef);
+        block.AddCommand(texts, medium->jobTextRef);
     }
     if (settings.extraKeywordIndex != 0) {
-        block.AddSetting(printer.descriptionFile, model.jobTextRef, static_cast<uint16_t>(settings.extraKeywordIndex));
+        block.AddSetting(texts, model.jobTextRef, static_cast<uint16_t>(settings.extraKeywordIndex));
     }
-    AddFeatures(&block, printer, settings);
+    AddFeatures(&block, texts, printer, settings);
     return block.Finish();
 }
 
