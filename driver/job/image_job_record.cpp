@@ -26,12 +26,13 @@ template <class Target, class Source>
 consteval FieldPair MakePair(size_t target, size_t source, Extension extension = Extension::kOfType) {
     using TargetElement = std::remove_all_extents_t<Target>;
     using SourceElement = std::remove_all_extents_t<Source>;
-    static_assert(sizeof(Target) / sizeof(TargetElement) == sizeof(Source) / sizeof(SourceElement));
+    constexpr size_t kCount = std::is_array_v<Target> ? std::extent_v<Target> : 1;
+    static_assert(kCount == (std::is_array_v<Source> ? std::extent_v<Source> : 1));
     return {static_cast<uint16_t>(target),
             static_cast<uint16_t>(source),
             sizeof(TargetElement),
             sizeof(SourceElement),
-            sizeof(Target) / sizeof(TargetElement),
+            kCount,
             extension == Extension::kSigned || std::is_signed_v<SourceElement>,
             std::is_same_v<TargetElement, char>};
 }
