@@ -62,6 +62,19 @@ VelmoraDevMode* RepairDevMode(const JobPrinter& printer, VelmoraDevMode* devMode
     return devMode;
 }
 
+// What a hook of a started job works with.
+struct JobCall {
+    OwnedPrinter opened;
+    JobPrinter printer;
+    VelmoraDevMode own;
+    VelmoraDevMode* devMode;
+
+    JobCall(const JobHookRecord& record, const JobState& state, VelmoraDevMode* given)
+        : opened(OpenPrinterLocal(PrinterNameOf(record))),
+          printer{opened.Get(), PrinterNameOf(record), state.descriptionFile, *state.model},
+          devMode(RepairDevMode(printer, given, &own)) {}
+};
+
 }  // namespace
 
 int StartJob(VelmoraDevMode* devMode, char* buffer, DWORD* size, JobHookRecord* record) {
@@ -99,14 +112,10 @@ int StartSheet(VelmoraDevMode* devMode, JobHookRecord* record) {
     if (!state) {
         return kJobDone;
     }
-    const WCHAR* const name = PrinterNameOf(*record);
-    const OwnedPrinter opened = OpenPrinterLocal(name);
-    const JobPrinter printer = {opened.Get(), name, state->descriptionFile, *state->model};
-    VelmoraDevMode own;
-    VelmoraDevMode* const repaired = RepairDevMode(printer, devMode, &own);
+    JobCall call(*record, *state, devMode);
     DWORD size = state->model->pdlType == kPdlImage ? record->sheetSize : 0;
     const bool fits = state->model->pdlType != kPdlImage ||
-                      BuildJobDescription(record->sheetBuffer, &size, nullptr, printer, repaired);
+                      BuildJobDescription(record->sheetBuffer, &size, nullptr, call.printer, call.devMode);
     record->sheetSize = size;
     if (!fits) {
         return kJobBlockTooLarge;
@@ -120,13 +129,10 @@ int EndJob(VelmoraDevMode* devMode, char* buffer, DWORD* size, JobHookRecord* re
     if (!state) {
         return kJobDone;
     }
-    const WCHAR* const name = PrinterNameOf(*record);
-    const OwnedPrinter opened = OpenPrinterLocal(name);
-    const JobPrinter printer = {opened.Get(), name, state->descriptionFile, *state->model};
-    VelmoraDevMode own;
-    VelmoraDevMode* const repaired = RepairDevMode(printer, devMode, &own);
-    const bool fits = state->model->pdlType == kPdlImage ? BuildJobDescription(buffer, size, nullptr, printer, repaired)
-                                                         : BuildPjlEnd(buffer, size, printer, *repaired);
+    JobCall call(*record, *state, devMode);
+    const bool fits = state->model->pdlType == kPdlImage
+                          ? BuildJobDescription(buffer, size, nullptr, call.printer, call.devMode)
+                          : BuildPjlEnd(buffer, size, call.printer, *call.devMode);
     if (!fits) {
         return kJobBlockTooLarge;
     }
