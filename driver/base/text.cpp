@@ -1,5 +1,6 @@
 #include "driver/base/text.h"
 
+#include <algorithm>
 #include <climits>
 
 namespace velmora {
@@ -19,7 +20,43 @@ unsigned DigitValue(WCHAR character) {
     return 255;
 }
 
+// A number with its sign. Its size ends beyond 32 bits.
+struct SignedNumber {
+    bool isNegative;
+    uint64_t size;
+};
+
+SignedNumber ParseDecimal(const WCHAR* text) {
+    while (*text == TEXT(' ') || (*text >= TEXT('\t') && *text <= TEXT('\r'))) {
+        ++text;
+    }
+    SignedNumber number = {*text == TEXT('-'), 0};
+    if (*text == TEXT('-') || *text == TEXT('+')) {
+        ++text;
+    }
+    constexpr uint64_t kBeyond = uint64_t{UINT32_MAX} + 1;
+    for (; DigitValue(*text) < 10; ++text) {
+        number.size = std::min(number.size * 10 + DigitValue(*text), kBeyond);
+    }
+    return number;
+}
+
 }  // namespace
+
+int32_t ParseInteger(const WCHAR* text) {
+    const SignedNumber number = ParseDecimal(text);
+    const auto size = static_cast<int64_t>(number.size);
+    return static_cast<int32_t>(std::clamp<int64_t>(number.isNegative ? -size : size, INT32_MIN, INT32_MAX));
+}
+
+uint32_t ParseUnsigned(const WCHAR* text) {
+    const SignedNumber number = ParseDecimal(text);
+    if (number.size > UINT32_MAX) {
+        return UINT32_MAX;
+    }
+    const auto size = static_cast<uint32_t>(number.size);
+    return number.isNegative ? 0u - size : size;
+}
 
 uint32_t ParseNumber(const WCHAR* text, unsigned base) {
     while (*text == TEXT(' ')) {

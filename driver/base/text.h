@@ -103,6 +103,12 @@ inline const WCHAR* FileNamePart(const WCHAR* path) {
 // than 32 bits wrap. A base of 16 takes both cases and no prefix. No digit: 0.
 uint32_t ParseNumber(const WCHAR* text, unsigned base);
 
+// The decimal number in front of `text`, after white space and a sign, which ends at the first character that is no
+// digit. No digit: 0. A number beyond 32 bits becomes the nearest that isn't; the negative of an unsigned number counts
+// back from 2^32.
+int32_t ParseInteger(const WCHAR* text);
+uint32_t ParseUnsigned(const WCHAR* text);
+
 // Text between the ANSI code page and UTF-16, terminated: at most `length` bytes up to the first NUL, or a whole text.
 // What can't be converted comes out empty; no memory: an empty owner.
 HeapOwner<WCHAR> Widen(const char* text, size_t length);

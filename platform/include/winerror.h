@@ -104,6 +104,10 @@
 #define CLASS_E_NOAGGREGATION (static_cast<HRESULT>(0x80040110))
 #define CLASS_E_CLASSNOTAVAILABLE (static_cast<HRESULT>(0x80040111))
 #define REGDB_E_CLASSNOTREG (static_cast<HRESULT>(0x80040154))
+#define CO_E_NOTINITIALIZED (static_cast<HRESULT>(0x800401F0))
+#define RPC_E_CHANGED_MODE (static_cast<HRESULT>(0x80010106))
+#define DISP_E_TYPEMISMATCH (static_cast<HRESULT>(0x80020005))
+#define DISP_E_BADVARTYPE (static_cast<HRESULT>(0x80020008))
 
 #define SUCCEEDED(result) (static_cast<HRESULT>(result) >= 0)
 #define FAILED(result) (static_cast<HRESULT>(result) < 0)

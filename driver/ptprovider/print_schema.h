@@ -1,0 +1,91 @@
+// The namespaces of print tickets and print capabilities, and the names that the Print Schema gives their elements,
+// attributes and values. A name is a pair of namespace and local name; prefixes only stand for namespaces.
+#pragma once
+
+#include <windows.h>
+
+namespace velmora {
+
+// XML Schema, as published.
+inline constexpr const WCHAR* kSchemaNamespace = TEXT("http://www.w3.org/2001/XMLSchema");
+inline constexpr const WCHAR* kInstanceNamespace = TEXT("http://www.w3.org/2001/XMLSchema-instance");
+
+// The Print Schema's framework (elements, attributes, properties) and keywords (features, options, values), as
+// published.
+inline constexpr const WCHAR* kFrameworkNamespace =
+    TEXT("http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework");
+inline constexpr const WCHAR* kKeywordsNamespace =
+    TEXT("http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords");
+
+// The keywords of the system's XPS document writer, as published.
+inline constexpr const WCHAR* kXpsWriterNamespace =
+    TEXT("http://schemas.microsoft.com/windows/2006/06/printing/printschemakeywords/microsoftxpsdocumentwriter");
+
+// The driver's own keywords, and those of a model that names no namespace for them.
+inline constexpr const WCHAR* kPrivateNamespace = TEXT("http://www.kestranix.com/ptpc/2006/1");
+inline constexpr const WCHAR* kOemNamespace = TEXT("http://www.kestranix.com/ptpc/oem/2006/1");
+
+// Prefixes that namespaces are given where they are free.
+inline constexpr const WCHAR* kKeywordsPrefix = TEXT("psk");
+inline constexpr const WCHAR* kPrivatePrefix = TEXT("kxp");
+inline constexpr const WCHAR* kOemPrefix = TEXT("oem");
+
+// The namespaces that every document declares, in the order of their declarations.
+struct StandardNamespace {
+    const WCHAR* uri;
+    const WCHAR* prefix;
+};
+inline constexpr StandardNamespace kStandardNamespaces[] = {
+    {kSchemaNamespace, TEXT("xsd")},       {kInstanceNamespace, TEXT("xsi")},   {kFrameworkNamespace, TEXT("psf")},
+    {kKeywordsNamespace, kKeywordsPrefix}, {kPrivateNamespace, kPrivatePrefix}, {kOemNamespace, kOemPrefix},
+};
+
+// Names of the framework namespace: elements.
+namespace element_name {
+inline constexpr const WCHAR* kFeature = TEXT("Feature");
+inline constexpr const WCHAR* kOption = TEXT("Option");
+inline constexpr const WCHAR* kProperty = TEXT("Property");
+inline constexpr const WCHAR* kScoredProperty = TEXT("ScoredProperty");
+inline constexpr const WCHAR* kValue = TEXT("Value");
+inline constexpr const WCHAR* kParameterDef = TEXT("ParameterDef");
+inline constexpr const WCHAR* kParameterRef = TEXT("ParameterRef");
+inline constexpr const WCHAR* kParameterInit = TEXT("ParameterInit");
+}  // namespace element_name
+
+// Names of the framework namespace: properties.
+namespace property_name {
+inline constexpr const WCHAR* kSelectionType = TEXT("SelectionType");
+inline constexpr const WCHAR* kDataType = TEXT("DataType");
+inline constexpr const WCHAR* kDefaultValue = TEXT("DefaultValue");
+inline constexpr const WCHAR* kMinValue = TEXT("MinValue");
+inline constexpr const WCHAR* kMaxValue = TEXT("MaxValue");
+inline constexpr const WCHAR* kMinLength = TEXT("MinLength");
+inline constexpr const WCHAR* kMaxLength = TEXT("MaxLength");
+inline constexpr const WCHAR* kMultiple = TEXT("Multiple");
+inline constexpr const WCHAR* kUnitType = TEXT("UnitType");
+inline constexpr const WCHAR* kMandatory = TEXT("Mandatory");
+}  // namespace property_name
+
+// Names of attributes; kType is one of the XML Schema instance namespace.
+namespace attribute_name {
+inline constexpr const WCHAR* kName = TEXT("name");
+inline constexpr const WCHAR* kVersion = TEXT("version");
+inline constexpr const WCHAR* kConstrained = TEXT("constrained");
+inline constexpr const WCHAR* kType = TEXT("type");
+}  // namespace attribute_name
+
+// Names of the keywords namespace that belong to no feature.
+namespace keyword_name {
+inline constexpr const WCHAR* kDisplayName = TEXT("DisplayName");
+inline constexpr const WCHAR* kPickOne = TEXT("PickOne");
+inline constexpr const WCHAR* kOptionName = TEXT("OptionName");
+}  // namespace keyword_name
+
+// Types of values: names of the XML Schema namespace.
+namespace schema_type {
+inline constexpr const WCHAR* kQName = TEXT("QName");
+inline constexpr const WCHAR* kString = TEXT("string");
+inline constexpr const WCHAR* kInteger = TEXT("integer");
+}  // namespace schema_type
+
+}  // namespace velmora

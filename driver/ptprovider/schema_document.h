@@ -1,0 +1,242 @@
+// A print ticket or print capabilities as the conversions see it: elements, names, values and parameters of the Print
+// Schema over the platform's XML document (msxml2.h). Names are pairs of namespace and local name; prefixes are only
+// resolved, never compared.
+//
+// Operations give S_OK, S_FALSE where nothing is found, E_INVALIDARG where a needed argument is null or empty,
+// E_OUTOFMEMORY, E_FAIL where the prefixes have run out, and the errors of the object model as they are. On failure
+// what they give is empty. A null parent stands for the document's root. What is built stays built where a later step
+// of the same operation fails. Outputs that are elements or texts may be null where they aren't wanted.
+#pragma once
+
+#include <msxml2.h>
+#include <windows.h>
+
+#include <cstdint>
+
+#include "driver/base/com.h"
+
+namespace velmora {
+
+using ElementReference = ComReference<IXMLDOMElement>;
+
+// A name that was read.
+struct QualifiedName {
+    OwnedBstr uri;  // empty: a name of no namespace
+    OwnedBstr localName;
+
+    bool Is(const WCHAR* otherUri, const WCHAR* otherName) const { return uri.Is(otherUri) && localName.Is(otherName); }
+    void Clear() {
+        uri.Reset();
+        localName.Reset();
+    }
+};
+
+// The values of a numeric parameter.
+template <class Number>
+struct ParameterRange {
+    Number defaultValue;
+    Number min;
+    Number max;
+    Number multiple;
+};
+
+// What defines a numeric parameter besides its name and range. displayName null or empty: none. unit null: none;
+// unitUri null or empty: a text instead of a name. mandatory: a keyword.
+struct ParameterTraits {
+    const WCHAR* displayName;
+    const WCHAR* unitUri;
+    const WCHAR* unit;
+    const WCHAR* mandatory;
+};
+
+// What defines a text parameter besides its name. Lengths in characters, 0 or less: not said. unitType null:
+// "characters"; empty: none.
+struct TextParameterTraits {
+    const WCHAR* displayName;
+    const WCHAR* defaultUri;
+    const WCHAR* defaultValue;
+    LONG minLength;
+    LONG maxLength;
+    const WCHAR* unitType;
+    const WCHAR* mandatory;
+};
+
+class SchemaDocument {
+  public:
+    SchemaDocument();
+    SchemaDocument(const SchemaDocument&) = delete;
+    SchemaDocument& operator=(const SchemaDocument&) = delete;
+
+    // --- The document
+
+    // A new document with its XML declaration and without root; the standard namespaces are known afterwards.
+    HRESULT CreateDocument();
+    // A caller's document, of which a reference is taken. Without a root it isn't attached; the standard namespaces are
+    // known afterwards in either case.
+    HRESULT AttachDocument(IXMLDOMDocument2* document);
+    IXMLDOMDocument2* Document() const { return document_.Get(); }
+    // Gives the document to the caller; the root stays.
+    IXMLDOMDocument2* DetachDocument() { return document_.Detach(); }
+    IXMLDOMElement* Root() const { return root_.Get(); }
+    // For the builder of a new document.
+    void SetRoot(ElementReference root) { root_ = static_cast<ElementReference&&>(root); }
+    // Drops root and document.
+    void Release();
+
+    // --- Namespaces
+
+    void DeclareStandardNamespaces();
+    // Binds a prefix to the namespace on the root, where there is one, and for what is looked up later: the preferred
+    // one (null: none) where it is free at the node, else a new one.
+    HRESULT DeclareNamespace(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* preferredPrefix, OwnedBstr* prefix);
+    HRESULT AddNamespaceAttribute(const WCHAR* uri, const WCHAR* prefix);
+    // A prefix that stands for the namespace at the node; empty for the default namespace.
+    HRESULT LookupPrefix(IXMLDOMNode* node, const WCHAR* uri, OwnedBstr* prefix);
+    // The name as it is written at the node; binds a prefix where the namespace has none.
+    HRESULT MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* localName, OwnedBstr* text);
+    // What a written name stands for at the node. S_FALSE where its prefix stands for nothing; a name without prefix
+    // is in no namespace where there is no default one.
+    HRESULT SplitQName(IXMLDOMNode* node, const WCHAR* text, QualifiedName* name);
+
+    // --- Building: at the end of the parent's children
+
+    // Sets an attribute, in the place of one of the same written name; the empty namespace is none. E_INVALIDARG where
+    // the written name doesn't fit 63 characters.
+    HRESULT SetAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const WCHAR* value);
+    HRESULT SetVersionAttribute(IXMLDOMElement* element, LONG version);  // from 1
+    HRESULT AppendElement(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* element);
+    // Without parent behind the document's other children.
+    HRESULT AppendComment(IXMLDOMNode* parent, const WCHAR* text);
+    // Three comments on the root, the middle one with the text, that head what follows.
+    HRESULT AppendBanner(const WCHAR* text);
+
+    HRESULT AddFeature(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* feature);
+    HRESULT AddFeature(const WCHAR* uri, const WCHAR* localName, ElementReference* feature) {
+        return AddFeature(nullptr, uri, localName, feature);
+    }
+    // An option, without name where `uri` or `localName` is null or empty. `constraint`: the keyword of its
+    // "constrained" attribute; null or empty: none.
+    HRESULT AddOption(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, const WCHAR* constraint,
+                      ElementReference* option = nullptr);
+    // The same; `localName` is first rewritten in place so that it can be a name: blanks to '_', parentheses to '-'.
+    HRESULT AddSanitisedOption(IXMLDOMNode* parent, const WCHAR* uri, WCHAR* localName, const WCHAR* constraint,
+                               ElementReference* option = nullptr);
+    HRESULT AddProperty(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* property);
+    HRESULT AddProperty(const WCHAR* uri, const WCHAR* localName, ElementReference* property) {
+        return AddProperty(nullptr, uri, localName, property);
+    }
+    HRESULT AddScoredProperty(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                              ElementReference* property);
+
+    HRESULT AddValueQName(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName);
+    HRESULT AddValueString(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* text);  // uri null or empty: the text
+    HRESULT AddValueInteger(IXMLDOMNode* parent, LONG value);
+    HRESULT AddValueUnsigned(IXMLDOMNode* parent, ULONG value);
+
+    HRESULT AddDisplayName(IXMLDOMNode* parent, const WCHAR* text);
+    HRESULT AddSelectionTypePickOne(IXMLDOMNode* feature);
+    HRESULT AddParameterRef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName);
+
+    HRESULT AddParameterInit(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, LONG value);
+    HRESULT AddParameterInit(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ULONG value);
+    HRESULT AddParameterInit(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, const WCHAR* valueUri,
+                             const WCHAR* value);
+    // On the root.
+    template <class... Value>
+    HRESULT AddParameterInit(const WCHAR* uri, const WCHAR* localName, Value... value) {
+        return AddParameterInit(static_cast<IXMLDOMNode*>(nullptr), uri, localName, value...);
+    }
+
+    // The numbers are written signed or unsigned, as they are.
+    HRESULT AddIntegerParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                   const ParameterRange<LONG>& range, const ParameterTraits& traits);
+    HRESULT AddIntegerParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                   const ParameterRange<ULONG>& range, const ParameterTraits& traits);
+    HRESULT AddStringParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                  const TextParameterTraits& traits);
+    // On the root, of at least one character.
+    HRESULT AddStringParameterDef(const WCHAR* uri, const WCHAR* localName, const WCHAR* displayName,
+                                  const WCHAR* defaultUri, const WCHAR* defaultValue, const WCHAR* mandatory);
+
+    HRESULT SetText(IXMLDOMNode* node, const WCHAR* text);
+    HRESULT RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child);
+
+    // --- Reading: first matches in document order
+
+    HRESULT FindChildElement(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* element);
+    // By the element's kind and its "name". Errors on the way are S_FALSE.
+    HRESULT FindNamedChild(IXMLDOMNode* parent, const WCHAR* elementUri, const WCHAR* elementName, const WCHAR* nameUri,
+                           const WCHAR* nameLocalName, ElementReference* element);
+    HRESULT FindFeature(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* feature);
+    HRESULT FindProperty(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* property);
+    HRESULT FindFirstOption(IXMLDOMNode* feature, ElementReference* option);
+    HRESULT ReadNameAttribute(IXMLDOMElement* element, QualifiedName* name);
+
+    // Of the parent's Value. Numbers are decimal, 0 without digits, and end at the bounds of 32 bits. Without a Value
+    // the output is left as it was.
+    HRESULT ReadValueInteger(IXMLDOMNode* parent, LONG* value);
+    HRESULT ReadValueUnsigned(IXMLDOMNode* parent, ULONG* value);
+    HRESULT ReadValueQName(IXMLDOMNode* parent, QualifiedName* value);
+    HRESULT ReadScoredPropertyInteger(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, LONG* value);
+    HRESULT ReadScoredPropertyQName(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                    QualifiedName* value);
+
+    // The name of the parameter that a scored property refers to.
+    HRESULT FindParameterRef(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName, QualifiedName* name);
+    HRESULT FindParameterInit(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* init);
+    // The value on the root of the parameter that a scored property refers to: S_OK, or S_FALSE where any step fails.
+    HRESULT ReadScoredParameterInteger(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                       LONG* value);
+    HRESULT ReadScoredParameterUnsigned(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                        ULONG* value);
+    HRESULT ReadScoredParameterQName(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                     QualifiedName* value);
+    HRESULT ReadParameterInitInteger(const WCHAR* uri, const WCHAR* localName, LONG* value);
+
+    // The feature, its first option and that option's name, by its attribute or else its property "OptionName". Where
+    // the name is wanted and there is none, nothing is given.
+    HRESULT FindFeatureOption(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* feature,
+                              ElementReference* option, QualifiedName* optionName);
+    HRESULT FindFeatureOption(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                              QualifiedName* optionName) {
+        return FindFeatureOption(parent, uri, localName, nullptr, nullptr, optionName);
+    }
+    HRESULT FindFeatureOption(const WCHAR* uri, const WCHAR* localName, QualifiedName* optionName) {
+        return FindFeatureOption(nullptr, uri, localName, optionName);
+    }
+
+  private:
+    IXMLDOMNode* ParentOrRoot(IXMLDOMNode* parent) const { return parent ? parent : root_.Get(); }
+    IXMLDOMNode* ScopeOf(IXMLDOMNode* node) const;
+    HRESULT ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, OwnedBstr* uri);
+    bool IsPrefixFree(IXMLDOMNode* node, const WCHAR* prefix, bool ifUnknown);
+    HRESULT GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix);
+    HRESULT SetName(IXMLDOMElement* element, const WCHAR* attributeUri, IXMLDOMNode* scope, const WCHAR* uri,
+                    const WCHAR* localName);
+    HRESULT AppendNamed(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* attributeUri, const WCHAR* uri,
+                        const WCHAR* localName, ElementReference* element);
+    HRESULT AppendOption(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, const WCHAR* constraint,
+                         ElementReference* option);
+    HRESULT AddPropertyOf(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* uri, const WCHAR* localName,
+                          ElementReference* property);
+    HRESULT AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, const WCHAR* text);
+    HRESULT AddQNameProperty(IXMLDOMNode* parent, const WCHAR* property, const WCHAR* uri, const WCHAR* localName);
+    HRESULT AddStringProperty(IXMLDOMNode* parent, const WCHAR* property, const WCHAR* uri, const WCHAR* text);
+    HRESULT AddNumberProperty(IXMLDOMNode* parent, const WCHAR* property, LONG value);
+    HRESULT AddNumberProperty(IXMLDOMNode* parent, const WCHAR* property, ULONG value);
+    HRESULT BeginParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, const WCHAR* displayName,
+                              const WCHAR* type, ElementReference* definition);
+    template <class Number>
+    HRESULT AddNumberParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                  const ParameterRange<Number>& range, const ParameterTraits& traits);
+    HRESULT ReadValueText(IXMLDOMNode* parent, ElementReference* value, OwnedBstr* text);
+    HRESULT FindScoredParameter(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                ElementReference* init);
+
+    ComReference<IXMLDOMDocument2> document_;
+    ElementReference root_;
+    ComReference<IMXNamespaceManager> manager_;
+    uint32_t prefixCounter_ = 0;
+};
+
+}  // namespace velmora
