@@ -1,6 +1,7 @@
 #include "driver/devdesc/description_file.h"
 
 #include <cstring>
+#include <utility>
 
 #include "driver/base/text.h"
 #include "driver/entry/printer_access.h"
@@ -268,6 +269,67 @@ void ReadShortText(HANDLE file, int16_t reference, char* destination) {
     TextPool(file).ReadShortText(reference, destination);
 }
 
+StringPool::StringPool(HANDLE file, WORD language, HMODULE module) : file_(file), language_(language), module_(module) {
+    DescriptionFileHeader header;
+    if (!ReadValueAt(file, 0, &header)) {
+        return;
+    }
+    uint16_t base = 0;
+    if (ReadEntry(file, header.languageTableOffset, language, &base)) {
+        strings_.Load(file, header.stringIndexOffset + uint64_t{base} * sizeof(base), header.stringPoolOffset);
+    }
+    names_.Load(file, header.nameIndexOffset, header.namePoolOffset);
+}
+
+void StringPool::Texts::Load(HANDLE file, uint64_t indexPosition, uint64_t poolPosition) {
+    LARGE_INTEGER fileSize;
+    if (!GetFileSizeEx(file, &fileSize)) {
+        return;
+    }
+    // Bytes of the file behind a position, as far as they can be reached: by a positive reference, and by an offset.
+    const auto reachable = [&](uint64_t position, size_t most) {
+        const auto size = static_cast<uint64_t>(fileSize.QuadPart);
+        const uint64_t left = position < size ? size - position : 0;
+        return left < most ? static_cast<size_t>(left) : most;
+    };
+    const size_t indexBytes = reachable(indexPosition, (size_t{INT16_MAX} + 1) * sizeof(uint16_t));
+    const size_t poolBytes = reachable(poolPosition, size_t{UINT16_MAX} + kTextCapacity);
+    offsets = HeapOwner<uint16_t>::AllocateSize(indexBytes);
+    bytes = HeapOwner<char>::Allocate(poolBytes);
+    if (IsLoaded()) {
+        count = ReadAt(file, indexPosition, offsets.Get(), indexBytes) / sizeof(uint16_t);
+        size = ReadAt(file, poolPosition, bytes.Get(), poolBytes);
+    }
+}
+
+void StringPool::Texts::Read(int16_t reference, WCHAR* destination, size_t capacity) const {
+    if (capacity == 0) {
+        return;
+    }
+    destination[0] = 0;
+    if (reference <= 0 || static_cast<size_t>(reference) >= count || offsets.Get()[reference] >= size) {
+        return;
+    }
+    const size_t offset = offsets.Get()[reference];
+    WidenText(destination, capacity, bytes.Get() + offset, size - offset < capacity ? size - offset : capacity);
+}
+
+void StringPool::ReadLocalizedString(int16_t reference, WCHAR* destination, size_t capacity) const {
+    if (reference > 0 && strings_.IsLoaded()) {
+        strings_.Read(reference, destination, capacity);
+    } else {
+        velmora::ReadLocalizedString(file_, language_, module_, reference, destination, capacity);
+    }
+}
+
+void StringPool::ReadName(int16_t reference, WCHAR* destination, size_t capacity) const {
+    if (names_.IsLoaded()) {
+        names_.Read(reference, destination, capacity);
+    } else {
+        velmora::ReadName(file_, reference, destination, capacity);
+    }
+}
+
 HeapOwner<BITMAPFILEHEADER> ReadImage(HANDLE file, uint16_t index) {
     const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
     uint32_t offset = 0;
@@ -299,6 +361,21 @@ uint16_t ReadBlob(HANDLE file, void* destination, size_t capacity) {
         return 0;
     }
     return static_cast<uint16_t>(header->blobSize);
+}
+
+HeapOwner<BYTE> LoadBlob(HANDLE file, size_t* size) {
+    *size = 0;
+    const HeapOwner<DescriptionFileHeader> header = ReadFileHeader(file);
+    if (!header || header->blobSize == 0) {
+        return {};
+    }
+    constexpr size_t kMostBytes = 2 * size_t{UINT16_MAX};
+    const size_t wanted = header->blobSize < kMostBytes ? header->blobSize : kMostBytes;
+    auto blob = HeapOwner<BYTE>::Allocate(wanted);
+    if (blob) {
+        *size = ReadAt(file, header->blobOffset, blob.Get(), wanted);
+    }
+    return *size > 0 ? std::move(blob) : HeapOwner<BYTE>();
 }
 
 uint32_t ReadPatternBlock(HANDLE file, int16_t index, void* destination, size_t count) {

@@ -68,12 +68,47 @@ class TextPool {
     HeapOwner<char> bytes_;  // empty: not loaded
 };
 
+// The localised strings of one language and the names, all read at once. What there is no memory for is read singly,
+// so the file has to stay open as long as this.
+class StringPool {
+  public:
+    // `language` is a primary identifier; `module`, which may be null, has the strings of negative references.
+    StringPool(HANDLE file, WORD language, HMODULE module);
+
+    // As the functions of the same names.
+    void ReadLocalizedString(int16_t reference, WCHAR* destination, size_t capacity) const;
+    void ReadName(int16_t reference, WCHAR* destination, size_t capacity) const;
+
+  private:
+    // An index and the texts that it leads to.
+    struct Texts {
+        HeapOwner<uint16_t> offsets;
+        size_t count = 0;
+        HeapOwner<char> bytes;
+        size_t size = 0;
+
+        void Load(HANDLE file, uint64_t indexPosition, uint64_t poolPosition);
+        bool IsLoaded() const { return offsets && bytes; }
+        void Read(int16_t reference, WCHAR* destination, size_t capacity) const;
+    };
+
+    HANDLE file_;
+    WORD language_;
+    HMODULE module_;
+    Texts strings_;
+    Texts names_;
+};
+
 // A whole bitmap file (BITMAPFILEHEADER, header, bits), bfSize bytes. Empty where the file ends before it does.
 HeapOwner<BITMAPFILEHEADER> ReadImage(HANDLE file, uint16_t index);
 
 // The low 16 bits of the command blob's size; 0 where there is none. With a destination, whose `capacity` bytes must
 // hold the whole blob, the blob is read into it; 0 where that fails.
 uint16_t ReadBlob(HANDLE file, void* destination, size_t capacity);
+
+// The part of the command blob that 16-bit slices can reach, and in `*size` the bytes of it that the file has. Empty
+// and 0 where there is none or no memory.
+HeapOwner<BYTE> LoadBlob(HANDLE file, size_t* size);
 
 // The offset of a pattern block in the pattern pool, 0 where the index has no such entry. With a destination, `count`
 // bytes of the block are read into it (32*k*k bytes make it whole; the file may hold fewer).

@@ -13,6 +13,7 @@
 #include "driver/entry/spool_directory.h"
 #include "driver/install/printer_events.h"
 #include "driver/job/job_hooks.h"
+#include "driver/ptprovider/class_factory.h"
 #include "driver/settings/printer_data_file.h"
 
 namespace velmora {
@@ -186,15 +187,12 @@ int WINAPI GuiEndJob(PDEVMODEW devMode, char* buffer, DWORD* size, void* record)
                   : kJobDone;
 }
 
-HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, LPVOID* ppv) {
-    if (ppv) {
-        *ppv = nullptr;
-    }
-    return CLASS_E_CLASSNOTAVAILABLE;
+HRESULT WINAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, LPVOID* ppv) {
+    return GetClassObject(rclsid, riid, ppv);
 }
 
 HRESULT WINAPI DllCanUnloadNow() {
-    return S_OK;
+    return CanUnloadNow() ? S_OK : S_FALSE;
 }
 
 }  // extern "C"

@@ -219,10 +219,9 @@ HRESULT SchemaDocument::CreateDocument() {
 
 HRESULT SchemaDocument::AttachDocument(IXMLDOMDocument2* document) {
     document_ = ComReference<IXMLDOMDocument2>::Share(document);
-    HRESULT result = document ? document->get_documentElement(root_.Receive()) : E_INVALIDARG;
-    if (result != S_OK || !root_) {
+    const HRESULT result = document ? document->get_documentElement(root_.Receive()) : E_INVALIDARG;
+    if (FAILED(result)) {
         Release();
-        result = result == S_OK ? S_FALSE : result;
     }
     DeclareStandardNamespaces();
     return result;

@@ -71,8 +71,8 @@ class SchemaDocument {
 
     // A new document with its XML declaration and without root; the standard namespaces are known afterwards.
     HRESULT CreateDocument();
-    // A caller's document, of which a reference is taken. Without a root it isn't attached; the standard namespaces are
-    // known afterwards in either case.
+    // A caller's document, of which a reference is taken; S_FALSE for one that has no root yet. Not attached where the
+    // root can't be had. The standard namespaces are known afterwards in any case.
     HRESULT AttachDocument(IXMLDOMDocument2* document);
     IXMLDOMDocument2* Document() const { return document_.Get(); }
     // Gives the document to the caller; the root stays.

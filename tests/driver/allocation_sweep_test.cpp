@@ -16,6 +16,8 @@
 #include "driver/entry/stored_devmode.h"
 #include "driver/install/printer_events.h"
 #include "driver/job/job_hooks.h"
+#include "driver/ptprovider/command_lists.h"
+#include "driver/ptprovider/printer_snapshot.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
 #include "driver/settings/printer_data_file.h"
@@ -277,6 +279,25 @@ std::vector<Operation> FailureSweep::Operations() {
              if (model) {
                  CountRecords(model->paperTable);
              }
+         }},
+        {"snapshot and command lists",
+         [this] {
+             WriteDriveFile(InstalledPath(u"KV62.XPI"), colorModel_);
+             const OwnedSnapshot snapshot = LoadPrinterSnapshot(Printer());
+             if (!snapshot) {
+                 return;
+             }
+             EXPECT_NE(snapshot.Get()->ownNamespace[0], 0);
+             for (const FeatureEntry& feature : snapshot.Get()->features) {
+                 EXPECT_LE(feature.options.first + feature.options.count, snapshot.Get()->options.count);
+             }
+             for (const ColorFeatureEntry& feature : snapshot.Get()->colorFeatures[0]) {
+                 EXPECT_LE(feature.values.first + feature.values.count, snapshot.Get()->colorValues.count);
+             }
+             TextList list;
+             AppendCommandSlice(*snapshot.Get(), 0, 10, &list);
+             AppendTextLines("a\nb", 3, &list);
+             EXPECT_LE(list.count, 3);
          }},
         {"printer and driver information",
          [this] {
