@@ -130,6 +130,13 @@ bool IsBlock(Resource kind, const void* block) {
     return header->magic == kMagic && header->kind == kind;
 }
 
+void DemandBlock(const char* call, Resource kind, const void* block) {
+    if (!IsBlock(kind, block)) {
+        fprintf(stderr, "%s: %p is no %s in use\n", call, block, ResourceName(kind));
+        abort();
+    }
+}
+
 std::vector<std::string> OpenBlocks() {
     std::vector<std::string> lines;
     BlockList& blocks = Blocks();
@@ -163,14 +170,6 @@ bool IsHeap(HANDLE heap) {
         return false;
     }
     return true;
-}
-
-// Going on after a bad block would hide the fault, and the published calls promise nothing for it.
-void DemandBlock(const char* call, Resource kind, const void* block) {
-    if (!IsBlock(kind, block)) {
-        fprintf(stderr, "%s: %p is no %s in use\n", call, block, ResourceName(kind));
-        abort();
-    }
 }
 
 }  // namespace

@@ -18,6 +18,9 @@ size_t BlockSize(Resource kind, const void* block);
 // A block of this kind that is in use. A freed block or a foreign address can't be told in every case; what can't is an
 // error that the address sanitizer reports.
 bool IsBlock(Resource kind, const void* block);
+// Ends the process with a message where it is none: going on after a bad block would hide the fault, and the published
+// calls promise nothing for it. `call` is the published name of the call that was given the block.
+void DemandBlock(const char* call, Resource kind, const void* block);
 
 // One line a block that is in use.
 std::vector<std::string> OpenBlocks();

@@ -22,6 +22,7 @@ struct Ledger {
     uintptr_t nextHandle = 0x100;
     std::map<std::pair<Resource, const void*>, Note> notes;
     uint64_t nextNote = 1;
+    std::vector<OpenList> lists;
 };
 
 // Never destroyed: programs may close things while the process ends.
@@ -121,9 +122,17 @@ bool NoteClosed(Resource kind, const void* what) {
     return TheLedger().notes.erase({kind, what}) == 1;
 }
 
+void AddOpenList(const OpenList& list) {
+    MachineLock lock;
+    TheLedger().lists.push_back(list);
+}
+
 void CloseEverything() {
     MachineLock lock;
     Ledger& ledger = TheLedger();
+    for (const OpenList& list : ledger.lists) {
+        list.closeAll();
+    }
     // Last opened, first closed: what was opened later may lean on what was opened before it.
     while (!ledger.objects.empty()) {
         const auto node = ledger.objects.extract(std::prev(ledger.objects.end()));
@@ -135,6 +144,11 @@ std::vector<std::string> StillOpen() {
     MachineLock lock;
     std::vector<std::string> lines = OpenBlocks();
     const Ledger& ledger = TheLedger();
+    for (const OpenList& list : ledger.lists) {
+        for (std::string& line : list.lines()) {
+            lines.push_back(std::move(line));
+        }
+    }
     std::vector<std::pair<uint64_t, std::string>> notes;
     for (const auto& [key, note] : ledger.notes) {
         std::string line = ResourceName(key.first);

@@ -85,7 +85,15 @@ void NoteOpened(Resource kind, const void* what, size_t size);
 // False where it was not open: a double free or a foreign address.
 bool NoteClosed(Resource kind, const void* what);
 
-// For the machine's end: destroys every object and forgets every note.
+// What a folder of the layer keeps a list of by itself, as a note for each would cost too much.
+struct OpenList {
+    std::vector<std::string> (*lines)();  // a line each
+    void (*closeAll)();                   // for the machine's end
+};
+// For the life of the process.
+void AddOpenList(const OpenList& list);
+
+// For the machine's end: destroys every object, closes what the lists have and forgets every note.
 void CloseEverything();
 
 }  // namespace host
