@@ -96,8 +96,9 @@ void AppendColorCommands(const PrinterSnapshot& snapshot, const PrivateDevMode& 
     const bool isOfPages =
         snapshot.model->pdlType == kPdlPcl6 && (snapshot.model->defaultOptionFlags & kModelColorSlicesPerPage) != 0;
     const auto tableOffset = static_cast<int16_t>(devMode.sliceTableOffset);
+    constexpr int kSlices = sizeof(PrivateDevMode::blobSlices) / sizeof(BlobSlice);
     constexpr size_t kTableBase = offsetof(PrivateDevMode, extensionTag);
-    for (int i = 0; tableOffset > 0 && i < devMode.sliceCount; ++i) {
+    for (int i = 0; tableOffset > 0 && i < std::min<int>(devMode.sliceCount, kSlices); ++i) {
         const size_t place = kTableBase + static_cast<size_t>(tableOffset) + static_cast<size_t>(i) * sizeof(BlobSlice);
         BlobSlice slice;
         if (place + sizeof(slice) > sizeof(devMode)) {

@@ -10,6 +10,7 @@
 #include "driver/base/handles.h"
 #include "driver/base/heap.h"
 #include "driver/devdesc/device_model.h"
+#include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/color_groups.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
@@ -19,7 +20,7 @@ namespace velmora {
 
 // Characters of texts, the terminator included.
 inline constexpr size_t kNamespaceCapacity = 160;
-inline constexpr size_t kPrefixCapacity = 64;
+inline constexpr size_t kPrefixCapacity = 58;  // so that a declaration's name fits 63 characters
 inline constexpr size_t kKeywordCapacity = 80;
 
 // What print tickets call an option.
@@ -40,8 +41,6 @@ struct PaperEntry {
     int16_t paperId;           // kFirstCustomPaper + i for the user's custom size i
     uint32_t ticketValues[3];  // 0 for custom sizes
 };
-
-inline constexpr int16_t kFirstCustomPaper = 448;
 
 struct MediaEntry {
     OptionName name;

@@ -167,7 +167,7 @@ HRESULT STDMETHODCALLTYPE IPTProvider::GetPrintCapabilities(IXMLDOMDocument2* ti
     if (!*capabilities) {
         *capabilities = context.document.DetachDocument();
     }
-    return S_OK;
+    return *capabilities ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT STDMETHODCALLTYPE IPTProvider::ValidatePrintTicket(IXMLDOMDocument2* ticket) {

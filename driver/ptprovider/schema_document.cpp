@@ -242,7 +242,7 @@ void SchemaDocument::DeclareStandardNamespaces() {
 
 // Where a node's bindings are looked up. A document declares nothing itself: its root's bindings are what counts.
 IXMLDOMNode* SchemaDocument::ScopeOf(IXMLDOMNode* node) const {
-    return !node || (node == document_.Get() && root_) ? root_.Get() : node;
+    return !node || node == document_.Get() ? root_.Get() : node;
 }
 
 // The namespace that a prefix stands for at a node; S_FALSE for none.
@@ -280,10 +280,14 @@ HRESULT SchemaDocument::GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix) {
 
 HRESULT SchemaDocument::DeclareNamespace(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* preferredPrefix,
                                          OwnedBstr* prefix) {
+    Wanted<OwnedBstr> bound(prefix);
+    bound->Reset();
     if (IsEmpty(uri)) {
         return E_INVALIDARG;
     }
-    Wanted<OwnedBstr> bound(prefix);
+    if (!manager_) {
+        return E_FAIL;
+    }
     // A preferred prefix that may be in use isn't taken: binding it anew would change what is written already.
     HRESULT result = S_OK;
     if (!IsEmpty(preferredPrefix) && IsPrefixFree(node, preferredPrefix, false)) {
@@ -296,7 +300,7 @@ HRESULT SchemaDocument::DeclareNamespace(IXMLDOMNode* node, const WCHAR* uri, co
         result = AddNamespaceAttribute(uri, bound->Get());
     }
     if (SUCCEEDED(result)) {
-        result = manager_ ? manager_->declarePrefix(bound->Get(), uri) : E_FAIL;
+        result = manager_->declarePrefix(bound->Get(), uri);
     }
     if (FAILED(result)) {
         bound->Reset();

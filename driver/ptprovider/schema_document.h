@@ -141,10 +141,14 @@ class SchemaDocument {
     HRESULT AddParameterInit(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ULONG value);
     HRESULT AddParameterInit(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, const WCHAR* valueUri,
                              const WCHAR* value);
-    // On the root.
-    template <class... Value>
-    HRESULT AddParameterInit(const WCHAR* uri, const WCHAR* localName, Value... value) {
-        return AddParameterInit(static_cast<IXMLDOMNode*>(nullptr), uri, localName, value...);
+    HRESULT AddParameterInit(const WCHAR* uri, const WCHAR* localName, LONG value) {
+        return AddParameterInit(nullptr, uri, localName, value);
+    }
+    HRESULT AddParameterInit(const WCHAR* uri, const WCHAR* localName, ULONG value) {
+        return AddParameterInit(nullptr, uri, localName, value);
+    }
+    HRESULT AddParameterInit(const WCHAR* uri, const WCHAR* localName, const WCHAR* valueUri, const WCHAR* value) {
+        return AddParameterInit(nullptr, uri, localName, valueUri, value);
     }
 
     // The numbers are written signed or unsigned, as they are.

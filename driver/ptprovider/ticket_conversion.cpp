@@ -1,5 +1,6 @@
 #include "driver/ptprovider/ticket_conversion.h"
 
+#include "driver/base/text.h"
 #include "driver/ptprovider/print_schema.h"
 
 namespace velmora {
@@ -29,15 +30,16 @@ void LoadDisplayName(const ConversionContext& context, UINT id, WCHAR (&name)[kD
 
 // What every document declares on its root.
 void DeclareDocumentNamespaces(ConversionContext& context) {
-    const PrinterSnapshot& printer = *context.printer;
     for (const StandardNamespace& standard : kStandardNamespaces) {
         // The model's own namespace takes the place of the driver's for models.
-        if (standard.uri != kOemNamespace) {
+        if (!TextsEqual(standard.uri, kOemNamespace)) {
             context.document.AddNamespaceAttribute(standard.uri, standard.prefix);
         }
     }
-    context.document.AddNamespaceAttribute(printer.ownNamespace, printer.ownPrefix);
-    if (printer.isXpsWriter) {
+    const PrinterSnapshot* const printer = context.printer;
+    context.document.AddNamespaceAttribute(printer ? printer->ownNamespace : kOemNamespace,
+                                           printer ? printer->ownPrefix : kOemPrefix);
+    if (printer && printer->isXpsWriter) {
         context.document.AddNamespaceAttribute(kXpsWriterNamespace, TEXT("ns0000"));
     }
 }
@@ -120,9 +122,6 @@ void WriteTicket(ConversionContext& context, const WorkingDevMode& working) {
 }
 
 void BuildPrintCapabilities(ConversionContext& context, const WorkingDevMode& working) {
-    if (!context.printer || !working.DevMode()) {
-        return;
-    }
     SchemaDocument& document = context.document;
     if (!document.Document()) {
         document.CreateDocument();
@@ -135,6 +134,9 @@ void BuildPrintCapabilities(ConversionContext& context, const WorkingDevMode& wo
     }
     document.AppendBanner(TEXT("Kestranix print capabilities"));
     DeclareDocumentNamespaces(context);
+    if (!context.printer || !working.DevMode()) {
+        return;
+    }
     WritePrintRate(context);
     DefineCopies(context);
 }

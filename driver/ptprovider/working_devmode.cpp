@@ -65,13 +65,12 @@ void AppendJobText(const JobText& job, const JobPrinter& printer, const VelmoraD
     AppendTextLines(whole.Get(), size, list);
 }
 
-void AppendDescription(const JobPrinter& printer, const VelmoraDevMode& devMode, TextList* list) {
-    // Describing a job by a record notes so in the device mode, which the ticket's own must not show.
-    VelmoraDevMode described = devMode;
+// Describing a job by a record notes so in the device mode.
+void AppendDescription(const JobPrinter& printer, VelmoraDevMode* devMode, TextList* list) {
     DWORD size = 0;
-    BuildJobDescription(nullptr, &size, nullptr, printer, &described);
+    BuildJobDescription(nullptr, &size, nullptr, printer, devMode);
     const auto buffer = size > 0 ? HeapOwner<char>::Allocate(size) : HeapOwner<char>();
-    if (!buffer || !BuildJobDescription(buffer.Get(), &size, nullptr, printer, &described)) {
+    if (!buffer || !BuildJobDescription(buffer.Get(), &size, nullptr, printer, devMode)) {
         return;
     }
     if ((printer.model.descriptionFlags & kDescriptionsAreText) != 0) {
@@ -120,7 +119,7 @@ void UnpackExceptions(const PrivateDevMode& devMode, ExceptionRecord (&exception
     }
 }
 
-void FillTextLists(const PrinterSnapshot& snapshot, const JobPrinter& printer, const VelmoraDevMode& devMode,
+void FillTextLists(const PrinterSnapshot& snapshot, const JobPrinter& printer, VelmoraDevMode* devMode,
                    TextList (&lists)[kTextListCount]) {
     if (printer.model.pdlType == kPdlImage) {
         for (const TextListId id : {kDocumentStartOcmData, kDocumentSheetOcmData, kDocumentEndOcmData}) {
@@ -128,18 +127,18 @@ void FillTextLists(const PrinterSnapshot& snapshot, const JobPrinter& printer, c
         }
     } else {
         AppendColorCommands(
-            snapshot, devMode.privatePart,
+            snapshot, devMode->privatePart,
             {&lists[kDocumentStartColorCorrectionCommands], &lists[kDocumentPageColorCorrectionCommands],
              &lists[kDocumentTextColorCorrectionCommands], &lists[kDocumentImageColorCorrectionCommands],
              &lists[kDocumentGraphicsColorCorrectionCommands]});
     }
-    const PrivateDevMode& part = devMode.privatePart;
+    const PrivateDevMode& part = devMode->privatePart;
     const JobText jobTexts[] = {
         {part.pjlJobStart, sizeof(part.pjlJobStart), kStartMarker, BuildStart, kDocumentStartPjl},
         {part.pjlJobEnd, sizeof(part.pjlJobEnd), kEndMarker, BuildPjlEnd, kDocumentEndPjl},
     };
     for (const JobText& text : jobTexts) {
-        AppendJobText(text, printer, devMode, &lists[text.list]);
+        AppendJobText(text, printer, *devMode, &lists[text.list]);
     }
 }
 
@@ -196,7 +195,7 @@ void WorkingDevMode::Prepare(DEVMODEW* input, size_t size) {
     UnpackExceptions(devMode_->privatePart, exceptions, exceptionPages);
     if (printer && printer->model) {
         const JobPrinter job = {hPrinter, name, printer->descriptionFile.Get(), *printer->model};
-        FillTextLists(*printer, job, *devMode_, lists);
+        FillTextLists(*printer, job, devMode_, lists);
     }
 }
 

@@ -133,8 +133,9 @@ class WorkingDevMode {
 void UnpackExceptions(const PrivateDevMode& devMode, ExceptionRecord (&exceptions)[kExceptionSlots],
                       ExceptionPageList (&pages)[kExceptionSlots]);
 
-// Fills the ten lists, which are empty, for a printer with a model.
-void FillTextLists(const PrinterSnapshot& snapshot, const JobPrinter& printer, const VelmoraDevMode& devMode,
+// Fills the ten lists, which are empty, for a printer with a model. Of the device mode uiFlagD changes where the model
+// describes jobs by a record.
+void FillTextLists(const PrinterSnapshot& snapshot, const JobPrinter& printer, VelmoraDevMode* devMode,
                    TextList (&lists)[kTextListCount]);
 
 }  // namespace velmora

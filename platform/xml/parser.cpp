@@ -170,7 +170,8 @@ class Builder {
     }
 
     void Report(const xmlError& error) {
-        if (error.level < XML_ERR_ERROR || error.code == XML_ERR_USER_STOP) {
+        // A namespace's name may be any text.
+        if (error.level < XML_ERR_ERROR || error.code == XML_ERR_USER_STOP || error.code == XML_WAR_NS_URI) {
             return;
         }
         std::string reason = error.message != nullptr ? error.message : "";
@@ -180,8 +181,8 @@ class Builder {
         SetFault(E_XML_NOTWF, ToWide(reason), error.line, error.int2);
     }
 
-    // The first one counts. `byteColumn` is from 1, in the line's UTF-8.
-    void SetFault(HRESULT code, std::u16string reason, int line, int byteColumn) {
+    // The first one counts.
+    void SetFault(HRESULT code, std::u16string reason, int line, int column) {
         if (fault_.code != S_OK) {
             return;
         }
@@ -196,8 +197,7 @@ class Builder {
         std::u16string_view source = text_.substr(begin);
         source = source.substr(0, source.find_first_of(u"\r\n"));
         fault_.source = source;
-        const size_t bytesBefore = static_cast<size_t>(std::max(byteColumn, 1) - 1);
-        fault_.column = static_cast<LONG>(ToWide(ToUtf8(source).substr(0, bytesBefore)).size()) + 1;
+        fault_.column = std::max(column, 1);
     }
 
     Document* document_;

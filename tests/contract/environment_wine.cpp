@@ -26,6 +26,8 @@ class WineEnvironment : public ContractEnvironment {
         std::filesystem::create_directories(settings);
         SetEnvironmentVariableW(L"USERPROFILE", user.c_str());
         SetEnvironmentVariableW(L"APPDATA", settings.c_str());
+        ProbeCalls(nullptr);
+        PutStandIns(GetModuleHandleW(nullptr));
     }
 
     ~WineEnvironment() override {

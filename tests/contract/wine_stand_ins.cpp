@@ -12,14 +12,16 @@
 
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
+#include "tests/contract/dom_document.h"
+#include "tests/contract/wine_namespace_manager.h"
 
 namespace contract {
 namespace {
 
 // The test program's own imports are replaced too, so what a stand-in builds on is asked of the library itself.
 template <class Function>
-Function Genuine(const char* name) {
-    const auto address = GetProcAddress(GetModuleHandleW(L"winspool.drv"), name);
+Function Genuine(const char* name, const wchar_t* library = L"winspool.drv") {
+    const auto address = GetProcAddress(GetModuleHandleW(library), name);
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 #define GENUINE(call) Genuine<decltype(&(call))>(#call)
@@ -491,6 +493,26 @@ int WINAPI StandInDeviceCapabilities(LPCWSTR device, LPCWSTR, WORD capability, L
                : static_cast<int>(ask(driver.printer, name.data(), capability, output, const_cast<DEVMODEW*>(devMode)));
 }
 
+// --- Namespaces of XML documents: CoCreateInstance of MXNamespaceManager60
+
+// Asked once, before the program's own import leads to the stand-in.
+bool PushesNodeContexts(HANDLE) {
+    const ComOnThread com;
+    const auto document = NewDocument();
+    const auto element = NewNode(document.Get(), NODE_ELEMENT, L"probe", L"");
+    return NewNamespaceManager()->pushNodeContext(element.Get(), VARIANT_TRUE) == S_OK;
+}
+
+HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
+                                     LPVOID* object) {
+    if (classId != kNamespaceManagerClass || outer != nullptr || (context & CLSCTX_INPROC_SERVER) == 0) {
+        const auto genuine = Genuine<decltype(&CoCreateInstance)>("CoCreateInstance", L"ole32.dll");
+        return genuine(classId, outer, context, interfaceId, object);
+    }
+    const ComReference<IMXNamespaceManager> manager(MakeNamespaceManager());
+    return manager->QueryInterface(interfaceId, object);
+}
+
 // --- Which are used, and where
 
 struct StandIn {
@@ -498,12 +520,15 @@ struct StandIn {
     const char* why;
     bool (*works)(HANDLE printer);
     void* function;
+    bool needsPrinter;  // to be probed
+    bool probed;
     bool used;
 };
 
 template <class Function>
-StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Function function) {
-    return {call, why, works, reinterpret_cast<void*>(function), false};
+StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Function function,
+                    bool needsPrinter = true) {
+    return {call, why, works, reinterpret_cast<void*>(function), needsPrinter, false, false};
 }
 #define STAND_IN(call, why, works, function) MakeStandIn<decltype(&(call))>(#call, why, works, function)
 
@@ -525,6 +550,8 @@ std::vector<StandIn> standIns = {
     STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),
     STAND_IN(GetPrinterW, kTextOnly, KeepsDevModes, StandInGetPrinter),
     STAND_IN(SetPrinterW, kTextOnly, KeepsDevModes, StandInSetPrinter),
+    MakeStandIn<decltype(&CoCreateInstance)>("CoCreateInstance", "MXNamespaceManager60 doesn't push contexts of nodes",
+                                             PushesNodeContexts, StandInCreateInstance, false),
 };
 
 // Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.
@@ -587,25 +614,32 @@ FARPROC WINAPI FindWithStandIns(HMODULE module, LPCSTR name) {
 }  // namespace
 
 void ProbeCalls(HANDLE printer) {
-    static const bool probed = [printer] {
-        sendsEvents = SendsEvents(printer);
-        if (!sendsEvents) {
-            std::cout << "stand-in: DrvPrinterEvent is called for AddPrinterW and DeletePrinter (the driver isn't told)"
-                      << std::endl;
-        }
-        std::map<bool (*)(HANDLE), bool> results;
-        for (StandIn& standIn : standIns) {
-            if (!results.contains(standIn.works)) {
-                results[standIn.works] = standIn.works(printer);
+    if (printer != nullptr) {
+        static const bool asked = [printer] {
+            sendsEvents = SendsEvents(printer);
+            if (!sendsEvents) {
+                std::cout << "stand-in: DrvPrinterEvent is called for AddPrinterW and DeletePrinter (the driver isn't "
+                             "told)"
+                          << std::endl;
             }
-            standIn.used = !results[standIn.works];
-            if (standIn.used) {
-                std::cout << "stand-in: " << standIn.call << " (" << standIn.why << ")" << std::endl;
-            }
+            return true;
+        }();
+        static_cast<void>(asked);
+    }
+    std::map<bool (*)(HANDLE), bool> results;
+    for (StandIn& standIn : standIns) {
+        if (standIn.probed || standIn.needsPrinter != (printer != nullptr)) {
+            continue;
         }
-        return true;
-    }();
-    static_cast<void>(probed);
+        if (!results.contains(standIn.works)) {
+            results[standIn.works] = standIn.works(printer);
+        }
+        standIn.probed = true;
+        standIn.used = !results[standIn.works];
+        if (standIn.used) {
+            std::cout << "stand-in: " << standIn.call << " (" << standIn.why << ")" << std::endl;
+        }
+    }
 }
 
 void PutStandIns(HMODULE module) {

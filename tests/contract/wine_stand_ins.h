@@ -6,8 +6,8 @@
 
 namespace contract {
 
-// Finds out which calls fall short, once a process, and prints each stand-in that is used from then on. `printer` is
-// open for administering; it is as it was afterwards.
+// Finds out which calls fall short, each once a process, and prints each stand-in that is used from then on. `printer`
+// is open for administering, and is as it was afterwards; null: only the calls that have nothing to do with printers.
 void ProbeCalls(HANDLE printer);
 
 // Puts the stand-ins that are used into the import table of a loaded module.

@@ -58,13 +58,12 @@ Texts TextsOf(const TextList& list) {
 
 class CommandLists : public MachineTest {
   protected:
+    void SetUp() override { Install(SmallModel(kPdlPcl6).Build()); }
+
     OwnedSnapshot Bind(uint16_t pdlType, const std::string& blob, uint32_t optionFlags = 0) {
         DescriptionBuilder builder = SmallModel(pdlType);
         builder.blob = blob;
         builder.fields.defaultOptionFlags = optionFlags;
-        if (!Printer()) {
-            Install(builder.Build());
-        }
         Describe(builder);
         return LoadPrinterSnapshot(Printer());
     }
@@ -121,6 +120,23 @@ TEST_F(CommandLists, SlicesEndWithTheBlob) {
         TextList list;
         AppendCommandSlice(*snapshot.Get(), c.start, c.length, &list);
         EXPECT_EQ(TextsOf(list), c.expected);
+    }
+}
+
+TEST_F(CommandLists, ABlobIsWhatTheFileHasOfIt) {
+    const std::string good = SmallModel(kPdlPcl6).Build();
+    const struct {
+        uint32_t fromEnd;
+        uint32_t size;
+        size_t expected;
+    } cases[] = {{3, 0xFFFFFFFF, 3}, {3, 2, 2}, {3, 0, 0}, {0, 10, 0}};
+    for (const auto& c : cases) {
+        std::string bytes = good;
+        HeaderOf(bytes).blobOffset = static_cast<uint32_t>(bytes.size()) - c.fromEnd;
+        HeaderOf(bytes).blobSize = c.size;
+        size_t size = 99;
+        EXPECT_EQ(static_cast<bool>(LoadBlob(OpenDescription(bytes).Get(), &size)), c.expected > 0);
+        EXPECT_EQ(size, c.expected);
     }
 }
 

@@ -1,6 +1,7 @@
 // What the PrintTicket provider reads of a printer's model.
 #include "driver/ptprovider/printer_snapshot.h"
 
+#include "driver/base/text.h"
 #include "driver/devdesc/model_tables.h"
 #include "driver/ptprovider/print_schema.h"
 #include "driver/settings/settings_folder.h"
@@ -13,11 +14,11 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-// A name with the preferred prefix of its namespace, "own:" for the snapshot's.
+// A name with the preferred prefix of its namespace, "own:" where it has none.
 std::string NameOf(const OptionName& name) {
     std::string prefix = "own";
     for (const StandardNamespace& standard : kStandardNamespaces) {
-        if (standard.uri == name.namespaceUri) {
+        if (TextsEqual(standard.uri, name.namespaceUri)) {
             prefix = ToText(standard.prefix);
         }
     }
@@ -212,14 +213,14 @@ TEST_F(Snapshot, HasAnEntryForEachRecord) {
     ASSERT_TRUE(owner);
     const PrinterSnapshot& snapshot = *owner.Get();
     EXPECT_EQ(Lines(snapshot.papers), (Texts{"psk:ISOA4 A4 210000 297000 1 9 1 2 3",
-                                             "own:Card " + std::string(127, 'l') + " 101600 152400 0 300 0 0 0",
-                                             "own:custom_123.4x234.5mm Mine 123400 234500 1 448 0 0 0",
-                                             "own:custom_2.000x3.000in Ours 50800 76200 0 449 0 0 0"}));
+                                             "oem:Card " + std::string(127, 'l') + " 101600 152400 0 300 0 0 0",
+                                             "oem:custom_123.4x234.5mm Mine 123400 234500 1 448 0 0 0",
+                                             "oem:custom_2.000x3.000in Ours 50800 76200 0 449 0 0 0"}));
     EXPECT_EQ(Lines(snapshot.media), (Texts{"psk:Plain Plain 1 4 5 6 null", "kxp:Gloss Gloss 2 0 0 0 "}));
     EXPECT_EQ(Lines(snapshot.trays),
-              (Texts{"psk:AutoSelect Any tray 1 7", "own: " + std::string(47, 't') + " 16 261"}));
-    EXPECT_EQ(Lines(snapshot.extraKeywords), Texts{"own:Extra Extra 8 77"});
-    EXPECT_EQ(Lines(snapshot.resolutions), Texts{"own:R600 600 dpi 600 300 600 7 8 9"});
+              (Texts{"psk:AutoSelect Any tray 1 7", "oem: " + std::string(47, 't') + " 16 261"}));
+    EXPECT_EQ(Lines(snapshot.extraKeywords), Texts{"oem:Extra Extra 8 77"});
+    EXPECT_EQ(Lines(snapshot.resolutions), Texts{"oem:R600 600 dpi 600 300 600 7 8 9"});
     const EntryList<KeywordEntry>* const lists[] = {&snapshot.extraListA,   &snapshot.extraListB,
                                                     &snapshot.extraListC,   &snapshot.mediaColors,
                                                     &snapshot.photoIntents, &snapshot.signatureOptions};
@@ -228,7 +229,7 @@ TEST_F(Snapshot, HasAnEntryForEachRecord) {
         EXPECT_EQ(Lines(*lists[i]), Texts{"kxp:E" + number + " Entry " + number + " 4294967295 0"});
     }
     EXPECT_EQ(Lines(snapshot.features),
-              (Texts{"kxp:F0 F0 16 0 2", "own:F1 F1 0 1 1", "own:F2 F2 0 0 0", "own:F3 F3 0 0 0", "own:F4 F4 0 0 0"}));
+              (Texts{"kxp:F0 F0 16 0 2", "oem:F1 F1 0 1 1", "oem:F2 F2 0 0 0", "oem:F3 F3 0 0 0", "oem:F4 F4 0 0 0"}));
     EXPECT_EQ(Lines(snapshot.options), (Texts{"kxp:One One", "psk:Two Two"}));
     EXPECT_EQ(Lines(snapshot.colorModes), (Texts{"Vivid 8", "Manual 4", "System 2", "Printer 1"}));
     EXPECT_EQ(snapshot.colorModeKinds, 15u);
@@ -239,7 +240,7 @@ TEST_F(Snapshot, HasAnEntryForEachRecord) {
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(snapshot.blob.Get()), snapshot.blobSize), "commands");
     EXPECT_EQ(ToText(snapshot.ownPrefix), "oem");
     EXPECT_EQ(ToText(snapshot.ownNamespace), ToText(kOemNamespace));
-    EXPECT_EQ(ToText(snapshot.descriptionPath), ToText(InstalledPath(u"KV62.XPI")));
+    EXPECT_TRUE(ToText(snapshot.descriptionPath).ends_with("\\3\\KV62.XPI"));
     EXPECT_EQ(snapshot.installed.installedOptions, 0x11u);
     EXPECT_TRUE(snapshot.isXpsWriter);
 }

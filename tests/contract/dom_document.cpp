@@ -1,0 +1,65 @@
+#include "tests/contract/dom_document.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "tests/contract/transcript.h"
+
+namespace contract {
+namespace {
+
+void Check(HRESULT result, const char* what) {
+    if (result != S_OK) {
+        throw std::runtime_error(std::string(what) + " gives " + std::to_string(result));
+    }
+}
+
+template <class Interface>
+ComReference<Interface> NewObject(const CLSID& classId, const char* what) {
+    void* object = nullptr;
+    Check(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, kInterfaceId<Interface>, &object), what);
+    return ComReference<Interface>(static_cast<Interface*>(object));
+}
+
+}  // namespace
+
+ComReference<IXMLDOMDocument2> NewDocument() {
+    auto document = NewObject<IXMLDOMDocument2>(kDomDocumentClass, "making a document");
+    Check(document->put_async(VARIANT_FALSE), "put_async");
+    Check(document->put_validateOnParse(VARIANT_FALSE), "put_validateOnParse");
+    Check(document->put_resolveExternals(VARIANT_FALSE), "put_resolveExternals");
+    return document;
+}
+
+ComReference<IXMLDOMDocument2> LoadDocument(const WideText& text) {
+    auto document = NewDocument();
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    if (document->loadXML(Bstr(text).Get(), &loaded) != S_OK || loaded != VARIANT_TRUE) {
+        throw std::runtime_error("not well-formed: " + Printable(text));
+    }
+    return document;
+}
+
+ComReference<IMXNamespaceManager> NewNamespaceManager() {
+    return NewObject<IMXNamespaceManager>(kNamespaceManagerClass, "making a namespace manager");
+}
+
+ComReference<IXMLDOMNode> NewNode(IXMLDOMDocument2* document, DOMNodeType type, const WideText& name,
+                                  const WideText& uri) {
+    ComReference<IXMLDOMNode> node;
+    Check(document->createNode(Variant(type).Get(), Bstr(name).Get(), Bstr(uri).Get(), node.Receive()), "createNode");
+    return node;
+}
+
+void SetAttributeNode(IXMLDOMDocument2* document, IXMLDOMNode* element, const WideText& name, const WideText& uri,
+                      const WideText& value) {
+    const auto attribute = NewNode(document, NODE_ATTRIBUTE, name, uri).As<IXMLDOMAttribute>();
+    Check(attribute->put_nodeValue(Variant(value).Get()), "put_nodeValue");
+    void* owner = nullptr;
+    Check(element->QueryInterface(kInterfaceId<IXMLDOMElement>, &owner), "QueryInterface of an element");
+    const ComReference<IXMLDOMElement> ownerElement(static_cast<IXMLDOMElement*>(owner));
+    ComReference<IXMLDOMAttribute> former;
+    Check(ownerElement->setAttributeNode(attribute.Get(), former.Receive()), "setAttributeNode");
+}
+
+}  // namespace contract
