@@ -7,6 +7,7 @@
 #include "bench/bench.h"
 #include "bench/install_bench.h"
 #include "bench/job_bench.h"
+#include "bench/ticket_bench.h"
 #include "bench/validation_bench.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/paper_lookup.h"
@@ -174,7 +175,8 @@ class DriverBench : public Bench {
         holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest->name,
                              times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
         holds &= PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes);
-        for (const Bench* bench : std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_}) {
+        for (const Bench* bench :
+             std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_, &tickets_}) {
             holds &= bench->Judge(times);
         }
         return holds;
@@ -199,6 +201,7 @@ class DriverBench : public Bench {
     ValidationBench validation_{machine_};
     JobBench jobs_{machine_};
     InstallBench installation_{machine_};
+    TicketBench tickets_;
 };
 
 }  // namespace

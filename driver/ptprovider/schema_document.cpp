@@ -68,36 +68,65 @@ class NodeScope {
     HRESULT result_;
 };
 
-// Asks for a text of the manager: into a buffer of the usual size, else into one of the size that it tells.
-// `ask`: HRESULT(WCHAR* buffer, int* characters).
-template <class Ask>
-HRESULT AskText(Ask ask, OwnedBstr* text) {
-    WCHAR usual[160];
-    int length = static_cast<int>(sizeof(usual) / sizeof(usual[0]));
-    HRESULT result = ask(usual, &length);
-    if (result == S_OK) {
-        *text = OwnedBstr(usual);
-        return MadeOf(*text);
+// A text that the manager gives.
+class ManagerText {
+  public:
+    ManagerText() { usual_[0] = 0; }
+    // Into a buffer of the usual size, else into one of the size that the manager tells.
+    // `ask`: HRESULT(WCHAR* buffer, int* characters). The text is there after S_OK.
+    template <class Ask>
+    HRESULT Receive(Ask ask) {
+        int length = static_cast<int>(sizeof(usual_) / sizeof(usual_[0]));
+        HRESULT result = ask(usual_, &length);
+        if (result != kBufferTooSmall) {
+            return result;
+        }
+        length = 0;
+        result = ask(nullptr, &length);
+        if (result != S_OK || length < 0) {
+            return FAILED(result) ? result : E_FAIL;
+        }
+        int capacity = length + 1;
+        longer_ = HeapOwner<WCHAR>::Allocate(static_cast<size_t>(capacity));
+        return longer_ ? ask(longer_.Get(), &capacity) : E_OUTOFMEMORY;
     }
-    if (result != kBufferTooSmall) {
-        return result;
+    const WCHAR* Text() const { return longer_ ? longer_.Get() : usual_; }
+
+  private:
+    WCHAR usual_[160];
+    HeapOwner<WCHAR> longer_;
+};
+
+// True for the Print Schema's own namespaces, whose attributes are written without prefix.
+bool IsPrintSchema(const WCHAR* uri) {
+    return uri == kFrameworkNamespace || TextsEqual(uri, kFrameworkNamespace) || TextsEqual(uri, kKeywordsNamespace);
+}
+
+// A prefix that stands for the namespace at the scope; S_FALSE for none.
+HRESULT FindPrefix(IMXNamespaceManager* manager, IXMLDOMNode* scope, const WCHAR* uri, ManagerText* prefix) {
+    if (IsEmpty(uri)) {
+        return E_INVALIDARG;
     }
-    length = 0;
-    result = ask(nullptr, &length);
-    if (result != S_OK || length < 0) {
-        return FAILED(result) ? result : E_FAIL;
+    if (!manager) {
+        return E_FAIL;
     }
-    int capacity = length + 1;
-    const auto buffer = HeapOwner<WCHAR>::Allocate(static_cast<size_t>(capacity));
-    if (!buffer) {
-        return E_OUTOFMEMORY;
+    const NodeScope bindings(manager, scope);
+    if (FAILED(bindings.Result())) {
+        return bindings.Result();
     }
-    result = ask(buffer.Get(), &capacity);
-    if (result == S_OK) {
-        *text = OwnedBstr(buffer.Get());
-        return MadeOf(*text);
+    const HRESULT result =
+        prefix->Receive([&](WCHAR* buffer, int* length) { return manager->getPrefix(uri, 0, buffer, length); });
+    // As the manager says that a namespace has no prefix.
+    return result == E_FAIL ? S_FALSE : result;
+}
+
+// Where a written name's local part begins: behind the first colon where there is one.
+const WCHAR* LocalPart(const WCHAR* written) {
+    const WCHAR* colon = written;
+    while (*colon != 0 && *colon != TEXT(':')) {
+        ++colon;
     }
-    return result;
+    return *colon != 0 ? colon + 1 : written;
 }
 
 bool IsElement(IXMLDOMNode* node, HRESULT* error) {
@@ -179,7 +208,7 @@ class Wanted {
 
 }  // namespace
 
-SchemaDocument::SchemaDocument() {
+SchemaDocument::SchemaDocument() : framework_(kFrameworkNamespace) {
     void* manager = nullptr;
     if (SUCCEEDED(
             CoCreateInstance(kMxNamespaceManager60, nullptr, CLSCTX_INPROC_SERVER, kIidNamespaceManager, &manager))) {
@@ -254,7 +283,14 @@ HRESULT SchemaDocument::ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, Ow
     if (FAILED(scope.Result())) {
         return scope.Result();
     }
-    return AskText([&](WCHAR* buffer, int* length) { return manager_->getURI(prefix, nullptr, buffer, length); }, uri);
+    ManagerText found;
+    const HRESULT result =
+        found.Receive([&](WCHAR* buffer, int* length) { return manager_->getURI(prefix, nullptr, buffer, length); });
+    if (result != S_OK) {
+        return result;
+    }
+    *uri = OwnedBstr(found.Text());
+    return MadeOf(*uri);
 }
 
 // True where the prefix stands for nothing at the node; `ifUnknown` where that can't be told.
@@ -319,20 +355,13 @@ HRESULT SchemaDocument::AddNamespaceAttribute(const WCHAR* uri, const WCHAR* pre
 
 HRESULT SchemaDocument::LookupPrefix(IXMLDOMNode* node, const WCHAR* uri, OwnedBstr* prefix) {
     prefix->Reset();
-    if (IsEmpty(uri)) {
-        return E_INVALIDARG;
+    ManagerText found;
+    const HRESULT result = FindPrefix(manager_.Get(), ScopeOf(node), uri, &found);
+    if (result != S_OK) {
+        return result;
     }
-    if (!manager_) {
-        return E_FAIL;
-    }
-    const NodeScope scope(manager_.Get(), ScopeOf(node));
-    if (FAILED(scope.Result())) {
-        return scope.Result();
-    }
-    const HRESULT result =
-        AskText([&](WCHAR* buffer, int* length) { return manager_->getPrefix(uri, 0, buffer, length); }, prefix);
-    // As the manager says that a namespace has no prefix.
-    return result == E_FAIL ? S_FALSE : result;
+    *prefix = OwnedBstr(found.Text());
+    return MadeOf(*prefix);
 }
 
 HRESULT SchemaDocument::MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* localName, OwnedBstr* text) {
@@ -340,16 +369,18 @@ HRESULT SchemaDocument::MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCH
     if (IsEmpty(uri) || IsEmpty(localName)) {
         return E_INVALIDARG;
     }
-    OwnedBstr prefix;
-    HRESULT result = LookupPrefix(node, uri, &prefix);
+    ManagerText found;
+    OwnedBstr declared;
+    HRESULT result = FindPrefix(manager_.Get(), ScopeOf(node), uri, &found);
     if (result == S_FALSE) {
-        result = DeclareNamespace(node, uri, nullptr, &prefix);
+        result = DeclareNamespace(node, uri, nullptr, &declared);
     }
     if (FAILED(result)) {
         return result;
     }
+    const WCHAR* const prefix = declared ? declared.Get() : found.Text();
     const size_t length = TextLength(localName, kLocalNameLimit);
-    const size_t prefixLength = prefix.Length();
+    const size_t prefixLength = TextLength(prefix, kPrefixLimit);
     if (length >= kLocalNameLimit || prefixLength >= kPrefixLimit) {
         return E_INVALIDARG;
     }
@@ -357,7 +388,7 @@ HRESULT SchemaDocument::MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCH
         *text = OwnedBstr(localName);
         return MadeOf(*text);
     }
-    return JoinName(prefix.Get(), prefixLength, localName, length, text);
+    return JoinName(prefix, prefixLength, localName, length, text);
 }
 
 HRESULT SchemaDocument::SplitQName(IXMLDOMNode* node, const WCHAR* text, QualifiedName* name) {
@@ -365,14 +396,10 @@ HRESULT SchemaDocument::SplitQName(IXMLDOMNode* node, const WCHAR* text, Qualifi
     if (!text) {
         return E_INVALIDARG;
     }
-    const size_t length = TextLength(text);
-    size_t prefixLength = 0;
-    while (prefixLength < length && text[prefixLength] != TEXT(':')) {
-        ++prefixLength;
-    }
-    const bool hasPrefix = prefixLength < length;
-    OwnedBstr prefix = OwnedBstr::OfLength(hasPrefix ? prefixLength : 0);
-    name->localName = OwnedBstr(hasPrefix ? text + prefixLength + 1 : text);
+    const WCHAR* const localName = LocalPart(text);
+    const bool hasPrefix = localName != text;
+    OwnedBstr prefix = OwnedBstr::OfLength(hasPrefix ? static_cast<size_t>(localName - text) - 1 : 0);
+    name->localName = OwnedBstr(localName);
     HRESULT result = prefix && name->localName ? S_OK : E_OUTOFMEMORY;
     if (SUCCEEDED(result)) {
         std::memcpy(prefix.Get(), text, prefix.Length() * sizeof(WCHAR));
@@ -390,29 +417,51 @@ HRESULT SchemaDocument::SplitQName(IXMLDOMNode* node, const WCHAR* text, Qualifi
 
 // --- Building
 
+// A namespace as the object model takes it, null for none: the framework's, which most nodes are in, or `made`. Null
+// where it couldn't be made, too.
+BSTR SchemaDocument::NamespaceText(const WCHAR* uri, OwnedBstr* made) const {
+    if (*uri == 0) {
+        return nullptr;
+    }
+    if (uri == kFrameworkNamespace && framework_) {
+        return framework_.Get();
+    }
+    *made = OwnedBstr(uri);
+    return made->Get();
+}
+
 HRESULT SchemaDocument::SetAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const WCHAR* value) {
-    if (!element || IsEmpty(name) || !uri || !value || !document_) {
+    return value ? PutAttribute(element, name, uri, OwnedBstr(value)) : E_INVALIDARG;
+}
+
+HRESULT SchemaDocument::PutAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri,
+                                     const OwnedBstr& value) {
+    if (!element || IsEmpty(name) || !uri || !document_) {
         return E_INVALIDARG;
     }
-    OwnedBstr prefix;
-    if (*uri != 0 && !TextsEqual(uri, kKeywordsNamespace) && !TextsEqual(uri, kFrameworkNamespace)) {
-        const HRESULT result = LookupPrefix(element, uri, &prefix);
+    ManagerText found;
+    if (*uri != 0 && !IsPrintSchema(uri)) {
+        const HRESULT result = FindPrefix(manager_.Get(), ScopeOf(element), uri, &found);
         if (FAILED(result)) {
             return result;
         }
     }
-    const size_t length = (prefix.Length() > 0 ? prefix.Length() + 1 : 0) + TextLength(name);
-    if (length >= kAttributeNameCapacity) {
+    const size_t prefixLength = TextLength(found.Text());
+    const size_t nameLength = TextLength(name);
+    if ((prefixLength > 0 ? prefixLength + 1 : 0) + nameLength >= kAttributeNameCapacity) {
         return E_INVALIDARG;
     }
-    WCHAR written[kAttributeNameCapacity];
-    FormatWide(written, kAttributeNameCapacity, prefix.Length() > 0 ? TEXT("%s:%s") : TEXT("%s%s"), prefix.Text(),
-               name);
-
-    const OwnedBstr writtenName(written);
-    const OwnedBstr space(uri);
-    const OwnedBstr text(value);
-    if (!writtenName || !space || !text) {
+    OwnedBstr written;
+    HRESULT result = S_OK;
+    if (prefixLength > 0) {
+        result = JoinName(found.Text(), prefixLength, name, nameLength, &written);
+    } else {
+        written = OwnedBstr(name);
+        result = MadeOf(written);
+    }
+    OwnedBstr made;
+    const BSTR space = NamespaceText(uri, &made);
+    if (FAILED(result) || (*uri != 0 && !space) || !value) {
         return E_OUTOFMEMORY;
     }
     VARIANT type;
@@ -420,12 +469,12 @@ HRESULT SchemaDocument::SetAttribute(IXMLDOMElement* element, const WCHAR* name,
     type.vt = VT_I4;
     type.lVal = NODE_ATTRIBUTE;
     ComReference<IXMLDOMNode> node;
-    HRESULT result = document_->createNode(type, writtenName.Get(), space.Get(), node.Receive());
+    result = document_->createNode(type, written.Get(), space, node.Receive());
     if (SUCCEEDED(result)) {
         VARIANT content;
         VariantInit(&content);
         content.vt = VT_BSTR;
-        content.bstrVal = text.Get();
+        content.bstrVal = value.Get();
         result = node->put_nodeValue(content);
     }
     ComReference<IXMLDOMAttribute> attribute;
@@ -457,7 +506,8 @@ HRESULT SchemaDocument::AppendElement(IXMLDOMNode* parent, const WCHAR* uri, con
     if (FAILED(result)) {
         return result;
     }
-    const OwnedBstr space(uri);
+    OwnedBstr ownSpace;
+    const BSTR space = NamespaceText(uri, &ownSpace);
     if (!space) {
         return E_OUTOFMEMORY;
     }
@@ -466,7 +516,7 @@ HRESULT SchemaDocument::AppendElement(IXMLDOMNode* parent, const WCHAR* uri, con
     type.vt = VT_I4;
     type.lVal = NODE_ELEMENT;
     ComReference<IXMLDOMNode> node;
-    result = document_->createNode(type, name.Get(), space.Get(), node.Receive());
+    result = document_->createNode(type, name.Get(), space, node.Receive());
     if (SUCCEEDED(result)) {
         result = parent->appendChild(node.Get(), nullptr);
     }
@@ -513,7 +563,7 @@ HRESULT SchemaDocument::SetName(IXMLDOMElement* element, const WCHAR* attributeU
                                 const WCHAR* uri, const WCHAR* localName) {
     OwnedBstr name;
     const HRESULT result = MakeQName(scope, uri, localName, &name);
-    return SUCCEEDED(result) ? SetAttribute(element, attribute_name::kName, attributeUri, name.Get()) : result;
+    return SUCCEEDED(result) ? PutAttribute(element, attribute_name::kName, attributeUri, name) : result;
 }
 
 // Appends an element of the framework with a name that is written as at the element itself.
@@ -551,7 +601,7 @@ HRESULT SchemaDocument::AppendOption(IXMLDOMNode* parent, const WCHAR* uri, cons
         OwnedBstr value;
         result = JoinName(kKeywordsPrefix, TextLength(kKeywordsPrefix), constraint, TextLength(constraint), &value);
         if (SUCCEEDED(result)) {
-            result = SetAttribute(made->Get(), attribute_name::kConstrained, TEXT(""), value.Get());
+            result = PutAttribute(made->Get(), attribute_name::kConstrained, TEXT(""), value);
         }
     }
     if (FAILED(result)) {
@@ -599,8 +649,8 @@ HRESULT SchemaDocument::AddScoredProperty(IXMLDOMNode* parent, const WCHAR* uri,
     return AddPropertyOf(parent, element_name::kScoredProperty, uri, localName, property);
 }
 
-HRESULT SchemaDocument::AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, const WCHAR* text) {
-    if (!parent || !text) {
+HRESULT SchemaDocument::AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, const OwnedBstr& text) {
+    if (!parent) {
         return E_INVALIDARG;
     }
     ElementReference value;
@@ -610,36 +660,39 @@ HRESULT SchemaDocument::AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, co
         result = MakeQName(parent, kSchemaNamespace, type, &typeName);
     }
     if (SUCCEEDED(result)) {
-        result = SetAttribute(value.Get(), attribute_name::kType, kInstanceNamespace, typeName.Get());
+        result = PutAttribute(value.Get(), attribute_name::kType, kInstanceNamespace, typeName);
     }
-    return SUCCEEDED(result) ? SetText(value.Get(), text) : result;
+    if (SUCCEEDED(result)) {
+        result = text ? value->put_text(text.Get()) : E_OUTOFMEMORY;
+    }
+    return result;
 }
 
 HRESULT SchemaDocument::AddValueQName(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName) {
     OwnedBstr text;
     const HRESULT result = MakeQName(parent, uri, localName, &text);
-    return SUCCEEDED(result) ? AddTypedValue(parent, schema_type::kQName, text.Get()) : result;
+    return SUCCEEDED(result) ? AddTypedValue(parent, schema_type::kQName, text) : result;
 }
 
 HRESULT SchemaDocument::AddValueString(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* text) {
     if (IsEmpty(uri)) {
-        return AddTypedValue(parent, schema_type::kString, text);
+        return text ? AddTypedValue(parent, schema_type::kString, OwnedBstr(text)) : E_INVALIDARG;
     }
     OwnedBstr name;
     const HRESULT result = MakeQName(parent, uri, text, &name);
-    return SUCCEEDED(result) ? AddTypedValue(parent, schema_type::kString, name.Get()) : result;
+    return SUCCEEDED(result) ? AddTypedValue(parent, schema_type::kString, name) : result;
 }
 
 HRESULT SchemaDocument::AddValueInteger(IXMLDOMNode* parent, LONG value) {
     WCHAR text[kNumberCapacity];
     FormatWide(text, kNumberCapacity, TEXT("%d"), value);
-    return AddTypedValue(parent, schema_type::kInteger, text);
+    return AddTypedValue(parent, schema_type::kInteger, OwnedBstr(text));
 }
 
 HRESULT SchemaDocument::AddValueUnsigned(IXMLDOMNode* parent, ULONG value) {
     WCHAR text[kNumberCapacity];
     FormatWide(text, kNumberCapacity, TEXT("%lu"), value);
-    return AddTypedValue(parent, schema_type::kInteger, text);
+    return AddTypedValue(parent, schema_type::kInteger, OwnedBstr(text));
 }
 
 HRESULT SchemaDocument::AddDisplayName(IXMLDOMNode* parent, const WCHAR* text) {
@@ -822,6 +875,10 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
     if (!parent || !elementUri || !elementName || !nameUri || !nameLocalName) {
         return E_INVALIDARG;
     }
+    const OwnedBstr attribute(attribute_name::kName);
+    if (!attribute) {
+        return S_FALSE;
+    }
     const HRESULT result = FindChild(
         parent,
         [&](IXMLDOMNode* child, HRESULT* error) {
@@ -830,9 +887,15 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
             }
             const auto kind = ComReference<IXMLDOMNode>::Share(child);
             ElementReference candidate;
+            OwnedVariant written;
+            if (FAILED(kind.Query(kIidDomElement, &candidate)) ||
+                FAILED(candidate->getAttribute(attribute.Get(), written.Receive())) || !written.Text()) {
+                return false;
+            }
+            // Namespaces are resolved only where the rest is the same.
             QualifiedName name;
-            return SUCCEEDED(kind.Query(kIidDomElement, &candidate)) &&
-                   ReadNameAttribute(candidate.Get(), &name) == S_OK && name.Is(nameUri, nameLocalName);
+            return TextsEqual(LocalPart(written.Text()), nameLocalName) &&
+                   SplitQName(candidate.Get(), written.Text(), &name) == S_OK && name.Is(nameUri, nameLocalName);
         },
         found.Get());
     return result == S_OK ? S_OK : S_FALSE;

@@ -215,6 +215,8 @@ class SchemaDocument {
     HRESULT ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, OwnedBstr* uri);
     bool IsPrefixFree(IXMLDOMNode* node, const WCHAR* prefix, bool ifUnknown);
     HRESULT GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix);
+    BSTR NamespaceText(const WCHAR* uri, OwnedBstr* made) const;
+    HRESULT PutAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const OwnedBstr& value);
     HRESULT SetName(IXMLDOMElement* element, const WCHAR* attributeUri, IXMLDOMNode* scope, const WCHAR* uri,
                     const WCHAR* localName);
     HRESULT AppendNamed(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* attributeUri, const WCHAR* uri,
@@ -223,7 +225,7 @@ class SchemaDocument {
                          ElementReference* option);
     HRESULT AddPropertyOf(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* uri, const WCHAR* localName,
                           ElementReference* property);
-    HRESULT AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, const WCHAR* text);
+    HRESULT AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, const OwnedBstr& text);
     HRESULT AddQNameProperty(IXMLDOMNode* parent, const WCHAR* property, const WCHAR* uri, const WCHAR* localName);
     HRESULT AddStringProperty(IXMLDOMNode* parent, const WCHAR* property, const WCHAR* uri, const WCHAR* text);
     HRESULT AddNumberProperty(IXMLDOMNode* parent, const WCHAR* property, LONG value);
@@ -240,6 +242,7 @@ class SchemaDocument {
     ComReference<IXMLDOMDocument2> document_;
     ElementReference root_;
     ComReference<IMXNamespaceManager> manager_;
+    const OwnedBstr framework_;  // the framework's namespace
     uint32_t prefixCounter_ = 0;
 };
 
