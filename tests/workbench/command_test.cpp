@@ -43,7 +43,7 @@ TEST_F(WorkbenchTest, WrongCommandLinesExitWithTwo) {
 
 TEST_F(WorkbenchTest, EveryHelpHasAnExample) {
     for (const std::string command : {"", "install", "printers", "remove", "devmode", "diff", "convert", "check",
-                                      "model", "data", "settings", "job", "fields"}) {
+                                      "model", "data", "settings", "job", "bind", "lists", "fields"}) {
         std::vector<std::string> arguments = {"--help"};
         if (!command.empty()) {
             arguments.insert(arguments.begin(), command);

@@ -18,6 +18,7 @@
 #include "tools/velmora/model_report.h"
 #include "tools/velmora/printer_report.h"
 #include "tools/velmora/spooler_client.h"
+#include "tools/velmora/text_list_report.h"
 
 namespace velmora {
 namespace {
@@ -303,7 +304,7 @@ TEST_F(WorkbenchTest, ProjectModelsInAHundredColumns) {
         ++models;
         const std::string printer = "Printer " + std::to_string(models);
         Succeed({"install", entry.path().string(), "--name", printer});
-        for (const std::string command : {"devmode", "capabilities", "model", "data", "job"}) {
+        for (const std::string command : {"devmode", "capabilities", "model", "data", "job", "bind", "lists"}) {
             std::istringstream text(Succeed({command, printer}));
             for (std::string line; std::getline(text, line);) {
                 const auto characters =
@@ -323,6 +324,7 @@ TEST_F(WorkbenchTest, ReportsLeaveNothingOpen) {
     {
         const PrinterModel model("Probe 9");
         ReportDevMode(DefaultByDriver(model.Printer(), "Probe 9"), NamesOfNumbers(&model));
+        ReportTextLists(model, std::nullopt);
     }
     ReportCapabilities("Probe 9");
     ReportModel("Probe 9");

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "platform/host.h"
+#include "tools/velmora/binding_report.h"
 #include "tools/velmora/capability_report.h"
 #include "tools/velmora/command_error.h"
 #include "tools/velmora/devmode_assignment.h"
@@ -25,6 +26,8 @@
 #include "tools/velmora/settings_report.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/velmora/table.h"
+#include "tools/velmora/text_list_report.h"
+#include "tools/velmora/ticket_provider.h"
 
 namespace velmora {
 namespace {
@@ -206,12 +209,16 @@ void Diff(const Request& request) {
     request.exitCode = differences.rows.empty() ? kDone : kNo;
 }
 
+// The device mode of the file that the command line names; empty where it names none.
+std::optional<VelmoraDevMode> GivenDevMode(const Request& request) {
+    return request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
+}
+
 void Convert(const Request& request) {
     const auto machine = OpenMachine(request);
     NoteOtherDriver(request);
     const PrinterModel model(request.printer);
-    const std::optional<VelmoraDevMode> input =
-        request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
+    const std::optional<VelmoraDevMode> input = GivenDevMode(request);
     const Conversion conversion = ConvertByDriver(model.Printer(), request.printer, input ? &*input : nullptr);
     if (conversion.isDone && !request.outputFile.empty()) {
         WriteDevModeFile(
@@ -292,12 +299,19 @@ void Settings(const Request& request) {
     }
 }
 
+// What a part of the driver left open fails the command.
+void TellLeftOpen(const Request& request, const std::string& who, const std::vector<std::string>& leftOpen) {
+    for (const std::string& resource : leftOpen) {
+        request.errors << "velmora: " << who << " left open: " << resource << "\n";
+        request.exitCode = kFailed;
+    }
+}
+
 void Job(const Request& request) {
     const auto machine = OpenMachine(request);
     NoteOtherDriver(request);
     const PrinterModel model(request.printer);
-    const std::optional<VelmoraDevMode> given =
-        request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
+    const std::optional<VelmoraDevMode> given = GivenDevMode(request);
     std::optional<VelmoraDevMode> devMode = given;
     const PrintedJob job =
         PrintByDriver(model.Printer(), request.printer, request.jobName, request.sheets, devMode ? &*devMode : nullptr);
@@ -313,9 +327,41 @@ void Job(const Request& request) {
             request.output << "\nThe hooks changed the device mode:\n\n" << FormatText(std::span(&repairs, 1));
         }
     }
-    for (const std::string& resource : job.leftOpen) {
-        request.errors << "velmora: the hooks left open: " << resource << "\n";
+    TellLeftOpen(request, "the hooks", job.leftOpen);
+}
+
+void Bind(const Request& request) {
+    const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
+    const OwnedPrinter printer = OpenNamedPrinter(request.printer);
+    const ProviderBinding binding = BindByDriver(printer.Get(), request.printer);
+    request.output << (request.json ? FormatJson(ToJson(binding)) : FormatText(ReportBinding(binding)));
+    if (!binding.mayUnload) {
+        request.errors
+            << "velmora: the driver's library doesn't let itself be unloaded after its provider was released\n";
         request.exitCode = kFailed;
+    }
+    TellLeftOpen(request, "the provider", binding.leftOpen);
+}
+
+void Lists(const Request& request) {
+    const auto machine = OpenMachine(request);
+    const PrinterModel model(request.printer);
+    const std::optional<VelmoraDevMode> given = GivenDevMode(request);
+    const TextListReport report = ReportTextLists(model, given);
+    const bool isGivenTaken = report.source == DevModeSource::kGiven;
+    const Table repairs =
+        isGivenTaken ? ReportDifferences(*given, report.given->repaired, NamesOfNumbers(&model), request.file, "Used")
+                     : Table{"", "differences", {}};
+    if (request.json) {
+        Json members = ToJson(report);
+        members.update(ToJson(std::span(&repairs, 1)));
+        request.output << FormatJson(members);
+        return;
+    }
+    request.output << DescribeSource(report, request.file) << "\n\n" << FormatText(ToTables(report));
+    if (!repairs.rows.empty()) {
+        request.output << "\nThe driver repaired the device mode:\n\n" << FormatText(std::span(&repairs, 1));
     }
 }
 
@@ -422,9 +468,13 @@ void AddFieldArguments(CLI::App& app, Request& request) {
     app.add_flag("--markdown", request.markdown, "Print the page docs/device-mode.md");
 }
 
-void AddJobArguments(CLI::App& app, Request& request) {
+void AddListArguments(CLI::App& app, Request& request) {
     AddPrinterArgument(app, request);
     app.add_option("--devmode", request.file, "File of a device mode (default: the printer's own)")->type_name("FILE");
+}
+
+void AddJobArguments(CLI::App& app, Request& request) {
+    AddListArguments(app, request);
     app.add_option("--name", request.jobName, "The job's name (default: Test page)");
     app.add_option("--sheets", request.sheets, "Sheets of the job, 0 to 1000 (default: 1)")
         ->check(CLI::Range(0u, 1000u));
@@ -478,6 +528,15 @@ constexpr Command kCommands[] = {
      "at the end, with their bytes, terminators included. A device mode that the driver doesn't accept is repaired, "
      "which is told.",
      "velmora job \"Velmora C3200\" --name Invoice --sheets 3", Job, AddJobArguments},
+    {"bind", "Print what a printer's print-ticket provider says when it is bound",
+     "Loads the driver's library, makes its provider and binds it to the printer as the print system does: the "
+     "versions "
+     "that it supports, the device mode's fields and the namespaces that its tickets use.",
+     "velmora bind \"Velmora C3200\"", Bind, AddPrinterArgument},
+    {"lists", "Print the lists of commands that a printer's tickets carry",
+     "The job's descriptions, colour-correction commands and job lines for a device mode, and its exceptions. A device "
+     "mode that the driver doesn't take, and why, is told; the printer's own then stands in for it.",
+     "velmora lists \"Velmora C3200\" --devmode damaged.bin", Lists, AddListArguments},
     {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",
      "velmora fields --markdown", Fields, AddFieldArguments},
 };

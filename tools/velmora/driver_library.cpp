@@ -56,6 +56,15 @@ OwnedModule LoadDriverOf(HANDLE printer, const std::string& printerName) {
     return driver;
 }
 
+std::vector<std::string> OpenedSince(std::vector<std::string> openBefore) {
+    std::vector<std::string> openAfter = host::StillOpen();
+    std::ranges::sort(openBefore);
+    std::ranges::sort(openAfter);
+    std::vector<std::string> opened;
+    std::ranges::set_difference(openAfter, openBefore, std::back_inserter(opened));
+    return opened;
+}
+
 Conversion ConvertByDriver(HANDLE printer, const std::string& printerName, const VelmoraDevMode* input) {
     const OwnedModule driver = LoadDriverOf(printer, printerName);
     const auto convert = DriverExport<decltype(&DrvConvertDevMode)>(driver, "DrvConvertDevMode");
@@ -98,7 +107,7 @@ PrintedJob PrintByDriver(HANDLE printer, const std::string& printerName, const s
     JobHookRecord record = {};
     record.printerName = widePrinterName.c_str();
     record.jobName = wideJobName.c_str();
-    std::vector<std::string> openBefore = host::StillOpen();
+    const std::vector<std::string> openBefore = host::StillOpen();
 
     PrintedJob job;
     job.blocks.push_back(AskForBlock(
@@ -115,10 +124,7 @@ PrintedJob PrintByDriver(HANDLE printer, const std::string& printerName, const s
     job.blocks.push_back(AskForBlock(
         "GuiEndJob", 0, [&](char* buffer, DWORD* size) { return endJob(publicPart, buffer, size, &record); }));
 
-    std::vector<std::string> openAfter = host::StillOpen();
-    std::ranges::sort(openBefore);
-    std::ranges::sort(openAfter);
-    std::ranges::set_difference(openAfter, openBefore, std::back_inserter(job.leftOpen));
+    job.leftOpen = OpenedSince(openBefore);
     return job;
 }
 

@@ -25,6 +25,9 @@ Function DriverExport(const OwnedModule& driver, const char* name) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 
+// What is open on the machine and isn't in `openBefore`, as host::StillOpen gave it: a line each.
+std::vector<std::string> OpenedSince(std::vector<std::string> openBefore);
+
 struct Conversion {
     bool isDone;  // the export's result
     DWORD lastError;
