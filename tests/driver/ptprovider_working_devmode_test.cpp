@@ -96,7 +96,7 @@ TEST_F(WorkingDevModes, CarryTheJobsLinesInThePlaceOfTheirMarkers) {
         const Texts start = TextsOf(working.lists[kDocumentStartPjl]);
         ASSERT_GE(start.size(), 4u);
         EXPECT_EQ(start.front(), "ONE");
-        EXPECT_EQ(start[1], "R0");  // the job's own lines begin with its resolution
+        EXPECT_EQ(start[1], "R1");  // the job's own lines begin with its resolution
         EXPECT_EQ(start[start.size() - 2], "TWO");
         EXPECT_EQ(start.back(), "THREE");
         EXPECT_EQ(TextsOf(working.lists[kDocumentEndPjl]), (Texts{"@PJL SET GUIENDJOB=2", "LAST"}));
