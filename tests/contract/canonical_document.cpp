@@ -113,7 +113,10 @@ class Writer {
         EndText();
         switch (type) {
             case NODE_PROCESSING_INSTRUCTION:
-                WriteLine('?' + Printable(TextOf(node, &IXMLDOMNode::get_nodeName)) + ' ' + Printable(ValueOf(node)));
+                if (TextOf(node, &IXMLDOMNode::get_nodeName) != TEXT("xml")) {
+                    WriteLine('?' + Printable(TextOf(node, &IXMLDOMNode::get_nodeName)) + ' ' +
+                              Printable(ValueOf(node)));
+                }
                 break;
             case NODE_COMMENT:
                 WriteLine('#' + Printable(ValueOf(node)));
