@@ -113,10 +113,7 @@ class Writer {
         EndText();
         switch (type) {
             case NODE_PROCESSING_INSTRUCTION:
-                if (TextOf(node, &IXMLDOMNode::get_nodeName) != TEXT("xml")) {
-                    WriteLine('?' + Printable(TextOf(node, &IXMLDOMNode::get_nodeName)) + ' ' +
-                              Printable(ValueOf(node)));
-                }
+                WriteLine('?' + Printable(TextOf(node, &IXMLDOMNode::get_nodeName)) + ' ' + Printable(ValueOf(node)));
                 break;
             case NODE_COMMENT:
                 WriteLine('#' + Printable(ValueOf(node)));

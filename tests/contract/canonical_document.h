@@ -9,7 +9,7 @@ namespace contract {
 
 // A line for each node in document order, two blanks deeper than its parent's, each ended by "\n":
 //
-//     ?target data              a processing instruction
+//     ?xml version="1.0"        a processing instruction
 //     #comment                  a comment
 //     {uri}local                an element
 //       xmlns:p="uri"           a prefix that it binds, unless it is bound so in its parent already; sorted
@@ -17,7 +17,6 @@ namespace contract {
 //       "text"                  text and CDATA sections that follow each other, as one
 //
 // The prefix of an element counts as bound there. The default namespace isn't told: the elements' own names tell it.
-// Nor is the XML declaration, which not every DOM gives as a node of a document that was built.
 // Throws std::runtime_error where the DOM doesn't tell something, or has a node of another kind.
 std::string CanonicalText(IXMLDOMDocument2* document);
 

@@ -113,7 +113,8 @@ TEST_F(SchemaDocuments, AreBuiltOfNamedElements) {
     EXPECT_EQ(schema_.AddParameterInit(nullptr, kKeywordsNamespace, TEXT("R"), nullptr, TEXT("text")), S_OK);
 
     const std::string blanks = "  #" + std::string(72, ' ') + "\n";
-    EXPECT_EQ(Shortened(schema_.Document()), R"({psf}PrintCapabilities
+    EXPECT_EQ(Shortened(schema_.Document()), R"(?xml version="1.0"  encoding="UTF-8"
+{psf}PrintCapabilities
   xmlns:kxp="kxp"
   xmlns:oem="oem"
   xmlns:psf="psf"

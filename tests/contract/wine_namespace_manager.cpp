@@ -77,11 +77,14 @@ Bindings DeclarationsIn(std::wstring_view tag) {
 }
 
 // A copy without its content is saved with the start tag alone; where the element's own prefix is declared further out,
-// the copy declares it.
+// the copy declares it. It is saved as another document's: saving an element of a document takes the XML declaration
+// out of it there.
 Bindings DeclarationsOf(IXMLDOMNode* element) {
+    const auto other = NewDocument();
     ComReference<IXMLDOMNode> copy;
     Bstr saved;
-    if (element->cloneNode(VARIANT_FALSE, copy.Receive()) != S_OK || copy->get_xml(saved.Receive()) != S_OK) {
+    if (element->cloneNode(VARIANT_FALSE, copy.Receive()) != S_OK || other->appendChild(copy.Get(), nullptr) != S_OK ||
+        other->get_xml(saved.Receive()) != S_OK) {
         return {};
     }
     return DeclarationsIn(saved.Text());
