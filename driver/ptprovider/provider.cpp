@@ -41,6 +41,25 @@ BSTR* MakeNamespaces(const PrinterSnapshot& printer, INT* count) {
     return texts;
 }
 
+// What a conversion works with: one snapshot for all of it, the document that it begins with (null: none), and the
+// device mode, prepared from `size` bytes at `input` (null: from none).
+struct Conversion {
+    Conversion(ConversionMode mode, HANDLE printer, IXMLDOMDocument2* document, PDEVMODEW input = nullptr,
+               size_t size = 0)
+        : snapshot(LoadPrinterSnapshot(printer)), context(mode) {
+        context.Bind(printer, snapshot.Get());
+        if (document) {
+            context.document.AttachDocument(document);
+        }
+        working.Bind(printer, snapshot.Get());
+        working.Prepare(input, size);
+    }
+
+    OwnedSnapshot snapshot;
+    ConversionContext context;
+    WorkingDevMode working;
+};
+
 }  // namespace
 
 IPTProvider::IPTProvider() {
@@ -109,16 +128,10 @@ HRESULT STDMETHODCALLTYPE IPTProvider::ConvertPrintTicketToDevMode(IXMLDOMDocume
     }
     *outputSize = 0;
     *outputDevMode = nullptr;
-    const OwnedSnapshot snapshot = LoadPrinterSnapshot(printer_);
-    ConversionContext context(ConversionMode::kTicket);
-    context.Bind(printer_, snapshot.Get());
-    context.document.AttachDocument(ticket);
-    WorkingDevMode working;
-    working.Bind(printer_, snapshot.Get());
-    working.Prepare(inputDevMode, inputSize);
-    ReadTicket(context, working);
+    Conversion conversion(ConversionMode::kTicket, printer_, ticket, inputDevMode, inputSize);
+    ReadTicket(conversion.context, conversion.working);
 
-    VelmoraDevMode* const devMode = working.Detach();
+    VelmoraDevMode* const devMode = conversion.working.Detach();
     if (!devMode) {
         return E_OUTOFMEMORY;
     }
@@ -132,14 +145,8 @@ HRESULT STDMETHODCALLTYPE IPTProvider::ConvertDevModeToPrintTicket(ULONG inputSi
     if (inputSize == 0 || !inputDevMode || !ticket) {
         return E_INVALIDARG;
     }
-    const OwnedSnapshot snapshot = LoadPrinterSnapshot(printer_);
-    ConversionContext context(ConversionMode::kTicket);
-    context.Bind(printer_, snapshot.Get());
-    context.document.AttachDocument(ticket);
-    WorkingDevMode working;
-    working.Bind(printer_, snapshot.Get());
-    working.Prepare(inputDevMode, inputSize);
-    WriteTicket(context, working);
+    Conversion conversion(ConversionMode::kTicket, printer_, ticket, inputDevMode, inputSize);
+    WriteTicket(conversion.context, conversion.working);
     return S_OK;
 }
 
@@ -147,25 +154,20 @@ HRESULT STDMETHODCALLTYPE IPTProvider::GetPrintCapabilities(IXMLDOMDocument2* ti
     if (!capabilities) {
         return E_INVALIDARG;
     }
-    const OwnedSnapshot snapshot = LoadPrinterSnapshot(printer_);
-    WorkingDevMode working;
-    working.Bind(printer_, snapshot.Get());
-    working.Prepare(nullptr, 0);
+    Conversion conversion(ConversionMode::kCapabilities, printer_, nullptr);
     if (ticket) {
         // The capabilities are those under the settings that the ticket selects.
         ConversionContext selection(ConversionMode::kTicket);
-        selection.Bind(printer_, snapshot.Get());
+        selection.Bind(printer_, conversion.snapshot.Get());
         selection.document.AttachDocument(ticket);
-        ReadTicket(selection, working);
+        ReadTicket(selection, conversion.working);
     }
-    ConversionContext context(ConversionMode::kCapabilities);
     if (*capabilities) {
-        context.document.AttachDocument(*capabilities);
+        conversion.context.document.AttachDocument(*capabilities);
     }
-    context.Bind(printer_, snapshot.Get());
-    BuildPrintCapabilities(context, working);
+    BuildPrintCapabilities(conversion.context, conversion.working);
     if (!*capabilities) {
-        *capabilities = context.document.DetachDocument();
+        *capabilities = conversion.context.document.DetachDocument();
     }
     return *capabilities ? S_OK : E_OUTOFMEMORY;
 }
@@ -174,15 +176,9 @@ HRESULT STDMETHODCALLTYPE IPTProvider::ValidatePrintTicket(IXMLDOMDocument2* tic
     if (!ticket) {
         return E_INVALIDARG;
     }
-    const OwnedSnapshot snapshot = LoadPrinterSnapshot(printer_);
-    ConversionContext context(ConversionMode::kValidation);
-    context.Bind(printer_, snapshot.Get());
-    context.document.AttachDocument(ticket);
-    WorkingDevMode working;
-    working.Bind(printer_, snapshot.Get());
-    working.Prepare(nullptr, 0);
-    ReadTicket(context, working);
-    WriteTicket(context, working);
+    Conversion conversion(ConversionMode::kValidation, printer_, ticket);
+    ReadTicket(conversion.context, conversion.working);
+    WriteTicket(conversion.context, conversion.working);
     return S_PT_NO_CONFLICT;
 }
 

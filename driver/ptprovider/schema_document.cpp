@@ -936,59 +936,78 @@ HRESULT SchemaDocument::ReadNameAttribute(IXMLDOMElement* element, QualifiedName
     return value.Text() ? SplitQName(element, value.Text(), name) : S_FALSE;
 }
 
-// The parent's Value and its text.
-HRESULT SchemaDocument::ReadValueText(IXMLDOMNode* parent, ElementReference* value, OwnedBstr* text) {
+// The text of the parent's Value.
+HRESULT SchemaDocument::ReadValueText(IXMLDOMNode* parent, OwnedBstr* text) {
     if (!parent) {
         return E_INVALIDARG;
     }
-    HRESULT result = FindChildElement(parent, kFrameworkNamespace, element_name::kValue, value);
-    if (result == S_OK) {
-        result = (*value)->get_text(text->Receive());
-    }
-    return result;
+    ElementReference value;
+    const HRESULT result = FindChildElement(parent, kFrameworkNamespace, element_name::kValue, &value);
+    return result == S_OK ? value->get_text(text->Receive()) : result;
 }
 
-HRESULT SchemaDocument::ReadValueInteger(IXMLDOMNode* parent, LONG* value) {
-    ElementReference element;
+HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, LONG* value) {
     OwnedBstr text;
-    const HRESULT result = value ? ReadValueText(parent, &element, &text) : E_INVALIDARG;
+    const HRESULT result = value ? ReadValueText(parent, &text) : E_INVALIDARG;
     if (result == S_OK) {
         *value = ParseInteger(text.Text());
     }
     return result;
 }
 
-HRESULT SchemaDocument::ReadValueUnsigned(IXMLDOMNode* parent, ULONG* value) {
-    ElementReference element;
+HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, ULONG* value) {
     OwnedBstr text;
-    const HRESULT result = value ? ReadValueText(parent, &element, &text) : E_INVALIDARG;
+    const HRESULT result = value ? ReadValueText(parent, &text) : E_INVALIDARG;
     if (result == S_OK) {
         *value = ParseUnsigned(text.Text());
     }
     return result;
 }
 
-HRESULT SchemaDocument::ReadValueQName(IXMLDOMNode* parent, QualifiedName* value) {
-    ElementReference element;
+HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, QualifiedName* value) {
     OwnedBstr text;
-    const HRESULT result = value ? ReadValueText(parent, &element, &text) : E_INVALIDARG;
+    const HRESULT result = value ? ReadValueText(parent, &text) : E_INVALIDARG;
     return result == S_OK ? SplitQName(parent, text.Text(), value) : result;
+}
+
+template <class Value>
+HRESULT SchemaDocument::ReadScoredProperty(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                           Value* value) {
+    ElementReference property;
+    const HRESULT result =
+        FindNamedChild(parent, kFrameworkNamespace, element_name::kScoredProperty, uri, localName, &property);
+    return result == S_OK ? ReadValue(property.Get(), value) : result;
+}
+
+template <class Value>
+HRESULT SchemaDocument::ReadScoredParameter(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                            Value* value) {
+    ElementReference init;
+    return FindScoredParameter(parent, scoredUri, scoredName, &init) == S_OK && ReadValue(init.Get(), value) == S_OK
+               ? S_OK
+               : S_FALSE;
+}
+
+HRESULT SchemaDocument::ReadValueInteger(IXMLDOMNode* parent, LONG* value) {
+    return ReadValue(parent, value);
+}
+
+HRESULT SchemaDocument::ReadValueUnsigned(IXMLDOMNode* parent, ULONG* value) {
+    return ReadValue(parent, value);
+}
+
+HRESULT SchemaDocument::ReadValueQName(IXMLDOMNode* parent, QualifiedName* value) {
+    return ReadValue(parent, value);
 }
 
 HRESULT SchemaDocument::ReadScoredPropertyInteger(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
                                                   LONG* value) {
-    ElementReference property;
-    const HRESULT result =
-        FindNamedChild(parent, kFrameworkNamespace, element_name::kScoredProperty, uri, localName, &property);
-    return result == S_OK ? ReadValueInteger(property.Get(), value) : result;
+    return ReadScoredProperty(parent, uri, localName, value);
 }
 
 HRESULT SchemaDocument::ReadScoredPropertyQName(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
                                                 QualifiedName* value) {
-    ElementReference property;
-    const HRESULT result =
-        FindNamedChild(parent, kFrameworkNamespace, element_name::kScoredProperty, uri, localName, &property);
-    return result == S_OK ? ReadValueQName(property.Get(), value) : result;
+    return ReadScoredProperty(parent, uri, localName, value);
 }
 
 HRESULT SchemaDocument::FindParameterRef(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
@@ -1018,29 +1037,17 @@ HRESULT SchemaDocument::FindScoredParameter(IXMLDOMNode* parent, const WCHAR* sc
 
 HRESULT SchemaDocument::ReadScoredParameterInteger(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
                                                    LONG* value) {
-    ElementReference init;
-    return FindScoredParameter(parent, scoredUri, scoredName, &init) == S_OK &&
-                   ReadValueInteger(init.Get(), value) == S_OK
-               ? S_OK
-               : S_FALSE;
+    return ReadScoredParameter(parent, scoredUri, scoredName, value);
 }
 
 HRESULT SchemaDocument::ReadScoredParameterUnsigned(IXMLDOMNode* parent, const WCHAR* scoredUri,
                                                     const WCHAR* scoredName, ULONG* value) {
-    ElementReference init;
-    return FindScoredParameter(parent, scoredUri, scoredName, &init) == S_OK &&
-                   ReadValueUnsigned(init.Get(), value) == S_OK
-               ? S_OK
-               : S_FALSE;
+    return ReadScoredParameter(parent, scoredUri, scoredName, value);
 }
 
 HRESULT SchemaDocument::ReadScoredParameterQName(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
                                                  QualifiedName* value) {
-    ElementReference init;
-    return FindScoredParameter(parent, scoredUri, scoredName, &init) == S_OK &&
-                   ReadValueQName(init.Get(), value) == S_OK
-               ? S_OK
-               : S_FALSE;
+    return ReadScoredParameter(parent, scoredUri, scoredName, value);
 }
 
 HRESULT SchemaDocument::ReadParameterInitInteger(const WCHAR* uri, const WCHAR* localName, LONG* value) {

@@ -235,7 +235,14 @@ class SchemaDocument {
     template <class Number>
     HRESULT AddNumberParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
                                   const ParameterRange<Number>& range, const ParameterTraits& traits);
-    HRESULT ReadValueText(IXMLDOMNode* parent, ElementReference* value, OwnedBstr* text);
+    HRESULT ReadValueText(IXMLDOMNode* parent, OwnedBstr* text);
+    HRESULT ReadValue(IXMLDOMNode* parent, LONG* value);
+    HRESULT ReadValue(IXMLDOMNode* parent, ULONG* value);
+    HRESULT ReadValue(IXMLDOMNode* parent, QualifiedName* value);
+    template <class Value>
+    HRESULT ReadScoredProperty(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, Value* value);
+    template <class Value>
+    HRESULT ReadScoredParameter(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName, Value* value);
     HRESULT FindScoredParameter(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
                                 ElementReference* init);
 

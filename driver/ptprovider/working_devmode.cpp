@@ -170,25 +170,29 @@ bool WorkingDevMode::Accepts(VelmoraDevMode* devMode, bool needsBoth) const {
     return ValidatePrivateDevMode(hPrinter, &devMode->privatePart, file, model) == 1;
 }
 
-void WorkingDevMode::ChooseDevMode(DEVMODEW* input, size_t size, const WCHAR* printerName, VelmoraDevMode* stored) {
+DevModeSource WorkingDevMode::ChooseDevMode(DEVMODEW* input, size_t size, const WCHAR* printerName,
+                                            VelmoraDevMode* stored) {
     auto* const given = reinterpret_cast<VelmoraDevMode*>(input);
     // One that is shorter than the driver's own can't be whole.
     if (given && size >= sizeof(VelmoraDevMode) && Accepts(given, true)) {
         memcpy(devMode_, given, sizeof(*devMode_));
-    } else if (stored && Accepts(stored, false)) {
-        memcpy(devMode_, stored, sizeof(*devMode_));
-    } else {
-        BuildDefaultDevMode(hPrinter, printerName, devMode_);
+        return DevModeSource::kGiven;
     }
+    if (stored && Accepts(stored, false)) {
+        memcpy(devMode_, stored, sizeof(*devMode_));
+        return DevModeSource::kStored;
+    }
+    BuildDefaultDevMode(hPrinter, printerName, devMode_);
+    return DevModeSource::kBuilt;
 }
 
-void WorkingDevMode::Prepare(DEVMODEW* input, size_t size) {
+DevModeSource WorkingDevMode::Prepare(DEVMODEW* input, size_t size) {
     if (!devMode_) {
-        return;
+        return DevModeSource::kBuilt;
     }
     const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(hPrinter);
     const WCHAR* const name = info && info->pPrinterName ? info->pPrinterName : TEXT("");
-    ChooseDevMode(input, size, name, info ? FindStoredDevMode(info) : nullptr);
+    const DevModeSource source = ChooseDevMode(input, size, name, info ? FindStoredDevMode(info) : nullptr);
 
     const DEVMODEW& chosen = devMode_->publicPart;
     preparedPaper = {chosen.dmPaperSize, chosen.dmPaperWidth, chosen.dmPaperLength};
@@ -197,6 +201,7 @@ void WorkingDevMode::Prepare(DEVMODEW* input, size_t size) {
         const JobPrinter job = {hPrinter, name, printer->descriptionFile.Get(), *printer->model};
         FillTextLists(*printer, job, devMode_, lists);
     }
+    return source;
 }
 
 VelmoraDevMode* WorkingDevMode::Detach() {

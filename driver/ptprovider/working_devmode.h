@@ -94,6 +94,13 @@ struct PaperChoice {
     int16_t length;
 };
 
+// Where a working device mode comes from.
+enum class DevModeSource : uint8_t {
+    kGiven,   // the caller's
+    kStored,  // the printer's own
+    kBuilt,   // the default that is built for the printer
+};
+
 class WorkingDevMode {
   public:
     WorkingDevMode();
@@ -107,7 +114,7 @@ class WorkingDevMode {
     // Chooses the device mode: the caller's `size` bytes at `input` (null: none), where both validations accept it,
     // which may repair it in its place; else the printer's own; else the built default. Fills the lists and the
     // exceptions from it. Does nothing where there was no memory for the device mode.
-    void Prepare(DEVMODEW* input, size_t size);
+    DevModeSource Prepare(DEVMODEW* input, size_t size);
 
     // Null where there was no memory for it.
     VelmoraDevMode* DevMode() const { return devMode_; }
@@ -123,7 +130,7 @@ class WorkingDevMode {
     TextList lists[kTextListCount];
 
   private:
-    void ChooseDevMode(DEVMODEW* input, size_t size, const WCHAR* printerName, VelmoraDevMode* stored);
+    DevModeSource ChooseDevMode(DEVMODEW* input, size_t size, const WCHAR* printerName, VelmoraDevMode* stored);
     bool Accepts(VelmoraDevMode* devMode, bool needsBoth) const;
 
     VelmoraDevMode* devMode_;

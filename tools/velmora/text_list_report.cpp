@@ -6,8 +6,6 @@
 #include <span>
 #include <string_view>
 
-#include "driver/entry/printer_access.h"
-#include "driver/entry/stored_devmode.h"
 #include "platform/kernel/text.h"
 #include "tools/velmora/command_error.h"
 #include "tools/velmora/escapes.h"
@@ -124,22 +122,6 @@ Json TextsOf(const TextList& list) {
     return texts;
 }
 
-// Which device mode the driver takes. Of a given one both parts have to be accepted, of the printer's own either.
-DevModeSource SourceOf(const PrinterModel& model, const std::optional<DevModeCheck>& given) {
-    if (given && given->IsAccepted()) {
-        return DevModeSource::kGiven;
-    }
-    const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(model.Printer());
-    const VelmoraDevMode* const stored = info ? FindStoredDevMode(info) : nullptr;
-    if (stored) {
-        const DevModeCheck check = CheckDevMode(model, *stored);
-        if (check.publicPart.IsAccepted() || check.privatePart.IsAccepted()) {
-            return DevModeSource::kStored;
-        }
-    }
-    return DevModeSource::kBuilt;
-}
-
 struct SourceText {
     const char* name;      // in JSON
     const char* sentence;  // behind "the lists are for"
@@ -163,7 +145,7 @@ TextListReport ReportTextLists(const PrinterModel& model, const std::optional<Ve
     WorkingDevMode working;
     working.Bind(model.Printer(), snapshot.Get());
     std::optional<VelmoraDevMode> input = given;  // the driver may repair it in place
-    working.Prepare(input ? &input->publicPart : nullptr, input ? sizeof(*input) : 0);
+    const DevModeSource source = working.Prepare(input ? &input->publicPart : nullptr, input ? sizeof(*input) : 0);
     if (!snapshot || !working.DevMode()) {
         throw CommandError("there is no memory for the printer's lists");
     }
@@ -171,7 +153,7 @@ TextListReport ReportTextLists(const PrinterModel& model, const std::optional<Ve
     if (given) {
         report.given = CheckDevMode(model, *given);
     }
-    report.source = SourceOf(model, report.given);
+    report.source = source;
     report.lists = Json::object();
     for (size_t id = 0; id < kTextListCount; ++id) {
         report.lists[host::ToUtf8(kTextListNames[id])] = TextsOf(working.lists[id]);

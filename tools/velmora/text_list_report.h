@@ -12,15 +12,8 @@
 
 namespace velmora {
 
-// The device mode that the lists are made for.
-enum class DevModeSource : uint8_t {
-    kGiven,
-    kStored,  // the printer's own
-    kBuilt,   // the default that is built for the printer
-};
-
 struct TextListReport {
-    DevModeSource source;
+    velmora::DevModeSource source;      // of the device mode that the lists are made for
     std::optional<DevModeCheck> given;  // what the validations say to the device mode that was given; empty: none was
     Json lists;                         // a member a list: its texts
     Table exceptions;
