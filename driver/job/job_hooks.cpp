@@ -66,7 +66,7 @@ VelmoraDevMode* RepairDevMode(const JobPrinter& printer, VelmoraDevMode* devMode
 struct JobCall {
     OwnedPrinter opened;
     JobPrinter printer;
-    VelmoraDevMode own;
+    VelmoraDevMode own = {};
     VelmoraDevMode* devMode;
 
     JobCall(const JobHookRecord& record, const JobState& state, VelmoraDevMode* given)
