@@ -20,7 +20,7 @@ namespace {
 constexpr double kMostBuildRatio = 3;
 constexpr double kMostFindRatio = 5;
 constexpr double kMostLookupGrowth = 1.5;
-constexpr double kMostDeepRatio = 1.5;
+constexpr double kMostDeepRatio = 3.0;
 
 // A document of 2,000 elements: one of the root, 45 a feature, 17 a parameter, 2 a property.
 constexpr int kElements = 2000;

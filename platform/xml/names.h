@@ -1,6 +1,7 @@
 // Names of elements, attributes and processing instructions, each kept once for a document.
 #pragma once
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,6 +12,11 @@ namespace host {
 
 inline constexpr std::u16string_view kXmlUri = u"http://www.w3.org/XML/1998/namespace";
 inline constexpr std::u16string_view kXmlnsUri = u"http://www.w3.org/2000/xmlns/";
+
+// As ==, which compares texts of 16-bit characters one by one.
+inline bool SameText(std::u16string_view a, std::u16string_view b) {
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+}
 
 struct Name {
     std::u16string written;     // with prefix
@@ -47,7 +53,7 @@ class NameTable {
     struct Key {
         std::u16string_view written;
         std::u16string_view uri;
-        bool operator==(const Key&) const = default;
+        bool operator==(const Key& other) const { return SameText(written, other.written) && SameText(uri, other.uri); }
     };
     struct KeyHash {
         size_t operator()(const Key& key) const;

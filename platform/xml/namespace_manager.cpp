@@ -40,7 +40,7 @@ class PrefixSearch {
     // those before it.
     template <class Resolve>
     bool Take(std::u16string_view prefix, const Binding& binding, Resolve resolve) {
-        if (*binding.uri != uri_ || resolve(prefix).place != binding.place || left_-- > 0) {
+        if (!SameText(*binding.uri, uri_) || resolve(prefix).place != binding.place || left_-- > 0) {
             return false;
         }
         found_ = {prefix, binding.place};
@@ -106,7 +106,7 @@ class NamespaceManager final : public BlockObject<IMXNamespaceManager> {
         }
         Declaration* known = nullptr;
         for (Declaration& declaration : contexts_.back().declared) {
-            known = declaration.prefix == name ? &declaration : known;
+            known = SameText(declaration.prefix, name) ? &declaration : known;
         }
         if (known != nullptr && !allowOverride_) {
             return E_FAIL;
@@ -206,7 +206,7 @@ class NamespaceManager final : public BlockObject<IMXNamespaceManager> {
 
     static Binding FixedBinding(std::u16string_view prefix) {
         for (const Declaration& fixed : kFixed) {
-            if (fixed.prefix == prefix) {
+            if (SameText(fixed.prefix, prefix)) {
                 return fixed.AsBinding();
             }
         }
@@ -220,7 +220,7 @@ class NamespaceManager final : public BlockObject<IMXNamespaceManager> {
         }
         for (auto context = contexts_.rbegin(); context != contexts_.rend(); ++context) {
             for (const Declaration& declaration : context->declared) {
-                if (declaration.prefix == prefix) {
+                if (SameText(declaration.prefix, prefix)) {
                     return declaration.AsBinding();
                 }
             }

@@ -19,12 +19,12 @@ const Node* ScopeElement(const Node* node) {
 Binding BindingOf(const Node* element, std::u16string_view prefix) {
     if (element->hasDeclarations) {
         for (const Node* attribute = element->firstAttribute; attribute != nullptr; attribute = attribute->next) {
-            if (IsDeclaration(attribute) && DeclaredPrefix(attribute) == prefix) {
+            if (IsDeclaration(attribute) && SameText(DeclaredPrefix(attribute), prefix)) {
                 return {attribute, &attribute->value};
             }
         }
     }
-    return element->name->Prefix() == prefix ? Binding{element, element->name->uri} : Binding{};
+    return SameText(element->name->Prefix(), prefix) ? Binding{element, element->name->uri} : Binding{};
 }
 
 Binding FindBinding(const Node* element, bool deep, std::u16string_view prefix) {

@@ -124,7 +124,7 @@ Node* NextInTree(const Node* root, Node* node) {
 
 Node* FindAttribute(const Node* element, std::u16string_view written) {
     Node* attribute = element->firstAttribute;
-    while (attribute != nullptr && attribute->name->written != written) {
+    while (attribute != nullptr && !SameText(attribute->name->written, written)) {
         attribute = attribute->next;
     }
     return attribute;
