@@ -1,4 +1,4 @@
-// The published paper sizes that model sources name.
+// The published papers that model sources name.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ struct StandardPaper {
     int16_t length;         // 0.1 mm
     bool isMetric;
     std::string_view label;         // English display name
-    std::string_view keyword;       // Print Schema keyword with its prefix; empty where none is published
+    std::string_view keyword;       // Print Schema keyword without prefix; empty where none is published
     int16_t pclSizeCode;            // PCL page size code, 0 where none is published
     std::string_view rendererName;  // the PCL 6 renderer's name, empty where it knows none
 };
