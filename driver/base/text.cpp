@@ -41,7 +41,37 @@ SignedNumber ParseDecimal(const WCHAR* text) {
     return number;
 }
 
+// Letters of scripts that are written from right to left, as Unicode groups them: Hebrew, Arabic, Syriac, Thaana, N'Ko
+// and those behind them, and the presentation forms of the first two.
+constexpr struct {
+    WCHAR first;
+    WCHAR last;
+} kRightToLeftLetters[] = {{0x05BE, 0x05F4}, {0x0608, 0x060D}, {0x061B, 0x064A}, {0x066D, 0x06D5}, {0x06E5, 0x06E6},
+                           {0x06EE, 0x06EF}, {0x06FA, 0x08FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0xFEFC}};
+
+// Letters of the scripts that computers knew first, and everything behind them but punctuation and symbols.
+bool IsLeftToRightLetter(WCHAR character) {
+    const bool isLatin =
+        (character >= TEXT('A') && character <= TEXT('Z')) || (character >= TEXT('a') && character <= TEXT('z'));
+    return isLatin || (character >= 0x00C0 && (character < 0x2000 || character > 0x2BFF) &&
+                       (character < 0x3000 || character > 0x3004) && character < 0xFFE0);
+}
+
 }  // namespace
+
+bool ReadsRightToLeft(const WCHAR* text) {
+    for (; *text != 0; ++text) {
+        for (const auto& letters : kRightToLeftLetters) {
+            if (*text >= letters.first && *text <= letters.last) {
+                return true;
+            }
+        }
+        if (IsLeftToRightLetter(*text)) {
+            return false;
+        }
+    }
+    return false;
+}
 
 int32_t ParseInteger(const WCHAR* text) {
     const SignedNumber number = ParseDecimal(text);

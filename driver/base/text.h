@@ -99,6 +99,9 @@ inline const WCHAR* FileNamePart(const WCHAR* path) {
     return name;
 }
 
+// Whether a text is read from right to left: by its first letter.
+bool ReadsRightToLeft(const WCHAR* text);
+
 // The number in front of `text`, after blanks, which ends at the first character that is no digit of the base; more
 // than 32 bits wrap. A base of 16 takes both cases and no prefix. No digit: 0.
 uint32_t ParseNumber(const WCHAR* text, unsigned base);

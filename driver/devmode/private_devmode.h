@@ -264,13 +264,21 @@ inline constexpr DWORD kColorFields = DM_COLOR | DM_ICMMETHOD | DM_ICMINTENT | D
 enum ScaleMode : uint16_t {
     kScaleFitCentred = 1,
     kScaleZoomTopLeft = 2,
+    kScaleCustomTopLeft = 4,
     kScaleFitTopLeft = 33,
     kScaleZoomCentred = 66,
+    kScaleCustomCentred = 68,
 };
 
 // True for the modes whose scaleValue is a percentage.
 constexpr bool IsZoom(uint16_t scaleMode) {
     return scaleMode == kScaleZoomTopLeft || scaleMode == kScaleZoomCentred;
+}
+
+// True for the modes that scale documents onto another paper, scaleValue.
+constexpr bool IsFitToPaper(uint16_t scaleMode) {
+    return scaleMode == kScaleFitCentred || scaleMode == kScaleFitTopLeft || scaleMode == kScaleCustomTopLeft ||
+           scaleMode == kScaleCustomCentred;
 }
 
 // Bit values of watermarkFlags.

@@ -40,6 +40,26 @@ inline constexpr StandardNamespace kStandardNamespaces[] = {
     {kKeywordsNamespace, kKeywordsPrefix}, {kPrivateNamespace, kPrivatePrefix}, {kOemNamespace, kOemPrefix},
 };
 
+// A name: a namespace and a local name in it.
+struct Keyword {
+    const WCHAR* uri;
+    const WCHAR* name;
+};
+// A published keyword; one of the driver's own; one of those that a model's namespace holds by default; one of the
+// system's XPS document writer.
+constexpr Keyword PublicKeyword(const WCHAR* name) {
+    return {kKeywordsNamespace, name};
+}
+constexpr Keyword PrivateKeyword(const WCHAR* name) {
+    return {kPrivateNamespace, name};
+}
+constexpr Keyword OemKeyword(const WCHAR* name) {
+    return {kOemNamespace, name};
+}
+constexpr Keyword XpsWriterKeyword(const WCHAR* name) {
+    return {kXpsWriterNamespace, name};
+}
+
 // Names of the framework namespace: elements.
 namespace element_name {
 inline constexpr const WCHAR* kFeature = TEXT("Feature");
@@ -79,6 +99,12 @@ namespace keyword_name {
 inline constexpr const WCHAR* kDisplayName = TEXT("DisplayName");
 inline constexpr const WCHAR* kPickOne = TEXT("PickOne");
 inline constexpr const WCHAR* kOptionName = TEXT("OptionName");
+// Whether a parameter needs a value: only where what refers to it is selected, or always.
+inline constexpr const WCHAR* kConditional = TEXT("Conditional");
+inline constexpr const WCHAR* kUnconditional = TEXT("Unconditional");
+// What keeps an option from being chosen: nothing, or what is installed.
+inline constexpr const WCHAR* kNone = TEXT("None");
+inline constexpr const WCHAR* kDeviceSettings = TEXT("DeviceSettings");
 }  // namespace keyword_name
 
 // Types of values: names of the XML Schema namespace.

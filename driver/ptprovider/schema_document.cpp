@@ -937,7 +937,7 @@ HRESULT SchemaDocument::ReadNameAttribute(IXMLDOMElement* element, QualifiedName
 }
 
 // The text of the parent's Value.
-HRESULT SchemaDocument::ReadValueText(IXMLDOMNode* parent, OwnedBstr* text) {
+HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, OwnedBstr* text) {
     if (!parent) {
         return E_INVALIDARG;
     }
@@ -948,7 +948,7 @@ HRESULT SchemaDocument::ReadValueText(IXMLDOMNode* parent, OwnedBstr* text) {
 
 HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, LONG* value) {
     OwnedBstr text;
-    const HRESULT result = value ? ReadValueText(parent, &text) : E_INVALIDARG;
+    const HRESULT result = value ? ReadValue(parent, &text) : E_INVALIDARG;
     if (result == S_OK) {
         *value = ParseInteger(text.Text());
     }
@@ -957,7 +957,7 @@ HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, LONG* value) {
 
 HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, ULONG* value) {
     OwnedBstr text;
-    const HRESULT result = value ? ReadValueText(parent, &text) : E_INVALIDARG;
+    const HRESULT result = value ? ReadValue(parent, &text) : E_INVALIDARG;
     if (result == S_OK) {
         *value = ParseUnsigned(text.Text());
     }
@@ -966,7 +966,7 @@ HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, ULONG* value) {
 
 HRESULT SchemaDocument::ReadValue(IXMLDOMNode* parent, QualifiedName* value) {
     OwnedBstr text;
-    const HRESULT result = value ? ReadValueText(parent, &text) : E_INVALIDARG;
+    const HRESULT result = value ? ReadValue(parent, &text) : E_INVALIDARG;
     return result == S_OK ? SplitQName(parent, text.Text(), value) : result;
 }
 
@@ -1010,6 +1010,11 @@ HRESULT SchemaDocument::ReadScoredPropertyQName(IXMLDOMNode* parent, const WCHAR
     return ReadScoredProperty(parent, uri, localName, value);
 }
 
+HRESULT SchemaDocument::ReadScoredPropertyString(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                                 OwnedBstr* text) {
+    return ReadScoredProperty(parent, uri, localName, text);
+}
+
 HRESULT SchemaDocument::FindParameterRef(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
                                          QualifiedName* name) {
     name->Clear();
@@ -1048,6 +1053,11 @@ HRESULT SchemaDocument::ReadScoredParameterUnsigned(IXMLDOMNode* parent, const W
 HRESULT SchemaDocument::ReadScoredParameterQName(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
                                                  QualifiedName* value) {
     return ReadScoredParameter(parent, scoredUri, scoredName, value);
+}
+
+HRESULT SchemaDocument::ReadScoredParameterString(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                                  OwnedBstr* text) {
+    return ReadScoredParameter(parent, scoredUri, scoredName, text);
 }
 
 HRESULT SchemaDocument::ReadParameterInitInteger(const WCHAR* uri, const WCHAR* localName, LONG* value) {

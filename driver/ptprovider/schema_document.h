@@ -184,6 +184,7 @@ class SchemaDocument {
     HRESULT ReadScoredPropertyInteger(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, LONG* value);
     HRESULT ReadScoredPropertyQName(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
                                     QualifiedName* value);
+    HRESULT ReadScoredPropertyString(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, OwnedBstr* text);
 
     // The name of the parameter that a scored property refers to.
     HRESULT FindParameterRef(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName, QualifiedName* name);
@@ -195,6 +196,8 @@ class SchemaDocument {
                                         ULONG* value);
     HRESULT ReadScoredParameterQName(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
                                      QualifiedName* value);
+    HRESULT ReadScoredParameterString(IXMLDOMNode* parent, const WCHAR* scoredUri, const WCHAR* scoredName,
+                                      OwnedBstr* text);
     HRESULT ReadParameterInitInteger(const WCHAR* uri, const WCHAR* localName, LONG* value);
 
     // The feature, its first option and that option's name, by its attribute or else its property "OptionName". Where
@@ -235,10 +238,10 @@ class SchemaDocument {
     template <class Number>
     HRESULT AddNumberParameterDef(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
                                   const ParameterRange<Number>& range, const ParameterTraits& traits);
-    HRESULT ReadValueText(IXMLDOMNode* parent, OwnedBstr* text);
     HRESULT ReadValue(IXMLDOMNode* parent, LONG* value);
     HRESULT ReadValue(IXMLDOMNode* parent, ULONG* value);
     HRESULT ReadValue(IXMLDOMNode* parent, QualifiedName* value);
+    HRESULT ReadValue(IXMLDOMNode* parent, OwnedBstr* text);
     template <class Value>
     HRESULT ReadScoredProperty(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, Value* value);
     template <class Value>

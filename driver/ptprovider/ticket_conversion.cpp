@@ -1,32 +1,26 @@
 #include "driver/ptprovider/ticket_conversion.h"
 
+#include "driver/base/format.h"
 #include "driver/base/text.h"
+#include "driver/ptprovider/feature_reader.h"
+#include "driver/ptprovider/feature_table.h"
+#include "driver/ptprovider/feature_writer.h"
+#include "driver/ptprovider/imageable_size.h"
+#include "driver/ptprovider/page_exceptions.h"
+#include "driver/ptprovider/postscript_features.h"
 #include "driver/ptprovider/print_schema.h"
+#include "driver/ptprovider/private_extensions.h"
 
 namespace velmora {
 namespace {
-
-constexpr UINT kCopiesString = 1753;
-constexpr size_t kDisplayNameCapacity = 128;
 
 // The parameters that say how many copies are printed, in the order in which they count.
 constexpr const WCHAR* kCopiesParameters[] = {TEXT("JobCopiesAllDocuments"), TEXT("DocumentCopiesAllPages"),
                                               TEXT("PageCopies")};
 constexpr const WCHAR* kJobCopies = kCopiesParameters[0];
 constexpr const WCHAR* kPageCopies = kCopiesParameters[2];
-
-// A display name of the language module, its mnemonic's mark taken out; empty where there is none.
-void LoadDisplayName(const ConversionContext& context, UINT id, WCHAR (&name)[kDisplayNameCapacity]) {
-    name[0] = 0;
-    if (!context.Strings()) {
-        return;
-    }
-    LoadStringW(context.Strings(), id, name, static_cast<int>(kDisplayNameCapacity));
-    WCHAR* mark = FindText(static_cast<WCHAR*>(name), TEXT("&"));
-    for (; mark && *mark != 0; ++mark) {
-        *mark = mark[1];
-    }
-}
+constexpr IntegerParameter kCopies = {
+    PublicKeyword(kPageCopies), {1, 1, 32767, 1}, TEXT("copies"), 1753, keyword_name::kUnconditional};
 
 // What every document declares on its root.
 void DeclareDocumentNamespaces(ConversionContext& context) {
@@ -44,81 +38,120 @@ void DeclareDocumentNamespaces(ConversionContext& context) {
     }
 }
 
-void ReadCopies(ConversionContext& context, WorkingDevMode& working) {
+// Whether there is anything to convert.
+bool IsReady(const ConversionContext& context, const WorkingDevMode& working) {
+    return context.printer && working.DevMode() && context.document.Root();
+}
+
+void ReadCopies(FeatureReader& reader, WorkingDevMode& working) {
     for (const WCHAR* parameter : kCopiesParameters) {
         LONG copies = 0;
-        if (context.document.ReadParameterInitInteger(kKeywordsNamespace, parameter, &copies) == S_OK) {
+        if (reader.document.ReadParameterInitInteger(kKeywordsNamespace, parameter, &copies) == S_OK) {
             working.DevMode()->publicPart.dmCopies = static_cast<short>(copies);
             return;
         }
     }
 }
 
-bool HasCopies(ConversionContext& context) {
+bool HasCopies(SchemaDocument& document) {
     for (const WCHAR* parameter : kCopiesParameters) {
-        if (context.document.FindParameterInit(nullptr, kKeywordsNamespace, parameter, nullptr) == S_OK) {
+        if (document.FindParameterInit(nullptr, kKeywordsNamespace, parameter, nullptr) == S_OK) {
             return true;
         }
     }
     return false;
 }
 
-void WriteCopies(ConversionContext& context, const WorkingDevMode& working) {
-    const DEVMODEW& devMode = working.DevMode()->publicPart;
-    if (HasCopies(context) || (devMode.dmFields & DM_COPIES) == 0) {
+// `working` is null where copies are defined.
+void WriteCopies(FeatureWriter& writer, const WorkingDevMode* working) {
+    const DEVMODEW* const devMode = working ? &working->DevMode()->publicPart : nullptr;
+    if (HasCopies(writer.document) || (devMode && (devMode->dmFields & DM_COPIES) == 0)) {
         return;
     }
-    const WCHAR* const parameter = context.mode == ConversionMode::kTicket ? kJobCopies : kPageCopies;
-    context.document.AppendBanner(parameter);
-    context.document.AddParameterInit(nullptr, kKeywordsNamespace, parameter, static_cast<LONG>(devMode.dmCopies));
+    IntegerParameter parameter = kCopies;
+    parameter.name.name = writer.MakesTicket() ? kJobCopies : kPageCopies;
+    writer.document.AppendBanner(parameter.name.name);
+    writer.WriteParameter(parameter, devMode ? devMode->dmCopies : 0);
 }
 
-void DefineCopies(ConversionContext& context) {
-    if (HasCopies(context)) {
+// The language that jobs are written in, which nobody chooses.
+void WriteDeviceLanguage(FeatureWriter& writer) {
+    constexpr Keyword kName = PublicKeyword(TEXT("JobDeviceLanguage"));
+    constexpr Keyword kLanguages[] = {PublicKeyword(TEXT("PCL-XL")), PublicKeyword(TEXT("PCL5e")),
+                                      PublicKeyword(TEXT("PostScript")), PrivateKeyword(TEXT("image"))};
+    constexpr Keyword kColorPcl5 = PublicKeyword(TEXT("PCL5c"));
+    constexpr Keyword kOther = PublicKeyword(TEXT("XPS"));
+    if (writer.document.FindFeature(nullptr, kName.uri, kName.name, nullptr) == S_OK) {
         return;
     }
-    WCHAR name[kDisplayNameCapacity];
-    LoadDisplayName(context, kCopiesString, name);
-    context.document.AppendBanner(kPageCopies);
-    context.document.AddIntegerParameterDef(nullptr, kKeywordsNamespace, kPageCopies,
-                                            ParameterRange<LONG>{1, 1, 32767, 1},
-                                            {name, nullptr, TEXT("copies"), TEXT("Unconditional")});
+    const DeviceModel& model = writer.Model();
+    Keyword language = model.pdlType < ARRAYSIZE(kLanguages) ? kLanguages[model.pdlType] : kOther;
+    if (model.pdlType == kPdlPcl5 && !IsMonochrome(model.colorCapability)) {
+        language = kColorPcl5;
+    }
+    const ElementReference feature = writer.BeginFeature(kName, kNoDisplayName);
+    const ElementReference option = writer.AddOption(feature, language, kNoDisplayName);
+    if (model.modelCode > 0) {
+        WCHAR level[16];
+        FormatWide(level, ARRAYSIZE(level), TEXT("%d"), model.modelCode);
+        writer.AddScoredText(option, PublicKeyword(TEXT("LanguageLevel")), level);
+    }
 }
 
-void WritePrintRate(ConversionContext& context) {
-    const DeviceModel* const model = context.printer->model.Get();
-    if (!model || model->pagesPerMinute == 0) {
+void WritePrintRate(FeatureWriter& writer) {
+    constexpr Keyword kName = PublicKeyword(TEXT("DevicePrintRate"));
+    const DeviceModel& model = writer.Model();
+    if (model.pagesPerMinute == 0) {
         return;
     }
-    SchemaDocument& document = context.document;
-    document.AppendBanner(TEXT("DevicePrintRate"));
+    writer.document.AppendBanner(kName.name);
     ElementReference rate;
-    if (FAILED(document.AddProperty(kKeywordsNamespace, TEXT("DevicePrintRate"), &rate))) {
+    if (FAILED(writer.document.AddProperty(kName.uri, kName.name, &rate))) {
         return;
     }
-    document.AddValueInteger(rate.Get(), model->pagesPerMinute);
-    ElementReference unit;
-    if (SUCCEEDED(document.AddProperty(rate.Get(), kKeywordsNamespace, property_name::kUnitType, &unit))) {
-        document.AddValueString(unit.Get(), nullptr, TEXT("ppm"));
-    }
+    writer.document.AddValueInteger(rate.Get(), model.pagesPerMinute);
+    writer.AddTextProperty(rate, PublicKeyword(property_name::kUnitType), TEXT("ppm"));
 }
 
 }  // namespace
 
 void ReadTicket(ConversionContext& context, WorkingDevMode& working) {
-    if (!context.printer || !working.DevMode() || !context.document.Root()) {
+    if (!IsReady(context, working)) {
         return;
     }
-    ReadCopies(context, working);
+    FeatureReader reader(context);
+    if (!reader.HasModel()) {
+        ReadCopies(reader, working);
+        return;
+    }
+    ReadFeatures(reader, working);
+    ReadPageExceptions(reader, working);
+    ReadCopies(reader, working);
+    ReadContrastAndBrightness(reader, working);
+    ReadDeviceFeatures(reader, working);
 }
 
 void WriteTicket(ConversionContext& context, const WorkingDevMode& working) {
-    if (!context.printer || !working.DevMode() || !context.document.Root()) {
+    if (!context.document.Root()) {
         return;
     }
     context.document.AppendBanner(TEXT("Kestranix print ticket"));
     DeclareDocumentNamespaces(context);
-    WriteCopies(context, working);
+    if (!IsReady(context, working)) {
+        return;
+    }
+    FeatureWriter writer(context);
+    if (!writer.HasModel()) {
+        WriteCopies(writer, &working);
+        return;
+    }
+    WriteDeviceLanguage(writer);
+    WriteFeatures(writer, working);
+    WritePageExceptions(writer, working);
+    WriteCopies(writer, &working);
+    WriteDeviceFeatures(writer, &working);
+    WritePrivateDataLists(writer, working);
+    WriteContrastAndBrightness(writer, &working);
 }
 
 void BuildPrintCapabilities(ConversionContext& context, const WorkingDevMode& working) {
@@ -134,11 +167,22 @@ void BuildPrintCapabilities(ConversionContext& context, const WorkingDevMode& wo
     }
     document.AppendBanner(TEXT("Kestranix print capabilities"));
     DeclareDocumentNamespaces(context);
-    if (!context.printer || !working.DevMode()) {
+    if (!IsReady(context, working)) {
         return;
     }
-    WritePrintRate(context);
-    DefineCopies(context);
+    FeatureWriter writer(context);
+    if (!writer.HasModel()) {
+        WriteCopies(writer, nullptr);
+        return;
+    }
+    WritePrintRate(writer);
+    WriteDeviceLanguage(writer);
+    ListFeatures(writer);
+    ListPageExceptions(writer);
+    WriteImageableSize(writer, working);
+    WriteCopies(writer, nullptr);
+    WriteDeviceFeatures(writer, nullptr);
+    WriteContrastAndBrightness(writer, nullptr);
 }
 
 }  // namespace velmora

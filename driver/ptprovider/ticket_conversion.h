@@ -1,6 +1,6 @@
 // The conversions: a print ticket into a device mode, a device mode into a print ticket, and a printer's print
 // capabilities. What can't be read or written is skipped; nothing is reported. Without a snapshot of the printer, or a
-// device mode, only the frame of print capabilities is written.
+// device mode, nothing is read and only the documents' frames are written; without a model there are only copies.
 #pragma once
 
 #include "driver/ptprovider/conversion_context.h"

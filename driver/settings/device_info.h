@@ -33,6 +33,7 @@ static_assert(sizeof(DeviceInfo) == 16);
 enum DeviceInfoOption : uint32_t {
     kDuplexInstalled = 1u << 0,
     kExtraInstalled = 1u << 1,
+    kBorderlessInstalled = 1u << 3,
     kStaplerInstalled = 1u << 4,
 };
 

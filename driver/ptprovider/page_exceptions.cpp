@@ -1,0 +1,584 @@
+#include "driver/ptprovider/page_exceptions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include "driver/base/format.h"
+#include "driver/base/text.h"
+#include "driver/ptprovider/overlay_features.h"
+#include "driver/ptprovider/sheet_choices.h"
+#include "driver/ptprovider/watermark_feature.h"
+
+namespace velmora {
+namespace {
+
+constexpr size_t kNameCapacity = 64;
+
+// A name with an exception's number in it.
+struct NumberedName {
+    NumberedName(const WCHAR* format, int number) { FormatWide(text, kNameCapacity, format, number); }
+    WCHAR text[kNameCapacity];
+
+    Keyword Name() const { return PrivateKeyword(text); }
+};
+
+// --- Kinds
+
+constexpr const WCHAR* kMediaFormat = TEXT("DocumentMediaException%d");
+constexpr const WCHAR* kBlankSheetFormat = TEXT("DocumentBlankSheetException%d");
+constexpr const WCHAR* kWatermarkFormat = TEXT("DocumentWatermarkException%d");
+constexpr const WCHAR* kOverlayFormat = TEXT("DocumentOverlayException%d");
+constexpr const WCHAR* kParametersFormat = TEXT("DocumentExceptionParameters%d");
+
+// What the features of exceptions are called, in the order in which they are looked for, and the kind that each reads
+// as; the other kind of blank sheet is told by an option.
+struct KindName {
+    const WCHAR* format;
+    ExceptionKind kind;
+};
+constexpr KindName kKindNames[] = {
+    {kMediaFormat, kMediaException},
+    {kBlankSheetFormat, kBlankSheetBefore},
+    {kWatermarkFormat, kWatermarkException},
+    {kOverlayFormat, kOverlayException},
+};
+
+// Null for no exception, and for a code that is none.
+const WCHAR* NameOfKind(uint8_t kind) {
+    if (kind == kBlankSheetAfter) {
+        return kBlankSheetFormat;
+    }
+    const auto* const row = std::ranges::find_if(kKindNames, [&](const KindName& name) { return name.kind == kind; });
+    return row != std::end(kKindNames) ? row->format : nullptr;
+}
+
+constexpr UINT kMediaExceptionString = 2731;
+constexpr UINT kOverlayExceptionString = 3354;
+constexpr UINT kSheetPaperString = 3099;
+constexpr UINT kSheetMediaString = 3101;
+constexpr UINT kSheetBinString = 3100;
+constexpr PlainOption kBlankSheets[] = {
+    {TEXT("BeforeExceptionPages"), kBlankSheetBefore, 2732},
+    {TEXT("AfterExceptionPages"), kBlankSheetAfter, 2733},
+};
+
+// --- The pages
+
+constexpr Keyword kUsage = PrivateKeyword(TEXT("ExceptionUsage"));
+constexpr UINT kUsageString = 3097;
+constexpr PlainOption kUsages[] = {
+    {TEXT("SpecifiedPages"), kSpecifiedPages, 2740},
+    {TEXT("NotSpecifiedPages"), kNotSpecifiedPages, 2743},
+    {TEXT("OddPages"), kOddPages, 2741},
+    {TEXT("EvenPages"), kEvenPages, 2742},
+};
+constexpr Keyword kPagesProperty = PrivateKeyword(TEXT("Pages"));
+constexpr const WCHAR* kPagesFormat = TEXT("DocumentExceptionPages%d");
+// Up to five digits a page and what separates them.
+constexpr size_t kPageListCapacity = kExceptionPages * 6 + 1;
+
+constexpr bool HasPageList(uint32_t usage) {
+    return usage == kSpecifiedPages || usage == kNotSpecifiedPages;
+}
+
+// Codes that are no usage stand for pages that are listed.
+uint8_t UsageOf(const ExceptionRecord& exception) {
+    return exception.usage <= kNotSpecifiedPages ? exception.usage : uint8_t{kSpecifiedPages};
+}
+
+// --- Where watermarks and overlays lie
+
+constexpr Keyword kLayering = PrivateKeyword(TEXT("Layering"));
+constexpr PlainOption kLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage}};
+constexpr PlainOption kOverlayLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage, 1742}};
+
+constexpr Keyword kPlacement = PrivateKeyword(TEXT("Placement"));
+constexpr UINT kPlacementString = 1983;
+constexpr uint32_t kCentre = 0;
+constexpr PlainOption kPlacements[] = {
+    {TEXT("Center"), kCentre, 2517}, {TEXT("Tiled"), 1, 2517},      {TEXT("Top"), 2, 2518},
+    {TEXT("TopRight"), 7, 2523},     {TEXT("Right"), 3, 2519},      {TEXT("BottomRight"), 9, 2525},
+    {TEXT("Bottom"), 4, 2520},       {TEXT("BottomLeft"), 8, 2524}, {TEXT("Left"), 5, 2521},
+    {TEXT("TopLeft"), 6, 2522},
+};
+
+// --- Parameters of watermarks
+
+constexpr Keyword kText = PrivateKeyword(TEXT("Text"));
+constexpr UINT kTextString = 3131;
+constexpr Keyword kImage = PrivateKeyword(TEXT("Image"));
+constexpr UINT kImageString = 3132;
+
+// The rows of kParameters.
+enum WatermarkParameter : uint8_t {
+    kPages,
+    kTextText,
+    kTextFont,
+    kTextFontSize,
+    kTextAngle,
+    kTextColor,
+    kTextOutline,
+    kTextBold,
+    kTextItalic,
+    kTextRightToLeft,
+    kImageFile,
+    kImageScaleWidth,
+    kImageScaleHeight,
+    kTransparency,
+    kOffsetWidth,
+    kOffsetHeight,
+};
+
+// Colours have an opaque alpha before them and are written as signed numbers.
+constexpr uint32_t kOpaqueAlpha = 0xFF000000;
+constexpr LONG LeastColor() {
+    return static_cast<LONG>(kOpaqueAlpha);
+}
+
+// A parameter of an exception: a text where `text` isn't null.
+struct ParameterRow {
+    const WCHAR* format;  // of its name
+    UINT displayName;
+    const WCHAR* text;  // the default
+    ParameterRange<LONG> range;
+    const WCHAR* unit;
+};
+// Stored watermarks say no transparency: 0, opaque. The colour's default is the model's.
+constexpr ParameterRow kParameters[] = {
+    {kPagesFormat, 3098, TEXT(""), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionTextText%d"), 1845, TEXT("Confidential"), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionTextFont%d"), 1770, TEXT("Arial"), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionTextFontSize%d"), 1794, nullptr, {25400, 1500, 500000, 100}, TEXT("microns")},
+    {TEXT("DocumentWatermarkExceptionTextAngle%d"), 1795, nullptr, {45, 0, 359, 1}, TEXT("degrees")},
+    {TEXT("DocumentWatermarkExceptionTextColor%d"), 3116, nullptr, {-1, LeastColor(), -1, 1}, TEXT("sRGB")},
+    {TEXT("DocumentWatermarkExceptionTextOutline%d"), 3117, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
+    {TEXT("DocumentWatermarkExceptionTextBold%d"), 3134, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
+    {TEXT("DocumentWatermarkExceptionTextItalic%d"), 3135, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
+    {TEXT("DocumentWatermarkExceptionTextRightToLeft%d"), kNoDisplayName, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
+    {TEXT("DocumentWatermarkExceptionImageFile%d"), 1778, TEXT("Image Filename"), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionImageScaleWidth%d"), kNoDisplayName, nullptr, {100, 1, 10000, 1}, TEXT("percent")},
+    {TEXT("DocumentWatermarkExceptionImageScaleHeight%d"),
+     kNoDisplayName,
+     nullptr,
+     {100, 1, 10000, 1},
+     TEXT("percent")},
+    {TEXT("DocumentWatermarkExceptionTransparency%d"), kNoDisplayName, nullptr, {0, 0, 100, 1}, TEXT("percent")},
+    {TEXT("DocumentWatermarkExceptionPlacementOffsetWidth%d"), 1984, nullptr, {0, 0, 1000000, 1}, TEXT("microns")},
+    {TEXT("DocumentWatermarkExceptionPlacementOffsetHeight%d"), 1986, nullptr, {0, 0, 1000000, 1}, TEXT("microns")},
+};
+
+// What an option says, by the parameters that hold it.
+struct ScoredParameter {
+    const WCHAR* property;
+    WatermarkParameter parameter;
+};
+constexpr ScoredParameter kTextProperties[] = {
+    {TEXT("Text"), kTextText},
+    {TEXT("Font"), kTextFont},
+    {TEXT("FontSize"), kTextFontSize},
+    {TEXT("Angle"), kTextAngle},
+    {TEXT("FontColor"), kTextColor},
+    {TEXT("Bold"), kTextBold},
+    {TEXT("Italic"), kTextItalic},
+    {TEXT("Outline"), kTextOutline},
+    {TEXT("RightToLeft"), kTextRightToLeft},
+    {TEXT("Transparency"), kTransparency},
+};
+constexpr ScoredParameter kImageProperties[] = {
+    {TEXT("File"), kImageFile},
+    {TEXT("ScaleWidth"), kImageScaleWidth},
+    {TEXT("ScaleHeight"), kImageScaleHeight},
+    {TEXT("Transparency"), kTransparency},
+};
+constexpr ScoredParameter kOffsetProperties[] = {
+    {TEXT("OffsetWidth"), kOffsetWidth},
+    {TEXT("OffsetHeight"), kOffsetHeight},
+};
+
+constexpr LONG kTenthsPerDegree = 10;
+constexpr int64_t kPositionUnits = 100;
+
+// Writes one exception, or what one can be where there is none to write. The kinds' features differ in their middle
+// parts only, each of which is a function of this.
+class ExceptionWriter {
+  public:
+    // `exception`, `pages` null: everything is listed. `watermark`: the one that the exception names, or null.
+    ExceptionWriter(FeatureWriter& writer, int number, const ExceptionRecord* exception, const ExceptionPageList* pages,
+                    const WatermarkRecord* watermark)
+        : writer_(writer), number_(number), exception_(exception), pages_(pages), watermark_(watermark) {}
+
+    void WriteMedia() {
+        const ElementReference feature = Begin(kMediaFormat, kMediaExceptionString);
+        WriteMediaAndBin(feature);
+        WriteUsage(feature);
+    }
+
+    void WriteBlankSheet() {
+        const ElementReference feature = Begin(kBlankSheetFormat, kNoDisplayName);
+        writer_.AddOptions(feature, kPrivateNamespace, kBlankSheets, exception_ ? exception_->kind : 0);
+        const SheetChoice choice = Choice();
+        if (writer_.printer.papers.count > 0) {
+            WritePaperOptions(writer_, writer_.BeginSubFeature(feature, kSheetPaper, kSheetPaperString),
+                              TicketSetting::kException, Selected(choice));
+        }
+        WriteMediaAndBin(feature);
+        WriteUsage(feature);
+    }
+
+    void WriteWatermark() {
+        const ElementReference feature = Begin(kWatermarkFormat, kNoDisplayName);
+        const bool isImage = watermark_ && watermark_->type == kImageWatermark;
+        if (writer_.Writes(!isImage)) {
+            AddParameters(writer_.AddOption(feature, kText, kTextString), kTextProperties);
+        }
+        if (writer_.Writes(isImage)) {
+            AddParameters(writer_.AddOption(feature, kImage, kImageString), kImageProperties);
+        }
+        const ElementReference placement = writer_.BeginSubFeature(feature, kPlacement, kPlacementString);
+        for (const PlainOption& option : kPlacements) {
+            if (writer_.Writes(option.value == Placement())) {
+                AddParameters(writer_.AddOption(placement, {kPlacement.uri, option.name}, option.displayName),
+                              kOffsetProperties);
+            }
+        }
+        WriteLayering(feature, kLayers);
+        WriteUsage(feature);
+    }
+
+    void WriteOverlay() {
+        const ElementReference feature = Begin(kOverlayFormat, kOverlayExceptionString);
+        if (exception_) {
+            WCHAR file[ARRAYSIZE(exception_->overlayName) + 1] = {};
+            memcpy(file, exception_->overlayName, sizeof(exception_->overlayName));
+            const ElementReference overlay = writer_.BeginSubFeature(feature, kOverlayFile, kNoDisplayName);
+            writer_.AddScoredText(writer_.AddUnnamedOption(overlay, TEXT("")), kFileProperty, file);
+        } else if (writer_.printer.overlays.count > 0) {
+            WriteOverlayFileOptions(writer_, writer_.BeginSubFeature(feature, kOverlayFile, kNoDisplayName), nullptr);
+        }
+        WriteLayering(feature, kOverlayLayers);
+        WriteUsage(feature);
+    }
+
+    // The parameters that the features of the number refer to.
+    void WriteParameters() {
+        writer_.document.AppendBanner(NumberedName(kParametersFormat, number_).text);
+        if (writer_.Writes(exception_ && HasPageList(UsageOf(*exception_)))) {
+            WCHAR list[kPageListCapacity] = {};
+            if (pages_) {
+                FormatPages(*pages_, list);
+            }
+            WriteText(kPages, list);
+        }
+        if (writer_.ListsAll()) {
+            DefineWatermark();
+        } else if (watermark_) {
+            WriteWatermarkValues();
+        }
+    }
+
+  private:
+    SheetChoice Choice() const { return exception_ ? ChoiceOf(*exception_) : SheetChoice{}; }
+    const SheetChoice* Selected(const SheetChoice& choice) const { return exception_ ? &choice : nullptr; }
+
+    // Under its banner, without selection type: what is chosen of an exception are its parts.
+    ElementReference Begin(const WCHAR* format, UINT displayName) {
+        const NumberedName name(format, number_);
+        writer_.document.AppendBanner(name.text);
+        return writer_.BeginGroup({}, name.Name(), displayName);
+    }
+
+    void WriteMediaAndBin(const ElementReference& feature) {
+        const SheetChoice choice = Choice();
+        if (writer_.printer.media.count > 0) {
+            WriteMediaTypeOptions(writer_, writer_.BeginSubFeature(feature, kSheetMedia, kSheetMediaString),
+                                  Selected(choice));
+        }
+        if (writer_.printer.trays.count > 0) {
+            WriteInputBinOptions(writer_, writer_.BeginSubFeature(feature, kSheetBin, kSheetBinString),
+                                 Selected(choice));
+        }
+    }
+
+    void AddParameters(const ElementReference& option, std::span<const ScoredParameter> properties) {
+        for (const ScoredParameter& row : properties) {
+            writer_.AddScoredParameter(option, PrivateKeyword(row.property),
+                                       NumberedName(kParameters[row.parameter].format, number_).Name());
+        }
+    }
+
+    // Of the watermark; a place that is none of them is the centre.
+    uint32_t Placement() const {
+        const uint32_t place = watermark_ ? watermark_->placement : kCentre;
+        const bool isKnown =
+            std::ranges::any_of(kPlacements, [&](const PlainOption& option) { return option.value == place; });
+        return isKnown ? place : kCentre;
+    }
+
+    void WriteLayering(const ElementReference& feature, std::span<const PlainOption> layers) {
+        writer_.AddOptions(writer_.BeginSubFeature(feature, kLayering, kNoDisplayName), kLayering.uri, layers,
+                           exception_ && exception_->underlay != 0 ? kUnderPage : kOverPage);
+    }
+
+    void WriteUsage(const ElementReference& feature) {
+        const ElementReference usage = writer_.BeginSubFeature(feature, kUsage, kUsageString);
+        for (const PlainOption& option : kUsages) {
+            if (writer_.Writes(exception_ && option.value == UsageOf(*exception_))) {
+                const ElementReference written =
+                    writer_.AddOption(usage, {kUsage.uri, option.name}, option.displayName);
+                if (HasPageList(option.value)) {
+                    writer_.AddScoredParameter(written, kPagesProperty, NumberedName(kPagesFormat, number_).Name());
+                }
+            }
+        }
+    }
+
+    static void FormatPages(const ExceptionPageList& pages, WCHAR (&list)[kPageListCapacity]) {
+        size_t length = 0;
+        for (size_t i = 0; i < std::min<size_t>(pages.count, kExceptionPages); ++i) {
+            length += FormatWide(list + length, kPageListCapacity - length, i == 0 ? TEXT("%d") : TEXT(",%d"),
+                                 pages.pages[i]);
+        }
+    }
+
+    void WriteText(WatermarkParameter parameter, const WCHAR* value) {
+        const ParameterRow& row = kParameters[parameter];
+        const NumberedName name(row.format, number_);
+        writer_.WriteParameter(TextParameter{name.Name(), row.text, row.displayName}, value);
+    }
+
+    void WriteInteger(WatermarkParameter parameter, LONG value) {
+        const ParameterRow& row = kParameters[parameter];
+        const NumberedName name(row.format, number_);
+        ParameterRange<LONG> range = row.range;
+        if (parameter == kTextColor) {
+            range.defaultValue = OpaqueColor(DefaultWatermarkColor(writer_.Model()));
+        }
+        writer_.WriteParameter(IntegerParameter{name.Name(), range, row.unit, row.displayName}, value);
+    }
+
+    static LONG OpaqueColor(uint32_t color) { return static_cast<LONG>(color | kOpaqueAlpha); }
+
+    void DefineWatermark() {
+        for (size_t i = kTextText; i < std::size(kParameters); ++i) {
+            const auto parameter = static_cast<WatermarkParameter>(i);
+            if (kParameters[i].text) {
+                WriteText(parameter, nullptr);
+            } else {
+                WriteInteger(parameter, 0);
+            }
+        }
+    }
+
+    void WriteWatermarkValues() {
+        const WatermarkRecord& record = *watermark_;
+        if (record.type == kImageWatermark) {
+            WriteText(kImageFile, record.imageName);
+            WriteInteger(kImageScaleWidth, static_cast<LONG>(record.scaleX));
+            WriteInteger(kImageScaleHeight, static_cast<LONG>(record.scaleY));
+        } else {
+            WriteText(kTextText, record.text);
+            WriteText(kTextFont, record.style.face);
+            WriteInteger(kTextOutline, static_cast<LONG>(record.style.outline));
+            WriteInteger(kTextBold, static_cast<LONG>(record.style.bold));
+            WriteInteger(kTextItalic, static_cast<LONG>(record.style.italic));
+            WriteInteger(kTextFontSize, record.style.size);
+            WriteInteger(kTextAngle, record.angle / kTenthsPerDegree);
+            WriteInteger(kTextColor, OpaqueColor(SwapRedAndBlue(record.style.color)));
+            WriteInteger(kTextRightToLeft, static_cast<LONG>(record.style.rightToLeft));
+        }
+        WriteInteger(kTransparency, kParameters[kTransparency].range.defaultValue);
+        WriteInteger(kOffsetWidth, static_cast<LONG>(record.positionX * kPositionUnits));
+        WriteInteger(kOffsetHeight, static_cast<LONG>(record.positionY * kPositionUnits));
+    }
+
+    FeatureWriter& writer_;
+    const int number_;
+    const ExceptionRecord* const exception_;
+    const ExceptionPageList* const pages_;
+    const WatermarkRecord* const watermark_;
+};
+
+// The stored watermark that an exception names; null for none.
+const WatermarkRecord* WatermarkOf(const ExceptionRecord& exception, const PrinterSnapshot& printer) {
+    const bool isNamed = exception.kind == kWatermarkException && exception.watermark < printer.watermarks.count;
+    return isNamed ? printer.watermarks.records.Get() + exception.watermark : nullptr;
+}
+
+// --- Reading
+
+void ReadPages(const WCHAR* text, ExceptionPageList* pages) {
+    while (*text != 0 && pages->count < kExceptionPages) {
+        const auto page = static_cast<uint16_t>(ParseInteger(text));
+        if (page == 0) {
+            return;
+        }
+        pages->pages[pages->count++] = page;
+        // Behind the number is what separates it from the next.
+        while (*text != 0 && (*text < TEXT('0') || *text > TEXT('9'))) {
+            ++text;
+        }
+        while (*text >= TEXT('0') && *text <= TEXT('9')) {
+            ++text;
+        }
+        if (*text != 0) {
+            ++text;
+        }
+    }
+}
+
+void ReadUsage(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception,
+               ExceptionPageList* pages) {
+    FoundOption found;
+    const PlainOption* const usage =
+        reader.FindOption(feature.Get(), kUsage, &found) ? MatchOption(found.name, kUsage.uri, kUsages) : nullptr;
+    exception->usage = usage ? static_cast<uint8_t>(usage->value) : uint8_t{kSpecifiedPages};
+    OwnedBstr list;
+    if (usage && HasPageList(usage->value) && reader.ReadParameter(found.option, kPagesProperty, &list)) {
+        ReadPages(list.Text(), pages);
+    }
+}
+
+// Media and trays are part of an exception where the model has any.
+bool ReadMediaAndBin(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception) {
+    FoundOption media;
+    FoundOption bin;
+    if ((reader.printer.media.count > 0 && !reader.FindOption(feature.Get(), kSheetMedia, &media)) ||
+        (reader.printer.trays.count > 0 && !reader.FindOption(feature.Get(), kSheetBin, &bin))) {
+        return false;
+    }
+    if (media.option && IsMedium(reader, ReadMedia(reader, media))) {
+        exception->media = ReadMedia(reader, media);
+    }
+    if (bin.option) {
+        exception->bin = ReadBin(reader, bin);
+    }
+    return true;
+}
+
+bool ReadBlankSheet(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception) {
+    ElementReference option;
+    QualifiedName name;
+    if (reader.document.FindFirstOption(feature.Get(), &option) != S_OK ||
+        reader.document.ReadNameAttribute(option.Get(), &name) != S_OK) {
+        return false;
+    }
+    const PlainOption* const place = MatchOption(name, kPrivateNamespace, kBlankSheets);
+    FoundOption size;
+    if (!place || !reader.FindOption(feature.Get(), kSheetPaper, &size)) {
+        return false;
+    }
+    exception->kind = static_cast<uint8_t>(place->value);
+    TicketPaper paper;
+    if (size.name.Is(kPagePaperOption.uri, kPagePaperOption.name)) {
+        exception->paper = kPagePaper;
+    } else if (ReadPaper(reader, size, TicketSetting::kException, &paper)) {
+        exception->paper = static_cast<uint16_t>(paper.paper);
+    } else {
+        return false;
+    }
+    return ReadMediaAndBin(reader, feature, exception);
+}
+
+bool ReadOverlayFile(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception) {
+    ElementReference overlay;
+    ElementReference option;
+    OwnedBstr file;
+    const PlainOption* const layer = reader.FindPlainOption(feature.Get(), kLayering, kOverlayLayers);
+    if (!layer ||
+        reader.document.FindFeatureOption(feature.Get(), kOverlayFile.uri, kOverlayFile.name, &overlay, &option,
+                                          nullptr) != S_OK ||
+        !reader.ReadScored(option, kFileProperty, &file)) {
+        return false;
+    }
+    CopyText<WCHAR>(exception->overlayName, ARRAYSIZE(exception->overlayName), FileNamePart(file.Text()));
+    if (layer->value == kUnderPage) {
+        exception->underlay = 1;
+    }
+    return true;
+}
+
+bool ReadContent(FeatureReader& reader, const ElementReference& feature, uint8_t kindBefore,
+                 ExceptionRecord* exception) {
+    switch (exception->kind) {
+        case kMediaException:
+            return ReadMediaAndBin(reader, feature, exception);
+        case kBlankSheetBefore:
+            return ReadBlankSheet(reader, feature, exception);
+        case kOverlayException:
+            return ReadOverlayFile(reader, feature, exception);
+        default:
+            // A ticket doesn't say which of the stored watermarks it is: the device mode's stays.
+            return kindBefore == kWatermarkException && WatermarkOf(*exception, reader.printer);
+    }
+}
+
+}  // namespace
+
+void WritePageExceptions(FeatureWriter& writer, const WorkingDevMode& working) {
+    for (size_t i = 0; i < kExceptionSlots; ++i) {
+        const ExceptionRecord& exception = working.exceptions[i];
+        const int number = static_cast<int>(i) + 1;
+        const WCHAR* const format = NameOfKind(exception.kind);
+        const WatermarkRecord* const watermark = WatermarkOf(exception, writer.printer);
+        if (!format || (exception.kind == kWatermarkException && !watermark) ||
+            writer.document.FindFeature(nullptr, kPrivateNamespace, NumberedName(format, number).text, nullptr) ==
+                S_OK) {
+            continue;
+        }
+        ExceptionWriter written(writer, number, &exception, &working.exceptionPages[i], watermark);
+        switch (exception.kind) {
+            case kMediaException:
+                written.WriteMedia();
+                break;
+            case kOverlayException:
+                written.WriteOverlay();
+                break;
+            case kWatermarkException:
+                written.WriteWatermark();
+                break;
+            default:
+                written.WriteBlankSheet();
+                break;
+        }
+        written.WriteParameters();
+    }
+}
+
+void ListPageExceptions(FeatureWriter& writer) {
+    for (size_t i = 0; i < kExceptionSlots; ++i) {
+        ExceptionWriter listed(writer, static_cast<int>(i) + 1, nullptr, nullptr, nullptr);
+        listed.WriteMedia();
+        listed.WriteBlankSheet();
+        listed.WriteWatermark();
+        listed.WriteOverlay();
+        listed.WriteParameters();
+    }
+}
+
+void ReadPageExceptions(FeatureReader& reader, WorkingDevMode& working) {
+    for (size_t i = 0; i < kExceptionSlots; ++i) {
+        ExceptionRecord& exception = working.exceptions[i];
+        ExceptionPageList& pages = working.exceptionPages[i];
+        const uint8_t kindBefore = exception.kind;
+        exception.kind = kNoException;
+        ElementReference feature;
+        for (const KindName& row : kKindNames) {
+            const NumberedName name(row.format, static_cast<int>(i) + 1);
+            if (reader.document.FindFeature(nullptr, kPrivateNamespace, name.text, &feature) == S_OK) {
+                exception.kind = row.kind;
+                break;
+            }
+        }
+        if (exception.kind == kNoException) {
+            continue;
+        }
+        pages.count = 0;
+        ReadUsage(reader, feature, &exception, &pages);
+        if (!ReadContent(reader, feature, kindBefore, &exception)) {
+            exception.kind = kNoException;
+        }
+    }
+}
+
+}  // namespace velmora
