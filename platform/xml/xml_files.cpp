@@ -92,6 +92,10 @@ std::string FaultOf(IXMLDOMDocument2* document) {
 }  // namespace
 
 std::string LoadXmlFile(const std::filesystem::path& file, IXMLDOMDocument2* document) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(file, ignored)) {
+        return file.string() + ": " + std::generic_category().message(EISDIR);
+    }
     std::ifstream stream(file, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
     if (!stream) {

@@ -42,6 +42,7 @@ TEST_F(XmlFilesTest, AreReadInTheirEncoding) {
     }
     EXPECT_EQ(LoadXmlFile(machine_->Drive() / "none.xml", NewDocument().Get()),
               (machine_->Drive() / "none.xml").string() + ": No such file or directory");
+    EXPECT_EQ(LoadXmlFile(machine_->Drive(), NewDocument().Get()), machine_->Drive().string() + ": Is a directory");
 }
 
 TEST_F(XmlFilesTest, AreWrittenForPeople) {

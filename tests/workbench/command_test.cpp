@@ -26,6 +26,8 @@ TEST_F(WorkbenchTest, WrongCommandLinesExitWithTwo) {
         {{"install"}, "MODEL is required"},
         {{"devmode"}, "PRINTER is required"},
         {{"printers", "one"}, "one"},
+        {{"ticket", "Probe 9", "--json"}, "--json: the answer is an XML document"},
+        {{"validate", "Probe 9"}, "FILE is required"},
         {{"printers", "--language", "XX"}, "\"XX\" is not a language"},
         {{"--measurement", "Metric", "printers"}, "\"Metric\" is not metric or us"},
         {{"printers", "--system-version", "10.x"}, "\"10.x\" is not a version"},
@@ -42,8 +44,9 @@ TEST_F(WorkbenchTest, WrongCommandLinesExitWithTwo) {
 }
 
 TEST_F(WorkbenchTest, EveryHelpHasAnExample) {
-    for (const std::string command : {"", "install", "printers", "remove", "devmode", "diff", "convert", "check",
-                                      "model", "data", "settings", "job", "bind", "lists", "fields"}) {
+    for (const std::string command :
+         {"", "install", "printers", "remove", "devmode", "diff", "convert", "check", "model", "data", "settings",
+          "job", "bind", "lists", "ticket", "validate", "printcaps", "fields"}) {
         std::vector<std::string> arguments = {"--help"};
         if (!command.empty()) {
             arguments.insert(arguments.begin(), command);

@@ -19,7 +19,8 @@ class CommandError : public std::runtime_error {
     std::string details_;
 };
 
-// The same for a command line that can't be carried out as it is written.
+// The same for a command line that can't be carried out as it is written: a field or a value that there isn't, a file
+// that isn't what the command takes.
 class UsageError : public CommandError {
   public:
     using CommandError::CommandError;

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -21,12 +22,14 @@
 #include "tools/velmora/job_report.h"
 #include "tools/velmora/machine_settings.h"
 #include "tools/velmora/model_report.h"
+#include "tools/velmora/output_file.h"
 #include "tools/velmora/printer_model.h"
 #include "tools/velmora/printer_report.h"
 #include "tools/velmora/settings_report.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/velmora/table.h"
 #include "tools/velmora/text_list_report.h"
+#include "tools/velmora/ticket_calls.h"
 #include "tools/velmora/ticket_provider.h"
 
 namespace velmora {
@@ -51,6 +54,7 @@ struct Request {
     std::vector<std::string> assignments = {};
     std::string file = {};
     std::string secondFile = {};
+    std::string ticketFile = {};
     std::string outputFile = {};
     std::string jobName = "Test page";
     unsigned sheets = 1;
@@ -170,26 +174,77 @@ void PrintDifferences(const Request& request, const std::string& sentence, Json 
     Print(request, std::span(&differences, 1));
 }
 
+// The device mode of the file that the command line names; empty where it names none.
+std::optional<VelmoraDevMode> GivenDevMode(const Request& request) {
+    return request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
+}
+
+// The device mode that a command works on, for a message.
+std::string NameDevMode(const Request& request) {
+    return request.file.empty() ? "the default device mode of \"" + request.printer + "\"" : request.file;
+}
+
+// Says where the driver doesn't work on the device mode as it is.
+void NoteCheck(const Request& request, const PrinterModel& model, const VelmoraDevMode& devMode) {
+    const DevModeCheck check = CheckDevMode(model, devMode);
+    if (!check.IsAccepted()) {
+        request.errors << "velmora: note: " << DescribeRejection(check, NameDevMode(request))
+                       << "\n  a device mode of the printer's own stands in for it\n";
+    } else if (check.publicPart.repairs + check.privatePart.repairs > 0) {
+        request.errors << "velmora: note: " << NameDevMode(request)
+                       << " is repaired first:\n  public part: " << Describe(check.publicPart)
+                       << "\n  private part: " << Describe(check.privatePart) << "\n";
+    }
+}
+
+// What a part of the driver left open fails the command.
+void TellLeftOpen(const Request& request, const std::string& who, const std::vector<std::string>& leftOpen) {
+    for (const std::string& resource : leftOpen) {
+        request.errors << "velmora: " << who << " left open: " << resource << "\n";
+        request.exitCode = kFailed;
+    }
+}
+
+// The device mode with what the ticket that the command line names says.
+void ConvertTicket(const Request& request, const PrinterModel& model, const VelmoraDevMode& devMode) {
+    NoteCheck(request, model, devMode);
+    const ProviderDevMode answer = DevModeByDriver(model.Printer(), request.printer, request.ticketFile, devMode);
+    TellLeftOpen(request, "the provider", answer.leftOpen);
+    std::string sentence = NameDevMode(request) + ", converted by " + request.ticketFile;
+    Json file;
+    if (!request.outputFile.empty() && request.exitCode == kDone) {
+        WriteDevModeFile(request.outputFile, answer.devMode, {request.file, request.ticketFile});
+        sentence = request.outputFile + ": " + sentence;
+        file = request.outputFile;
+    }
+    const Table differences = ReportDifferences(devMode, answer.devMode, NamesOfNumbers(&model), "Before", "Converted");
+    PrintDifferences(request, sentence + (differences.rows.empty() ? ", which changes nothing" : ""),
+                     {{"file", file}, {"bytes", sizeof(answer.devMode)}}, differences);
+}
+
 void DevMode(const Request& request) {
     const auto machine = OpenMachine(request);
     NoteOtherDriver(request);
     const PrinterModel model(request.printer);
     const NumberNames names = NamesOfNumbers(&model);
-    const VelmoraDevMode unchanged = DefaultByDriver(model.Printer(), request.printer);
+    const std::optional<VelmoraDevMode> given = GivenDevMode(request);
+    const VelmoraDevMode unchanged = given ? *given : DefaultByDriver(model.Printer(), request.printer);
     VelmoraDevMode devMode = unchanged;
     std::vector<std::string> notes;
     for (const std::string& assignment : request.assignments) {
         Assign(assignment, &devMode, &notes);
     }
-    if (request.outputFile.empty()) {
+    if (!request.ticketFile.empty()) {
+        ConvertTicket(request, model, devMode);
+    } else if (request.outputFile.empty()) {
         Print(request, ReportDevMode(devMode, names));
     } else {
-        WriteDevModeFile(request.outputFile, devMode);
+        WriteDevModeFile(request.outputFile, devMode, {request.file});
         PrintDifferences(request,
-                         request.outputFile + ": the default device mode of \"" + request.printer + "\"" +
+                         request.outputFile + ": " + NameDevMode(request) +
                              (request.assignments.empty() ? "" : ", changed as asked"),
                          {{"file", request.outputFile}, {"bytes", sizeof(devMode)}},
-                         ReportDifferences(unchanged, devMode, names, "Default", "Changed to"));
+                         ReportDifferences(unchanged, devMode, names, given ? request.file : "Default", "Changed to"));
     }
     for (const std::string& note : notes) {
         request.errors << "velmora: note: " << note << "\n";
@@ -209,11 +264,6 @@ void Diff(const Request& request) {
     request.exitCode = differences.rows.empty() ? kDone : kNo;
 }
 
-// The device mode of the file that the command line names; empty where it names none.
-std::optional<VelmoraDevMode> GivenDevMode(const Request& request) {
-    return request.file.empty() ? std::nullopt : std::optional(ReadDevModeFile(request.file));
-}
-
 void Convert(const Request& request) {
     const auto machine = OpenMachine(request);
     NoteOtherDriver(request);
@@ -221,9 +271,7 @@ void Convert(const Request& request) {
     const std::optional<VelmoraDevMode> input = GivenDevMode(request);
     const Conversion conversion = ConvertByDriver(model.Printer(), request.printer, input ? &*input : nullptr);
     if (conversion.isDone && !request.outputFile.empty()) {
-        WriteDevModeFile(
-            request.outputFile, conversion.output,
-            input ? std::vector<std::filesystem::path>{request.file} : std::vector<std::filesystem::path>{});
+        WriteDevModeFile(request.outputFile, conversion.output, {request.file});
     }
     const VelmoraDevMode& before = input && conversion.isDone ? *input : conversion.output;
     const Table differences =
@@ -299,14 +347,6 @@ void Settings(const Request& request) {
     }
 }
 
-// What a part of the driver left open fails the command.
-void TellLeftOpen(const Request& request, const std::string& who, const std::vector<std::string>& leftOpen) {
-    for (const std::string& resource : leftOpen) {
-        request.errors << "velmora: " << who << " left open: " << resource << "\n";
-        request.exitCode = kFailed;
-    }
-}
-
 void Job(const Request& request) {
     const auto machine = OpenMachine(request);
     NoteOtherDriver(request);
@@ -363,6 +403,49 @@ void Lists(const Request& request) {
     if (!repairs.rows.empty()) {
         request.output << "\nThe driver repaired the device mode:\n\n" << FormatText(std::span(&repairs, 1));
     }
+}
+
+// Carries out a command whose answer is an XML document: prints it in lines, or writes it as it is to the file that the
+// command line names. `what` names it for a message.
+void GiveDocument(const Request& request, const std::string& what,
+                  const std::function<ProviderDocument(HANDLE printer)>& ask) {
+    if (request.json) {
+        throw UsageError("--json: the answer is an XML document; leave --json out");
+    }
+    const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
+    const OwnedPrinter printer = OpenNamedPrinter(request.printer);
+    const ProviderDocument answer = ask(printer.Get());
+    TellLeftOpen(request, "the provider", answer.leftOpen);
+    if (request.outputFile.empty()) {
+        request.output << answer.lines;
+    } else if (request.exitCode == kDone) {
+        WriteOutputFile(request.outputFile, std::as_bytes(std::span(answer.bytes)), {request.file, request.ticketFile});
+        request.output << request.outputFile << ": " << what << ", " << answer.bytes.size() << " bytes\n";
+    }
+}
+
+void Ticket(const Request& request) {
+    GiveDocument(request, "the print ticket of " + NameDevMode(request), [&](HANDLE printer) {
+        const std::optional<VelmoraDevMode> given = GivenDevMode(request);
+        if (given) {
+            NoteCheck(request, PrinterModel(request.printer), *given);
+        }
+        return TicketByDriver(printer, request.printer, given ? *given : DefaultByDriver(printer, request.printer));
+    });
+}
+
+void Validate(const Request& request) {
+    GiveDocument(request, request.ticketFile + " as \"" + request.printer + "\" validates it",
+                 [&](HANDLE printer) { return ValidatedByDriver(printer, request.printer, request.ticketFile); });
+}
+
+void PrintCapabilities(const Request& request) {
+    GiveDocument(
+        request,
+        "the print capabilities of \"" + request.printer + "\"" +
+            (request.ticketFile.empty() ? "" : " under " + request.ticketFile),
+        [&](HANDLE printer) { return PrintCapabilitiesByDriver(printer, request.printer, request.ticketFile); });
 }
 
 void Fields(const Request& request) {
@@ -432,9 +515,19 @@ void AddModelArguments(CLI::App& app, Request& request) {
         ->type_name("FILE");
 }
 
-void AddOutputOption(CLI::App& app, Request& request) {
-    app.add_option("-o,--output", request.outputFile, "File to write the device mode to, 4088 bytes")
-        ->type_name("FILE");
+void AddOutputOption(CLI::App& app, Request& request, const char* description) {
+    app.add_option("-o,--output", request.outputFile, description)->type_name("FILE");
+}
+
+constexpr const char* kDevModeOutput = "File to write the device mode to, 4088 bytes";
+constexpr const char* kDocumentOutput = "File to write the document to, in UTF-8 and as it is";
+
+void AddDevModeOption(CLI::App& app, Request& request) {
+    app.add_option("--devmode", request.file, "File of a device mode (default: the printer's own)")->type_name("FILE");
+}
+
+void AddTicketOption(CLI::App& app, Request& request, const char* description) {
+    app.add_option("--ticket", request.ticketFile, description)->type_name("FILE");
 }
 
 void AddDevModeArguments(CLI::App& app, Request& request) {
@@ -444,7 +537,9 @@ void AddDevModeArguments(CLI::App& app, Request& request) {
                    "watermarkText=Draft, private[2668]=0x41 (bytes). May be given several times.")
         ->allow_extra_args(false)
         ->type_name("FIELD=VALUE");
-    AddOutputOption(app, request);
+    AddDevModeOption(app, request);
+    AddTicketOption(app, request, "Print what a print ticket changes of the device mode");
+    AddOutputOption(app, request, kDevModeOutput);
 }
 
 void AddDiffArguments(CLI::App& app, Request& request) {
@@ -456,7 +551,7 @@ void AddDiffArguments(CLI::App& app, Request& request) {
 void AddConvertArguments(CLI::App& app, Request& request) {
     AddPrinterArgument(app, request);
     app.add_option("FILE", request.file, "File of a device mode (default: the printer's default device mode)");
-    AddOutputOption(app, request);
+    AddOutputOption(app, request, kDevModeOutput);
 }
 
 void AddCheckArguments(CLI::App& app, Request& request) {
@@ -470,7 +565,24 @@ void AddFieldArguments(CLI::App& app, Request& request) {
 
 void AddListArguments(CLI::App& app, Request& request) {
     AddPrinterArgument(app, request);
-    app.add_option("--devmode", request.file, "File of a device mode (default: the printer's own)")->type_name("FILE");
+    AddDevModeOption(app, request);
+}
+
+void AddTicketArguments(CLI::App& app, Request& request) {
+    AddListArguments(app, request);
+    AddOutputOption(app, request, kDocumentOutput);
+}
+
+void AddValidateArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_option("FILE", request.ticketFile, "File of a print ticket")->required();
+    AddOutputOption(app, request, kDocumentOutput);
+}
+
+void AddPrintCapabilitiesArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    AddTicketOption(app, request, "File of a print ticket whose settings are selected (default: the printer's own)");
+    AddOutputOption(app, request, kDocumentOutput);
 }
 
 void AddJobArguments(CLI::App& app, Request& request) {
@@ -494,8 +606,10 @@ constexpr Command kCommands[] = {
     {"printers", "List the machine's printers", "", "velmora printers", Printers, AddNoArguments},
     {"remove", "Remove a printer", "Its driver goes with the last printer of it.", "velmora remove \"Third floor\"",
      Remove, AddPrinterArgument},
-    {"devmode", "Print a printer's default device mode, or write it to a file",
-     "Every field, with what its value means. With --output the file is written and only what was set is printed.",
+    {"devmode", "Print a printer's default device mode, write it to a file, or convert a print ticket to it",
+     "Every field, with what its value means. With --output the file is written and only what was set is printed. With "
+     "--ticket the device mode, as it was given and set, is converted by the provider, and what that changes is "
+     "printed.",
      "velmora devmode \"Velmora C3200\" --set dmOrientation=landscape --set dmScale=50 -o damaged.bin", DevMode,
      AddDevModeArguments},
     {"diff", "Print what differs between two device modes",
@@ -537,6 +651,17 @@ constexpr Command kCommands[] = {
      "The job's descriptions, colour-correction commands and job lines for a device mode, and its exceptions. A device "
      "mode that the driver doesn't take, and why, is told; the printer's own then stands in for it.",
      "velmora lists \"Velmora C3200\" --devmode damaged.bin", Lists, AddListArguments},
+    {"ticket", "Print a device mode as a print ticket",
+     "What the driver's print-ticket provider writes into a new ticket for the printer's default device mode or the "
+     "one "
+     "given. One that the driver repairs or doesn't take, and why, is told.",
+     "velmora ticket \"Velmora C3200\" -o ticket.xml", Ticket, AddTicketArguments},
+    {"validate", "Print a print ticket as a printer's driver validates it",
+     "What the ticket says stays; what it lacks is added.", "velmora validate \"Velmora C3200\" ticket.xml", Validate,
+     AddValidateArguments},
+    {"printcaps", "Print a printer's print capabilities",
+     "The features, options and parameters that its print tickets may name, in the user's language.",
+     "velmora printcaps \"Velmora C3200\" --ticket ticket.xml", PrintCapabilities, AddPrintCapabilitiesArguments},
     {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",
      "velmora fields --markdown", Fields, AddFieldArguments},
 };

@@ -41,6 +41,11 @@ std::string Describe(const ValidationReport& report) {
     return text;
 }
 
+std::string DescribeRejection(const DevModeCheck& check, const std::string& name) {
+    return name + " isn't taken:\n  public part: " + Describe(check.publicPart) +
+           "\n  private part: " + Describe(check.privatePart);
+}
+
 Json ToJson(const ValidationReport& report) {
     Json names = Json::array();
     for (const char* name : report.RepairedNames()) {

@@ -25,7 +25,11 @@ DevModeCheck CheckDevMode(const PrinterModel& model, const VelmoraDevMode& devMo
 // dmNup".
 std::string Describe(const ValidationReport& report);
 
-// The same as members "accepted", "repairs" (their number), "repaired" (names, at most three) and "rejectedBy".
+// "NAME isn't taken:" and what the validations say, a line each without the last line end. `name` names the device
+// mode.
+std::string DescribeRejection(const DevModeCheck& check, const std::string& name);
+
+// A report as members "accepted", "repairs" (their number), "repaired" (names, at most three) and "rejectedBy".
 Json ToJson(const ValidationReport& report);
 
 }  // namespace velmora

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "tools/velmora/command_error.h"
-#include "tools/xpic/compile.h"
+#include "tools/velmora/output_file.h"
 #include "tools/xpic/file_content.h"
 
 namespace velmora {
@@ -28,11 +28,7 @@ VelmoraDevMode ReadDevModeFile(const std::filesystem::path& file) {
 
 void WriteDevModeFile(const std::filesystem::path& file, const VelmoraDevMode& devMode,
                       const std::vector<std::filesystem::path>& inputs) {
-    if (const std::optional<std::string> fault = OutputFault(file, inputs)) {
-        throw CommandError(*fault);
-    }
-    const auto bytes = std::as_bytes(std::span(&devMode, 1));
-    WriteFileAtomically(file, {bytes.begin(), bytes.end()});
+    WriteOutputFile(file, std::as_bytes(std::span(&devMode, 1)), inputs);
 }
 
 }  // namespace velmora

@@ -11,8 +11,7 @@ namespace velmora {
 // Throws a CommandError for what can't be read and for a file of another size. No byte of it is judged.
 VelmoraDevMode ReadDevModeFile(const std::filesystem::path& file);
 
-// Replaces the file once all bytes are there, or throws a CommandError and leaves it as it was. `inputs`: files that
-// were read, which are not written over.
+// As WriteOutputFile.
 void WriteDevModeFile(const std::filesystem::path& file, const VelmoraDevMode& devMode,
                       const std::vector<std::filesystem::path>& inputs = {});
 

@@ -184,8 +184,7 @@ std::vector<Table> ToTables(const TextListReport& report) {
 std::string DescribeSource(const TextListReport& report, const std::string& givenName) {
     std::string text;
     if (report.given && report.source != DevModeSource::kGiven) {
-        text = givenName + " isn't taken:\n  public part: " + Describe(report.given->publicPart) +
-               "\n  private part: " + Describe(report.given->privatePart) + "\n";
+        text = DescribeRejection(*report.given, givenName) + "\n";
     }
     return text + "the lists are for " + TextOf(report.source).sentence;
 }

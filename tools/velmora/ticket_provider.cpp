@@ -33,16 +33,6 @@ constexpr ResultText kResultTexts[] = {
     {RPC_E_CHANGED_MODE, "the thread has COM in another mode"},
 };
 
-// Throws a CommandError where a call of COM failed.
-void Demand(std::string_view call, HRESULT result) {
-    if (SUCCEEDED(result)) {
-        return;
-    }
-    const auto known = std::ranges::find(kResultTexts, result, &ResultText::result);
-    throw CommandError(std::string(call) + " failed: result " + HexNumber(static_cast<uint32_t>(result), 8) +
-                       (known != std::end(kResultTexts) ? std::string(", ") + known->text : std::string()));
-}
-
 struct TaskMemoryFree {
     void operator()(void* memory) const { CoTaskMemFree(memory); }
 };
@@ -74,6 +64,15 @@ void Bind(const TicketProvider& provider, HANDLE printer, ProviderBinding* bindi
 
 }  // namespace
 
+void Demand(std::string_view call, HRESULT result) {
+    if (SUCCEEDED(result)) {
+        return;
+    }
+    const auto known = std::ranges::find(kResultTexts, result, &ResultText::result);
+    throw CommandError(std::string(call) + " failed: result " + HexNumber(static_cast<uint32_t>(result), 8) +
+                       (known != std::end(kResultTexts) ? std::string(", ") + known->text : std::string()));
+}
+
 ComThread::ComThread() {
     Demand("CoInitializeEx", CoInitializeEx(nullptr, COINIT_MULTITHREADED));
 }
@@ -98,24 +97,37 @@ bool TicketProvider::ReleaseAndAskToUnload() {
     return DriverExport<decltype(&DllCanUnloadNow)>(driver_, "DllCanUnloadNow")() == S_OK;
 }
 
-ProviderBinding BindByDriver(HANDLE printer, const std::string& printerName) {
+ProviderBinding BindProvider(const TicketProvider& provider, HANDLE printer, const std::string& printerName) {
     ProviderBinding binding = {};
+    binding.versions = AskVersions(provider, printer);
+    if (std::ranges::find(binding.versions, kTicketInterfaceVersion) == binding.versions.end()) {
+        throw CommandError("the print-ticket provider of \"" + printerName + "\" doesn't support version " +
+                           std::to_string(kTicketInterfaceVersion) + ", which this workbench knows");
+    }
+    Bind(provider, printer, &binding);
+    return binding;
+}
+
+std::vector<std::string> AskProvider(HANDLE printer, const std::string& printerName,
+                                     const std::function<void(TicketProvider& provider)>& ask) {
     const std::vector<std::string> openBefore = host::StillOpen();
     {
         TicketProvider provider(printer, printerName);
-        binding.versions = AskVersions(provider, printer);
-        if (std::ranges::find(binding.versions, kTicketInterfaceVersion) == binding.versions.end()) {
-            throw CommandError("the print-ticket provider of \"" + printerName + "\" doesn't support version " +
-                               std::to_string(kTicketInterfaceVersion) + ", which this workbench knows");
-        }
-        Bind(provider, printer, &binding);
+        ask(provider);
+    }
+    return OpenedSince(openBefore);
+}
+
+ProviderBinding BindByDriver(HANDLE printer, const std::string& printerName) {
+    ProviderBinding binding = {};
+    binding.leftOpen = AskProvider(printer, printerName, [&](TicketProvider& provider) {
+        binding = BindProvider(provider, printer, printerName);
         OwnedBstr deviceNamespace;
         Demand("QueryDeviceNamespace", provider->QueryDeviceNamespace(deviceNamespace.Receive()));
         binding.deviceNamespace = host::ToUtf8(deviceNamespace.Text());
         deviceNamespace.Reset();
         binding.mayUnload = provider.ReleaseAndAskToUnload();
-    }
-    binding.leftOpen = OpenedSince(openBefore);
+    });
     return binding;
 }
 

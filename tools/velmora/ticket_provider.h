@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "driver/base/com.h"
@@ -11,6 +13,9 @@
 #include "driver/ptprovider/print_ticket_provider.h"
 
 namespace velmora {
+
+// Throws a CommandError where a call of COM failed.
+void Demand(std::string_view call, HRESULT result);
 
 // COM on this thread for as long as it lives.
 class ComThread {
@@ -53,9 +58,18 @@ struct ProviderBinding {
     std::vector<std::string> leftOpen;    // after the library, a line each
 };
 
-// Makes the provider of the driver of an open printer, asks it for its versions, binds it to the printer by
-// kTicketInterfaceVersion, asks it for the device namespace, and lets it and its library go. Throws a CommandError
-// where a call fails or the provider doesn't support the version.
+// Asks a provider for its versions and binds it to an open printer of its driver by kTicketInterfaceVersion. Gives what
+// the two calls say, the rest is empty. Throws a CommandError where a call fails or the provider doesn't support the
+// version.
+ProviderBinding BindProvider(const TicketProvider& provider, HANDLE printer, const std::string& printerName);
+
+// Makes the provider of the driver of an open printer, has it asked, and lets it and its library go; what it then left
+// open, a line each. `ask` runs with COM on the thread and keeps no object of COM.
+std::vector<std::string> AskProvider(HANDLE printer, const std::string& printerName,
+                                     const std::function<void(TicketProvider& provider)>& ask);
+
+// Binds the provider of the driver of an open printer and asks it for the device namespace. Throws a CommandError where
+// a call fails or the provider doesn't support the version.
 ProviderBinding BindByDriver(HANDLE printer, const std::string& printerName);
 
 }  // namespace velmora
