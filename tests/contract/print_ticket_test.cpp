@@ -1,33 +1,19 @@
 // The print-ticket provider as the print system uses it: made by the driver's class factory, bound to a printer, asked
 // and released, with tickets in the platform's own XML documents.
-#include "driver/ptprovider/print_ticket_provider.h"
-
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "tests/contract/canonical_document.h"
 #include "tests/contract/contract_test.h"
+#include "tests/contract/print_ticket_provider.h"
 #include "tests/contract/transcript.h"
 
 namespace contract {
 namespace {
 
-constexpr CLSID kProviderClass = {0x46AC151B, 0x8490, 0x4531, {0x96, 0xCC, 0x55, 0xBF, 0x2B, 0xF1, 0x9E, 0x11}};
 constexpr HRESULT kVersionNotSupported = static_cast<HRESULT>(0x80040001);
 constexpr HRESULT kNoConflict = 0x00040001;
-
-ComReference<IClassFactory> FactoryOf(const InstalledPrinter& printer) {
-    void* factory = nullptr;
-    EXPECT_EQ(printer.Driver().DllGetClassObject(kProviderClass, IID_IClassFactory, &factory), S_OK);
-    return ComReference<IClassFactory>(static_cast<IClassFactory*>(factory));
-}
-
-ComReference<IPrintTicketProvider> ProviderOf(const InstalledPrinter& printer) {
-    void* provider = nullptr;
-    EXPECT_EQ(FactoryOf(printer)->CreateInstance(nullptr, IID_IPrintTicketProvider, &provider), S_OK);
-    return ComReference<IPrintTicketProvider>(static_cast<IPrintTicketProvider*>(provider));
-}
 
 // What binding gives; the namespaces are freed.
 struct Binding {
@@ -54,14 +40,6 @@ class PrintTickets : public ContractTest {
   protected:
     const ComOnThread com_;
 };
-
-WideText TicketText(const std::string& content, const std::string& declarations = {}) {
-    const std::string text =
-        "<psf:PrintTicket version='1' xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/"
-        "printschemaframework' xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'" +
-        declarations + ">" + content + "</psf:PrintTicket>";
-    return WideText(text.begin(), text.end());
-}
 
 TEST_F(PrintTickets, ProvidersComeFromTheClassFactory) {
     InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -134,20 +132,6 @@ std::string Hex(const uint8_t* bytes, size_t count) {
         text += kDigits[bytes[i] & 15];
     }
     return text;
-}
-
-std::string Printable(const WideText& text) {
-    std::string printable;
-    for (const WCHAR character : text) {
-        if (character >= 0x20 && character < 0x7F && character != '\\') {
-            printable += static_cast<char>(character);
-        } else {
-            std::array<char, 8> escaped;
-            snprintf(escaped.data(), escaped.size(), "\\u%04X", static_cast<unsigned>(character));
-            printable += escaped.data();
-        }
-    }
-    return printable;
 }
 
 void Record(std::string_view line) {

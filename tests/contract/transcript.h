@@ -11,11 +11,11 @@
 
 #include "driver/devmode/private_devmode.h"
 #include "tests/contract/environment.h"
+#include "tests/print_schema/xml_tree.h"
 
 namespace contract {
 
-// Printable ASCII as it is; every other code unit as \uXXXX.
-std::string Printable(const WideText& text);
+using print_schema::Printable;
 
 // "0A FF".
 std::string Hex(const uint8_t* bytes, size_t count);
