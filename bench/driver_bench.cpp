@@ -5,6 +5,9 @@
 #include <utility>
 
 #include "bench/bench.h"
+#include "bench/bench_printer.h"
+#include "bench/conversion_bench.h"
+#include "bench/generated_model.h"
 #include "bench/install_bench.h"
 #include "bench/job_bench.h"
 #include "bench/ticket_bench.h"
@@ -14,8 +17,6 @@
 #include "driver/devmode/default_devmode.h"
 #include "platform/host.h"
 #include "tools/velmora/capability_formats.h"
-#include "tools/velmora/driver_package.h"
-#include "tools/velmora/spooler_client.h"
 #include "tools/xpic/compile.h"
 
 namespace velmora {
@@ -25,8 +26,6 @@ constexpr double kMostLoadRatio = 3;
 constexpr double kMostDefaultRatio = 5;
 constexpr double kMostCapabilityMicroseconds = 150;
 constexpr double kMostPeakMegabytes = 30;
-
-constexpr int kFirstPaperId = 1000;  // beyond the ids that PCL models give a meaning of their own
 
 // Papers by which the device block grows to about 64 KiB; each record has 32 bytes.
 constexpr int kPaperCounts[] = {250, 500, 1000, 2000};
@@ -41,14 +40,6 @@ std::string SourceOf(int papers) {
     text += R"(], "resolutions": [{"name": "Draft", "dpi": 300}, {"name": "Fine", "dpi": 600}],
         "margins": [{"papers": ["A4"], "allMm": 4.2}]})";
     return text;
-}
-
-// Installs a printer of this description and opens it. `name` is the driver's too.
-OwnedPrinter InstallDescription(const host::Machine& machine, const std::string& name,
-                                const std::vector<std::byte>& description) {
-    InstallPrinter(machine, FindBuiltFiles(ToolsFolder() / "velmora"),
-                   {name + ".json", description, name + ".XPI", name, name}, name);
-    return OpenNamedPrinter(name);
 }
 
 // A printer of a model with this many papers, opened.
@@ -176,7 +167,7 @@ class DriverBench : public Bench {
                              times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
         holds &= PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes);
         for (const Bench* bench :
-             std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_, &tickets_}) {
+             std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_, &tickets_, &conversions_}) {
             holds &= bench->Judge(times);
         }
         return holds;
@@ -202,6 +193,7 @@ class DriverBench : public Bench {
     JobBench jobs_{machine_};
     InstallBench installation_{machine_};
     TicketBench tickets_;
+    ConversionBench conversions_{machine_};
 };
 
 }  // namespace

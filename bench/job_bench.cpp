@@ -2,11 +2,11 @@
 
 #include <utility>
 
+#include "bench/bench_printer.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/job/job_description.h"
 #include "driver/job/job_hooks.h"
-#include "tools/velmora/driver_package.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/xpic/compile.h"
 
@@ -53,11 +53,10 @@ DWORD RunJob(const std::u16string& printer, VelmoraDevMode* devMode) {
 
 std::unique_ptr<JobBench::Printer> JobBench::Install(const host::Machine& machine, const std::string& name,
                                                      const std::vector<std::byte>& description) {
-    InstallPrinter(machine, FindBuiltFiles(ToolsFolder() / "velmora"),
-                   {name + ".json", description, name + ".XPI", name, name}, name);
+    const OwnedPrinter opened = InstallDescription(machine, name, description);
     auto printer = std::make_unique<Printer>();
     printer->name.assign(name.begin(), name.end());
-    BuildDefaultDevMode(OpenNamedPrinter(name).Get(), printer->name.c_str(), &printer->devMode);
+    BuildDefaultDevMode(opened.Get(), printer->name.c_str(), &printer->devMode);
     return printer;
 }
 

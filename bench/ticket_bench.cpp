@@ -1,15 +1,12 @@
 #include "bench/ticket_bench.h"
 
-#include <libxml/c14n.h>
-#include <libxml/parser.h>
-#include <objbase.h>
-
 #include <cstdio>
 #include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "bench/plain_document.h"
 #include "driver/ptprovider/print_schema.h"
 #include "driver/ptprovider/schema_document.h"
 #include "platform/kernel/text.h"
@@ -138,10 +135,6 @@ void BuildFlat() {
 
 // --- By libxml2: the same trees, prefixes looked up at each node
 
-const xmlChar* Plain(const char* text) {
-    return reinterpret_cast<const xmlChar*>(text);
-}
-
 struct Uris {
     Name schema{host::ToUtf8(kSchemaNamespace)};
     Name instance{host::ToUtf8(kInstanceNamespace)};
@@ -154,11 +147,6 @@ const Uris& TheUris() {
     static const Uris uris;
     return uris;
 }
-
-struct PlainDocumentDeleter {
-    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
-};
-using PlainDocument = std::unique_ptr<xmlDoc, PlainDocumentDeleter>;
 
 class PlainBuilder {
   public:
@@ -242,11 +230,6 @@ PlainDocument BuildPlainCapabilities() {
     return builder.Take();
 }
 
-struct PlainTextDeleter {
-    void operator()(xmlChar* text) const { xmlFree(text); }
-};
-using PlainText = std::unique_ptr<xmlChar, PlainTextDeleter>;
-
 bool IsPlainFeature(xmlNode* node, const Name& wanted) {
     const Uris& uris = TheUris();
     if (node->type != XML_ELEMENT_NODE || !xmlStrEqual(node->name, Plain("Feature")) || !node->ns ||
@@ -272,41 +255,11 @@ bool HasPlainFeature(xmlNode* parent, const Name& wanted) {
 
 // --- That both have built the same
 
-PlainDocument Parse(const std::string& text) {
-    PlainDocument document(
-        xmlReadMemory(text.data(), static_cast<int>(text.size()), nullptr, "UTF-8", XML_PARSE_NONET));
-    Require(document != nullptr, "a document isn't well-formed");
-    return document;
-}
-
-std::string TextOf(const SchemaDocument& document) {
-    OwnedBstr text;
-    Require(document.Root()->get_xml(text.Receive()) == S_OK, "a document can't be written");
-    return host::ToUtf8(text.Text());
-}
-
-// The canonical text (Canonical XML 1.0).
-std::string CanonicalText(xmlDoc* document) {
-    xmlChar* text = nullptr;
-    const int size = xmlC14NDocDumpMemory(document, nullptr, XML_C14N_1_0, nullptr, 0, &text);
-    const PlainText owned(text);
-    Require(size > 0, "a document has no canonical text");
-    return {reinterpret_cast<const char*>(text), static_cast<size_t>(size)};
-}
-
-int CountElements(xmlNode* root) {
-    int count = 0;
-    for (xmlNode* node = root; node; node = node->next) {
-        count += (node->type == XML_ELEMENT_NODE ? 1 : 0) + CountElements(node->children);
-    }
-    return count;
-}
-
 void CompareBuilders() {
     SchemaDocument document;
     BuildCapabilities(&document);
     const PlainDocument plain = BuildPlainCapabilities();
-    Require(CanonicalText(Parse(TextOf(document)).get()) == CanonicalText(plain.get()),
+    Require(CanonicalText(ParsePlain(TextOf(document.Root())).get()) == CanonicalText(plain.get()),
             "the driver and libxml2 don't build the same capabilities");
     Require(CountElements(plain->children) == kElements, "the capabilities don't have 2,000 elements");
 }
@@ -320,12 +273,6 @@ struct TicketBench::Place {
 };
 
 struct TicketBench::Parts {
-    // COM on the thread that the works run on.
-    struct ComUse {
-        ComUse() { Require(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)), "COM can't be used"); }
-        ~ComUse() { CoUninitialize(); }
-    };
-
     ComUse com;
     SchemaDocument features;
     PlainDocument plainFeatures;
@@ -345,7 +292,7 @@ TicketBench::TicketBench() : parts_(std::make_unique<Parts>()) {
     for (const Name& name : Names()) {
         Require(features.AddFeature(kKeywordsNamespace, name.wide.c_str(), nullptr) == S_OK, "a feature isn't added");
     }
-    parts_->plainFeatures = Parse(TextOf(features));
+    parts_->plainFeatures = ParsePlain(TextOf(features.Root()));
     const auto forEachWanted = [](auto find) {
         for (int i = 0; i < kWanted; ++i) {
             Require(find(Names()[i * (kChildren / kWanted)]), "a feature isn't found");

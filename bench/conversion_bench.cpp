@@ -1,0 +1,263 @@
+#include "bench/conversion_bench.h"
+
+#include <objbase.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "bench/bench_printer.h"
+#include "bench/generated_model.h"
+#include "bench/plain_document.h"
+#include "driver/base/com.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/ptprovider/conversion_context.h"
+#include "driver/ptprovider/dom_classes.h"
+#include "driver/ptprovider/provider.h"
+#include "driver/ptprovider/ticket_conversion.h"
+#include "driver/ptprovider/working_devmode.h"
+#include "tools/xpic/compile.h"
+
+namespace velmora {
+namespace {
+
+constexpr double kMostRatio = 3;
+constexpr double kMostTenfold = 13;  // of ten times the model
+
+// Up to the most that a description holds.
+constexpr ModelExtent kExtents[] = {{10, 8, 10, false}, {100, 80, 100, false}, {1000, 800, 1000, false}};
+
+// The conversions, each as a call of the provider and as the provider runs it, with the printer's snapshot in hand.
+enum Direction { kWriting, kDescribing, kReading, kDirections };
+constexpr const char* kDirectionNames[] = {"ticket of a device mode", "print capabilities", "device mode of a ticket"};
+constexpr const char* kInHand = ", snapshot in hand";
+constexpr const char* kPlain = ", by libxml2";
+constexpr const char* kSnapshot = "snapshot of a printer";
+constexpr const char* kPreparation = "device mode prepared";
+
+using Document = ComReference<IXMLDOMDocument2>;
+
+Document NewTicket() {
+    void* made = nullptr;
+    Require(CoCreateInstance(kDomDocument60, nullptr, CLSCTX_INPROC_SERVER, kIidDomDocument2, &made) == S_OK,
+            "a document can't be made");
+    return Document(static_cast<IXMLDOMDocument2*>(made));
+}
+
+// Makes the ticket one that says nothing.
+void Empty(const Document& ticket) {
+    static const OwnedBstr text(
+        TEXT("<psf:PrintTicket xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' "
+             "version='1'/>"));
+    VARIANT_BOOL isLoaded = VARIANT_FALSE;
+    Require(ticket->loadXML(text.Get(), &isLoaded) == S_OK, "an empty ticket can't be loaded");
+}
+
+// A printer with a provider that is bound to it, a device mode, and the ticket that this is written into.
+class TicketPrinter {
+  public:
+    TicketPrinter(const host::Machine& machine, const std::string& name, const CompileResult& compiled)
+        : provider_(new IPTProvider), ticket_(NewTicket()), written_(NewTicket()) {
+        if (!compiled.Succeeded()) {
+            Require(false, FormatDiagnostic(compiled.diagnostics.front()));
+        }
+        printer_ = InstallDescription(machine, name, compiled.bytes);
+        snapshot_ = LoadPrinterSnapshot(printer_.Get());
+        BuildDefaultDevMode(printer_.Get(), u"Bench", &devMode_);
+        // The last entry of each list is what is looked for the longest.
+        if (const size_t papers = snapshot_.Get()->papers.count; papers > 0) {
+            const PaperEntry& last = snapshot_.Get()->papers[papers - 1];
+            devMode_.publicPart.dmPaperSize = last.paperId;
+            devMode_.publicPart.dmPaperWidth = static_cast<short>(last.width / 100);
+            devMode_.publicPart.dmPaperLength = static_cast<short>(last.length / 100);
+        }
+        devMode_.privatePart.mediaIndex = static_cast<uint16_t>(snapshot_.Get()->media.count);
+        Bind();
+        Empty(written_);
+        Require(provider_->ConvertDevModeToPrintTicket(sizeof(devMode_), &devMode_.publicPart, written_.Get()) == S_OK,
+                "no ticket is written");
+    }
+
+    HANDLE Printer() const { return printer_.Get(); }
+    std::string TicketText() const { return TextOf(written_.Get()); }
+    std::string CapabilitiesText() { return TextOf(Describe().Get()); }
+
+    void Call(Direction direction) {
+        switch (direction) {
+            case kWriting:
+                Empty(ticket_);
+                provider_->ConvertDevModeToPrintTicket(sizeof(devMode_), &devMode_.publicPart, ticket_.Get());
+                break;
+            case kDescribing:
+                Describe();
+                break;
+            default: {
+                ULONG size = 0;
+                PDEVMODEW made = nullptr;
+                provider_->ConvertPrintTicketToDevMode(written_.Get(), sizeof(devMode_), &devMode_.publicPart, &size,
+                                                       &made);
+                Require(made && made->dmPaperSize == devMode_.publicPart.dmPaperSize, "a ticket isn't read");
+                CoTaskMemFree(made);
+            }
+        }
+    }
+
+    void CallInHand(Direction direction) {
+        ConversionContext context(direction == kDescribing ? ConversionMode::kCapabilities : ConversionMode::kTicket);
+        context.Bind(printer_.Get(), snapshot_.Get());
+        if (direction == kWriting) {
+            Empty(ticket_);
+        }
+        if (direction != kDescribing) {
+            context.document.AttachDocument((direction == kWriting ? ticket_ : written_).Get());
+        }
+        WorkingDevMode working;
+        Prepare(&working, direction == kDescribing);
+        switch (direction) {
+            case kWriting:
+                WriteTicket(context, working);
+                break;
+            case kDescribing:
+                BuildPrintCapabilities(context, working);
+                break;
+            default:
+                ReadTicket(context, working);
+        }
+    }
+
+    void Prepare(WorkingDevMode* working, bool isDefault) {
+        working->Bind(printer_.Get(), snapshot_.Get());
+        const DevModeSource source =
+            working->Prepare(isDefault ? nullptr : &devMode_.publicPart, isDefault ? 0 : sizeof(devMode_));
+        Require(isDefault || source == DevModeSource::kGiven, "the device mode isn't accepted");
+    }
+
+  private:
+    void Bind() {
+        SHIMOPTS options = {};
+        DWORD fields = 0;
+        INT count = 0;
+        BSTR* namespaces = nullptr;
+        Require(provider_->BindPrinter(printer_.Get(), 1, &options, &fields, &count, &namespaces) == S_OK,
+                "the provider isn't bound");
+        while (count > 0) {
+            SysFreeString(namespaces[--count]);
+        }
+        CoTaskMemFree(namespaces);
+    }
+
+    Document Describe() {
+        Document capabilities;
+        Require(provider_->GetPrintCapabilities(nullptr, capabilities.Receive()) == S_OK, "there are no capabilities");
+        return capabilities;
+    }
+
+    OwnedPrinter printer_;
+    OwnedSnapshot snapshot_;
+    ComReference<IPTProvider> provider_;
+    VelmoraDevMode devMode_ = {};
+    Document ticket_;
+    Document written_;
+};
+
+std::string NameOf(Direction direction, const ModelExtent& extent) {
+    return kDirectionNames[direction] + (", " + extent.Name());
+}
+
+PlainRecording Record(const std::string& text) {
+    const PlainDocument document = ParsePlain(text);
+    PlainRecording recording(document.get());
+    Require(CanonicalText(recording.Build().get()) == CanonicalText(document.get()),
+            "libxml2 doesn't build the same document again");
+    return recording;
+}
+
+}  // namespace
+
+struct ConversionBench::Parts {
+    ComUse com;
+    std::unique_ptr<TicketPrinter> richest;
+    std::string modelName;
+    int elements[kDirections] = {};
+    PlainDocument ticket;
+    std::vector<std::unique_ptr<TicketPrinter>> generated;
+};
+
+ConversionBench::ConversionBench(const host::Machine& machine) : parts_(std::make_unique<Parts>()) {
+    std::string ofRichest;
+    for (const std::filesystem::path& source : ProjectModels()) {
+        auto printer =
+            std::make_unique<TicketPrinter>(machine, "TICKET-" + source.stem().string(), CompileModel(source));
+        std::string text = printer->CapabilitiesText();
+        if (text.size() > ofRichest.size()) {
+            ofRichest = std::move(text);
+            parts_->richest = std::move(printer);
+            parts_->modelName = source.filename().string();
+        }
+    }
+    TicketPrinter* const richest = parts_->richest.get();
+    for (const Direction direction : {kWriting, kDescribing, kReading}) {
+        const std::string name = kDirectionNames[direction];
+        RegisterWork(name, [=] { richest->Call(direction); });
+        RegisterWork(name + kInHand, [=] { richest->CallInHand(direction); });
+    }
+    RegisterWork(kSnapshot,
+                 [=] { Require(static_cast<bool>(LoadPrinterSnapshot(richest->Printer())), "there is no snapshot"); });
+    RegisterWork(kPreparation, [=] {
+        WorkingDevMode working;
+        richest->Prepare(&working, false);
+    });
+    const std::string texts[] = {richest->TicketText(), ofRichest};
+    for (const Direction direction : {kWriting, kDescribing}) {
+        RegisterWork(std::string(kDirectionNames[direction]) + kPlain, [recording = Record(texts[direction])] {
+            Require(recording.Build() != nullptr, "libxml2 builds nothing");
+        });
+        parts_->elements[direction] = CountElements(ParsePlain(texts[direction])->children);
+    }
+    parts_->ticket = ParsePlain(texts[kWriting]);
+    RegisterWork(std::string(kDirectionNames[kReading]) + kPlain,
+                 [ticket = parts_->ticket.get()] { Require(WalkPlain(ticket) > 0, "libxml2 reads nothing"); });
+
+    for (const ModelExtent& extent : kExtents) {
+        auto printer = std::make_unique<TicketPrinter>(machine, "TICKET-" + std::to_string(extent.papers),
+                                                       CompileModelText(GeneratedSource(extent), "bench.json"));
+        for (const Direction direction : {kWriting, kDescribing, kReading}) {
+            RegisterWork(NameOf(direction, extent), [=, printer = printer.get()] { printer->Call(direction); });
+        }
+        parts_->generated.push_back(std::move(printer));
+    }
+}
+
+ConversionBench::~ConversionBench() = default;
+
+bool ConversionBench::Judge(const Times& times) const {
+    constexpr double kNanosecondsPerMicrosecond = 1000;
+    const auto time = [&](const std::string& work) { return times.at(work) / kNanosecondsPerMicrosecond; };
+    std::printf("\n  %s, capabilities of %d elements, ticket of %d: snapshot %.0f us, device mode prepared %.0f us\n\n",
+                parts_->modelName.c_str(), parts_->elements[kDescribing], parts_->elements[kWriting], time(kSnapshot),
+                time(kPreparation));
+    std::printf("  %-26s %16s %22s %14s\n", "", "call, us", "snapshot in hand, us", "libxml2, us");
+    for (const std::string name : kDirectionNames) {
+        std::printf("  %-26s %16.1f %22.1f %14.1f\n", name.c_str(), time(name), time(name + kInHand),
+                    time(name + kPlain));
+    }
+    std::printf("\n");
+    bool holds = true;
+    for (const std::string name : kDirectionNames) {
+        holds &= PrintFigure(name + ", against libxml2", time(name) / time(name + kPlain), "x", kMostRatio);
+        holds &= PrintFigure(name + kInHand, time(name + kInHand) / time(name + kPlain), "x", kMostRatio);
+    }
+    for (const Direction direction : {kWriting, kDescribing, kReading}) {
+        for (size_t i = 1; i < std::size(kExtents); ++i) {
+            holds &= PrintFigure(std::string(kDirectionNames[direction]) + ", " + std::to_string(kExtents[i].papers) +
+                                     " of all against " + std::to_string(kExtents[i - 1].papers),
+                                 time(NameOf(direction, kExtents[i])) / time(NameOf(direction, kExtents[i - 1])), "x",
+                                 kMostTenfold);
+        }
+    }
+    return holds;
+}
+
+}  // namespace velmora
