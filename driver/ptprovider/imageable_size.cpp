@@ -1,6 +1,7 @@
 #include "driver/ptprovider/imageable_size.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/ptprovider/sheet_choices.h"
@@ -49,8 +50,9 @@ struct ImageableSize {
 
 ImageableSize SizeOf(const PaperEntry& paper, const Margins& margins, const VelmoraDevMode& devMode) {
     const bool isTurned = devMode.privatePart.rotate180 != 0;
-    const LONG across = paper.width - margins.left - margins.right;
-    const LONG along = paper.length - margins.bottom - margins.top;
+    // A custom size may be any number.
+    const auto across = static_cast<LONG>(int64_t{paper.width} - margins.left - margins.right);
+    const auto along = static_cast<LONG>(int64_t{paper.length} - margins.bottom - margins.top);
     if (devMode.publicPart.dmOrientation == DMORIENT_PORTRAIT) {
         return {
             paper.width, paper.length, isTurned ? margins.right : margins.left, isTurned ? margins.bottom : margins.top,

@@ -206,15 +206,19 @@ EdgeShifts ShiftsOf(const VelmoraDevMode& devMode) {
     return {own.gutterShiftX, own.gutterShiftY};
 }
 
+// How long a shift is, whichever way it goes.
+int32_t Size(int32_t dots) {
+    return static_cast<int32_t>(std::min<int64_t>(std::abs(int64_t{dots}), INT32_MAX));
+}
+
 Binding BindingOf(const VelmoraDevMode& devMode) {
     const PrivateDevMode& own = devMode.privatePart;
     if (own.booklet > 0) {
         return {own.nupOrder == 0 ? kBooklet : kJapaneseBooklet, DotsToMicrons(own.bookletGutter, own.resolutionId)};
     }
     const EdgeShifts shifts = ShiftsOf(devMode);
-    const auto bind = [&](uint32_t option, int64_t dots) {
-        return Binding{option, DotsToMicrons(static_cast<int32_t>(std::min<int64_t>(std::abs(dots), INT32_MAX)),
-                                             own.resolutionId)};
+    const auto bind = [&](uint32_t option, int32_t dots) {
+        return Binding{option, DotsToMicrons(Size(dots), own.resolutionId)};
     };
     if (shifts.left > 0) {
         return bind(kBindLeft, shifts.left);
@@ -234,7 +238,7 @@ Binding BindingOf(const VelmoraDevMode& devMode) {
 // Where the gutter goes that a ticket says.
 void StoreGutter(VelmoraDevMode* devMode, uint32_t binding, LONG microns) {
     PrivateDevMode& own = devMode->privatePart;
-    const int32_t dots = MicronsToDots(microns, own.resolutionId);
+    const int32_t dots = Size(MicronsToDots(microns, own.resolutionId));
     if (own.booklet != 0) {
         own.bookletGutter = static_cast<uint16_t>(dots);
         own.gutterShiftX = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "driver/devmode/devmode_adjustments.h"
 #include "driver/ptprovider/sheet_choices.h"
 
 namespace velmora {
@@ -108,11 +109,16 @@ void ReadResolution(FeatureReader& reader, const FeatureRow& row, WorkingDevMode
     if (entry == list.end()) {
         return;
     }
-    // resolutionId stays: the fields that count its dots are converted where the device mode is adjusted next.
     VelmoraDevMode* const devMode = working.DevMode();
+    PrivateDevMode& own = devMode->privatePart;
+    // What counts dots keeps its length.
+    if (own.resolutionId != 0) {
+        RescaleDots(&own, own.resolutionId, entry->resolutionId);
+    }
+    own.resolutionId = entry->resolutionId;
     devMode->publicPart.dmPrintQuality = static_cast<short>(entry->xDpi);
     devMode->publicPart.dmYResolution = static_cast<short>(entry->yDpi);
-    devMode->privatePart.resolutionIndex = static_cast<int16_t>(entry - list.begin());
+    own.resolutionIndex = static_cast<int16_t>(entry - list.begin());
 }
 
 void WriteMediaColor(FeatureWriter& writer, const FeatureRow& row, const WorkingDevMode* working) {

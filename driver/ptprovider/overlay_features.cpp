@@ -112,17 +112,18 @@ void StoreCreation(FeatureReader& reader, WorkingDevMode& working, const WCHAR* 
     WCHAR descriptionPath[ARRAYSIZE(own.descriptionPath) + 1] = {};
     memcpy(descriptionPath, own.descriptionPath, sizeof(own.descriptionPath));
     own.overlayMode = kCreateOverlay;
-    WCHAR descriptor[ARRAYSIZE(own.watermarkFile)];
+    WCHAR descriptor[ARRAYSIZE(own.watermarkFile)] = {};
     FormatWide(descriptor, ARRAYSIZE(descriptor), TEXT(",%s,%d,%d,%ld,%d,%s"), FileNamePart(descriptionPath),
                devMode.publicPart.dmPaperSize, devMode.publicPart.dmOrientation, LONG{own.resolutionId},
                devMode.publicPart.dmColor, name);
     memcpy(own.watermarkFile, descriptor, sizeof(descriptor));
-    if (own.settingsFolder[0] == 0) {
+    // Half a path would be another folder.
+    if (own.settingsFolder[0] == 0 && TextLength<WCHAR>(reader.printer.overlayFolder) < ARRAYSIZE(own.settingsFolder)) {
         CopyText<WCHAR>(own.settingsFolder, ARRAYSIZE(own.settingsFolder), reader.printer.overlayFolder);
     }
     WCHAR extension[kDisplayNameCapacity];
     LoadExtension(reader.printer, extension);
-    WCHAR fileName[ARRAYSIZE(own.overlayName)];
+    WCHAR fileName[ARRAYSIZE(own.overlayName)] = {};
     FormatWide(fileName, ARRAYSIZE(fileName), TEXT("%08lX.%s"), GetTickCount(), extension);
     memcpy(own.overlayName, fileName, sizeof(fileName));
 }

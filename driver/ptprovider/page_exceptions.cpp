@@ -409,11 +409,11 @@ const WatermarkRecord* WatermarkOf(const ExceptionRecord& exception, const Print
 
 void ReadPages(const WCHAR* text, ExceptionPageList* pages) {
     while (*text != 0 && pages->count < kExceptionPages) {
-        const auto page = static_cast<uint16_t>(ParseInteger(text));
+        const int32_t page = ParseInteger(text);
         if (page == 0) {
             return;
         }
-        pages->pages[pages->count++] = page;
+        pages->pages[pages->count++] = static_cast<uint16_t>(page);
         // Behind the number is what separates it from the next.
         while (*text != 0 && (*text < TEXT('0') || *text > TEXT('9'))) {
             ++text;
@@ -456,14 +456,9 @@ bool ReadMediaAndBin(FeatureReader& reader, const ElementReference& feature, Exc
     return true;
 }
 
-bool ReadBlankSheet(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception) {
-    ElementReference option;
-    QualifiedName name;
-    if (reader.document.FindFirstOption(feature.Get(), &option) != S_OK ||
-        reader.document.ReadNameAttribute(option.Get(), &name) != S_OK) {
-        return false;
-    }
-    const PlainOption* const place = MatchOption(name, kPrivateNamespace, kBlankSheets);
+bool ReadBlankSheet(FeatureReader& reader, const ElementReference& feature, int number, ExceptionRecord* exception) {
+    const PlainOption* const place =
+        reader.FindPlainOption(nullptr, NumberedName(kBlankSheetFormat, number).Name(), kBlankSheets);
     FoundOption size;
     if (!place || !reader.FindOption(feature.Get(), kSheetPaper, &size)) {
         return false;
@@ -491,20 +486,23 @@ bool ReadOverlayFile(FeatureReader& reader, const ElementReference& feature, Exc
         !reader.ReadScored(option, kFileProperty, &file)) {
         return false;
     }
-    CopyText<WCHAR>(exception->overlayName, ARRAYSIZE(exception->overlayName), FileNamePart(file.Text()));
+    // The record's name needs no terminator.
+    const WCHAR* const name = FileNamePart(file.Text());
+    memset(exception->overlayName, 0, sizeof(exception->overlayName));
+    memcpy(exception->overlayName, name, TextLength(name, ARRAYSIZE(exception->overlayName)) * sizeof(WCHAR));
     if (layer->value == kUnderPage) {
         exception->underlay = 1;
     }
     return true;
 }
 
-bool ReadContent(FeatureReader& reader, const ElementReference& feature, uint8_t kindBefore,
+bool ReadContent(FeatureReader& reader, const ElementReference& feature, int number, uint8_t kindBefore,
                  ExceptionRecord* exception) {
     switch (exception->kind) {
         case kMediaException:
             return ReadMediaAndBin(reader, feature, exception);
         case kBlankSheetBefore:
-            return ReadBlankSheet(reader, feature, exception);
+            return ReadBlankSheet(reader, feature, number, exception);
         case kOverlayException:
             return ReadOverlayFile(reader, feature, exception);
         default:
@@ -561,10 +559,11 @@ void ReadPageExceptions(FeatureReader& reader, WorkingDevMode& working) {
         ExceptionRecord& exception = working.exceptions[i];
         ExceptionPageList& pages = working.exceptionPages[i];
         const uint8_t kindBefore = exception.kind;
+        const int number = static_cast<int>(i) + 1;
         exception.kind = kNoException;
         ElementReference feature;
         for (const KindName& row : kKindNames) {
-            const NumberedName name(row.format, static_cast<int>(i) + 1);
+            const NumberedName name(row.format, number);
             if (reader.document.FindFeature(nullptr, kPrivateNamespace, name.text, &feature) == S_OK) {
                 exception.kind = row.kind;
                 break;
@@ -575,7 +574,7 @@ void ReadPageExceptions(FeatureReader& reader, WorkingDevMode& working) {
         }
         pages.count = 0;
         ReadUsage(reader, feature, &exception, &pages);
-        if (!ReadContent(reader, feature, kindBefore, &exception)) {
+        if (!ReadContent(reader, feature, number, kindBefore, &exception)) {
             exception.kind = kNoException;
         }
     }

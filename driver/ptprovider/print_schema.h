@@ -29,6 +29,7 @@ inline constexpr const WCHAR* kOemNamespace = TEXT("http://www.kestranix.com/ptp
 inline constexpr const WCHAR* kKeywordsPrefix = TEXT("psk");
 inline constexpr const WCHAR* kPrivatePrefix = TEXT("kxp");
 inline constexpr const WCHAR* kOemPrefix = TEXT("oem");
+inline constexpr const WCHAR* kXpsWriterPrefix = TEXT("ns0000");
 
 // The namespaces that every document declares, in the order of their declarations.
 struct StandardNamespace {

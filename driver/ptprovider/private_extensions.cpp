@@ -163,14 +163,15 @@ void WriteManualSettings(FeatureWriter& writer, const ElementReference& correcti
     }
 }
 
-// The selections of a group as a ticket has them.
-void ReadColorGroup(FeatureReader& reader, const ElementReference& manual, size_t groupIndex, PrivateDevMode* devMode) {
+// The selections of a group as a ticket has them; true where there are any.
+bool ReadColorGroup(FeatureReader& reader, const ElementReference& manual, size_t groupIndex, PrivateDevMode* devMode) {
     const GroupNames& names = kGroupNames[groupIndex];
     ElementReference group;
     if (reader.document.FindFeature(manual.Get(), kOemNamespace, names.group, &group) != S_OK) {
-        return;
+        return false;
     }
     const EntryList<ColorFeatureEntry>& features = reader.printer.colorFeatures[groupIndex];
+    bool isRead = false;
     for (size_t k = 0; k < features.count; ++k) {
         const NumberedName name(names.feature, k);
         FoundOption found;
@@ -178,8 +179,10 @@ void ReadColorGroup(FeatureReader& reader, const ElementReference& manual, size_
         if (reader.FindOption(group.Get(), OemKeyword(name.text), &found) && found.name.uri.Is(kOemNamespace) &&
             ParseNumberedName(found.name.localName.Text(), names.option, features[k].values.count, &selection)) {
             SetColorSelection(devMode, kColorGroups[groupIndex], k, selection);
+            isRead = true;
         }
     }
+    return isRead;
 }
 
 // --- Lists of texts
@@ -226,8 +229,9 @@ void WriteDeviceFeatures(FeatureWriter& writer, const WorkingDevMode* working) {
     writer.document.AppendBanner(IsImage(writer.Model()) ? TEXT("OCMFeatures") : TEXT("PJLFeatures"));
     for (size_t i = 0; i < features.count; ++i) {
         const OptionName& name = features[i].name;
-        if (writer.ListsAll() ||
-            writer.document.FindFeature(nullptr, name.namespaceUri, name.keyword, nullptr) != S_OK) {
+        // One without keyword can't be told from others.
+        if (name.keyword[0] != 0 && (writer.ListsAll() || writer.document.FindFeature(nullptr, name.namespaceUri,
+                                                                                      name.keyword, nullptr) != S_OK)) {
             WriteDeviceFeature(writer, i, working);
         }
     }
@@ -286,10 +290,13 @@ void ReadColorCorrection(FeatureReader& reader, const FeatureRow& row, WorkingDe
         reader.document.FindFeature(found.feature.Get(), kManualSettings.uri, kManualSettings.name, &manual) != S_OK) {
         return;
     }
+    bool isRead = false;
     for (size_t g = 0; g < ARRAYSIZE(kGroupNames); ++g) {
-        ReadColorGroup(reader, manual, g, devMode);
+        isRead |= ReadColorGroup(reader, manual, g, devMode);
     }
-    CompileColorSelections(reader.Model(), devMode);
+    if (isRead) {
+        CompileColorSelections(reader.Model(), devMode);
+    }
 }
 
 void ApplyColorPreset(WorkingDevMode& working, const WCHAR* optionNamespace, const WCHAR* optionName) {

@@ -27,14 +27,18 @@ void DeclareDocumentNamespaces(ConversionContext& context) {
     for (const StandardNamespace& standard : kStandardNamespaces) {
         // The model's own namespace takes the place of the driver's for models.
         if (!TextsEqual(standard.uri, kOemNamespace)) {
-            context.document.AddNamespaceAttribute(standard.uri, standard.prefix);
+            context.document.DeclareOnRoot(standard.uri, standard.prefix);
         }
     }
     const PrinterSnapshot* const printer = context.printer;
-    context.document.AddNamespaceAttribute(printer ? printer->ownNamespace : kOemNamespace,
-                                           printer ? printer->ownPrefix : kOemPrefix);
+    context.document.DeclareOnRoot(printer ? printer->ownNamespace : kOemNamespace,
+                                   printer ? printer->ownPrefix : kOemPrefix);
     if (printer && printer->isXpsWriter) {
-        context.document.AddNamespaceAttribute(kXpsWriterNamespace, TEXT("ns0000"));
+        context.document.DeclareOnRoot(kXpsWriterNamespace, kXpsWriterPrefix);
+    }
+    if (printer && !TextsEqual<WCHAR>(printer->ownNamespace, kOemNamespace)) {
+        // Some features have names in it whatever the model's own namespace is.
+        context.document.DeclareOnRoot(kOemNamespace, kOemPrefix);
     }
 }
 

@@ -221,12 +221,12 @@ bool ReadItalic(FeatureReader& reader, const ElementReference& option, PrivateDe
 }
 
 bool ReadColor(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
-    LONG color = 0;
+    // Colours may come with an opaque alpha before them, of either sign.
+    ULONG color = 0;
     if (!reader.ReadParameter(option, kFontColorProperty, &color)) {
         return false;
     }
-    // Colours may come with an opaque alpha before them.
-    devMode->watermarkColor = SwapRedAndBlue(static_cast<uint32_t>(color));
+    devMode->watermarkColor = SwapRedAndBlue(color);
     return true;
 }
 
