@@ -46,15 +46,6 @@ Document NewTicket() {
     return Document(static_cast<IXMLDOMDocument2*>(made));
 }
 
-// Makes the ticket one that says nothing.
-void Empty(const Document& ticket) {
-    static const OwnedBstr text(
-        TEXT("<psf:PrintTicket xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' "
-             "version='1'/>"));
-    VARIANT_BOOL isLoaded = VARIANT_FALSE;
-    Require(ticket->loadXML(text.Get(), &isLoaded) == S_OK, "an empty ticket can't be loaded");
-}
-
 // A printer with a provider that is bound to it, a device mode, and the ticket that this is written into.
 class TicketPrinter {
   public:
@@ -135,6 +126,12 @@ class TicketPrinter {
     }
 
   private:
+    // Makes the ticket one that says nothing.
+    void Empty(const Document& ticket) const {
+        VARIANT_BOOL isLoaded = VARIANT_FALSE;
+        Require(ticket->loadXML(emptyTicket_.Get(), &isLoaded) == S_OK, "an empty ticket can't be loaded");
+    }
+
     void Bind() {
         SHIMOPTS options = {};
         DWORD fields = 0;
@@ -158,6 +155,9 @@ class TicketPrinter {
     OwnedSnapshot snapshot_;
     ComReference<IPTProvider> provider_;
     VelmoraDevMode devMode_ = {};
+    const OwnedBstr emptyTicket_{
+        TEXT("<psf:PrintTicket xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework' "
+             "version='1'/>")};
     Document ticket_;
     Document written_;
 };
