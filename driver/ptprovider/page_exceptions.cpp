@@ -6,9 +6,11 @@
 
 #include "driver/base/format.h"
 #include "driver/base/text.h"
+#include "driver/entry/printer_access.h"
 #include "driver/ptprovider/overlay_features.h"
 #include "driver/ptprovider/sheet_choices.h"
 #include "driver/ptprovider/watermark_feature.h"
+#include "driver/settings/watermark_list.h"
 
 namespace velmora {
 namespace {
@@ -399,11 +401,31 @@ class ExceptionWriter {
     const WatermarkRecord* const watermark_;
 };
 
-// The stored watermark that an exception names; null for none.
-const WatermarkRecord* WatermarkOf(const ExceptionRecord& exception, const PrinterSnapshot& printer) {
-    const bool isNamed = exception.kind == kWatermarkException && exception.watermark < printer.watermarks.count;
-    return isNamed ? printer.watermarks.records.Get() + exception.watermark : nullptr;
-}
+// The user's watermarks, read where an exception names one.
+class StoredWatermarks {
+  public:
+    explicit StoredWatermarks(HANDLE printer) : printer_(printer) {}
+
+    // The one that an exception names; null for none.
+    const WatermarkRecord* Find(const ExceptionRecord& exception) {
+        if (exception.kind != kWatermarkException) {
+            return nullptr;
+        }
+        if (!isRead_) {
+            isRead_ = true;
+            const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer_);
+            if (info && info->pPrinterName) {
+                list_ = LoadWatermarkList(info->pPrinterName);
+            }
+        }
+        return exception.watermark < list_.count ? list_.records.Get() + exception.watermark : nullptr;
+    }
+
+  private:
+    const HANDLE printer_;
+    WatermarkList list_;
+    bool isRead_ = false;
+};
 
 // --- Reading
 
@@ -496,8 +518,8 @@ bool ReadOverlayFile(FeatureReader& reader, const ElementReference& feature, Exc
     return true;
 }
 
-bool ReadContent(FeatureReader& reader, const ElementReference& feature, int number, uint8_t kindBefore,
-                 ExceptionRecord* exception) {
+bool ReadContent(FeatureReader& reader, StoredWatermarks& watermarks, const ElementReference& feature, int number,
+                 uint8_t kindBefore, ExceptionRecord* exception) {
     switch (exception->kind) {
         case kMediaException:
             return ReadMediaAndBin(reader, feature, exception);
@@ -507,18 +529,19 @@ bool ReadContent(FeatureReader& reader, const ElementReference& feature, int num
             return ReadOverlayFile(reader, feature, exception);
         default:
             // A ticket doesn't say which of the stored watermarks it is: the device mode's stays.
-            return kindBefore == kWatermarkException && WatermarkOf(*exception, reader.printer);
+            return kindBefore == kWatermarkException && watermarks.Find(*exception);
     }
 }
 
 }  // namespace
 
 void WritePageExceptions(FeatureWriter& writer, const WorkingDevMode& working) {
+    StoredWatermarks watermarks(working.hPrinter);
     for (size_t i = 0; i < kExceptionSlots; ++i) {
         const ExceptionRecord& exception = working.exceptions[i];
         const int number = static_cast<int>(i) + 1;
         const WCHAR* const format = NameOfKind(exception.kind);
-        const WatermarkRecord* const watermark = WatermarkOf(exception, writer.printer);
+        const WatermarkRecord* const watermark = watermarks.Find(exception);
         if (!format || (exception.kind == kWatermarkException && !watermark) ||
             writer.document.FindFeature(nullptr, kPrivateNamespace, NumberedName(format, number).text, nullptr) ==
                 S_OK) {
@@ -555,6 +578,7 @@ void ListPageExceptions(FeatureWriter& writer) {
 }
 
 void ReadPageExceptions(FeatureReader& reader, WorkingDevMode& working) {
+    StoredWatermarks watermarks(working.hPrinter);
     for (size_t i = 0; i < kExceptionSlots; ++i) {
         ExceptionRecord& exception = working.exceptions[i];
         ExceptionPageList& pages = working.exceptionPages[i];
@@ -574,7 +598,7 @@ void ReadPageExceptions(FeatureReader& reader, WorkingDevMode& working) {
         }
         pages.count = 0;
         ReadUsage(reader, feature, &exception, &pages);
-        if (!ReadContent(reader, feature, number, kindBefore, &exception)) {
+        if (!ReadContent(reader, watermarks, feature, number, kindBefore, &exception)) {
             exception.kind = kNoException;
         }
     }

@@ -314,7 +314,6 @@ void Fill(HANDLE printer, PrinterSnapshot* snapshot) {
     const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer);
     if (info && info->pPrinterName) {
         customSizes = LoadCustomSizes(info->pPrinterName);
-        snapshot->watermarks = LoadWatermarkList(info->pPrinterName);
         GetSettingsFolder(info->pPrinterName, snapshot->overlayFolder, ARRAYSIZE(snapshot->overlayFolder));
         snapshot->overlays = MakeOverlayList(snapshot->overlayFolder, snapshot->resources.Get());
     }

@@ -14,7 +14,6 @@
 #include "driver/devmode/color_groups.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
-#include "driver/settings/watermark_list.h"
 
 namespace velmora {
 
@@ -163,7 +162,6 @@ struct PrinterSnapshot {
     EntryList<ColorValueEntry> colorValues;         // of all colour features; empty entries between their ranges
 
     // What the user has stored for the printer.
-    WatermarkList watermarks;
     WCHAR overlayFolder[MAX_PATH];  // without a backslash at its end; empty where it can't be told
     EntryList<OverlayEntry> overlays;
 };

@@ -227,6 +227,7 @@ HRESULT SchemaDocument::CreateDocument() {
     if (FAILED(result)) {
         return result;
     }
+    rootIndex_.Clear();
     root_.Reset();
     document_.Reset(static_cast<IXMLDOMDocument2*>(created));
     document_->put_async(VARIANT_FALSE);
@@ -250,6 +251,7 @@ HRESULT SchemaDocument::CreateDocument() {
 }
 
 HRESULT SchemaDocument::AttachDocument(IXMLDOMDocument2* document) {
+    rootIndex_.Clear();
     document_ = ComReference<IXMLDOMDocument2>::Share(document);
     const HRESULT result = document ? document->get_documentElement(root_.Receive()) : E_INVALIDARG;
     if (FAILED(result)) {
@@ -260,6 +262,7 @@ HRESULT SchemaDocument::AttachDocument(IXMLDOMDocument2* document) {
 }
 
 void SchemaDocument::Release() {
+    rootIndex_.Clear();
     root_.Reset();
     document_.Reset();
 }
@@ -352,6 +355,9 @@ HRESULT SchemaDocument::AddNamespaceAttribute(const WCHAR* uri, const WCHAR* pre
     if (IsEmpty(uri) || IsEmpty(prefix)) {
         return E_INVALIDARG;
     }
+    for (KnownPrefix& known : knownPrefixes_) {
+        known.uri = nullptr;
+    }
     WCHAR name[kNamespaceNameCapacity];
     FormatWide(name, kNamespaceNameCapacity, TEXT("xmlns:%s"), prefix);
     return SetAttribute(root_.Get(), name, TEXT(""), uri);
@@ -386,6 +392,23 @@ HRESULT SchemaDocument::LookupPrefix(IXMLDOMNode* node, const WCHAR* uri, OwnedB
     return MadeOf(*prefix);
 }
 
+// A prefix that stands for the namespace at the root, looked up once; null where there is none, or no room to keep it.
+const WCHAR* SchemaDocument::PrefixAtRoot(const WCHAR* uri) {
+    for (KnownPrefix& known : knownPrefixes_) {
+        if (known.uri == uri) {
+            return known.prefix.Get();
+        }
+        if (!known.uri) {
+            if (LookupPrefix(root_.Get(), uri, &known.prefix) != S_OK) {
+                return nullptr;
+            }
+            known.uri = uri;
+            return known.prefix.Get();
+        }
+    }
+    return nullptr;
+}
+
 HRESULT SchemaDocument::MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* localName, OwnedBstr* text) {
     text->Reset();
     if (IsEmpty(uri) || IsEmpty(localName)) {
@@ -393,14 +416,17 @@ HRESULT SchemaDocument::MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCH
     }
     ManagerText found;
     OwnedBstr declared;
-    HRESULT result = FindPrefix(manager_.Get(), ScopeOf(node), uri, &found);
-    if (result == S_FALSE) {
-        result = DeclareNamespace(node, uri, nullptr, &declared);
+    const WCHAR* prefix = writesAsAtRoot_ ? PrefixAtRoot(uri) : nullptr;
+    if (!prefix) {
+        HRESULT result = FindPrefix(manager_.Get(), ScopeOf(node), uri, &found);
+        if (result == S_FALSE) {
+            result = DeclareNamespace(node, uri, nullptr, &declared);
+        }
+        if (FAILED(result)) {
+            return result;
+        }
+        prefix = declared ? declared.Get() : found.Text();
     }
-    if (FAILED(result)) {
-        return result;
-    }
-    const WCHAR* const prefix = declared ? declared.Get() : found.Text();
     const size_t length = TextLength(localName, kLocalNameLimit);
     const size_t prefixLength = TextLength(prefix, kPrefixLimit);
     if (length >= kLocalNameLimit || prefixLength >= kPrefixLimit) {
@@ -462,13 +488,18 @@ HRESULT SchemaDocument::PutAttribute(IXMLDOMElement* element, const WCHAR* name,
         return E_INVALIDARG;
     }
     ManagerText found;
+    const WCHAR* prefix = TEXT("");
     if (*uri != 0 && !IsPrintSchema(uri)) {
-        const HRESULT result = FindPrefix(manager_.Get(), ScopeOf(element), uri, &found);
-        if (FAILED(result)) {
-            return result;
+        prefix = writesAsAtRoot_ ? PrefixAtRoot(uri) : nullptr;
+        if (!prefix) {
+            const HRESULT result = FindPrefix(manager_.Get(), ScopeOf(element), uri, &found);
+            if (FAILED(result)) {
+                return result;
+            }
+            prefix = found.Text();
         }
     }
-    const size_t prefixLength = TextLength(found.Text());
+    const size_t prefixLength = TextLength(prefix);
     const size_t nameLength = TextLength(name);
     if ((prefixLength > 0 ? prefixLength + 1 : 0) + nameLength >= kAttributeNameCapacity) {
         return E_INVALIDARG;
@@ -476,7 +507,7 @@ HRESULT SchemaDocument::PutAttribute(IXMLDOMElement* element, const WCHAR* name,
     OwnedBstr written;
     HRESULT result = S_OK;
     if (prefixLength > 0) {
-        result = JoinName(found.Text(), prefixLength, name, nameLength, &written);
+        result = JoinName(prefix, prefixLength, name, nameLength, &written);
     } else {
         written = OwnedBstr(name);
         result = MadeOf(written);
@@ -518,6 +549,15 @@ HRESULT SchemaDocument::SetVersionAttribute(IXMLDOMElement* element, LONG versio
 HRESULT SchemaDocument::AppendElement(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
                                       ElementReference* element) {
     Wanted<ElementReference> made(element);
+    if (ParentOrRoot(parent) == root_.Get()) {
+        // Whoever asked for it gives it its name.
+        rootIndex_.Clear();
+    }
+    return MakeElement(parent, uri, localName, made.Get());
+}
+
+HRESULT SchemaDocument::MakeElement(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,
+                                    ElementReference* made) {
     made->Reset();
     parent = ParentOrRoot(parent);
     if (!parent || !document_) {
@@ -542,7 +582,7 @@ HRESULT SchemaDocument::AppendElement(IXMLDOMNode* parent, const WCHAR* uri, con
     if (SUCCEEDED(result)) {
         result = parent->appendChild(node.Get(), nullptr);
     }
-    return SUCCEEDED(result) ? node.Query(kIidDomElement, made.Get()) : result;
+    return SUCCEEDED(result) ? node.Query(kIidDomElement, made) : result;
 }
 
 HRESULT SchemaDocument::AppendComment(IXMLDOMNode* parent, const WCHAR* text) {
@@ -591,12 +631,14 @@ HRESULT SchemaDocument::SetName(IXMLDOMElement* element, const WCHAR* attributeU
 // Appends an element of the framework with a name that is written as at the element itself.
 HRESULT SchemaDocument::AppendNamed(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* attributeUri, const WCHAR* uri,
                                     const WCHAR* localName, ElementReference* element) {
-    HRESULT result = AppendElement(parent, kFrameworkNamespace, kind, element);
+    HRESULT result = MakeElement(parent, kFrameworkNamespace, kind, element);
     if (SUCCEEDED(result)) {
         result = SetName(element->Get(), attributeUri, element->Get(), uri, localName);
     }
     if (FAILED(result)) {
         element->Reset();
+    } else {
+        Index(parent, kind, uri, localName, element->Get());
     }
     return result;
 }
@@ -614,7 +656,7 @@ HRESULT SchemaDocument::AppendOption(IXMLDOMNode* parent, const WCHAR* uri, cons
     if (!parent) {
         return E_INVALIDARG;
     }
-    HRESULT result = AppendElement(parent, kFrameworkNamespace, element_name::kOption, made.Get());
+    HRESULT result = MakeElement(parent, kFrameworkNamespace, element_name::kOption, made.Get());
     if (SUCCEEDED(result) && !IsEmpty(uri) && !IsEmpty(localName)) {
         result = SetName(made->Get(), kFrameworkNamespace, made->Get(), uri, localName);
     }
@@ -649,10 +691,12 @@ HRESULT SchemaDocument::AddSanitisedOption(IXMLDOMNode* parent, const WCHAR* uri
 HRESULT SchemaDocument::AddPropertyOf(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* uri, const WCHAR* localName,
                                       ElementReference* property) {
     Wanted<ElementReference> made(property);
-    AppendElement(parent, kFrameworkNamespace, kind, made.Get());
+    MakeElement(parent, kFrameworkNamespace, kind, made.Get());
     const HRESULT result = SetName(made->Get(), TEXT(""), ParentOrRoot(parent), uri, localName);
     if (FAILED(result)) {
         made->Reset();
+    } else {
+        Index(parent, kind, uri, localName, made->Get());
     }
     return result;
 }
@@ -676,7 +720,7 @@ HRESULT SchemaDocument::AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, co
         return E_INVALIDARG;
     }
     ElementReference value;
-    HRESULT result = AppendElement(parent, kFrameworkNamespace, element_name::kValue, &value);
+    HRESULT result = MakeElement(parent, kFrameworkNamespace, element_name::kValue, &value);
     OwnedBstr typeName;
     if (SUCCEEDED(result)) {
         result = MakeQName(parent, kSchemaNamespace, type, &typeName);
@@ -871,6 +915,9 @@ HRESULT SchemaDocument::SetText(IXMLDOMNode* node, const WCHAR* text) {
 
 HRESULT SchemaDocument::RemoveChild(IXMLDOMNode* parent, IXMLDOMNode* child) {
     parent = ParentOrRoot(parent);
+    if (parent == root_.Get()) {
+        rootIndex_.Clear();
+    }
     return parent && child ? parent->removeChild(child, nullptr) : E_INVALIDARG;
 }
 
@@ -893,9 +940,16 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
                                        const WCHAR* nameUri, const WCHAR* nameLocalName, ElementReference* element) {
     Wanted<ElementReference> found(element);
     found->Reset();
+    const bool isAtRoot = !parent;
     parent = ParentOrRoot(parent);
     if (!parent || !elementUri || !elementName || !nameUri || !nameLocalName) {
         return E_INVALIDARG;
+    }
+    const WCHAR* const kind =
+        isAtRoot && TextsEqual(elementUri, kFrameworkNamespace) ? IndexedKind(elementName) : nullptr;
+    if (kind && PrepareIndex()) {
+        *found.Get() = ElementReference::Share(rootIndex_.Find(kind, nameUri, nameLocalName));
+        return *found.Get() ? S_OK : S_FALSE;
     }
     const OwnedBstr attribute(attribute_name::kName);
     if (!attribute) {
@@ -921,6 +975,52 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
         },
         found.Get());
     return result == S_OK ? S_OK : S_FALSE;
+}
+
+// Sees to it that the root's named children are in the index; false where there is no memory for it.
+bool SchemaDocument::PrepareIndex() {
+    if (rootIndex_.IsComplete()) {
+        return true;
+    }
+    rootIndex_.Clear();
+    bool isComplete = true;
+    ElementReference none;
+    const HRESULT result = FindChild(
+        root_.Get(),
+        [&](IXMLDOMNode* child, HRESULT* error) {
+            OwnedBstr kindName;
+            if (!IsElement(child, error) || FAILED(child->get_baseName(kindName.Receive()))) {
+                return false;
+            }
+            const WCHAR* const kind = IndexedKind(kindName.Text());
+            const auto node = ComReference<IXMLDOMNode>::Share(child);
+            ElementReference candidate;
+            QualifiedName name;
+            if (kind && IsElementNamed(child, kFrameworkNamespace, kind, error) &&
+                SUCCEEDED(node.Query(kIidDomElement, &candidate)) &&
+                ReadNameAttribute(candidate.Get(), &name) == S_OK) {
+                isComplete = rootIndex_.Add(kind, name.uri.Text(), name.localName.Text(), candidate.Get());
+            }
+            return !isComplete;
+        },
+        &none);
+    if (!isComplete || FAILED(result)) {
+        rootIndex_.Clear();
+        return false;
+    }
+    rootIndex_.SetComplete();
+    return true;
+}
+
+// Keeps the index complete when a named child of the root is made.
+void SchemaDocument::Index(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* uri, const WCHAR* localName,
+                           IXMLDOMElement* element) {
+    if (ParentOrRoot(parent) != root_.Get() || !rootIndex_.IsComplete()) {
+        return;
+    }
+    if (const WCHAR* const known = IndexedKind(kind)) {
+        rootIndex_.Add(known, uri, localName, element);
+    }
 }
 
 HRESULT SchemaDocument::FindFeature(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName,

@@ -4,8 +4,9 @@
 //
 // Operations give S_OK, S_FALSE where nothing is found, E_INVALIDARG where a needed argument is null or empty,
 // E_OUTOFMEMORY, E_FAIL where the prefixes have run out, and the errors of the object model as they are. On failure
-// what they give is empty. A null parent stands for the document's root. What is built stays built where a later step
-// of the same operation fails. Outputs that are elements or texts may be null where they aren't wanted.
+// what they give is empty. A null parent stands for the document's root, whose named children are looked up in an
+// index: they aren't changed but by this object. What is built stays built where a later step of the same operation
+// fails. Outputs that are elements or texts may be null where they aren't wanted.
 #pragma once
 
 #include <msxml2.h>
@@ -14,6 +15,7 @@
 #include <cstdint>
 
 #include "driver/base/com.h"
+#include "driver/ptprovider/root_index.h"
 
 namespace velmora {
 
@@ -79,7 +81,10 @@ class SchemaDocument {
     IXMLDOMDocument2* DetachDocument() { return document_.Detach(); }
     IXMLDOMElement* Root() const { return root_.Get(); }
     // For the builder of a new document.
-    void SetRoot(ElementReference root) { root_ = static_cast<ElementReference&&>(root); }
+    void SetRoot(ElementReference root) {
+        rootIndex_.Clear();
+        root_ = static_cast<ElementReference&&>(root);
+    }
     // Drops root and document.
     void Release();
 
@@ -97,6 +102,10 @@ class SchemaDocument {
     HRESULT LookupPrefix(IXMLDOMNode* node, const WCHAR* uri, OwnedBstr* prefix);
     // The name as it is written at the node; binds a prefix where the namespace has none.
     HRESULT MakeQName(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* localName, OwnedBstr* text);
+    // From here on whatever is built is written with the prefixes that stand for namespaces at the root: all of it is
+    // built into elements that this object has made, which declare none. Namespaces are constants from here on, or
+    // texts that live as long as this object.
+    void WriteNamesAsAtRoot() { writesAsAtRoot_ = true; }
     // What a written name stands for at the node. S_FALSE where its prefix stands for nothing; a name without prefix
     // is in no namespace where there is no default one.
     HRESULT SplitQName(IXMLDOMNode* node, const WCHAR* text, QualifiedName* name);
@@ -218,6 +227,7 @@ class SchemaDocument {
   private:
     IXMLDOMNode* ParentOrRoot(IXMLDOMNode* parent) const { return parent ? parent : root_.Get(); }
     IXMLDOMNode* ScopeOf(IXMLDOMNode* node) const;
+    const WCHAR* PrefixAtRoot(const WCHAR* uri);
     HRESULT ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, OwnedBstr* uri);
     bool IsPrefixFree(IXMLDOMNode* node, const WCHAR* prefix, bool ifUnknown);
     HRESULT GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix);
@@ -226,6 +236,10 @@ class SchemaDocument {
     HRESULT PutAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const OwnedBstr& value);
     HRESULT SetName(IXMLDOMElement* element, const WCHAR* attributeUri, IXMLDOMNode* scope, const WCHAR* uri,
                     const WCHAR* localName);
+    HRESULT MakeElement(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, ElementReference* element);
+    bool PrepareIndex();
+    void Index(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* uri, const WCHAR* localName,
+               IXMLDOMElement* element);
     HRESULT AppendNamed(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* attributeUri, const WCHAR* uri,
                         const WCHAR* localName, ElementReference* element);
     HRESULT AppendOption(IXMLDOMNode* parent, const WCHAR* uri, const WCHAR* localName, const WCHAR* constraint,
@@ -257,6 +271,16 @@ class SchemaDocument {
     ElementReference root_;
     ComReference<IMXNamespaceManager> manager_;
     const OwnedBstr framework_;  // the framework's namespace
+    RootIndex rootIndex_;
+
+    // Prefixes at the root that have been looked up, where writesAsAtRoot_.
+    struct KnownPrefix {
+        const WCHAR* uri = nullptr;  // a constant, or a text that lives as long as the conversion
+        OwnedBstr prefix;
+    };
+    static constexpr size_t kKnownPrefixes = 8;
+    KnownPrefix knownPrefixes_[kKnownPrefixes];
+    bool writesAsAtRoot_ = false;
     uint32_t prefixCounter_ = 0;
     bool isFirstPrefixOwn_ = false;  // the first prefix that can be generated was free, and is the document's own
 };

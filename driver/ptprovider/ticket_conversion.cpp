@@ -22,7 +22,7 @@ constexpr const WCHAR* kPageCopies = kCopiesParameters[2];
 constexpr IntegerParameter kCopies = {
     PublicKeyword(kPageCopies), {1, 1, 32767, 1}, TEXT("copies"), 1753, keyword_name::kUnconditional};
 
-// What every document declares on its root.
+// What every document declares on its root; names are written by it from then on.
 void DeclareDocumentNamespaces(ConversionContext& context) {
     for (const StandardNamespace& standard : kStandardNamespaces) {
         // The model's own namespace takes the place of the driver's for models.
@@ -40,6 +40,7 @@ void DeclareDocumentNamespaces(ConversionContext& context) {
         // Some features have names in it whatever the model's own namespace is.
         context.document.DeclareOnRoot(kOemNamespace, kOemPrefix);
     }
+    context.document.WriteNamesAsAtRoot();
 }
 
 // Whether there is anything to convert.

@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "driver/entry/printer_access.h"
+#include "driver/settings/watermark_list.h"
 #include "platform/kernel/text.h"
 #include "tools/velmora/command_error.h"
 #include "tools/velmora/escapes.h"
@@ -87,6 +89,9 @@ Table ReportExceptions(const WorkingDevMode& working, const PrinterModel& model)
                     {"Overlay", "overlay"},
                     {"Under the page", "isUnderlay"},
                     {"Watermark", ""}}};
+    const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(working.hPrinter);
+    const WatermarkList watermarks =
+        info && info->pPrinterName ? LoadWatermarkList(info->pPrinterName) : WatermarkList{};
     for (size_t slot = 0; slot < kExceptionSlots; ++slot) {
         const ExceptionRecord record = working.exceptions[slot];
         if (record.kind == kNoException) {
@@ -108,8 +113,7 @@ Table ReportExceptions(const WorkingDevMode& working, const PrinterModel& model)
              NamedCell("tray", kind.hasMedium, record.bin, model.TrayName(record.bin)),
              kind.hasOverlay ? TextCell(overlayName) : EmptyCell(),
              kind.hasOverlay ? FlagCell(record.underlay != 0) : EmptyCell(),
-             NamedCell("watermark", kind.hasWatermark, record.watermark,
-                       NameWatermark(working.printer->watermarks, record.watermark))});
+             NamedCell("watermark", kind.hasWatermark, record.watermark, NameWatermark(watermarks, record.watermark))});
     }
     return table;
 }
