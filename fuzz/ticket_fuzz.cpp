@@ -9,6 +9,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -65,7 +66,7 @@ constexpr uint8_t kPrivateProperty = 0x80;
 enum StepKind : uint8_t {
     kFeature,        // with an option, on the root, or in the feature before where it is a part
     kBareFeature,    // without the option
-    kScoredValue,    // of the option before
+    kScoredValue,    // of the option before; the property is one of the feature's, as in the next
     kScoredRef,      // the same by a parameter on the root
     kParameter,      // on the root
     kProperty,       // with a value, on the root
@@ -406,7 +407,8 @@ class TicketBuilder {
 
     const TicketPrinter& printer_;
     ComReference<IXMLDOMDocument2> document_;
-    std::map<Text, Text> prefixes_;  // by their namespaces
+    std::map<Text, Text> prefixes_;          // by their namespaces
+    const FeatureWords* words_ = kFeatures;  // of the feature that was added last
     // Those that were added last; the root before.
     Node root_;
     Node feature_;
@@ -432,6 +434,7 @@ void TicketBuilder::AddFeature(const Step& step) {
     bool isPart = false;
     if (index < std::size(kFeatures)) {
         const FeatureWords& words = kFeatures[index];
+        words_ = &words;
         name = {words.space, WordOf(words.name, 0, step.number)};
         options = OptionsOf(step, words);
         isPart = words.isPart;
@@ -507,7 +510,7 @@ void TicketBuilder::AddNested(const Step& step) {
 }
 
 void TicketBuilder::Take(const Step& step) {
-    const FeatureWords& words = kFeatures[step.feature % std::size(kFeatures)];
+    const FeatureWords& words = *words_;
     const Name property = WithSpace(step, step.value < kPrivateProperty ? words.space : kPrivateNamespace,
                                     WordOf(words.properties, step.word, 0));
     const Name parameter = {property.first, WordOf(words.name, 0, step.number) + property.second};
@@ -738,16 +741,14 @@ void CallProvider(const TicketPrinter& printer, IXMLDOMDocument2* ticket, const 
     }
     CoTaskMemFree(made);
 
-    for (IXMLDOMDocument2* const selected : {ticket, static_cast<IXMLDOMDocument2*>(nullptr)}) {
-        ComReference<IXMLDOMDocument2> capabilities;
-        if (provider->GetPrintCapabilities(selected, capabilities.Receive()) != S_OK) {
-            Stop("there are no capabilities");
-        }
-        CheckSize(capabilities.Get(), 0, printer);
-        for (const auto& [name, times] : CountFeatures(capabilities.Get())) {
-            if (times != 1) {
-                Stop(("a feature stands twice in the capabilities: " + host::ToUtf8(name.second)).c_str());
-            }
+    ComReference<IXMLDOMDocument2> capabilities;
+    if (provider->GetPrintCapabilities(ticket, capabilities.Receive()) != S_OK) {
+        Stop("there are no capabilities");
+    }
+    CheckSize(capabilities.Get(), 0, printer);
+    for (const auto& [name, times] : CountFeatures(capabilities.Get())) {
+        if (times != 1) {
+            Stop(("a feature stands twice in the capabilities: " + host::ToUtf8(name.second)).c_str());
         }
     }
     const TicketBefore before(ticket);
@@ -792,6 +793,8 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t mos
     if (kind == 0 || size < sizeof(Header)) {
         return LLVMFuzzerMutate(data, size, most);
     }
+    // Else most inputs that are kept would be of those that call the provider, which reach the most.
+    data[offsetof(Header, flags)] = static_cast<uint8_t>(below(256));
     const size_t end = sizeof(Header) + count * sizeof(Step);
     uint8_t* const place = data + sizeof(Header) + below(count + 1) * sizeof(Step);
     const auto rest = static_cast<size_t>(data + end - place);
@@ -803,6 +806,9 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t mos
         memmove(place + sizeof(Step), place, rest);
         for (size_t i = 0; i < sizeof(Step); ++i) {
             place[i] = static_cast<uint8_t>(below(256));
+        }
+        if (kind == 2) {
+            *place = static_cast<uint8_t>(below(kScoredRef + 1));
         }
         return end + sizeof(Step);
     }
