@@ -65,6 +65,7 @@ constexpr uint8_t kPrivateProperty = 0x80;
 
 enum StepKind : uint8_t {
     kFeature,        // with an option, on the root, or in the feature before where it is a part
+    kWholeFeature,   // with an option that has every property that the feature's options may have
     kBareFeature,    // without the option
     kScoredValue,    // of the option before; the property is one of the feature's, as in the next
     kScoredRef,      // the same by a parameter on the root
@@ -403,6 +404,8 @@ class TicketBuilder {
     void AddFeature(const Step& step);
     Text ValueOf(const Step& step) const;
     void AddValue(const Node& parent, const Step& step);
+    void AddScored(const Name& property, const Step& step, bool isByParameter);
+    void AddProperties(const Step& step);
     void AddNested(const Step& step);
 
     const TicketPrinter& printer_;
@@ -449,7 +452,7 @@ void TicketBuilder::AddFeature(const Step& step) {
         feature_ = Node::Share(made.Get());
     }
     last_ = Node::Share(made.Get());
-    if (step.kind % kStepKinds == kFeature) {
+    if (step.kind % kStepKinds != kBareFeature) {
         const Name option = options.empty() ? Name() : options[step.word % options.size()];
         option_ = option.second.empty() ? Add(made.Get(), u"Option") : AddNamed(made, u"Option", option);
         last_ = Node::Share((isPart ? made : option_).Get());
@@ -500,6 +503,29 @@ void TicketBuilder::AddValue(const Node& parent, const Step& step) {
     value->put_text(OwnedBstr(ValueOf(step).c_str()).Get());
 }
 
+// With its value, or by a parameter on the root that has it.
+void TicketBuilder::AddScored(const Name& property, const Step& step, bool isByParameter) {
+    last_ = AddNamed(option_, u"ScoredProperty", property);
+    if (!isByParameter) {
+        AddValue(last_, step);
+        return;
+    }
+    const Name parameter = {property.first, WordOf(words_->name, 0, step.number) + property.second};
+    AddNamed(last_, u"ParameterRef", parameter);
+    AddValue(AddNamed(root_, u"ParameterInit", parameter), step);
+}
+
+void TicketBuilder::AddProperties(const Step& step) {
+    const Node feature = Node::Share(last_.Get());
+    const auto count = std::count(words_->properties, words_->properties + strlen(words_->properties), ' ') + 1;
+    for (size_t i = 0; i < static_cast<size_t>(count); ++i) {
+        for (const WCHAR* const uri : {words_->space, kPrivateNamespace}) {
+            AddScored({uri, WordOf(words_->properties, i, 0)}, step, step.value < kPrivateProperty);
+        }
+    }
+    last_ = Node::Share(feature.Get());
+}
+
 void TicketBuilder::AddNested(const Step& step) {
     constexpr uint32_t kMostDepth = 300;
     const Text element = WordOf(kElementWords, step.word, 0);
@@ -513,20 +539,20 @@ void TicketBuilder::Take(const Step& step) {
     const FeatureWords& words = *words_;
     const Name property = WithSpace(step, step.value < kPrivateProperty ? words.space : kPrivateNamespace,
                                     WordOf(words.properties, step.word, 0));
-    const Name parameter = {property.first, WordOf(words.name, 0, step.number) + property.second};
     switch (step.kind % kStepKinds) {
         case kFeature:
         case kBareFeature:
             AddFeature(step);
             break;
+        case kWholeFeature:
+            AddFeature(step);
+            AddProperties(step);
+            break;
         case kScoredValue:
-            last_ = AddNamed(option_, u"ScoredProperty", property);
-            AddValue(last_, step);
+            AddScored(property, step, false);
             break;
         case kScoredRef:
-            last_ = AddNamed(option_, u"ScoredProperty", property);
-            AddNamed(last_, u"ParameterRef", parameter);
-            AddValue(AddNamed(root_, u"ParameterInit", parameter), step);
+            AddScored(property, step, true);
             break;
         case kParameter: {
             const WCHAR* const uri = step.word % 2 == 0 ? kKeywordsNamespace : kPrivateNamespace;
