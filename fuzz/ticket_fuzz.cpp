@@ -59,7 +59,7 @@ struct Step {
 #pragma pack(pop)
 
 constexpr uint8_t kCallsProvider = 0x0F;  // flags up to this: the provider is called too, which takes most of the time
-constexpr uint8_t kOtherPrefixes = 0x20;  // a bit: namespaces have other prefixes than the usual ones
+constexpr uint8_t kExchangedPrefixes = 0x20;  // a bit: the usual prefixes stand for other namespaces
 constexpr uint8_t kAnySpace = 0xC0;
 constexpr uint8_t kPrivateProperty = 0x80;
 
@@ -344,10 +344,11 @@ ComReference<IXMLDOMDocument2> NewDocument() {
 
 class TicketBuilder {
   public:
-    TicketBuilder(const TicketPrinter& printer, bool hasOtherPrefixes) : printer_(printer), document_(NewDocument()) {
+    TicketBuilder(const TicketPrinter& printer, bool areExchanged) : printer_(printer), document_(NewDocument()) {
         const Text prefixes[] = {u"psk", u"kxp", u"oem", u"xsd", u"psf", u"ns0000", u"xsi", u"un"};
-        for (size_t i = 0; i < std::size(prefixes); ++i) {
-            prefixes_[kSpaces[i]] = (hasOtherPrefixes ? u"my" : u"") + prefixes[i];
+        const size_t count = std::size(prefixes);
+        for (size_t i = 0; i < count; ++i) {
+            prefixes_[kSpaces[i]] = prefixes[areExchanged ? (i + 1) % count : i];
         }
         root_ = Add(nullptr, u"PrintTicket");
         for (const auto& [uri, prefix] : prefixes_) {
@@ -786,7 +787,7 @@ void CallProvider(const TicketPrinter& printer, IXMLDOMDocument2* ticket, const 
 }
 
 void Run(const TicketPrinter& printer, const Header& header, std::span<const Step> steps) {
-    TicketBuilder ticket(printer, (header.flags & kOtherPrefixes) != 0);
+    TicketBuilder ticket(printer, (header.flags & kExchangedPrefixes) != 0);
     VelmoraDevMode input = printer.valid;
     for (const Step& step : steps) {
         if (step.kind % kStepKinds == kDevModeEdit || step.kind % kStepKinds == kDevModeNumber) {
