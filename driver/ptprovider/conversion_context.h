@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "driver/ptprovider/print_schema.h"
 #include "driver/ptprovider/printer_snapshot.h"
 #include "driver/ptprovider/schema_document.h"
 
@@ -25,6 +26,10 @@ struct ConversionContext {
     void Bind(HANDLE boundPrinter, const PrinterSnapshot* snapshot) {
         hPrinter = boundPrinter;
         printer = snapshot;
+        if (printer && printer->isXpsWriter) {
+            // Known before a document is, lest its prefix is made for another namespace.
+            document.DeclareNamespace(nullptr, kXpsWriterNamespace, kXpsWriterPrefix, nullptr);
+        }
     }
     // The module of display names; null where there is none.
     HMODULE Strings() const { return printer ? printer->resources.Get() : nullptr; }

@@ -20,9 +20,6 @@ constexpr size_t kAttributeNameCapacity = 64;   // of an attribute's written nam
 constexpr size_t kNamespaceNameCapacity = 128;  // of a namespace declaration's name
 constexpr size_t kBannerWidth = 72;
 constexpr size_t kBannerCapacity = 128;
-// The first of the prefixes that are made where none is free or wanted.
-constexpr const WCHAR* kFirstGeneratedPrefix = TEXT("ns0000");
-
 constexpr size_t kNumberCapacity = 16;
 
 bool IsEmpty(const WCHAR* text) {
@@ -312,7 +309,6 @@ HRESULT SchemaDocument::GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix) {
         FormatWide(generated, kNumberCapacity, TEXT("ns%.4X"), prefixCounter_);
         ++prefixCounter_;
         if (IsPrefixFree(node, generated, true)) {
-            isFirstPrefixOwn_ |= prefixCounter_ == 1;
             *prefix = OwnedBstr(generated);
             return MadeOf(*prefix);
         }
@@ -363,17 +359,10 @@ HRESULT SchemaDocument::AddNamespaceAttribute(const WCHAR* uri, const WCHAR* pre
     return SetAttribute(root_.Get(), name, TEXT(""), uri);
 }
 
-// True for a prefix that this object has bound to a namespace which the document had under another already: no name
-// is written with it.
-bool SchemaDocument::IsUnusedPrefix(const WCHAR* prefix) const {
-    return isFirstPrefixOwn_ && TextsEqual(prefix, kFirstGeneratedPrefix);
-}
-
 HRESULT SchemaDocument::DeclareOnRoot(const WCHAR* uri, const WCHAR* prefix) {
     OwnedBstr bound;
-    const bool isTaken = ResolvePrefix(root_.Get(), prefix, &bound) == S_OK && bound.Length() > 0 && !bound.Is(uri) &&
-                         !IsUnusedPrefix(prefix);
-    if (!isTaken) {
+    const bool isBound = ResolvePrefix(root_.Get(), prefix, &bound) == S_OK && bound.Length() > 0;
+    if (!isBound || bound.Is(uri)) {
         return AddNamespaceAttribute(uri, prefix);
     }
     OwnedBstr other;

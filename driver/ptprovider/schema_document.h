@@ -95,8 +95,8 @@ class SchemaDocument {
     // one (null: none) where it is free at the node, else a new one.
     HRESULT DeclareNamespace(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* preferredPrefix, OwnedBstr* prefix);
     HRESULT AddNamespaceAttribute(const WCHAR* uri, const WCHAR* prefix);
-    // Binds the prefix to the namespace on the root. A prefix that stands for something else in the document as it came
-    // keeps standing for it; the namespace has another one then.
+    // Binds the prefix to the namespace on the root, unless it stands for another one there: what is written with it
+    // keeps its meaning. The namespace is bound to a new prefix then, where it has none.
     HRESULT DeclareOnRoot(const WCHAR* uri, const WCHAR* prefix);
     // A prefix that stands for the namespace at the node; empty for the default namespace.
     HRESULT LookupPrefix(IXMLDOMNode* node, const WCHAR* uri, OwnedBstr* prefix);
@@ -231,7 +231,6 @@ class SchemaDocument {
     HRESULT ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, OwnedBstr* uri);
     bool IsPrefixFree(IXMLDOMNode* node, const WCHAR* prefix, bool ifUnknown);
     HRESULT GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix);
-    bool IsUnusedPrefix(const WCHAR* prefix) const;
     BSTR NamespaceText(const WCHAR* uri, OwnedBstr* made) const;
     HRESULT PutAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const OwnedBstr& value);
     HRESULT SetName(IXMLDOMElement* element, const WCHAR* attributeUri, IXMLDOMNode* scope, const WCHAR* uri,
@@ -282,7 +281,6 @@ class SchemaDocument {
     KnownPrefix knownPrefixes_[kKnownPrefixes];
     bool writesAsAtRoot_ = false;
     uint32_t prefixCounter_ = 0;
-    bool isFirstPrefixOwn_ = false;  // the first prefix that can be generated was free, and is the document's own
 };
 
 }  // namespace velmora
