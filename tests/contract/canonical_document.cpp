@@ -71,9 +71,13 @@ std::string CanonicalText(IXMLDOMDocument2* document) {
 }
 
 void RecordDocument(IXMLDOMDocument2* document) {
+    WCHAR value[MAX_PATH] = {};
+    GetEnvironmentVariableW(TEXT("APPDATA"), value, MAX_PATH);
+    const std::string folder = '"' + Printable(value);
     std::istringstream lines(CanonicalText(document));
     for (std::string line; std::getline(lines, line);) {
-        Record(line);
+        const size_t place = folder.size() > 1 ? line.find(folder) : std::string::npos;
+        Record(place == std::string::npos ? line : line.replace(place + 1, folder.size() - 1, "APPDATA"));
     }
 }
 

@@ -20,7 +20,8 @@ namespace contract {
 // Throws std::runtime_error where the DOM doesn't tell something, or has a node of another kind.
 std::string CanonicalText(IXMLDOMDocument2* document);
 
-// Notes the lines in the transcript.
+// Notes the lines in the transcript. The user's folder of application data, which differs between machines by right, is
+// masked where a text begins with it.
 void RecordDocument(IXMLDOMDocument2* document);
 
 }  // namespace contract

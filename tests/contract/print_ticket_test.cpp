@@ -15,27 +15,6 @@ namespace {
 constexpr HRESULT kVersionNotSupported = static_cast<HRESULT>(0x80040001);
 constexpr HRESULT kNoConflict = 0x00040001;
 
-// What binding gives; the namespaces are freed.
-struct Binding {
-    HRESULT result;
-    SHIMOPTS options = {};
-    DWORD fields = 0;
-    std::vector<std::string> namespaces;
-};
-
-Binding Bind(IPrintTicketProvider* provider, HANDLE printer, INT version = 1) {
-    Binding binding = {};
-    INT count = 77;
-    BSTR* namespaces = nullptr;
-    binding.result = provider->BindPrinter(printer, version, &binding.options, &binding.fields, &count, &namespaces);
-    for (INT i = 0; i < count; ++i) {
-        binding.namespaces.push_back(Printable(namespaces[i]));
-        SysFreeString(namespaces[i]);
-    }
-    CoTaskMemFree(namespaces);
-    return binding;
-}
-
 class PrintTickets : public ContractTest {
   protected:
     const ComOnThread com_;

@@ -77,28 +77,29 @@ Bindings DeclarationsIn(std::wstring_view tag) {
 }
 
 // A copy without its content is saved with the start tag alone; where the element's own prefix is declared further out,
-// the copy declares it. It is saved as another document's: saving an element of a document takes the XML declaration
-// out of it there.
-Bindings DeclarationsOf(IXMLDOMNode* element) {
-    const auto other = NewDocument();
+// the copy declares it. It is saved as another document's, `scratch`, which is empty before and afterwards: saving an
+// element of a document takes the XML declaration out of it there.
+Bindings DeclarationsOf(IXMLDOMNode* element, IXMLDOMDocument2* scratch) {
     ComReference<IXMLDOMNode> copy;
     Bstr saved;
-    if (element->cloneNode(VARIANT_FALSE, copy.Receive()) != S_OK || other->appendChild(copy.Get(), nullptr) != S_OK ||
-        other->get_xml(saved.Receive()) != S_OK) {
+    if (element->cloneNode(VARIANT_FALSE, copy.Receive()) != S_OK ||
+        scratch->appendChild(copy.Get(), nullptr) != S_OK) {
         return {};
     }
-    return DeclarationsIn(saved.Text());
+    const HRESULT result = scratch->get_xml(saved.Receive());
+    scratch->removeChild(copy.Get(), nullptr);
+    return result == S_OK ? DeclarationsIn(saved.Text()) : Bindings();
 }
 
 // What a node binds, with `deep` all that is in scope there; the nearest first.
-Bindings BindingsAt(IXMLDOMNode* node, bool deep) {
+Bindings BindingsAt(IXMLDOMNode* node, bool deep, IXMLDOMDocument2* scratch) {
     Bindings bindings;
     node->AddRef();
     ComReference<IXMLDOMNode> current(node);
     while (current) {
         DOMNodeType type = NODE_INVALID;
         if (current->get_nodeType(&type) == S_OK && type == NODE_ELEMENT) {
-            for (Binding& binding : DeclarationsOf(current.Get())) {
+            for (Binding& binding : DeclarationsOf(current.Get(), scratch)) {
                 AddInner(&bindings, std::move(binding));
             }
         }
@@ -169,7 +170,7 @@ class NamespaceManager final : public IMXNamespaceManager {
         if (node == nullptr) {
             return E_INVALIDARG;
         }
-        contexts_.push_back(BindingsAt(node, deep != VARIANT_FALSE));
+        contexts_.push_back(BindingsAt(node, deep != VARIANT_FALSE, scratch_.Get()));
         return S_OK;
     }
     HRESULT WINAPI popContext() override {
@@ -229,7 +230,7 @@ class NamespaceManager final : public IMXNamespaceManager {
         if (uriChars == nullptr) {
             return E_POINTER;
         }
-        Bindings bindings = node != nullptr ? BindingsAt(node, true) : Visible();
+        Bindings bindings = node != nullptr ? BindingsAt(node, true, scratch_.Get()) : Visible();
         AddInner(&bindings, {kXmlPrefix, kXmlUri});
         const Binding* const binding = Find(bindings, prefix);
         const HRESULT result = GiveText(binding == nullptr ? L"" : binding->uri, uri, uriChars);
@@ -252,6 +253,7 @@ class NamespaceManager final : public IMXNamespaceManager {
     LONG references_ = 1;
     VARIANT_BOOL allowOverride_ = VARIANT_TRUE;
     std::vector<Bindings> contexts_ = {{}};
+    const ComReference<IXMLDOMDocument2> scratch_ = NewDocument();
 };
 
 }  // namespace
