@@ -7,8 +7,7 @@
 namespace driver_test {
 
 void ProjectModelTest::SetUp() {
-    std::ifstream stream(GetParam(), std::ios::binary);
-    InstallPrinter(PackageOf({std::istreambuf_iterator<char>(stream), {}}));
+    InstallPrinter(PackageOfModel(GetParam()));
     printer_ = OpenWithAllAccess(kPrinterName);
     file_ = velmora::OpenDescriptionFile(printer_.Get());
     model_ = velmora::LoadDeviceModel(file_.Get());
@@ -20,6 +19,11 @@ void ProjectModelTest::TearDown() {
     file_.Close();
     printer_.Close();
     EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
+}
+
+DriverPackage PackageOfModel(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return PackageOf({std::istreambuf_iterator<char>(stream), {}});
 }
 
 std::vector<std::filesystem::path> CompiledModels() {

@@ -26,6 +26,9 @@ class ProjectModelTest : public testing::TestWithParam<std::filesystem::path> {
     velmora::HeapOwner<velmora::DeviceModel> model_;
 };
 
+// The driver package with a compiled model, as PackageOf makes it.
+DriverPackage PackageOfModel(const std::filesystem::path& path);
+
 // Their description files, in the order of their names.
 std::vector<std::filesystem::path> CompiledModels();
 std::string ModelName(const testing::TestParamInfo<std::filesystem::path>& info);
