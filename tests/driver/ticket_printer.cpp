@@ -21,6 +21,21 @@ namespace {
 // Every field that tickets share with device modes.
 constexpr DWORD kSharedFields = 0x0380FF1F;
 
+std::string Differences(const VelmoraDevMode& before, const VelmoraDevMode& after, bool withBefore) {
+    std::string text;
+    if (memcmp(&before, &after, sizeof(before)) == 0) {
+        return text;
+    }
+    for (const DevModeDifference& difference : CompareDevModes(before, after)) {
+        if (difference.isValue) {
+            text += (text.empty() ? "" : " ") + difference.Name() + "=" +
+                    (withBefore ? ReadSide(difference, before).value.dump() + "->" : "") +
+                    ReadSide(difference, after).value.dump();
+        }
+    }
+    return text;
+}
+
 }  // namespace
 
 TicketDocument LoadTicket(const std::string& text) {
@@ -43,7 +58,7 @@ std::string TicketText(const std::string& content) {
            content + "</psf:PrintTicket>";
 }
 
-TicketPrinter::TicketPrinter(DriverPackage package, uint32_t missing) {
+TicketPrinter::TicketPrinter(DriverPackage package, uint32_t missing, uint32_t missingTrays) {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     package.dependent[0].bytes = StringModule({{2117, u"Custom size"}, {2420, u"ini"}, {2654, u"ovl"}});
     InstallPrinter(package);
@@ -52,7 +67,7 @@ TicketPrinter::TicketPrinter(DriverPackage package, uint32_t missing) {
     const DeviceModel& model = *before.Get()->model;
     const bool canHaveDuplexUnit = ((model.jobNameFlags | model.duplexFlagsA | model.duplexFlagsB) & 1) != 0;
     const uint32_t options = ~missing & ~(canHaveDuplexUnit ? 0 : uint32_t{kDuplexInstalled});
-    const DeviceInfo installed = {UINT32_MAX, 1, options, before.Get()->installed.memoryKey};
+    const DeviceInfo installed = {~missingTrays, 1, options, before.Get()->installed.memoryKey};
     SetDeviceInfo(Handle(), installed);
     for (const char16_t* const name : {u"\\ONE.ovl", u"\\TWO.ovl"}) {
         WriteDriveFile(WideText(before.Get()->overlayFolder) + name, "overlay");
@@ -119,17 +134,12 @@ TicketDocument TicketPrinter::Capabilities(const VelmoraDevMode& devMode) const 
     return TicketDocument(context.document.DetachDocument());
 }
 
+std::string ChangedValues(const VelmoraDevMode& before, const VelmoraDevMode& after) {
+    return Differences(before, after, false);
+}
+
 std::string ValueDifferences(const VelmoraDevMode& before, const VelmoraDevMode& after) {
-    std::string lines;
-    if (memcmp(&before, &after, sizeof(before)) != 0) {
-        for (const DevModeDifference& difference : CompareDevModes(before, after)) {
-            if (difference.isValue) {
-                lines += difference.Name() + ": " + ReadSide(difference, before).text + " -> " +
-                         ReadSide(difference, after).text + "\n";
-            }
-        }
-    }
-    return lines;
+    return Differences(before, after, true);
 }
 
 }  // namespace driver_test

@@ -26,9 +26,9 @@ std::string TicketText(const std::string& content);
 // An installed printer, bound as the provider binds it. COM is there as long as this.
 class TicketPrinter {
   public:
-    // Everything that the model can have is installed, but what `missing` (DeviceInfoOption bits) says. The user has
-    // the overlays ONE.ovl and TWO.ovl.
-    explicit TicketPrinter(DriverPackage package, uint32_t missing = 0);
+    // Everything that the model can have is installed but `missing` (DeviceInfoOption bits) and the trays of which a bit
+    // is in `missingTrays`. The user has the overlays ONE.ovl and TWO.ovl.
+    explicit TicketPrinter(DriverPackage package, uint32_t missing = 0, uint32_t missingTrays = 0);
     TicketPrinter(const TicketPrinter&) = delete;
     TicketPrinter& operator=(const TicketPrinter&) = delete;
     ~TicketPrinter();
@@ -55,7 +55,9 @@ class TicketPrinter {
     velmora::VelmoraDevMode default_ = {};
 };
 
-// Whether two device modes have the same values, and those that differ, "dmCopies: 1 -> 7" a line.
+// The values that are others in `after`: "dmCopies=7 pagesPerSheet=2", and with those before, "dmCopies=1->7". Texts
+// are in quotation marks; what lies behind them doesn't count.
+std::string ChangedValues(const velmora::VelmoraDevMode& before, const velmora::VelmoraDevMode& after);
 std::string ValueDifferences(const velmora::VelmoraDevMode& before, const velmora::VelmoraDevMode& after);
 
 }  // namespace driver_test
