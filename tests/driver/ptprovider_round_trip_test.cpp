@@ -59,11 +59,18 @@ bool HasIntents(const Trip& trip) {
     return (trip.printer.model->icmIntentFlags & 1) != 0;
 }
 
-// Dots as micrometres in the ticket, and back as dots of the other resolution.
+// Whether the numbers are those of two resolutions, so that a ticket says none.
+bool HasTwoResolutions(const Trip& trip) {
+    const ResolutionEntry& entry = trip.printer.resolutions[static_cast<size_t>(trip.Own().resolutionIndex)];
+    return entry.xDpi != trip.Common().dmPrintQuality;
+}
+
+// Dots as micrometres in the ticket, and back as dots of the resolution that is read.
 template <class Dots>
 void Carry(const Trip& trip, Dots* dots) {
     const int64_t microns = int64_t{*dots} * 25400 / trip.Own().resolutionId;
-    *dots = static_cast<Dots>(microns * trip.base.privatePart.resolutionId / 25400);
+    const int64_t resolution = HasTwoResolutions(trip) ? trip.base.privatePart.resolutionId : trip.Own().resolutionId;
+    *dots = static_cast<Dots>(microns * resolution / 25400);
 }
 
 // A loss: what it happens to, the fields that then stay as they were before the ticket was read ("a b"), and what
@@ -120,13 +127,8 @@ const Loss kLosses[] = {
      "scaleMode scaleValue scaleWidth scaleLength"},
     {"PageInputBin: sources that are no tray of the model",
      [](const Trip& trip) { return !IsTray(trip, trip.Common().dmDefaultSource); }, "dmDefaultSource"},
-    {"PageResolution: the dots that fields count stay those before", [](const Trip&) { return true; }, "resolutionId"},
-    {"PageResolution: numbers of two resolutions",
-     [](const Trip& trip) {
-         const ResolutionEntry& entry = trip.printer.resolutions[static_cast<size_t>(trip.Own().resolutionIndex)];
-         return entry.xDpi != trip.Common().dmPrintQuality;
-     },
-     "dmPrintQuality dmYResolution resolutionIndex"},
+    {"PageResolution: numbers of two resolutions", HasTwoResolutions,
+     "dmPrintQuality dmYResolution resolutionIndex resolutionId"},
     {"DocumentDuplex: no statement is one side", [](const Trip& trip) { return trip.Common().dmDuplex == 0; }, "",
      [](const Trip&, VelmoraDevMode* expected) { expected->publicPart.dmDuplex = DMDUP_SIMPLEX; }},
     {"DocumentDuplex: printers without duplex unit",
@@ -367,7 +369,7 @@ const PlainRow kPlainRows[] = {
      "pagesPerSheet=4 nupOrder=1|pagesPerSheet=4 nupOrder=1 gutterShiftX=60|pagesPerSheet=4 nupOrder=2 gutterShiftX=60|"
      "pagesPerSheet=4 nupOrder=3 gutterShiftY=60|pagesPerSheet=4 nupOrder=16 gutterShiftX=60|"
      "pagesPerSheet=4 nupOrder=17 gutterShiftX=60|pagesPerSheet=4 nupOrder=18 gutterShiftX=-60|"
-     "pagesPerSheet=9 nupOrder=19 gutterShiftY=-60|pagesPerSheet=4 layoutMode=1 nupBorderWidth=30|"
+     "pagesPerSheet=9 nupOrder=19 gutterShiftY=-60|pagesPerSheet=4 layoutMode=1 nupBorderWidth=31|"
      "pagesPerSheet=4 layoutMode=1|pagesPerSheet=6 layoutMode=3|layoutMode=1 nupBorderWidth=30|gutterShiftX=120|"
      "gutterShiftX=-121|gutterShiftY=123|gutterShiftY=-1|booklet=1|booklet=8 bookletGutter=60|"
      "booklet=4 nupOrder=1 bookletGutter=47|booklet=4 nupOrder=16|booklet=4 pagesPerSheet=4|booklet=4 gutterShiftX=60"},
