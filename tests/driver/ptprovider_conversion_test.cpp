@@ -876,7 +876,7 @@ TEST_F(Conversions, ReadTicketsOfApplications) {
         const char* ticket;
         const char* changes;
     } rows[] = {
-        // The .NET classes: the framework as psf and, again, as the default namespace of nothing; values typed.
+        // The .NET classes: declarations in another order, values with their types.
         {R"(<?xml version="1.0" encoding="UTF-16"?><psf:PrintTicket
             xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
             xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema"

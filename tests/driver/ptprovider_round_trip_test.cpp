@@ -497,9 +497,10 @@ std::vector<Row> RowsOf(const PrinterSnapshot& printer) {
                              "Length=" + length);
         };
         set("PageMediaSize", "dmPaperSize=" + id + " dmPaperWidth=" + width + " dmPaperLength=" + length);
-        const uint16_t fits[] = {kScaleFitCentred, kScaleFitTopLeft, kScaleCustomCentred, kScaleCustomTopLeft};
-        set("PageScaling", "scaleMode=" + number(fits[rows.back().values.size() % 4]) + " scaleValue=" + id +
-                               " scaleWidth=" + width + " scaleLength=" + length);
+        constexpr uint16_t kFits[] = {kScaleFitCentred, kScaleFitTopLeft, kScaleCustomCentred, kScaleCustomTopLeft};
+        const uint16_t fit = kFits[(&paper - printer.papers.begin()) % std::ssize(kFits)];
+        set("PageScaling",
+            "scaleMode=" + number(fit) + " scaleValue=" + id + " scaleWidth=" + width + " scaleLength=" + length);
         sheet("frontCover", "DocumentCoverFront");
         sheet("backCover", "DocumentCoverBack");
         sheet("interleave", "DocumentInterleaves");

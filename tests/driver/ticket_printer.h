@@ -26,8 +26,8 @@ std::string TicketText(const std::string& content);
 // An installed printer, bound as the provider binds it. COM is there as long as this.
 class TicketPrinter {
   public:
-    // Everything that the model can have is installed but `missing` (DeviceInfoOption bits) and the trays of which a bit
-    // is in `missingTrays`. The user has the overlays ONE.ovl and TWO.ovl.
+    // Everything that the model can have is installed but `missing` (DeviceInfoOption bits) and the trays of which a
+    // bit is in `missingTrays`. The user has the overlays ONE.ovl and TWO.ovl.
     explicit TicketPrinter(DriverPackage package, uint32_t missing = 0, uint32_t missingTrays = 0);
     TicketPrinter(const TicketPrinter&) = delete;
     TicketPrinter& operator=(const TicketPrinter&) = delete;
