@@ -123,6 +123,18 @@ HeapOwner<char> Narrow(const WCHAR* text) {
 }
 
 size_t WidenText(WCHAR* destination, size_t capacity, const char* text, size_t length) {
+    // Most texts are ASCII, which is the same in every ANSI code page.
+    constexpr unsigned char kBeyondAscii = 0x80;
+    size_t ascii = 0;
+    while (ascii < length && text[ascii] != 0 && static_cast<unsigned char>(text[ascii]) < kBeyondAscii) {
+        ++ascii;
+    }
+    if (capacity > 0 && (ascii == length || text[ascii] == 0)) {
+        ascii = std::min(ascii, capacity - 1);
+        std::copy_n(text, ascii, destination);
+        destination[ascii] = 0;
+        return ascii;
+    }
     const HeapOwner<WCHAR> wide = Widen(text, length);
     return CopyText<WCHAR>(destination, capacity, wide.Get());
 }

@@ -30,7 +30,7 @@ struct PaperRecord {
     int16_t pclSizeCode;       // negative marks a driver-defined size
     int16_t fitPaperId;        // nonzero: the paper onto which documents of this paper are scaled
     uint16_t rendererNameRef;  // name: the paper's name for the PCL 6 renderer
-    uint32_t ticketValues[3];  // handed to the PrintTicket provider
+    uint32_t ticketValues[3];  // sources, destinations and options that must be installed
 };
 
 // A tray. A record whose optionMask is 0 ends the list.
@@ -57,7 +57,7 @@ struct MediaRecord {
     int16_t rendererNameRef;   // name: the medium's name for the renderer
     uint16_t keywordRef;       // name: prefix, colon, PrintTicket keyword
     uint32_t mediaId;          // dmMediaType value
-    uint32_t ticketValues[3];  // handed to the PrintTicket provider
+    uint32_t ticketValues[3];  // sources, destinations and options that must be installed
 };
 
 // The dmDefaultSource value of medium i (0-based) from any tray is this plus i, except on image models.
@@ -78,7 +78,7 @@ struct ResolutionRecord {
     int16_t patternSize;       // k: the pattern block is 32*k*k bytes; 0 for none
     int16_t patternIndex;      // pattern block of the file
     uint16_t keywordRef;       // name: prefix, colon, PrintTicket keyword
-    uint32_t ticketValues[3];  // handed to the PrintTicket provider
+    uint32_t ticketValues[3];  // sources, destinations and options that must be installed
 };
 
 // 256 paper ids: id p is in the set when byte p/8 has bit 0x80 >> (p mod 8). Id 0 stands for custom sizes.

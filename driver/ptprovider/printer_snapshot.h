@@ -38,7 +38,7 @@ struct PaperEntry {
     int32_t length;  // micrometres
     bool isMetric;
     int16_t paperId;           // kFirstCustomPaper + i for the user's custom size i
-    uint32_t ticketValues[3];  // 0 for custom sizes
+    uint32_t ticketValues[3];  // sources, destinations and options that must be installed; 0 for custom sizes
 };
 
 struct MediaEntry {
