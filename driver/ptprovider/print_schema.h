@@ -72,6 +72,9 @@ inline constexpr const WCHAR* kParameterDef = TEXT("ParameterDef");
 inline constexpr const WCHAR* kParameterRef = TEXT("ParameterRef");
 inline constexpr const WCHAR* kParameterInit = TEXT("ParameterInit");
 }  // namespace element_name
+inline constexpr const WCHAR* kElementNames[] = {
+    element_name::kFeature, element_name::kOption,       element_name::kProperty,     element_name::kScoredProperty,
+    element_name::kValue,   element_name::kParameterDef, element_name::kParameterRef, element_name::kParameterInit};
 
 // Names of the framework namespace: properties.
 namespace property_name {

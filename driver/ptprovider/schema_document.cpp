@@ -18,7 +18,8 @@ constexpr size_t kLocalNameLimit = 10000;       // a local name is shorter
 constexpr size_t kPrefixLimit = 1000;           // a prefix is shorter
 constexpr size_t kAttributeNameCapacity = 64;   // of an attribute's written name
 constexpr size_t kNamespaceNameCapacity = 128;  // of a namespace declaration's name
-constexpr size_t kBannerWidth = 72;
+// 72 blanks: what a banner's text is framed by.
+constexpr const WCHAR* kBannerEdge = TEXT("                                                                        ");
 constexpr size_t kBannerCapacity = 128;
 constexpr size_t kNumberCapacity = 16;
 
@@ -208,7 +209,8 @@ class Wanted {
 
 }  // namespace
 
-SchemaDocument::SchemaDocument() : framework_(kFrameworkNamespace) {
+SchemaDocument::SchemaDocument()
+    : framework_(kFrameworkNamespace), nameAttribute_(attribute_name::kName), bannerEdge_(kBannerEdge) {
     void* manager = nullptr;
     if (SUCCEEDED(
             CoCreateInstance(kMxNamespaceManager60, nullptr, CLSCTX_INPROC_SERVER, kIidNamespaceManager, &manager))) {
@@ -354,6 +356,9 @@ HRESULT SchemaDocument::AddNamespaceAttribute(const WCHAR* uri, const WCHAR* pre
     for (KnownPrefix& known : knownPrefixes_) {
         known.uri = nullptr;
     }
+    for (OwnedBstr& name : elementNames_) {
+        name.Reset();
+    }
     WCHAR name[kNamespaceNameCapacity];
     FormatWide(name, kNamespaceNameCapacity, TEXT("xmlns:%s"), prefix);
     return SetAttribute(root_.Get(), name, TEXT(""), uri);
@@ -393,6 +398,22 @@ const WCHAR* SchemaDocument::PrefixAtRoot(const WCHAR* uri) {
             }
             known.uri = uri;
             return known.prefix.Get();
+        }
+    }
+    return nullptr;
+}
+
+// The written name of one of the framework's elements, made once; null where it has to be made where it is written.
+BSTR SchemaDocument::ElementNameAtRoot(const WCHAR* uri, const WCHAR* localName) {
+    if (!writesAsAtRoot_ || uri != kFrameworkNamespace) {
+        return nullptr;
+    }
+    for (size_t i = 0; i < ARRAYSIZE(kElementNames); ++i) {
+        if (kElementNames[i] == localName) {
+            if (!elementNames_[i]) {
+                MakeQName(root_.Get(), uri, localName, &elementNames_[i]);
+            }
+            return elementNames_[i].Get();
         }
     }
     return nullptr;
@@ -493,17 +514,18 @@ HRESULT SchemaDocument::PutAttribute(IXMLDOMElement* element, const WCHAR* name,
     if ((prefixLength > 0 ? prefixLength + 1 : 0) + nameLength >= kAttributeNameCapacity) {
         return E_INVALIDARG;
     }
-    OwnedBstr written;
+    OwnedBstr ownName;
     HRESULT result = S_OK;
     if (prefixLength > 0) {
-        result = JoinName(prefix, prefixLength, name, nameLength, &written);
-    } else {
-        written = OwnedBstr(name);
-        result = MadeOf(written);
+        result = JoinName(prefix, prefixLength, name, nameLength, &ownName);
+    } else if (name != attribute_name::kName) {
+        ownName = OwnedBstr(name);
+        result = MadeOf(ownName);
     }
+    const BSTR written = ownName ? ownName.Get() : nameAttribute_.Get();
     OwnedBstr made;
     const BSTR space = NamespaceText(uri, &made);
-    if (FAILED(result) || (*uri != 0 && !space) || !value) {
+    if (FAILED(result) || !written || (*uri != 0 && !space) || !value) {
         return E_OUTOFMEMORY;
     }
     VARIANT type;
@@ -511,7 +533,7 @@ HRESULT SchemaDocument::PutAttribute(IXMLDOMElement* element, const WCHAR* name,
     type.vt = VT_I4;
     type.lVal = NODE_ATTRIBUTE;
     ComReference<IXMLDOMNode> node;
-    result = document_->createNode(type, written.Get(), space, node.Receive());
+    result = document_->createNode(type, written, space, node.Receive());
     if (SUCCEEDED(result)) {
         VARIANT content;
         VariantInit(&content);
@@ -552,10 +574,14 @@ HRESULT SchemaDocument::MakeElement(IXMLDOMNode* parent, const WCHAR* uri, const
     if (!parent || !document_) {
         return E_INVALIDARG;
     }
-    OwnedBstr name;
-    HRESULT result = MakeQName(parent, uri, localName, &name);
-    if (FAILED(result)) {
-        return result;
+    OwnedBstr ownName;
+    BSTR name = ElementNameAtRoot(uri, localName);
+    if (!name) {
+        const HRESULT found = MakeQName(parent, uri, localName, &ownName);
+        if (FAILED(found)) {
+            return found;
+        }
+        name = ownName.Get();
     }
     OwnedBstr ownSpace;
     const BSTR space = NamespaceText(uri, &ownSpace);
@@ -567,7 +593,7 @@ HRESULT SchemaDocument::MakeElement(IXMLDOMNode* parent, const WCHAR* uri, const
     type.vt = VT_I4;
     type.lVal = NODE_ELEMENT;
     ComReference<IXMLDOMNode> node;
-    result = document_->createNode(type, name.Get(), space, node.Receive());
+    HRESULT result = document_->createNode(type, name, space, node.Receive());
     if (SUCCEEDED(result)) {
         result = parent->appendChild(node.Get(), nullptr);
     }
@@ -581,7 +607,10 @@ HRESULT SchemaDocument::AppendComment(IXMLDOMNode* parent, const WCHAR* text) {
     if (!parent || !document_ || IsEmpty(text)) {
         return E_INVALIDARG;
     }
-    const OwnedBstr content(text);
+    return AppendComment(parent, OwnedBstr(text));
+}
+
+HRESULT SchemaDocument::AppendComment(IXMLDOMNode* parent, const OwnedBstr& content) {
     if (!content) {
         return E_OUTOFMEMORY;
     }
@@ -594,19 +623,13 @@ HRESULT SchemaDocument::AppendBanner(const WCHAR* text) {
     if (!root_ || !text) {
         return E_INVALIDARG;
     }
-    WCHAR blanks[kBannerWidth + 1];
-    FormatWide(blanks, kBannerWidth + 1, TEXT("%72s"), TEXT(""));
     WCHAR middle[kBannerCapacity];
     FormatWide(middle, kBannerCapacity, TEXT(" %70s "), text);
-    HRESULT result = S_OK;
-    for (const WCHAR* line :
-         {static_cast<const WCHAR*>(blanks), static_cast<const WCHAR*>(middle), static_cast<const WCHAR*>(blanks)}) {
-        result = AppendComment(root_.Get(), line);
-        if (FAILED(result)) {
-            break;
-        }
+    HRESULT result = AppendComment(root_.Get(), bannerEdge_);
+    if (SUCCEEDED(result)) {
+        result = AppendComment(root_.Get(), middle);
     }
-    return result;
+    return SUCCEEDED(result) ? AppendComment(root_.Get(), bannerEdge_) : result;
 }
 
 // Gives an element its "name", in the namespace that the attribute is in, as it is written at `scope`.
@@ -935,7 +958,9 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
         return E_INVALIDARG;
     }
     const WCHAR* const kind =
-        isAtRoot && TextsEqual(elementUri, kFrameworkNamespace) ? IndexedKind(elementName) : nullptr;
+        isAtRoot && (elementUri == kFrameworkNamespace || TextsEqual(elementUri, kFrameworkNamespace))
+            ? IndexedKind(elementName)
+            : nullptr;
     if (kind && PrepareIndex()) {
         *found.Get() = ElementReference::Share(rootIndex_.Find(kind, nameUri, nameLocalName));
         return *found.Get() ? S_OK : S_FALSE;

@@ -15,6 +15,7 @@
 #include <cstdint>
 
 #include "driver/base/com.h"
+#include "driver/ptprovider/print_schema.h"
 #include "driver/ptprovider/root_index.h"
 
 namespace velmora {
@@ -228,6 +229,8 @@ class SchemaDocument {
     IXMLDOMNode* ParentOrRoot(IXMLDOMNode* parent) const { return parent ? parent : root_.Get(); }
     IXMLDOMNode* ScopeOf(IXMLDOMNode* node) const;
     const WCHAR* PrefixAtRoot(const WCHAR* uri);
+    BSTR ElementNameAtRoot(const WCHAR* uri, const WCHAR* localName);
+    HRESULT AppendComment(IXMLDOMNode* parent, const OwnedBstr& content);
     HRESULT ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, OwnedBstr* uri);
     bool IsPrefixFree(IXMLDOMNode* node, const WCHAR* prefix, bool ifUnknown);
     HRESULT GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix);
@@ -269,7 +272,10 @@ class SchemaDocument {
     ComReference<IXMLDOMDocument2> document_;
     ElementReference root_;
     ComReference<IMXNamespaceManager> manager_;
-    const OwnedBstr framework_;  // the framework's namespace
+    // Texts that most calls pass: the framework's namespace, the attribute of names, and a banner's outer lines.
+    const OwnedBstr framework_;
+    const OwnedBstr nameAttribute_;
+    const OwnedBstr bannerEdge_;
     RootIndex rootIndex_;
 
     // Prefixes at the root that have been looked up, where writesAsAtRoot_.
@@ -279,6 +285,8 @@ class SchemaDocument {
     };
     static constexpr size_t kKnownPrefixes = 8;
     KnownPrefix knownPrefixes_[kKnownPrefixes];
+    // The framework's elements as they are written at the root then, in the order of kElementNames.
+    OwnedBstr elementNames_[ARRAYSIZE(kElementNames)];
     bool writesAsAtRoot_ = false;
     uint32_t prefixCounter_ = 0;
 };
