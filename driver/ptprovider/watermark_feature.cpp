@@ -173,50 +173,34 @@ bool ReadFont(FeatureReader& reader, const ElementReference& option, PrivateDevM
     return true;
 }
 
-bool ReadFontSize(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
-    LONG size = 0;
-    if (!reader.ReadParameter(option, kFontSizeProperty, &size)) {
-        return false;
-    }
-    devMode->watermarkFontSize = size < 1 ? kSizeForNone : size;
-    return true;
-}
+// The numbers that a text says of itself, in the order in which they are read, and where they go.
+struct NumberReading {
+    Keyword property;
+    void (*store)(PrivateDevMode* devMode, LONG value);
+};
+constexpr NumberReading kNumberReadings[] = {
+    {kFontSizeProperty,
+     [](PrivateDevMode* devMode, LONG size) { devMode->watermarkFontSize = size < 1 ? kSizeForNone : size; }},
+    {kAngleProperty,
+     [](PrivateDevMode* devMode, LONG angle) {
+         devMode->watermarkAngle = angle < 0 ? kAngleForNegative : angle % kWholeTurn * kTenthsPerDegree;
+     }},
+    {kOutlineProperty,
+     [](PrivateDevMode* devMode, LONG outline) {
+         devMode->watermarkFlags |= outline != 0 ? uint32_t{kWatermarkIsOutline} : 0;
+     }},
+    {kBoldProperty, [](PrivateDevMode* devMode, LONG bold) { devMode->watermarkBold = bold != 0 ? 1 : 0; }},
+    {kItalicProperty, [](PrivateDevMode* devMode, LONG italic) { devMode->watermarkItalic = italic != 0 ? 1 : 0; }},
+};
 
-bool ReadAngle(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
-    LONG angle = 0;
-    if (!reader.ReadParameter(option, kAngleProperty, &angle)) {
-        return false;
+bool ReadNumbers(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
+    for (const NumberReading& row : kNumberReadings) {
+        LONG value = 0;
+        if (!reader.ReadParameter(option, row.property, &value)) {
+            return false;
+        }
+        row.store(devMode, value);
     }
-    devMode->watermarkAngle = angle < 0 ? kAngleForNegative : angle % kWholeTurn * kTenthsPerDegree;
-    return true;
-}
-
-bool ReadOutline(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
-    LONG outline = 0;
-    if (!reader.ReadParameter(option, kOutlineProperty, &outline)) {
-        return false;
-    }
-    if (outline != 0) {
-        devMode->watermarkFlags |= kWatermarkIsOutline;
-    }
-    return true;
-}
-
-bool ReadBold(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
-    LONG bold = 0;
-    if (!reader.ReadParameter(option, kBoldProperty, &bold)) {
-        return false;
-    }
-    devMode->watermarkBold = bold != 0 ? 1 : 0;
-    return true;
-}
-
-bool ReadItalic(FeatureReader& reader, const ElementReference& option, PrivateDevMode* devMode) {
-    LONG italic = 0;
-    if (!reader.ReadParameter(option, kItalicProperty, &italic)) {
-        return false;
-    }
-    devMode->watermarkItalic = italic != 0 ? 1 : 0;
     return true;
 }
 
@@ -229,10 +213,6 @@ bool ReadColor(FeatureReader& reader, const ElementReference& option, PrivateDev
     devMode->watermarkColor = SwapRedAndBlue(color);
     return true;
 }
-
-constexpr bool (*kTextReaders[])(FeatureReader&, const ElementReference&, PrivateDevMode*) = {
-    ReadText, ReadFont, ReadFontSize, ReadAngle, ReadOutline, ReadBold, ReadItalic, ReadColor,
-};
 
 bool ReadPlacement(FeatureReader& reader, const ElementReference& feature, PrivateDevMode* devMode) {
     FoundOption found;
@@ -298,12 +278,9 @@ void ReadWatermark(FeatureReader& reader, const FeatureRow& row, WorkingDevMode&
     }
     PrivateDevMode* const devMode = &working.DevMode()->privatePart;
     devMode->watermarkFlags = kWatermarkIsText;
-    for (const auto read : kTextReaders) {
-        if (!read(reader, found.option, devMode)) {
-            return;
-        }
-    }
-    if (!ReadPlacement(reader, found.feature, devMode)) {
+    if (!ReadText(reader, found.option, devMode) || !ReadFont(reader, found.option, devMode) ||
+        !ReadNumbers(reader, found.option, devMode) || !ReadColor(reader, found.option, devMode) ||
+        !ReadPlacement(reader, found.feature, devMode)) {
         return;
     }
     const PlainOption* const layer = reader.FindPlainOption(found.feature.Get(), kLayering, kLayers);
