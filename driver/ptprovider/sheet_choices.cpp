@@ -160,24 +160,25 @@ bool WritePaperOptions(FeatureWriter& writer, const ElementReference& feature, T
 
 void WriteMediaTypeOptions(FeatureWriter& writer, const ElementReference& feature, const SheetChoice* choice) {
     const EntryList<MediaEntry>& media = writer.printer.media;
-    const MediaEntry* selected = nullptr;
-    if (choice && media.count > 0) {
-        selected = std::find_if(media.begin(), media.end(),
-                                [&](const MediaEntry& entry) { return entry.index == choice->media; });
-        if (selected == media.end()) {
-            // The default medium, counted from 0 here; the last one where there are fewer.
-            selected = &media[std::min<size_t>(writer.Model().defaultMedia, media.count - 1)];
-        }
-    }
-    for (const MediaEntry& entry : media) {
-        if (!writer.Writes(&entry == selected)) {
-            continue;
-        }
+    const auto write = [&](const MediaEntry& entry) {
         const ElementReference option = writer.AddOption(feature, entry.name, entry.displayName,
                                                          IsInstalled(entry.ticketValues, writer.printer.installed));
         if (entry.rendererName[0] != 0 && !TextsEqual<WCHAR>(entry.rendererName, kNullSelection)) {
             writer.AddTextProperty(option, kSelectionString, entry.rendererName);
         }
+    };
+    if (!choice) {
+        std::for_each(media.begin(), media.end(), write);
+        return;
+    }
+    const MediaEntry* selected =
+        std::find_if(media.begin(), media.end(), [&](const MediaEntry& entry) { return entry.index == choice->media; });
+    if (selected == media.end() && media.count > 0) {
+        // The default medium, counted from 0 here; the last one where there are fewer.
+        selected = &media[std::min<size_t>(writer.Model().defaultMedia, media.count - 1)];
+    }
+    if (selected != media.end()) {
+        write(*selected);
     }
 }
 
