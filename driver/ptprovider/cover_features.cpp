@@ -35,45 +35,40 @@ struct SheetFeature {
     UINT binString;
     std::span<const PlainOption> options;
     uint16_t PrivateDevMode::*mode;
-    uint16_t PrivateDevMode::*bothSides;  // null: the sheets have no sides to choose
-    TicketSetting setting;
+    uint16_t PrivateDevMode::*bothSides = nullptr;  // null: the sheets have no sides to choose
     SheetFields fields;
 };
 constexpr SheetFeature kFrontCover = {
-    1106,
-    3315,
-    3316,
-    3317,
-    kCoverOptions,
-    &PrivateDevMode::frontCoverMode,
-    &PrivateDevMode::frontCoverBothSides,
-    TicketSetting::kFrontCover,
-    {&PrivateDevMode::frontCoverBin, &PrivateDevMode::frontCoverPaper, &PrivateDevMode::frontCoverWidth,
-     &PrivateDevMode::frontCoverLength, &PrivateDevMode::frontCoverMedia},
+    .displayName = 1106,
+    .paperString = 3315,
+    .mediaString = 3316,
+    .binString = 3317,
+    .options = kCoverOptions,
+    .mode = &PrivateDevMode::frontCoverMode,
+    .bothSides = &PrivateDevMode::frontCoverBothSides,
+    .fields = {&PrivateDevMode::frontCoverBin, &PrivateDevMode::frontCoverPaper, &PrivateDevMode::frontCoverWidth,
+               &PrivateDevMode::frontCoverLength, &PrivateDevMode::frontCoverMedia},
 };
 constexpr SheetFeature kBackCover = {
-    1107,
-    3318,
-    3319,
-    3320,
-    kCoverOptions,
-    &PrivateDevMode::backCoverMode,
-    &PrivateDevMode::backCoverBothSides,
-    TicketSetting::kBackCover,
-    {&PrivateDevMode::backCoverBin, &PrivateDevMode::backCoverPaper, &PrivateDevMode::backCoverWidth,
-     &PrivateDevMode::backCoverLength, &PrivateDevMode::backCoverMedia},
+    .displayName = 1107,
+    .paperString = 3318,
+    .mediaString = 3319,
+    .binString = 3320,
+    .options = kCoverOptions,
+    .mode = &PrivateDevMode::backCoverMode,
+    .bothSides = &PrivateDevMode::backCoverBothSides,
+    .fields = {&PrivateDevMode::backCoverBin, &PrivateDevMode::backCoverPaper, &PrivateDevMode::backCoverWidth,
+               &PrivateDevMode::backCoverLength, &PrivateDevMode::backCoverMedia},
 };
 constexpr SheetFeature kInterleaves = {
-    3331,
-    3332,
-    3333,
-    3334,
-    kInterleaveOptions,
-    &PrivateDevMode::interleaveMode,
-    nullptr,
-    TicketSetting::kInterleaves,
-    {&PrivateDevMode::interleaveBin, &PrivateDevMode::interleavePaper, &PrivateDevMode::interleaveWidth,
-     &PrivateDevMode::interleaveLength, &PrivateDevMode::interleaveMedia},
+    .displayName = 3331,
+    .paperString = 3332,
+    .mediaString = 3333,
+    .binString = 3334,
+    .options = kInterleaveOptions,
+    .mode = &PrivateDevMode::interleaveMode,
+    .fields = {&PrivateDevMode::interleaveBin, &PrivateDevMode::interleavePaper, &PrivateDevMode::interleaveWidth,
+               &PrivateDevMode::interleaveLength, &PrivateDevMode::interleaveMedia},
 };
 
 uint32_t SelectedSheet(const PrivateDevMode& devMode, const SheetFeature& sheet) {
@@ -92,7 +87,7 @@ void WriteSheet(FeatureWriter& writer, const FeatureRow& row, const WorkingDevMo
     const ElementReference feature = writer.BeginFeature(name, sheet.displayName);
     writer.AddOptions(feature, name.uri, sheet.options, devMode ? SelectedSheet(*devMode, sheet) : 0);
     if (writer.Writes(mode == kBlankSheet) && writer.printer.papers.count > 0) {
-        WritePaperOptions(writer, writer.BeginSubFeature(feature, kSheetPaper, sheet.paperString), sheet.setting,
+        WritePaperOptions(writer, writer.BeginSubFeature(feature, kSheetPaper, sheet.paperString), SheetKind::kOther,
                           selected);
     }
     if (!writer.Writes(mode != kNoSheet)) {
@@ -126,7 +121,7 @@ void ReadSheet(FeatureReader& reader, const FeatureRow& row, WorkingDevMode& wor
         TicketPaper paper;
         if (detail.name.Is(kPagePaperOption.uri, kPagePaperOption.name)) {
             devMode.*sheet.fields.paper = static_cast<int16_t>(kPagePaper);
-        } else if (ReadPaper(reader, detail, sheet.setting, &paper)) {
+        } else if (ReadPaper(reader, detail, SheetKind::kOther, &paper)) {
             devMode.*sheet.fields.paper = paper.paper;
             devMode.*sheet.fields.width = paper.width;
             devMode.*sheet.fields.length = paper.length;

@@ -10,9 +10,6 @@
 namespace velmora {
 namespace {
 
-constexpr const WCHAR* kMicrons = TEXT("microns");
-constexpr const WCHAR* kPercent = TEXT("percent");
-
 // --- Several pages on a sheet
 
 constexpr UINT kPagesPerSheetString = 3308;
@@ -39,7 +36,7 @@ constexpr uint32_t kBordersOn = 1;
 constexpr PlainOption kBorderOptions[] = {{TEXT("Off"), 0}, {TEXT("On"), kBordersOn}};
 constexpr Keyword kBorderWidthProperty = PrivateKeyword(TEXT("BorderWidth"));
 constexpr IntegerParameter kBorderWidth = {
-    PrivateKeyword(TEXT("DocumentNUpPageBorderWidth")), {0, 0, 25000, 1}, kMicrons, 3090};
+    PrivateKeyword(TEXT("DocumentNUpPageBorderWidth")), {0, 0, 25000, 1}, unit_name::kMicrons, 3090};
 
 bool OffersPageCount(const DeviceModel& model, const PageCount& count) {
     return !count.isOnlyForRasterAndXps || model.pdlType == kPdlImage || model.pdlType == kPdlXps;
@@ -105,7 +102,8 @@ constexpr PlainOption kScalingOptions[] = {
 };
 constexpr Keyword kScaleProperty = PublicKeyword(TEXT("Scale"));
 constexpr LONG kWholeSize = 100;
-constexpr IntegerParameter kScale = {PublicKeyword(TEXT("PageScalingScale")), {kWholeSize, 25, 400, 1}, kPercent, 3313};
+constexpr IntegerParameter kScale = {
+    PublicKeyword(TEXT("PageScalingScale")), {kWholeSize, 25, 400, 1}, unit_name::kPercent, 3313};
 
 constexpr Keyword kAlignment = PublicKeyword(TEXT("ScaleOffsetAlignment"));
 constexpr uint32_t kCentred = 0;
@@ -175,7 +173,8 @@ constexpr BindingOption kBindingOptions[] = {
 };
 constexpr Keyword kGutterProperty = PublicKeyword(TEXT("BindingGutter"));
 constexpr Keyword kSignatureProperty = PrivateKeyword(TEXT("SignaturePages"));
-constexpr IntegerParameter kGutter = {PublicKeyword(TEXT("DocumentBindingGutter")), {0, 0, 250000, 1}, kMicrons, 3348};
+constexpr IntegerParameter kGutter = {
+    PublicKeyword(TEXT("DocumentBindingGutter")), {0, 0, 250000, 1}, unit_name::kMicrons, 3348};
 constexpr IntegerParameter kSignaturePages = {
     PrivateKeyword(TEXT("DocumentBookletSignaturePages")), {0, 0, 250000, 4}, TEXT("pages"), 3349};
 

@@ -4,15 +4,12 @@
 
 #include "driver/base/format.h"
 #include "driver/base/text.h"
-#include "driver/ptprovider/watermark_feature.h"
 #include "driver/settings/settings_folder.h"
 
 namespace velmora {
 namespace {
 
 constexpr UINT kOverlayString = 3330;
-constexpr UINT kUnderlayString = 1742;
-constexpr UINT kExtensionString = 2654;
 
 // Values of overlayMode.
 enum OverlayMode : uint16_t {
@@ -47,8 +44,6 @@ constexpr TextParameter kName = {PrivateKeyword(TEXT("DocumentOverlayName")), TE
 
 constexpr Keyword kOverlay2 = PrivateKeyword(TEXT("Overlay2"));
 constexpr UINT kOverlay2String = 3054;
-constexpr Keyword kLayering = PrivateKeyword(TEXT("Layering"));
-constexpr PlainOption kLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage, kUnderlayString}};
 
 uint32_t OptionOf(uint16_t overlayMode) {
     switch (overlayMode) {
@@ -82,26 +77,18 @@ uint32_t LayerOf(uint16_t overlayMode) {
     }
 }
 
-constexpr WCHAR kNoName[13] = {};
+constexpr size_t kFileNameCapacity = ARRAYSIZE(PrivateDevMode{}.overlayName);
+constexpr WCHAR kNoName[kFileNameCapacity] = {};
 
 // A file name of the device mode with a terminator behind it.
 struct TerminatedName {
-    explicit TerminatedName(const WCHAR (&name)[13]) { memcpy(text, name, sizeof(name)); }
-    WCHAR text[14] = {};
+    explicit TerminatedName(const WCHAR (&name)[kFileNameCapacity]) { memcpy(text, name, sizeof(name)); }
+    WCHAR text[kFileNameCapacity + 1] = {};
 };
 
-void LoadExtension(const PrinterSnapshot& printer, WCHAR (&extension)[kDisplayNameCapacity]) {
-    extension[0] = 0;
-    if (printer.resources) {
-        LoadStringW(printer.resources.Get(), kExtensionString, extension, static_cast<int>(kDisplayNameCapacity));
-    }
-}
-
 void WriteCreation(FeatureWriter& writer, const ElementReference& option) {
-    WCHAR extension[kDisplayNameCapacity];
-    LoadExtension(writer.printer, extension);
     writer.AddScoredText(option, kDirectory, writer.printer.overlayFolder);
-    writer.AddScoredText(option, kFileExtension, extension);
+    writer.AddScoredText(option, kFileExtension, writer.printer.overlayExtension);
     writer.AddScoredParameter(option, kNameProperty, kName.name);
 }
 
@@ -121,10 +108,9 @@ void StoreCreation(FeatureReader& reader, WorkingDevMode& working, const WCHAR* 
     if (own.settingsFolder[0] == 0 && TextLength<WCHAR>(reader.printer.overlayFolder) < ARRAYSIZE(own.settingsFolder)) {
         CopyText<WCHAR>(own.settingsFolder, ARRAYSIZE(own.settingsFolder), reader.printer.overlayFolder);
     }
-    WCHAR extension[kDisplayNameCapacity];
-    LoadExtension(reader.printer, extension);
     WCHAR fileName[ARRAYSIZE(own.overlayName)] = {};
-    FormatWide(fileName, ARRAYSIZE(fileName), TEXT("%08lX.%s"), GetTickCount(), extension);
+    FormatWide(fileName, ARRAYSIZE(fileName), TEXT("%08lX.%s"), GetTickCount(),
+               static_cast<const WCHAR*>(reader.printer.overlayExtension));
     memcpy(own.overlayName, fileName, sizeof(fileName));
 }
 
@@ -147,7 +133,7 @@ void ReadInclusion(FeatureReader& reader, const FoundOption& found, bool isOddEv
     if (!ReadFile(reader, found.feature, kOverlayFile, &file)) {
         return;
     }
-    const PlainOption* const layer = reader.FindPlainOption(found.feature.Get(), kLayering, kLayers);
+    const PlainOption* const layer = reader.FindPlainOption(found.feature.Get(), kOverlayLayering, kOverlayLayers);
     const bool isUnder = layer && layer->value == kUnderPage;
     devMode->overlayMode = isUnder ? kIncludeUnder : kIncludeOver;
     CopyText<WCHAR>(devMode->overlayName, ARRAYSIZE(devMode->overlayName), FileNamePart(file.Text()));
@@ -200,8 +186,8 @@ void WriteOverlay(FeatureWriter& writer, const FeatureRow& row, const WorkingDev
                                         devMode ? second.text : nullptr);
             }
         }
-        writer.AddOptions(writer.BeginSubFeature(feature, kLayering, kNoDisplayName), kLayering.uri, kLayers,
-                          LayerOf(mode));
+        writer.AddOptions(writer.BeginSubFeature(feature, kOverlayLayering, kNoDisplayName), kOverlayLayering.uri,
+                          kOverlayLayers, LayerOf(mode));
     }
     if (writer.Writes(mode == kCreateOverlay)) {
         writer.BeginParameters(name);

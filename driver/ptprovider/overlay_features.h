@@ -4,12 +4,17 @@
 #include <windows.h>
 
 #include "driver/ptprovider/feature_row.h"
+#include "driver/ptprovider/watermark_feature.h"
 
 namespace velmora {
 
 // What tickets call the choice of an overlay file, and what says the file.
 inline constexpr Keyword kOverlayFile = PrivateKeyword(TEXT("Overlay"));
 inline constexpr Keyword kFileProperty = PrivateKeyword(TEXT("File"));
+
+// Where it lies, and where the watermark of an exception lies, too.
+inline constexpr Keyword kOverlayLayering = PrivateKeyword(TEXT("Layering"));
+inline constexpr PlainOption kOverlayLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage, 1742}};
 
 // Adds an option for each of the user's overlay files, or, where a name is given, for those of the name.
 void WriteOverlayFileOptions(FeatureWriter& writer, const ElementReference& feature, const WCHAR* selected);

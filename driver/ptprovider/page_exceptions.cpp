@@ -9,6 +9,7 @@
 #include "driver/entry/printer_access.h"
 #include "driver/ptprovider/overlay_features.h"
 #include "driver/ptprovider/sheet_choices.h"
+#include "driver/ptprovider/ticket_units.h"
 #include "driver/ptprovider/watermark_feature.h"
 #include "driver/settings/watermark_list.h"
 
@@ -91,10 +92,6 @@ uint8_t UsageOf(const ExceptionRecord& exception) {
 
 // --- Where watermarks and overlays lie
 
-constexpr Keyword kLayering = PrivateKeyword(TEXT("Layering"));
-constexpr PlainOption kLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage}};
-constexpr PlainOption kOverlayLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage, 1742}};
-
 constexpr Keyword kPlacement = PrivateKeyword(TEXT("Placement"));
 constexpr UINT kPlacementString = 1983;
 constexpr uint32_t kCentre = 0;
@@ -151,23 +148,27 @@ constexpr ParameterRow kParameters[] = {
     {kPagesFormat, 3098, TEXT(""), {}, nullptr},
     {TEXT("DocumentWatermarkExceptionTextText%d"), 1845, TEXT("Confidential"), {}, nullptr},
     {TEXT("DocumentWatermarkExceptionTextFont%d"), 1770, TEXT("Arial"), {}, nullptr},
-    {TEXT("DocumentWatermarkExceptionTextFontSize%d"), 1794, nullptr, {25400, 1500, 500000, 100}, TEXT("microns")},
-    {TEXT("DocumentWatermarkExceptionTextAngle%d"), 1795, nullptr, {45, 0, 359, 1}, TEXT("degrees")},
-    {TEXT("DocumentWatermarkExceptionTextColor%d"), 3116, nullptr, {-1, LeastColor(), -1, 1}, TEXT("sRGB")},
-    {TEXT("DocumentWatermarkExceptionTextOutline%d"), 3117, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
-    {TEXT("DocumentWatermarkExceptionTextBold%d"), 3134, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
-    {TEXT("DocumentWatermarkExceptionTextItalic%d"), 3135, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
-    {TEXT("DocumentWatermarkExceptionTextRightToLeft%d"), kNoDisplayName, nullptr, {0, 0, 1, 1}, TEXT("boolean")},
+    {TEXT("DocumentWatermarkExceptionTextFontSize%d"), 1794, nullptr, {25400, 1500, 500000, 100}, unit_name::kMicrons},
+    {TEXT("DocumentWatermarkExceptionTextAngle%d"), 1795, nullptr, {45, 0, 359, 1}, unit_name::kDegrees},
+    {TEXT("DocumentWatermarkExceptionTextColor%d"), 3116, nullptr, {-1, LeastColor(), -1, 1}, unit_name::kColor},
+    {TEXT("DocumentWatermarkExceptionTextOutline%d"), 3117, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionTextBold%d"), 3134, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionTextItalic%d"), 3135, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionTextRightToLeft%d"), kNoDisplayName, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
     {TEXT("DocumentWatermarkExceptionImageFile%d"), 1778, TEXT("Image Filename"), {}, nullptr},
-    {TEXT("DocumentWatermarkExceptionImageScaleWidth%d"), kNoDisplayName, nullptr, {100, 1, 10000, 1}, TEXT("percent")},
+    {TEXT("DocumentWatermarkExceptionImageScaleWidth%d"),
+     kNoDisplayName,
+     nullptr,
+     {100, 1, 10000, 1},
+     unit_name::kPercent},
     {TEXT("DocumentWatermarkExceptionImageScaleHeight%d"),
      kNoDisplayName,
      nullptr,
      {100, 1, 10000, 1},
-     TEXT("percent")},
-    {TEXT("DocumentWatermarkExceptionTransparency%d"), kNoDisplayName, nullptr, {0, 0, 100, 1}, TEXT("percent")},
-    {TEXT("DocumentWatermarkExceptionPlacementOffsetWidth%d"), 1984, nullptr, {0, 0, 1000000, 1}, TEXT("microns")},
-    {TEXT("DocumentWatermarkExceptionPlacementOffsetHeight%d"), 1986, nullptr, {0, 0, 1000000, 1}, TEXT("microns")},
+     unit_name::kPercent},
+    {TEXT("DocumentWatermarkExceptionTransparency%d"), kNoDisplayName, nullptr, {0, 0, 100, 1}, unit_name::kPercent},
+    {TEXT("DocumentWatermarkExceptionPlacementOffsetWidth%d"), 1984, nullptr, {0, 0, 1000000, 1}, unit_name::kMicrons},
+    {TEXT("DocumentWatermarkExceptionPlacementOffsetHeight%d"), 1986, nullptr, {0, 0, 1000000, 1}, unit_name::kMicrons},
 };
 
 // What an option says, by the parameters that hold it.
@@ -198,7 +199,6 @@ constexpr ScoredParameter kOffsetProperties[] = {
     {TEXT("OffsetHeight"), kOffsetHeight},
 };
 
-constexpr LONG kTenthsPerDegree = 10;
 constexpr int64_t kPositionUnits = 100;
 
 // Writes one exception, or what one can be where there is none to write. The kinds' features differ in their middle
@@ -222,7 +222,7 @@ class ExceptionWriter {
         const SheetChoice choice = Choice();
         if (writer_.printer.papers.count > 0) {
             WritePaperOptions(writer_, writer_.BeginSubFeature(feature, kSheetPaper, kSheetPaperString),
-                              TicketSetting::kException, Selected(choice));
+                              SheetKind::kOther, Selected(choice));
         }
         WriteMediaAndBin(feature);
         WriteUsage(feature);
@@ -318,8 +318,8 @@ class ExceptionWriter {
     }
 
     void WriteLayering(const ElementReference& feature, std::span<const PlainOption> layers) {
-        writer_.AddOptions(writer_.BeginSubFeature(feature, kLayering, kNoDisplayName), kLayering.uri, layers,
-                           exception_ && exception_->underlay != 0 ? kUnderPage : kOverPage);
+        writer_.AddOptions(writer_.BeginSubFeature(feature, kOverlayLayering, kNoDisplayName), kOverlayLayering.uri,
+                           layers, exception_ && exception_->underlay != 0 ? kUnderPage : kOverPage);
     }
 
     void WriteUsage(const ElementReference& feature) {
@@ -489,7 +489,7 @@ bool ReadBlankSheet(FeatureReader& reader, const ElementReference& feature, int 
     TicketPaper paper;
     if (size.name.Is(kPagePaperOption.uri, kPagePaperOption.name)) {
         exception->paper = kPagePaper;
-    } else if (ReadPaper(reader, size, TicketSetting::kException, &paper)) {
+    } else if (ReadPaper(reader, size, SheetKind::kOther, &paper)) {
         exception->paper = static_cast<uint16_t>(paper.paper);
     } else {
         return false;
@@ -501,7 +501,7 @@ bool ReadOverlayFile(FeatureReader& reader, const ElementReference& feature, Exc
     ElementReference overlay;
     ElementReference option;
     OwnedBstr file;
-    const PlainOption* const layer = reader.FindPlainOption(feature.Get(), kLayering, kOverlayLayers);
+    const PlainOption* const layer = reader.FindPlainOption(feature.Get(), kOverlayLayering, kOverlayLayers);
     if (!layer ||
         reader.document.FindFeatureOption(feature.Get(), kOverlayFile.uri, kOverlayFile.name, &overlay, &option,
                                           nullptr) != S_OK ||

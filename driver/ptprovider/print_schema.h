@@ -111,6 +111,15 @@ inline constexpr const WCHAR* kNone = TEXT("None");
 inline constexpr const WCHAR* kDeviceSettings = TEXT("DeviceSettings");
 }  // namespace keyword_name
 
+// Units of parameters that several have.
+namespace unit_name {
+inline constexpr const WCHAR* kMicrons = TEXT("microns");
+inline constexpr const WCHAR* kDegrees = TEXT("degrees");
+inline constexpr const WCHAR* kPercent = TEXT("percent");
+inline constexpr const WCHAR* kColor = TEXT("sRGB");
+inline constexpr const WCHAR* kBoolean = TEXT("boolean");
+}  // namespace unit_name
+
 // Types of values: names of the XML Schema namespace.
 namespace schema_type {
 inline constexpr const WCHAR* kQName = TEXT("QName");

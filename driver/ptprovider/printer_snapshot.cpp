@@ -265,10 +265,8 @@ void WalkOverlays(const WCHAR* folder, const WCHAR* extension, Take take) {
 
 // The overlays of the user's settings folder. The folder may change meanwhile: what comes after the files were counted
 // isn't listed.
-EntryList<OverlayEntry> MakeOverlayList(const WCHAR* folder, HMODULE resources) {
-    WCHAR extension[16] = {};
-    if (folder[0] == 0 || !resources ||
-        LoadStringW(resources, kOverlayExtensionString, extension, ARRAYSIZE(extension)) == 0) {
+EntryList<OverlayEntry> MakeOverlayList(const WCHAR* folder, const WCHAR* extension) {
+    if (folder[0] == 0 || extension[0] == 0) {
         return {};
     }
     size_t count = 0;
@@ -297,6 +295,10 @@ bool MarksXpsWriter(HANDLE printer) {
 void Fill(HANDLE printer, PrinterSnapshot* snapshot) {
     snapshot->language = UserPrimaryLanguage();
     snapshot->resources = LoadResourceModule(printer, nullptr);
+    if (snapshot->resources) {
+        LoadStringW(snapshot->resources.Get(), kOverlayExtensionString, snapshot->overlayExtension,
+                    ARRAYSIZE(snapshot->overlayExtension));
+    }
     snapshot->isXpsWriter = MarksXpsWriter(printer);
     if (FindDescriptionFile(printer, snapshot->descriptionPath)) {
         snapshot->descriptionFile = OpenDescriptionFileAt(snapshot->descriptionPath);
@@ -315,7 +317,7 @@ void Fill(HANDLE printer, PrinterSnapshot* snapshot) {
     if (info && info->pPrinterName) {
         customSizes = LoadCustomSizes(info->pPrinterName);
         GetSettingsFolder(info->pPrinterName, snapshot->overlayFolder, ARRAYSIZE(snapshot->overlayFolder));
-        snapshot->overlays = MakeOverlayList(snapshot->overlayFolder, snapshot->resources.Get());
+        snapshot->overlays = MakeOverlayList(snapshot->overlayFolder, snapshot->overlayExtension);
     }
     snapshot->papers = MakePaperList(texts, model ? model->paperTable : nullptr, customSizes, snapshot->ownNamespace);
     if (model) {

@@ -163,6 +163,7 @@ struct PrinterSnapshot {
 
     // What the user has stored for the printer.
     WCHAR overlayFolder[MAX_PATH];  // without a backslash at its end; empty where it can't be told
+    WCHAR overlayExtension[16];     // of the overlays' files; empty without language module
     EntryList<OverlayEntry> overlays;
 };
 static_assert(sizeof(PrinterSnapshot::colorFeatures) / sizeof(EntryList<ColorFeatureEntry>) ==

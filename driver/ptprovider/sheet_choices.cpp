@@ -27,13 +27,13 @@ constexpr Keyword kSelectionIndex = PrivateKeyword(TEXT("SelectionIndex"));
 constexpr const WCHAR* kNullSelection = TEXT("null");
 
 // The scored properties that say a paper's size.
-Keyword WidthName(TicketSetting setting) {
+Keyword WidthName(SheetKind kind) {
     constexpr const WCHAR* kName = TEXT("MediaSizeWidth");
-    return setting == TicketSetting::kPage ? PublicKeyword(kName) : PrivateKeyword(kName);
+    return kind == SheetKind::kPage ? PublicKeyword(kName) : PrivateKeyword(kName);
 }
-Keyword LengthName(TicketSetting setting) {
+Keyword LengthName(SheetKind kind) {
     constexpr const WCHAR* kName = TEXT("MediaSizeHeight");
-    return setting == TicketSetting::kPage ? PublicKeyword(kName) : PrivateKeyword(kName);
+    return kind == SheetKind::kPage ? PublicKeyword(kName) : PrivateKeyword(kName);
 }
 
 bool HasCustomSizes(const DeviceModel& model) {
@@ -84,8 +84,8 @@ int32_t TrayNumber(uint16_t pdlType, uint16_t bin) {
 // The paper's size where the device mode says it.
 void WriteCustomSize(FeatureWriter& writer, const ElementReference& feature) {
     const ElementReference option = writer.AddOption(feature, kCustomMediaSize, kNoDisplayName);
-    writer.AddScoredParameter(option, WidthName(TicketSetting::kPage), kCustomWidth);
-    writer.AddScoredParameter(option, LengthName(TicketSetting::kPage), kCustomLength);
+    writer.AddScoredParameter(option, WidthName(SheetKind::kPage), kCustomWidth);
+    writer.AddScoredParameter(option, LengthName(SheetKind::kPage), kCustomLength);
 }
 
 void WriteCustomSizeParameters(FeatureWriter& writer, const Keyword& feature, const VelmoraDevMode* devMode) {
@@ -93,7 +93,7 @@ void WriteCustomSizeParameters(FeatureWriter& writer, const Keyword& feature, co
     const auto parameter = [](const Keyword& name, int16_t min, uint16_t max, UINT displayName) {
         const LONG least = min * kMicronsPerTenth;
         return IntegerParameter{
-            name, {least, least, max * kMicronsPerTenth, kMicronsPerTenth}, TEXT("microns"), displayName};
+            name, {least, least, max * kMicronsPerTenth, kMicronsPerTenth}, unit_name::kMicrons, displayName};
     };
     LONG width = 0;
     LONG length = 0;
@@ -135,7 +135,7 @@ bool IsInstalled(const uint32_t (&needed)[3], const DeviceInfo& installed) {
            (needed[2] & installed.optionFlags) == needed[2];
 }
 
-bool WritePaperOptions(FeatureWriter& writer, const ElementReference& feature, TicketSetting setting,
+bool WritePaperOptions(FeatureWriter& writer, const ElementReference& feature, SheetKind kind,
                        const SheetChoice* choice) {
     bool isWritten = false;
     for (const PaperEntry& entry : writer.printer.papers) {
@@ -144,14 +144,14 @@ bool WritePaperOptions(FeatureWriter& writer, const ElementReference& feature, T
         }
         const ElementReference option = writer.AddOption(feature, entry.name, entry.displayName,
                                                          IsInstalled(entry.ticketValues, writer.printer.installed));
-        writer.AddScoredInteger(option, WidthName(setting), entry.width);
-        writer.AddScoredInteger(option, LengthName(setting), entry.length);
+        writer.AddScoredInteger(option, WidthName(kind), entry.width);
+        writer.AddScoredInteger(option, LengthName(kind), entry.length);
         if (choice) {
             isWritten = true;
             break;
         }
     }
-    if (setting != TicketSetting::kPage && (!choice || choice->paper == kPagePaper)) {
+    if (kind != SheetKind::kPage && (!choice || choice->paper == kPagePaper)) {
         writer.AddOption(feature, kPagePaperOption, kPagePaperString);
         isWritten = choice != nullptr;
     }
@@ -199,15 +199,15 @@ void WriteInputBinOptions(FeatureWriter& writer, const ElementReference& feature
     }
 }
 
-bool ReadPaper(FeatureReader& reader, const FoundOption& found, TicketSetting setting, TicketPaper* paper) {
-    const bool isCustom = setting == TicketSetting::kPage && found.name.Is(kCustomMediaSize.uri, kCustomMediaSize.name);
+bool ReadPaper(FeatureReader& reader, const FoundOption& found, SheetKind kind, TicketPaper* paper) {
+    const bool isCustom = kind == SheetKind::kPage && found.name.Is(kCustomMediaSize.uri, kCustomMediaSize.name);
     LONG width = 0;
     LONG length = 0;
     const auto read = [&](const Keyword& name, LONG* value) {
         return isCustom ? reader.ReadParameter(found.option, name, value)
                         : reader.ReadScored(found.option, name, value);
     };
-    if (!read(WidthName(setting), &width) || !read(LengthName(setting), &length)) {
+    if (!read(WidthName(kind), &width) || !read(LengthName(kind), &length)) {
         return false;
     }
     int16_t id = 0;
@@ -248,7 +248,7 @@ void WritePageMediaSize(FeatureWriter& writer, const FeatureRow& row, const Work
     }
     const SheetChoice choice = devMode ? PageChoice(*devMode) : SheetChoice{};
     const ElementReference feature = writer.BeginFeature(row.NameFor(writer), kPageMediaSizeString);
-    const bool isWritten = WritePaperOptions(writer, feature, TicketSetting::kPage, devMode ? &choice : nullptr);
+    const bool isWritten = WritePaperOptions(writer, feature, SheetKind::kPage, devMode ? &choice : nullptr);
     if (isWritten || !HasCustomSizes(writer.Model())) {
         return;
     }
@@ -261,7 +261,7 @@ void WritePageMediaSize(FeatureWriter& writer, const FeatureRow& row, const Work
 void ReadPageMediaSize(FeatureReader& reader, const FeatureRow& row, WorkingDevMode& working) {
     FoundOption found;
     TicketPaper paper;
-    if (reader.FindOption(row.names, &found) && ReadPaper(reader, found, TicketSetting::kPage, &paper)) {
+    if (reader.FindOption(row.names, &found) && ReadPaper(reader, found, SheetKind::kPage, &paper)) {
         DEVMODEW& devMode = working.DevMode()->publicPart;
         devMode.dmPaperSize = paper.paper;
         devMode.dmPaperWidth = paper.width;

@@ -13,7 +13,8 @@
 
 namespace velmora {
 
-enum class TicketSetting : uint8_t { kPage, kFrontCover, kBackCover, kInterleaves, kException };
+// Whose paper is chosen: names of the pages' own are published ones.
+enum class SheetKind : uint8_t { kPage, kOther };
 
 // What a setting selects.
 struct SheetChoice {
@@ -48,7 +49,7 @@ bool IsInstalled(const uint32_t (&needed)[3], const DeviceInfo& installed);
 // Adds the options to a feature: those that `choice` selects, or all where it is null.
 
 // True where the selected paper was written.
-bool WritePaperOptions(FeatureWriter& writer, const ElementReference& feature, TicketSetting setting,
+bool WritePaperOptions(FeatureWriter& writer, const ElementReference& feature, SheetKind kind,
                        const SheetChoice* choice);
 void WriteMediaTypeOptions(FeatureWriter& writer, const ElementReference& feature, const SheetChoice* choice);
 void WriteInputBinOptions(FeatureWriter& writer, const ElementReference& feature, const SheetChoice* choice);
@@ -61,7 +62,7 @@ struct TicketPaper {
 };
 
 // The paper of an option that says its size; false where it says none.
-bool ReadPaper(FeatureReader& reader, const FoundOption& found, TicketSetting setting, TicketPaper* paper);
+bool ReadPaper(FeatureReader& reader, const FoundOption& found, SheetKind kind, TicketPaper* paper);
 // The medium, from 1; the model's default for an option that it doesn't have.
 uint16_t ReadMedia(const FeatureReader& reader, const FoundOption& found);
 // Whether it is one of the model's media.

@@ -11,6 +11,9 @@ namespace velmora {
 inline constexpr LONG kMicronsPerTenth = 100;  // in a tenth of a millimetre
 inline constexpr LONG kMicronsPerInch = 25400;
 
+// Angles are tenths of a degree in device modes and stored watermarks.
+inline constexpr LONG kTenthsPerDegree = 10;
+
 // 0 where the device mode's resolution is no resolution.
 constexpr LONG DotsToMicrons(int32_t dots, int16_t dotsPerInch) {
     return dotsPerInch > 0 ? static_cast<LONG>(int64_t{dots} * kMicronsPerInch / dotsPerInch) : 0;

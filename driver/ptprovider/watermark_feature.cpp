@@ -8,9 +8,6 @@
 namespace velmora {
 namespace {
 
-constexpr const WCHAR* kBoolean = TEXT("boolean");
-constexpr const WCHAR* kMicrons = TEXT("microns");
-constexpr const WCHAR* kPercent = TEXT("percent");
 constexpr const WCHAR* kDefaultFont = TEXT("Arial");
 
 constexpr Keyword kText = PublicKeyword(TEXT("Text"));
@@ -23,16 +20,17 @@ constexpr UINT kImageString = 3132;
 constexpr TextParameter kTextText = {PublicKeyword(TEXT("PageWatermarkTextText")), TEXT("Confidential"), 1845};
 constexpr TextParameter kTextFont = {PrivateKeyword(TEXT("PageWatermarkTextFont")), kDefaultFont, 1770};
 constexpr IntegerParameter kTextOutline = {
-    PrivateKeyword(TEXT("PageWatermarkTextOutline")), {0, 0, 1, 1}, kBoolean, 3117};
-constexpr IntegerParameter kTextBold = {PrivateKeyword(TEXT("PageWatermarkTextBold")), {0, 0, 1, 1}, kBoolean, 3134};
+    PrivateKeyword(TEXT("PageWatermarkTextOutline")), {0, 0, 1, 1}, unit_name::kBoolean, 3117};
+constexpr IntegerParameter kTextBold = {
+    PrivateKeyword(TEXT("PageWatermarkTextBold")), {0, 0, 1, 1}, unit_name::kBoolean, 3134};
 constexpr IntegerParameter kTextItalic = {
-    PrivateKeyword(TEXT("PageWatermarkTextItalic")), {0, 0, 1, 1}, kBoolean, 3135};
+    PrivateKeyword(TEXT("PageWatermarkTextItalic")), {0, 0, 1, 1}, unit_name::kBoolean, 3135};
 constexpr IntegerParameter kTextRightToLeft = {
-    PrivateKeyword(TEXT("PageWatermarkTextRightToLeft")), {0, 0, 1, 1}, kBoolean};
+    PrivateKeyword(TEXT("PageWatermarkTextRightToLeft")), {0, 0, 1, 1}, unit_name::kBoolean};
 constexpr IntegerParameter kTextFontSize = {
-    PublicKeyword(TEXT("PageWatermarkTextFontSize")), {25400, 1500, 500000, 100}, kMicrons, 1794};
+    PublicKeyword(TEXT("PageWatermarkTextFontSize")), {25400, 1500, 500000, 100}, unit_name::kMicrons, 1794};
 constexpr IntegerParameter kTextAngle = {
-    PublicKeyword(TEXT("PageWatermarkTextAngle")), {45, 0, 359, 1}, TEXT("degrees"), 1795};
+    PublicKeyword(TEXT("PageWatermarkTextAngle")), {45, 0, 359, 1}, unit_name::kDegrees, 1795};
 constexpr Keyword kTextColor = PublicKeyword(TEXT("PageWatermarkTextColor"));
 constexpr UINT kTextColorString = 3116;
 constexpr TextParameter kImageFile = {PrivateKeyword(TEXT("PageWatermarkImageFile")), TEXT("Image Filename"), 1778};
@@ -40,15 +38,15 @@ constexpr TextParameter kImageFile = {PrivateKeyword(TEXT("PageWatermarkImageFil
 constexpr LONG kWholeScale = 100;
 constexpr LONG kOpaque = 0;
 constexpr IntegerParameter kImageScaleWidth = {
-    PrivateKeyword(TEXT("PageWatermarkImageScaleWidth")), {kWholeScale, 1, 10000, 1}, kPercent};
+    PrivateKeyword(TEXT("PageWatermarkImageScaleWidth")), {kWholeScale, 1, 10000, 1}, unit_name::kPercent};
 constexpr IntegerParameter kImageScaleHeight = {
-    PrivateKeyword(TEXT("PageWatermarkImageScaleHeight")), {kWholeScale, 1, 10000, 1}, kPercent};
+    PrivateKeyword(TEXT("PageWatermarkImageScaleHeight")), {kWholeScale, 1, 10000, 1}, unit_name::kPercent};
 constexpr IntegerParameter kTransparency = {
-    PublicKeyword(TEXT("PageWatermarkTransparency")), {kOpaque, 0, 100, 1}, kPercent, 3347};
+    PublicKeyword(TEXT("PageWatermarkTransparency")), {kOpaque, 0, 100, 1}, unit_name::kPercent, 3347};
 constexpr IntegerParameter kOffsetWidth = {
-    PrivateKeyword(TEXT("PageWatermarkPlacementOffsetWidth")), {0, 0, 1000000, 1}, kMicrons, 1984};
+    PrivateKeyword(TEXT("PageWatermarkPlacementOffsetWidth")), {0, 0, 1000000, 1}, unit_name::kMicrons, 1984};
 constexpr IntegerParameter kOffsetHeight = {
-    PrivateKeyword(TEXT("PageWatermarkPlacementOffsetHeight")), {0, 0, 1000000, 1}, kMicrons, 1986};
+    PrivateKeyword(TEXT("PageWatermarkPlacementOffsetHeight")), {0, 0, 1000000, 1}, unit_name::kMicrons, 1986};
 
 // --- What the options say, in its order
 
@@ -98,7 +96,6 @@ constexpr PlainOption kPlacements[] = {
     {TEXT("Left"), 5},   {TEXT("TopLeft"), 6}, {TEXT("TopRight"), 7}, {TEXT("BottomLeft"), 8}, {TEXT("BottomRight"), 9},
 };
 constexpr Keyword kLayering = PublicKeyword(TEXT("Layering"));
-constexpr PlainOption kLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage}};
 constexpr Keyword kUsage = PrivateKeyword(TEXT("Usage"));
 constexpr UINT kUsageString = 3124;
 constexpr uint32_t kAllPages = 0;
@@ -108,8 +105,6 @@ constexpr PlainOption kUsages[] = {{TEXT("AllPages"), kAllPages},
                                    {TEXT("FirstPageOnly"), kFirstPageOnly},
                                    {TEXT("AllExceptFirstPage"), kAllExceptFirstPage}};
 
-// Angles are tenths of a degree in the device mode.
-constexpr LONG kTenthsPerDegree = 10;
 constexpr LONG kWholeTurn = 360;
 constexpr int32_t kAngleForNegative = 45;
 constexpr int32_t kSizeForNone = 72;
@@ -139,8 +134,9 @@ void WriteParameters(FeatureWriter& writer, const Keyword& feature, const Privat
         writer.WriteParameter(kTextRightToLeft, ReadsRightToLeft(text) ? 1 : 0);
         writer.WriteParameter(kTextFontSize, own.watermarkFontSize);
         writer.WriteParameter(kTextAngle, own.watermarkAngle / kTenthsPerDegree);
-        writer.WriteParameter(IntegerParameter{kTextColor, {color, 0, 0xFFFFFF, 1}, TEXT("sRGB"), kTextColorString},
-                              static_cast<LONG>(SwapRedAndBlue(own.watermarkColor)));
+        writer.WriteParameter(
+            IntegerParameter{kTextColor, {color, 0, 0xFFFFFF, 1}, unit_name::kColor, kTextColorString},
+            static_cast<LONG>(SwapRedAndBlue(own.watermarkColor)));
     }
     if (writer.Writes((own.watermarkFlags & kWatermarkIsImage) != 0)) {
         writer.WriteParameter(kImageFile, TEXT(""));

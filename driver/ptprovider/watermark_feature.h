@@ -24,5 +24,6 @@ constexpr uint32_t SwapRedAndBlue(uint32_t color) {
 // Whether a watermark lies on the page or under it.
 inline constexpr uint32_t kOverPage = 0;
 inline constexpr uint32_t kUnderPage = 1;
+inline constexpr PlainOption kLayers[] = {{TEXT("Overlay"), kOverPage}, {TEXT("Underlay"), kUnderPage}};
 
 }  // namespace velmora
