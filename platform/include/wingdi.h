@@ -1,4 +1,4 @@
-// Device modes, device capabilities and bitmap files (wingdi.h).
+// Device modes, device capabilities, drawing and bitmap files (wingdi.h).
 #pragma once
 
 #include <windef.h>
@@ -391,23 +391,13 @@ static_assert(sizeof(NEWTEXTMETRICW) == 76);
 
 using FONTENUMPROCW = int(CALLBACK*)(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM);
 
-extern "C" {
-
-// Only the display, "DISPLAY". Null on failure.
-HDC WINAPI CreateDCW(LPCWSTR driver, LPCWSTR device, LPCWSTR port, const DEVMODEW* devMode);
-BOOL WINAPI DeleteDC(HDC context);
-
-// One font of each family, or of the named one, until the callback returns 0; what it returned last.
-int WINAPI EnumFontFamiliesW(HDC context, LPCWSTR family, FONTENUMPROCW proc, LPARAM parameter);
-
-}  // extern "C"
-
 #define RGB(red, green, blue)                                                                            \
     (static_cast<COLORREF>(static_cast<BYTE>(red) | (static_cast<WORD>(static_cast<BYTE>(green)) << 8) | \
                            (static_cast<DWORD>(static_cast<BYTE>(blue)) << 16)))
 #define GetRValue(color) (LOBYTE(color))
 #define GetGValue(color) (LOBYTE((color) >> 8))
 #define GetBValue(color) (LOBYTE((color) >> 16))
+#define CLR_INVALID 0xFFFFFFFFu
 
 // Bitmaps.
 #define BI_RGB 0
@@ -453,3 +443,171 @@ struct BITMAPINFO {
     BITMAPINFOHEADER bmiHeader;
     RGBQUAD bmiColors[1];
 };
+using LPBITMAPINFO = BITMAPINFO*;
+struct BITMAP {
+    LONG bmType;
+    LONG bmWidth;
+    LONG bmHeight;
+    LONG bmWidthBytes;
+    WORD bmPlanes;
+    WORD bmBitsPixel;
+    LPVOID bmBits;
+};
+#define DIB_RGB_COLORS 0
+
+// Drawing.
+struct LOGBRUSH {
+    UINT lbStyle;
+    COLORREF lbColor;
+    ULONG_PTR lbHatch;
+};
+
+#define PS_SOLID 0
+#define PS_DASH 1
+#define PS_DOT 2
+#define PS_NULL 5
+#define TRANSPARENT 1
+#define OPAQUE 2
+
+#define WHITE_BRUSH 0
+#define LTGRAY_BRUSH 1
+#define GRAY_BRUSH 2
+#define DKGRAY_BRUSH 3
+#define BLACK_BRUSH 4
+#define NULL_BRUSH 5
+#define HOLLOW_BRUSH NULL_BRUSH
+#define WHITE_PEN 6
+#define BLACK_PEN 7
+#define NULL_PEN 8
+#define SYSTEM_FONT 13
+#define DEFAULT_GUI_FONT 17
+
+#define FW_NORMAL 400
+#define FW_BOLD 700
+#define OUT_DEFAULT_PRECIS 0
+#define CLIP_DEFAULT_PRECIS 0
+#define DEFAULT_QUALITY 0
+#define DEFAULT_PITCH 0
+
+#define TA_LEFT 0
+#define TA_RIGHT 2
+#define TA_CENTER 6
+#define TA_TOP 0
+#define TA_BOTTOM 8
+#define TA_BASELINE 24
+#define TA_RTLREADING 256
+#define ETO_OPAQUE 0x0002
+#define ETO_CLIPPED 0x0004
+#define ETO_RTLREADING 0x0080
+
+#define DT_TOP 0x0000
+#define DT_LEFT 0x0000
+#define DT_CENTER 0x0001
+#define DT_RIGHT 0x0002
+#define DT_VCENTER 0x0004
+#define DT_BOTTOM 0x0008
+#define DT_WORDBREAK 0x0010
+#define DT_SINGLELINE 0x0020
+#define DT_NOCLIP 0x0100
+#define DT_CALCRECT 0x0400
+#define DT_NOPREFIX 0x0800
+#define DT_HIDEPREFIX 0x00100000
+#define DT_RTLREADING 0x00020000
+#define DT_END_ELLIPSIS 0x8000
+
+#define SRCCOPY 0x00CC0020u
+#define SRCPAINT 0x00EE0086u
+#define SRCAND 0x008800C6u
+#define SRCINVERT 0x00660046u
+#define NOTSRCCOPY 0x00330008u
+#define PATCOPY 0x00F00021u
+#define BLACKNESS 0x00000042u
+#define WHITENESS 0x00FF0062u
+#define COLORONCOLOR 3
+#define HALFTONE 4
+
+#define RGN_AND 1
+#define RGN_COPY 5
+#define NULLREGION 1
+#define SIMPLEREGION 2
+#define COMPLEXREGION 3
+
+#define LOGPIXELSX 88
+#define LOGPIXELSY 90
+#define BITSPIXEL 12
+
+extern "C" {
+
+// Only the display, "DISPLAY". Null on failure.
+HDC WINAPI CreateDCW(LPCWSTR driver, LPCWSTR device, LPCWSTR port, const DEVMODEW* devMode);
+HDC WINAPI CreateCompatibleDC(HDC context);  // null: like the display
+BOOL WINAPI DeleteDC(HDC context);
+int WINAPI SaveDC(HDC context);
+BOOL WINAPI RestoreDC(HDC context, int saved);
+int WINAPI GetDeviceCaps(HDC context, int index);
+
+// One font of each family, or of the named one, until the callback returns 0; what it returned last.
+int WINAPI EnumFontFamiliesW(HDC context, LPCWSTR family, FONTENUMPROCW proc, LPARAM parameter);
+
+HGDIOBJ WINAPI GetStockObject(int index);
+HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object);
+BOOL WINAPI DeleteObject(HGDIOBJ object);
+int WINAPI GetObjectW(HANDLE object, int bytes, LPVOID buffer);
+HPEN WINAPI CreatePen(int style, int width, COLORREF color);
+HBRUSH WINAPI CreateSolidBrush(COLORREF color);
+HFONT WINAPI CreateFontIndirectW(const LOGFONTW* font);
+HFONT WINAPI CreateFontW(int height, int width, int escapement, int orientation, int weight, DWORD italic,
+                         DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision,
+                         DWORD quality, DWORD pitchAndFamily, LPCWSTR face);
+HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height);
+HBITMAP WINAPI CreateBitmap(int width, int height, UINT planes, UINT bitsPerPixel, const VOID* bits);
+HBITMAP WINAPI CreateDIBSection(HDC context, const BITMAPINFO* info, UINT usage, VOID** bits, HANDLE section,
+                                DWORD offset);
+int WINAPI GetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, LPBITMAPINFO info, UINT usage);
+int WINAPI SetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, const VOID* bits, const BITMAPINFO* info,
+                     UINT usage);
+
+COLORREF WINAPI SetTextColor(HDC context, COLORREF color);
+COLORREF WINAPI GetTextColor(HDC context);
+COLORREF WINAPI SetBkColor(HDC context, COLORREF color);
+COLORREF WINAPI GetBkColor(HDC context);
+int WINAPI SetBkMode(HDC context, int mode);
+int WINAPI GetBkMode(HDC context);
+UINT WINAPI SetTextAlign(HDC context, UINT align);
+UINT WINAPI GetTextAlign(HDC context);
+int WINAPI SetStretchBltMode(HDC context, int mode);
+BOOL WINAPI SetBrushOrgEx(HDC context, int x, int y, LPPOINT previous);
+BOOL WINAPI SetViewportOrgEx(HDC context, int x, int y, LPPOINT previous);
+
+BOOL WINAPI MoveToEx(HDC context, int x, int y, LPPOINT previous);
+BOOL WINAPI LineTo(HDC context, int x, int y);
+BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom);
+BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom);
+BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, int y1, int x2, int y2);
+BOOL WINAPI Polygon(HDC context, const POINT* points, int count);
+BOOL WINAPI Polyline(HDC context, const POINT* points, int count);
+int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush);  // a brush, or a COLOR_ value plus 1
+int WINAPI FrameRect(HDC context, const RECT* rect, HBRUSH brush);
+BOOL WINAPI DrawFocusRect(HDC context, const RECT* rect);
+COLORREF WINAPI SetPixel(HDC context, int x, int y, COLORREF color);
+COLORREF WINAPI GetPixel(HDC context, int x, int y);
+BOOL WINAPI PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
+BOOL WINAPI BitBlt(HDC context, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
+                   DWORD operation);
+BOOL WINAPI StretchBlt(HDC context, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
+                       int sourceWidth, int sourceHeight, DWORD operation);
+
+BOOL WINAPI TextOutW(HDC context, int x, int y, LPCWSTR text, int length);
+BOOL WINAPI ExtTextOutW(HDC context, int x, int y, UINT options, const RECT* rect, LPCWSTR text, UINT length,
+                        const INT* advances);
+int WINAPI DrawTextW(HDC context, LPCWSTR text, int length, LPRECT rect, UINT format);
+BOOL WINAPI GetTextExtentPoint32W(HDC context, LPCWSTR text, int length, LPSIZE size);
+BOOL WINAPI GetTextMetricsW(HDC context, TEXTMETRICW* metrics);
+
+HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom);
+HRGN WINAPI CreateRectRgnIndirect(const RECT* rect);
+int WINAPI SelectClipRgn(HDC context, HRGN region);  // null: no clipping
+int WINAPI IntersectClipRect(HDC context, int left, int top, int right, int bottom);
+int WINAPI GetClipBox(HDC context, LPRECT rect);
+
+}  // extern "C"
