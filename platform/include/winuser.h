@@ -366,6 +366,8 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WHEEL_DELTA 120
 #define GET_WHEEL_DELTA_WPARAM(wParam) (static_cast<SHORT>(HIWORD(wParam)))
 #define MK_LBUTTON 0x0001
+#define MA_NOACTIVATE 3
+#define HTTRANSPARENT (-1)
 #define HTCLIENT 1
 #define SC_CLOSE 0xF060
 #define ICON_SMALL 0
@@ -804,6 +806,7 @@ using LPCSCROLLINFO = const SCROLLINFO*;
 #define ODS_SELECTED 0x0001
 #define ODS_DISABLED 0x0004
 #define ODS_FOCUS 0x0010
+#define ODS_COMBOBOXEDIT 0x1000
 struct DRAWITEMSTRUCT {
     UINT CtlType;
     UINT CtlID;
