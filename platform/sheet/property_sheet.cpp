@@ -4,20 +4,25 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <utility>
 #include <vector>
 
 #include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
-#include "platform/sheet/page_template.h"
 #include "platform/sheet/pages.h"
 #include "platform/sheet/sheet_texts.h"
 #include "platform/sheet/sheet_window.h"
-#include "platform/user/windows.h"
+#include "platform/user/dialogs.h"
 
 namespace host {
 namespace {
 
 constexpr DWORD kKnownFlags = PSH_PROPTITLE | PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW | PSH_HASHELP | PSH_NOCONTEXTHELP;
+
+// A page is a child without a frame, hidden at first, whose controls the keyboard reaches from its sheet.
+constexpr DWORD kNoPageStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_DISABLED | WS_VISIBLE;
+constexpr DWORD kPageStyle = WS_CHILD | DS_CONTROL | DS_3DLOOK;
 
 constexpr UINT kFirstSheetMessage = WM_USER + 100;
 constexpr UINT kLastSheetMessage = WM_USER + 150;
@@ -28,10 +33,13 @@ constexpr INT_PTR kSaved = 1;
 constexpr INT_PTR kNotSaved = 0;
 constexpr INT_PTR kFailed = -1;
 
+// Of a sheet whose first page names none.
+const DialogFont kSheetFont = {.points = 8, .face = u"MS Shell Dlg"};
+
 struct Page {
     HPROPSHEETPAGE handle;
     const PROPSHEETPAGEW* given;
-    PageTemplate dialog;
+    DialogTemplate dialog;
     HWND window = nullptr;  // null: not made yet
     bool isChanged = false;
 
@@ -84,7 +92,7 @@ class PropertySheet {
     const PROPSHEETHEADERW& header_;
     std::vector<Page> pages_;
     HWND sheet_ = nullptr;
-    RECT place_ = {};       // of the pages in the sheet
+    RECT place_ = {};        // of the pages in the sheet
     size_t active_ = kNone;  // index of the page that is shown
     size_t making_ = kNone;  // of the page whose window is being made
     bool isEnded_ = false;
@@ -107,12 +115,13 @@ void PropertySheet::Take(HPROPSHEETPAGE handle) {
     if (!page) {
         return;
     }
-    std::optional<PageTemplate> dialog = LoadPageTemplate(page->given.hInstance, page->given.pszTemplate);
-    if (dialog) {
-        pages_.push_back({handle, &page->given, std::move(*dialog)});
-    } else {
+    std::optional<DialogTemplate> dialog = LoadDialogTemplate(page->given.hInstance, page->given.pszTemplate);
+    if (!dialog) {
         DestroyPropertySheetPage(handle);
+        return;
     }
+    dialog->style = (dialog->style & ~kNoPageStyle) | kPageStyle;
+    pages_.push_back({handle, &page->given, std::move(*dialog)});
 }
 
 INT_PTR PropertySheet::Run() {
@@ -139,11 +148,14 @@ bool PropertySheet::Open() {
     if ((header_.dwFlags & PSH_PROPTITLE) != 0) {
         caption = Caption(TextsOfUser().properties, caption);
     }
-    SheetLook look = {caption, pages_.front().dialog.font, {}, (header_.dwFlags & PSH_NOAPPLYNOW) == 0,
+    SheetLook look = {caption,
+                      pages_.front().dialog.font.value_or(kSheetFont),
+                      {},
+                      (header_.dwFlags & PSH_NOAPPLYNOW) == 0,
                       (header_.dwFlags & PSH_HASHELP) != 0};
     for (const Page& page : pages_) {
-        look.pageUnits.cx = std::max(look.pageUnits.cx, page.dialog.units.cx);
-        look.pageUnits.cy = std::max(look.pageUnits.cy, page.dialog.units.cy);
+        look.pageUnits.cx = std::max<LONG>(look.pageUnits.cx, page.dialog.width);
+        look.pageUnits.cy = std::max<LONG>(look.pageUnits.cy, page.dialog.height);
         look.hasHelp |= page.HasHelp();
     }
     sheet_ = CreateSheetWindow(look, header_.hwndParent, Proc, reinterpret_cast<LPARAM>(this));
@@ -253,10 +265,8 @@ bool PropertySheet::Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* 
             *answer = Apply(false);
             return true;
         case PSM_PRESSBUTTON: {
-            constexpr std::pair<WPARAM, int> kButtons[] = {{PSBTN_OK, IDOK},
-                                                           {PSBTN_APPLYNOW, kSheetApply},
-                                                           {PSBTN_CANCEL, IDCANCEL},
-                                                           {PSBTN_HELP, kSheetHelp}};
+            constexpr std::pair<WPARAM, int> kButtons[] = {
+                {PSBTN_OK, IDOK}, {PSBTN_APPLYNOW, kSheetApply}, {PSBTN_CANCEL, IDCANCEL}, {PSBTN_HELP, kSheetHelp}};
             for (const auto& [number, id] : kButtons) {
                 if (number == wParam) {
                     OnCommand(id);
@@ -267,7 +277,8 @@ bool PropertySheet::Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* 
         }
         case PSM_SETTITLEW: {
             const std::u16string text = TextOrString(header_.hInstance, reinterpret_cast<LPCWSTR>(lParam));
-            SetWindowTextW(sheet_, ((wParam & PSH_PROPTITLE) != 0 ? Caption(TextsOfUser().properties, text) : text).c_str());
+            SetWindowTextW(sheet_,
+                           ((wParam & PSH_PROPTITLE) != 0 ? Caption(TextsOfUser().properties, text) : text).c_str());
             return true;
         }
         case PSM_GETTABCONTROL:
@@ -327,8 +338,8 @@ bool PropertySheet::Make(size_t index) {
     Page& page = pages_[index];
     if (!page.window) {
         const size_t before = std::exchange(making_, index);
-        const HWND window = CreateDialogIndirectParamW(page.given->hInstance, page.dialog.Get(), sheet_,
-                                                       page.given->pfnDlgProc, reinterpret_cast<LPARAM>(page.given));
+        const HWND window = MakeModelessDialog(page.given->hInstance, page.dialog, sheet_, page.given->pfnDlgProc,
+                                               reinterpret_cast<LPARAM>(page.given));
         making_ = before;
         page.window = window;
     }
@@ -423,9 +434,9 @@ void PropertySheet::Step(bool backwards) {
 }
 
 size_t PropertySheet::IndexOf(HPROPSHEETPAGE handle) const {
-    return static_cast<size_t>(std::find_if(pages_.begin(), pages_.end(),
-                                            [handle](const Page& page) { return page.handle == handle; }) -
-                               pages_.begin());
+    return static_cast<size_t>(
+        std::find_if(pages_.begin(), pages_.end(), [handle](const Page& page) { return page.handle == handle; }) -
+        pages_.begin());
 }
 
 // A page may speak of itself while it is being made.
@@ -500,8 +511,9 @@ bool IsSupported(LPCPROPSHEETHEADERW header) {
         return false;
     }
     return (header->dwFlags & ~kKnownFlags) == 0 ||
-           FailUnsupported("PropertySheetW with flags other than PSH_PROPTITLE, PSH_PROPSHEETPAGE, PSH_NOAPPLYNOW, "
-                           "PSH_HASHELP and PSH_NOCONTEXTHELP");
+           FailUnsupported(
+               "PropertySheetW with flags other than PSH_PROPTITLE, PSH_PROPSHEETPAGE, PSH_NOAPPLYNOW, "
+               "PSH_HASHELP and PSH_NOCONTEXTHELP");
 }
 
 }  // namespace

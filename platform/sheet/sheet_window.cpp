@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/sheet/sheet_texts.h"
+#include "platform/user/dialogs.h"
 
 namespace host {
 namespace {
@@ -18,40 +19,13 @@ constexpr RECT kGap = {0, 0, 4, 7};  // between buttons, and between the tabs an
 constexpr DWORD kSheetStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_3DLOOK | DS_SHELLFONT;
 constexpr DWORD kSheetExStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
 
-// Writes a template in the form that its extended version has.
-class TemplateWriter {
-  public:
-    void Word(size_t word) { words_.push_back(static_cast<WORD>(word)); }
-    void Long(DWORD number) {
-        Word(LOWORD(number));
-        Word(HIWORD(number));
-    }
-    void Text(std::u16string_view text) {
-        words_.insert(words_.end(), text.begin(), text.end());
-        Word(0);
-    }
-    void Align() {
-        if (words_.size() % 2 != 0) {
-            Word(0);
-        }
-    }
-    LPCDLGTEMPLATEW Get() const { return reinterpret_cast<LPCDLGTEMPLATEW>(words_.data()); }
-
-  private:
-    std::vector<WORD> words_;
-};
-
-void AddControl(TemplateWriter& writer, std::u16string_view className, int id, std::u16string_view text, DWORD style) {
-    writer.Align();
-    writer.Long(0);  // help id
-    writer.Long(0);  // extended style
-    writer.Long(style | WS_CHILD | WS_TABSTOP);
-    writer.Long(0);  // place and size come later
-    writer.Long(0);
-    writer.Long(static_cast<DWORD>(id));
-    writer.Text(className);
-    writer.Text(text);
-    writer.Word(0);  // no data
+void AddControl(DialogTemplate* sheet, const char16_t* className, int id, const char16_t* text, DWORD style) {
+    DialogItem item;
+    item.className = className;
+    item.text = text;
+    item.id = static_cast<DWORD>(id);
+    item.style = style | WS_CHILD | WS_VISIBLE | WS_TABSTOP;
+    sheet->items.push_back(item);
 }
 
 // Dialog units, horizontal in x members and vertical in y members, to pixels.
@@ -83,33 +57,22 @@ POINT FindPlace(HWND owner, SIZE size) {
 
 HWND CreateSheetWindow(const SheetLook& look, HWND owner, DLGPROC proc, LPARAM parameter) {
     const SheetTexts& texts = TextsOfUser();
-    TemplateWriter writer;
-    writer.Word(1);
-    writer.Word(0xFFFF);
-    writer.Long(0);  // help id
-    writer.Long(kSheetExStyle);
-    writer.Long(kSheetStyle);
-    writer.Word(3u + look.hasApply + look.hasHelp);
-    writer.Long(0);  // place and size come later
-    writer.Long(0);
-    writer.Word(0);  // no menu
-    writer.Word(0);  // the class of dialogs
-    writer.Text(look.caption);
-    writer.Word(look.font.points);
-    writer.Word(look.font.weight);
-    writer.Word(look.font.isItalic | look.font.charSet << 8);
-    writer.Text(look.font.face);
-    AddControl(writer, u"Button", IDOK, texts.ok, WS_VISIBLE | WS_GROUP | BS_DEFPUSHBUTTON);
-    AddControl(writer, u"Button", IDCANCEL, texts.cancel, WS_VISIBLE | BS_PUSHBUTTON);
+    DialogTemplate sheet;  // places and sizes come later
+    sheet.style = kSheetStyle;
+    sheet.exStyle = kSheetExStyle;
+    sheet.title = look.caption;
+    sheet.font = look.font;
+    AddControl(&sheet, u"Button", IDOK, texts.ok, WS_GROUP | BS_DEFPUSHBUTTON);
+    AddControl(&sheet, u"Button", IDCANCEL, texts.cancel, BS_PUSHBUTTON);
     if (look.hasApply) {
-        AddControl(writer, u"Button", kSheetApply, texts.apply, WS_VISIBLE | WS_DISABLED | BS_PUSHBUTTON);
+        AddControl(&sheet, u"Button", kSheetApply, texts.apply, WS_DISABLED | BS_PUSHBUTTON);
     }
     if (look.hasHelp) {
-        AddControl(writer, u"Button", kSheetHelp, texts.help, WS_VISIBLE | WS_DISABLED | BS_PUSHBUTTON);
+        AddControl(&sheet, u"Button", kSheetHelp, texts.help, WS_DISABLED | BS_PUSHBUTTON);
     }
     // Pages lie over it.
-    AddControl(writer, WC_TABCONTROLW, kSheetTabs, u"", WS_VISIBLE | WS_GROUP | WS_CLIPSIBLINGS);
-    return CreateDialogIndirectParamW(nullptr, writer.Get(), owner, proc, parameter);
+    AddControl(&sheet, WC_TABCONTROLW, kSheetTabs, u"", WS_GROUP | WS_CLIPSIBLINGS);
+    return MakeModelessDialog(nullptr, sheet, owner, proc, parameter);
 }
 
 RECT LayOutSheet(HWND sheet, const SheetLook& look) {

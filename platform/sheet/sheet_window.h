@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/sheet/page_template.h"
+#include "platform/user/dialog_template.h"
 
 namespace host {
 
@@ -25,8 +25,8 @@ struct SheetLook {
 // The window, hidden, and with the tabs' control empty. Null where it can't be made.
 HWND CreateSheetWindow(const SheetLook& look, HWND owner, DLGPROC proc, LPARAM parameter);
 
-// Gives the window and its controls their sizes and places, over its owner or in the middle of the screen. Returns where
-// its pages lie in its client area.
+// Gives the window and its controls their sizes and places, over its owner or in the middle of the screen. Returns
+// where its pages lie in its client area.
 RECT LayOutSheet(HWND sheet, const SheetLook& look);
 
 }  // namespace host
