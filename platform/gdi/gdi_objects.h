@@ -25,6 +25,8 @@ class GdiObject : public Object {
   public:
     GdiObject(GdiKind gdiKind, Owner owner) : Object(Resource::kGdiObject), gdiKind(gdiKind), owner(owner) {}
     bool IsHeldByProgram() const override { return owner == Owner::kProgram; }
+    // A context has it selected, or had when it was saved.
+    virtual bool IsSelected() const { return false; }
 
     const GdiKind gdiKind;
     const Owner owner;
@@ -75,6 +77,7 @@ class HandleOf : public GdiObject {
   public:
     HandleOf(T thing, Owner owner) : GdiObject(T::kKind, owner), thing(std::make_shared<T>(std::move(thing))) {}
     std::string Describe() const override { return thing->Describe(); }
+    bool IsSelected() const override { return thing.use_count() > 1; }
 
     const std::shared_ptr<T> thing;
 };

@@ -1,5 +1,5 @@
-// Fonts as the display draws them. Which font a face's name leads to, and which one has the characters that a face lacks,
-// depends on the fonts in the host's font folders alone, not on how its user has them set.
+// Fonts as the display draws them. Which font a face's name leads to, and which one has the characters that a face
+// lacks, depends on the fonts in the host's font folders alone, not on how its user has them set.
 #pragma once
 
 #include <cairo.h>
@@ -12,8 +12,10 @@
 namespace host {
 
 struct Glyph {
+    static constexpr unsigned long kNothing = ~0ul;  // index: not drawn
+
     size_t face = 0;  // ScreenFont's
-    unsigned long index = 0;
+    unsigned long index = kNothing;
     int advance = 0;  // pixels
 };
 
@@ -35,9 +37,8 @@ class ScreenFont {
 
   private:
     struct UsedFace {
-        size_t file;  // of the font folders' files
-        bool bold;
-        bool italic;
+        size_t file;     // of the font folders' files
+        void* outlines;  // FT_Face
         cairo_font_face_t* face;
         cairo_scaled_font_t* scaled;
     };
@@ -59,6 +60,7 @@ class ScreenFont {
 const ScreenFont* ScreenFontOf(const LOGFONTW& font);
 
 // Options of all text: the same on every host.
-const cairo_font_options_t* TextOptions(bool turned);
+enum class TextStyle { kPlain, kTurned, kMonochrome };
+const cairo_font_options_t* TextOptions(TextStyle style);
 
 }  // namespace host
