@@ -62,7 +62,7 @@ TEST_F(DialogsTest, Templates) {
     EXPECT_EQ(plain->exStyle, 0x100u);
     EXPECT_EQ(plain->font->face, u"Tahoma");
     EXPECT_EQ(plain->items[0].text, (std::u16string{0xFFFF, 7}));
-    EXPECT_EQ(plain->items[1].className, u"ComboBox");
+    EXPECT_EQ(plain->items[1].className, u"COMBOBOX");
     EXPECT_EQ(plain->items[1].x, -3);
     EXPECT_EQ(plain->items[1].id, 201u);
     EXPECT_FALSE(parse(20, 4));

@@ -132,7 +132,7 @@ TEST_F(WindowsTest, OrderAndPlaces) {
     RECT whole = {0, 0, 198, 168};
     AdjustWindowRectEx(&whole, WS_POPUP | WS_CAPTION, FALSE, 0);
     EXPECT_EQ(whole.right - whole.left, 200);
-    EXPECT_EQ(whole.bottom - whole.top, 199);
+    EXPECT_EQ(whole.bottom - whole.top, 200);
     POINT corner = {0, 0};
     ClientToScreen(high, &corner);
     EXPECT_EQ(corner.x, 151);
