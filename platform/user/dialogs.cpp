@@ -130,9 +130,9 @@ HWND MakeDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND p
     exStyle |= (style & DS_CONTROL) != 0 ? WS_EX_CONTROLPARENT : 0;
     const RECT rect = PlaceOf(dialogTemplate, made->units, style, exStyle, parent);
     const LPCWSTR className = dialogTemplate.className.empty() ? TEXT("#32770") : dialogTemplate.className.c_str();
-    const HWND dialog = CreateWindowExW(exStyle, className, dialogTemplate.title.c_str(), style, rect.left, rect.top,
-                                        rect.right - rect.left, rect.bottom - rect.top, parent, nullptr, instance,
-                                        nullptr);
+    const HWND dialog =
+        CreateWindowExW(exStyle, className, dialogTemplate.title.c_str(), style, rect.left, rect.top,
+                        rect.right - rect.left, rect.bottom - rect.top, parent, nullptr, instance, nullptr);
     if (dialog == nullptr) {
         return nullptr;
     }
@@ -271,7 +271,8 @@ LRESULT MoveFocus(HWND dialog, WPARAM wParam, bool isControl) {
 }
 
 LRESULT EraseDialog(HWND dialog, WPARAM context) {
-    const auto brush = reinterpret_cast<HBRUSH>(Send(dialog, WM_CTLCOLORDLG, context, reinterpret_cast<LPARAM>(dialog)));
+    const auto brush =
+        reinterpret_cast<HBRUSH>(Send(dialog, WM_CTLCOLORDLG, context, reinterpret_cast<LPARAM>(dialog)));
     RECT client;
     if (brush != nullptr && GetClientRect(dialog, &client)) {
         FillRect(reinterpret_cast<HDC>(context), &client, brush);

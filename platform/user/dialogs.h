@@ -20,10 +20,10 @@ struct ModalLoop {
 struct DialogState {
     ~DialogState();
 
-    HFONT font = nullptr;     // owned; null: the system's
-    SIZE units = {};          // pixels of 4 units across, of 8 units down
-    WORD defaultId = 0;       // 0: none
-    HWND focus = nullptr;     // when the dialog was last active
+    HFONT font = nullptr;             // owned; null: the system's
+    SIZE units = {};                  // pixels of 4 units across, of 8 units down
+    WORD defaultId = 0;               // 0: none
+    HWND focus = nullptr;             // when the dialog was last active
     std::shared_ptr<ModalLoop> loop;  // null: modeless
 };
 
@@ -31,8 +31,7 @@ struct DialogState {
 DialogState* FindDialog(HWND dialog);
 
 // Runs a modal dialog; `name` is the published call that it is for. -1 where it can't be made.
-INT_PTR RunDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND owner, DLGPROC proc,
-                  LPARAM parameter);
+INT_PTR RunDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND owner, DLGPROC proc, LPARAM parameter);
 
 // Gives a control the focus as the keyboard does: an edit's text is selected.
 void FocusControl(HWND control);
