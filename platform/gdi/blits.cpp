@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/gdi/pixels.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "platform/gdi/device_contexts.h"
 #include "platform/gdi/pixels.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

@@ -13,11 +13,11 @@
 #include "platform/gdi/dibs.h"
 #include "platform/gdi/pixels.h"
 #include "platform/gdi/system_icons.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
 #include "platform/kernel/modules.h"
 #include "platform/kernel/settings.h"
 #include "platform/resources/resource_file.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

@@ -39,8 +39,7 @@ Classes& TheClasses() {
 }
 
 void AddSystemClasses(Classes& classes) {
-    classes.all.push_back(
-        MakeSystemClass({u"#32770", DefDlgProcW, CS_DBLCLKS, DLGWINDOWEXTRA}, kDialogAtom));
+    classes.all.push_back(MakeSystemClass({u"#32770", DefDlgProcW, CS_DBLCLKS, DLGWINDOWEXTRA}, kDialogAtom));
     for (const SystemClass& row : ControlClasses()) {
         classes.all.push_back(MakeSystemClass(row, classes.nextAtom++));
     }

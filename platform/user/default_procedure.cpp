@@ -110,7 +110,8 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM l
     switch (message) {
         case WM_NCCREATE: {
             const auto* const create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-            if (create->lpszName != nullptr && !IS_INTRESOURCE(create->lpszName)) {
+            // A number in the text's place is none.
+            if (create->lpszName != nullptr && create->lpszName[0] != 0xFFFF) {
                 window.text = create->lpszName;
             }
             return TRUE;
@@ -129,7 +130,7 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM l
             return 0;
         }
         case WM_NCHITTEST:
-            return HitFrame(window, PointOf(lParam));
+            return HitFrame(window, PointFrom(lParam));
         case WM_NCPAINT:
             DrawFrame(window);
             return 0;
@@ -182,7 +183,7 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM l
         case WM_CONTEXTMENU:
             return PassUp(window, message, wParam, lParam);
         case WM_RBUTTONUP: {
-            POINT at = PointOf(lParam);
+            POINT at = PointFrom(lParam);
             ClientToScreen(handle, &at);
             return Send(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle), PointParameter(at));
         }

@@ -21,7 +21,7 @@ std::optional<UINT> ParseNumber(std::u16string_view text, bool isSigned) {
     if (text.empty()) {
         return std::nullopt;
     }
-    const int64_t highest = !isSigned     ? int64_t{std::numeric_limits<UINT>::max()}
+    const int64_t highest = !isSigned    ? int64_t{std::numeric_limits<UINT>::max()}
                             : isNegative ? -int64_t{std::numeric_limits<int>::min()}
                                          : int64_t{std::numeric_limits<int>::max()};
     int64_t value = 0;

@@ -38,8 +38,8 @@ std::vector<HWND> ControlsOf(HWND dialog) {
 
 // Where a window stands among the controls, by itself or by what it is inside; their number where it doesn't.
 size_t PlaceAmong(const std::vector<HWND>& controls, HWND window) {
-    const auto found = std::find_if(controls.begin(), controls.end(),
-                                    [window](HWND control) { return IsInside(window, control); });
+    const auto found =
+        std::find_if(controls.begin(), controls.end(), [window](HWND control) { return IsInside(window, control); });
     return static_cast<size_t>(found - controls.begin());
 }
 

@@ -2,8 +2,6 @@
 
 #include <iterator>
 
-#include "platform/kernel/text.h"
-
 namespace host {
 namespace {
 
@@ -63,8 +61,9 @@ class Reader {
     bool good_ = true;
 };
 
-std::u16string ResourceText(WORD id) {
-    return ToWide("#" + std::to_string(id));
+// A number in a text's place, as window procedures get it.
+std::u16string NumberText(WORD number) {
+    return {static_cast<char16_t>(kOrdinal), static_cast<char16_t>(number)};
 }
 
 DialogFont ReadFont(Reader& reader, bool extended) {
@@ -102,7 +101,7 @@ bool ReadItem(Reader& reader, bool extended, DialogItem* item) {
         item->className = kClasses[number - kFirstClass];
     }
     if (const WORD id = reader.ReadOrdinal(&item->text)) {
-        item->text = ResourceText(id);
+        item->text = NumberText(id);
     }
     const BYTE* const data = reader.Here();
     const WORD bytes = reader.Read<WORD>();
@@ -138,10 +137,10 @@ std::optional<DialogTemplate> ParseDialogTemplate(const BYTE* bytes, size_t size
     std::u16string menu;
     parsed.hasMenu = reader.ReadOrdinal(&menu) != 0 || !menu.empty();
     if (const WORD atom = reader.ReadOrdinal(&parsed.className)) {
-        parsed.className = ResourceText(atom);
+        parsed.className = NumberText(atom);
     }
     if (const WORD id = reader.ReadOrdinal(&parsed.title)) {
-        parsed.title = ResourceText(id);
+        parsed.title = NumberText(id);
     }
     if ((parsed.style & DS_SETFONT) != 0) {
         parsed.font = ReadFont(reader, extended);

@@ -26,7 +26,7 @@ struct DialogItem {
     int height = 0;
     DWORD id = 0;
     std::u16string className;
-    std::u16string text;         // "#123" where it is the id of a resource
+    std::u16string text;         // or 0xFFFF and the number of a resource
     const BYTE* data = nullptr;  // creation data, beginning with its size; in the template; null: none
 };
 

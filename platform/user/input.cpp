@@ -74,15 +74,13 @@ struct KeyCharacters {
     char16_t withControl;
 };
 constexpr KeyCharacters kKeys[] = {
-    {VK_BACK, 8, 8, 127},  {VK_TAB, 9, 9, 0},    {VK_RETURN, 13, 13, 10}, {VK_ESCAPE, 27, 27, 27},
-    {VK_SPACE, 32, 32, 32},
-    {'0', '0', ')', 0},    {'1', '1', '!', 0},   {'2', '2', '@', 0},      {'3', '3', '#', 0},
-    {'4', '4', '$', 0},    {'5', '5', '%', 0},   {'6', '6', '^', 0},      {'7', '7', '&', 0},
-    {'8', '8', '*', 0},    {'9', '9', '(', 0},   {0x6A, '*', '*', 0},     {0x6B, '+', '+', 0},
-    {0x6D, '-', '-', 0},   {0x6E, '.', '.', 0},  {0x6F, '/', '/', 0},     {0xBA, ';', ':', 0},
-    {0xBB, '=', '+', 0},   {0xBC, ',', '<', 0},  {0xBD, '-', '_', 0},     {0xBE, '.', '>', 0},
-    {0xBF, '/', '?', 0},   {0xC0, '`', '~', 0},  {0xDB, '[', '{', 27},    {0xDC, '\\', '|', 28},
-    {0xDD, ']', '}', 29},  {0xDE, '\'', '"', 0},
+    {VK_BACK, 8, 8, 127}, {VK_TAB, 9, 9, 0},   {VK_RETURN, 13, 13, 10}, {VK_ESCAPE, 27, 27, 27}, {VK_SPACE, 32, 32, 32},
+    {'0', '0', ')', 0},   {'1', '1', '!', 0},  {'2', '2', '@', 0},      {'3', '3', '#', 0},      {'4', '4', '$', 0},
+    {'5', '5', '%', 0},   {'6', '6', '^', 0},  {'7', '7', '&', 0},      {'8', '8', '*', 0},      {'9', '9', '(', 0},
+    {0x6A, '*', '*', 0},  {0x6B, '+', '+', 0}, {0x6D, '-', '-', 0},     {0x6E, '.', '.', 0},     {0x6F, '/', '/', 0},
+    {0xBA, ';', ':', 0},  {0xBB, '=', '+', 0}, {0xBC, ',', '<', 0},     {0xBD, '-', '_', 0},     {0xBE, '.', '>', 0},
+    {0xBF, '/', '?', 0},  {0xC0, '`', '~', 0}, {0xDB, '[', '{', 27},    {0xDC, '\\', '|', 28},   {0xDD, ']', '}', 29},
+    {0xDE, '\'', '"', 0},
 };
 constexpr WORD kKeypad0 = 0x60;  // VK_NUMPAD0
 
@@ -96,8 +94,8 @@ char16_t CharacterOf(WORD key) {
     if (key >= kKeypad0 && key < kKeypad0 + 10) {
         return static_cast<char16_t>(key - kKeypad0 + '0');
     }
-    const auto* const row =
-        std::find_if(std::begin(kKeys), std::end(kKeys), [key](const KeyCharacters& found) { return found.key == key; });
+    const auto* const row = std::find_if(std::begin(kKeys), std::end(kKeys),
+                                         [key](const KeyCharacters& found) { return found.key == key; });
     if (row == std::end(kKeys)) {
         return 0;
     }
@@ -108,7 +106,7 @@ char16_t CharacterOf(WORD key) {
 
 struct MouseAction {
     DWORD flag;
-    int button;   // virtual key; 0: none
+    int button;  // virtual key; 0: none
     bool down;
     UINT message;       // in a client area
     UINT frameMessage;  // on a frame; 0: none
@@ -159,8 +157,7 @@ void ActivateByMouse(HWND window, LRESULT hit, UINT message) {
     if (root == nullptr || root == ThisThread().active) {
         return;
     }
-    const LRESULT answer =
-        Send(window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(root), MAKELPARAM(hit, message));
+    const LRESULT answer = Send(window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(root), MAKELPARAM(hit, message));
     if (answer != MA_NOACTIVATE && IsWindow(root)) {
         ActivateWindow(root);
     }
@@ -189,8 +186,11 @@ bool MakeMouseMessage(const InputEvent& event, MSG* message) {
     }
     const bool inClient = hit == HTCLIENT;
     const WPARAM wheel = isWheel ? MAKEWPARAM(0, mouse.mouseData) : 0;
-    *message = {target, inClient ? action.message : action.frameMessage,
-                inClient || isWheel ? HeldKeys() | wheel : static_cast<WPARAM>(hit), 0, TimeOf(mouse.time),
+    *message = {target,
+                inClient ? action.message : action.frameMessage,
+                inClient || isWheel ? HeldKeys() | wheel : static_cast<WPARAM>(hit),
+                0,
+                TimeOf(mouse.time),
                 event.cursor};
     if (capture == nullptr && !isWheel) {
         if (action.down) {

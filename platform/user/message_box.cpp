@@ -69,10 +69,10 @@ SIZE MeasureText(HWND dialog, LPCWSTR text) {
 }
 
 void AddControl(HWND dialog, LPCWSTR className, LPCWSTR text, DWORD style, const RECT& rect, int id) {
-    const HWND control = CreateWindowExW(
-        WS_EX_NOPARENTNOTIFY, className, text, style | WS_CHILD | WS_VISIBLE, rect.left, rect.top,
-        rect.right - rect.left, rect.bottom - rect.top, dialog,
-        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(static_cast<UINT>(id))), nullptr, nullptr);
+    const HWND control =
+        CreateWindowExW(WS_EX_NOPARENTNOTIFY, className, text, style | WS_CHILD | WS_VISIBLE, rect.left, rect.top,
+                        rect.right - rect.left, rect.bottom - rect.top, dialog,
+                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(static_cast<UINT>(id))), nullptr, nullptr);
     Send(control, WM_SETFONT, static_cast<WPARAM>(Send(dialog, WM_GETFONT)), FALSE);
 }
 
@@ -86,8 +86,8 @@ void LayOut(HWND dialog, const Message& message) {
     if (message.icon != nullptr) {
         AddControl(dialog, TEXT("Static"), nullptr, SS_ICON,
                    {kMargin, kMargin, kMargin + kIconSize, kMargin + kIconSize}, kIconId);
-        SendDlgItemMessageW(dialog, kIconId, STM_SETICON,
-                            reinterpret_cast<WPARAM>(LoadIconW(nullptr, message.icon)), 0);
+        SendDlgItemMessageW(dialog, kIconId, STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, message.icon)),
+                            0);
     }
     const int textTop = kMargin + (height - text.cy) / 2;
     AddControl(dialog, TEXT("Static"), message.text, SS_NOPREFIX,
@@ -153,8 +153,7 @@ int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) {
         ((type & kIconMask) != 0 && icon == std::end(kIcons))) {
         return FailUnsupported("MessageBoxW of that type");
     }
-    const Message message = {text != nullptr ? text : TEXT(""), &*set,
-                             icon != std::end(kIcons) ? icon->icon : nullptr};
+    const Message message = {text != nullptr ? text : TEXT(""), &*set, icon != std::end(kIcons) ? icon->icon : nullptr};
     DialogTemplate dialogTemplate;
     dialogTemplate.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_SETFONT;
     dialogTemplate.title = caption != nullptr ? caption : u"Error";

@@ -21,8 +21,7 @@ RECT Union(const RECT& a, const RECT& b) {
     if (IsEmptyRect(a) || IsEmptyRect(b)) {
         return IsEmptyRect(a) ? b : a;
     }
-    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-            std::max(a.bottom, b.bottom)};
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
 }
 
 void Validate(Window& window) {
@@ -169,8 +168,8 @@ bool IsOpenPopupOf(const Window& window, HWND root) {
 
 // Copies what both surfaces cover; `offset` is where the source's corner lies in the target.
 void CopyPixels(const Surface& from, Surface& to, POINT offset) {
-    const RECT both = Intersection({offset.x, offset.y, offset.x + from.width, offset.y + from.height},
-                                   {0, 0, to.width, to.height});
+    const RECT both =
+        Intersection({offset.x, offset.y, offset.x + from.width, offset.y + from.height}, {0, 0, to.width, to.height});
     for (LONG y = both.top; y < both.bottom; ++y) {
         std::copy_n(from.Row(y - offset.y) + (both.left - offset.x), both.right - both.left, to.Row(y) + both.left);
     }
@@ -200,8 +199,7 @@ void Invalidate(Window& window, const RECT* rect, bool erase, bool frame, bool c
         if (child == nullptr || IsEmptyRect(Intersection(part, child->rect))) {
             continue;
         }
-        const RECT inChild =
-            Moved(part, -child->rect.left - child->client.left, -child->rect.top - child->client.top);
+        const RECT inChild = Moved(part, -child->rect.left - child->client.left, -child->rect.top - child->client.top);
         Invalidate(*child, &inChild, erase, true, children);
     }
 }
@@ -343,8 +341,8 @@ BOOL WINAPI UpdateWindow(HWND window) {
 }
 
 BOOL WINAPI RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags) {
-    if (region != nullptr || (flags & ~static_cast<UINT>(RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN |
-                                                         RDW_UPDATENOW)) != 0) {
+    if (region != nullptr ||
+        (flags & ~static_cast<UINT>(RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW)) != 0) {
         return FailUnsupported("RedrawWindow of a region or with such flags");
     }
     Window* const found = FindWindowObject(window);

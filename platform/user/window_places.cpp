@@ -20,10 +20,17 @@ struct Metric {
     LONG value;  // pixels
 };
 constexpr Metric kMetrics[] = {
-    {SM_CXSCREEN, kScreenWidth},     {SM_CYSCREEN, kScreenHeight}, {SM_CXVSCROLL, kScrollBar},
-    {SM_CYHSCROLL, kScrollBar},      {SM_CYCAPTION, kCaptionHeight}, {SM_CXBORDER, 1},
-    {SM_CYBORDER, 1},                {SM_CXICON, kIcon},           {SM_CYICON, kIcon},
-    {SM_CXEDGE, kEdge},              {SM_CYEDGE, kEdge},
+    {SM_CXSCREEN, kScreenWidth},
+    {SM_CYSCREEN, kScreenHeight},
+    {SM_CXVSCROLL, kScrollBar},
+    {SM_CYHSCROLL, kScrollBar},
+    {SM_CYCAPTION, kCaptionHeight},
+    {SM_CXBORDER, 1},
+    {SM_CYBORDER, 1},
+    {SM_CXICON, kIcon},
+    {SM_CYICON, kIcon},
+    {SM_CXEDGE, kEdge},
+    {SM_CYEDGE, kEdge},
 };
 
 constexpr UINT kKnownPlacing = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOREDRAW | SWP_NOACTIVATE |
@@ -167,7 +174,7 @@ LPARAM PointParameter(POINT point) {
     return MAKELPARAM(point.x, point.y);
 }
 
-POINT PointOf(LPARAM parameter) {
+POINT PointFrom(LPARAM parameter) {
     return {static_cast<SHORT>(LOWORD(parameter)), static_cast<SHORT>(HIWORD(parameter))};
 }
 
@@ -242,8 +249,8 @@ BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int h
         PlaceInOrder(*found, after);
     }
     const bool moved = rect.left != before.left || rect.top != before.top;
-    const bool sized = rect.right - rect.left != before.right - before.left ||
-                       rect.bottom - rect.top != before.bottom - before.top;
+    const bool sized =
+        rect.right - rect.left != before.right - before.left || rect.bottom - rect.top != before.bottom - before.top;
     found->rect = rect;
     ++ThisThread().changes;
     if (sized || (flags & SWP_FRAMECHANGED) != 0) {

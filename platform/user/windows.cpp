@@ -289,9 +289,9 @@ HWND WINAPI CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR name, DWOR
             height = kScreenHeight / 2;
         }
     }
-    CREATESTRUCTW create = {parameter, instance,  menuOrId,
-                            parent,    std::max(height, 0), std::max(width, 0), y, x, static_cast<LONG>(style), name,
-                            className, exStyle};
+    CREATESTRUCTW create = {
+        parameter, instance,  menuOrId, parent, std::max(height, 0), std::max(width, 0), y, x, static_cast<LONG>(style),
+        name,      className, exStyle};
     Window* made = MakeWindow(create, std::move(windowClass));
     const HWND window = made->handle;
     if (Send(window, WM_NCCREATE, 0, reinterpret_cast<LPARAM>(&create)) == FALSE) {
@@ -409,8 +409,7 @@ int WINAPI GetWindowTextW(HWND window, LPWSTR text, int capacity) {
         return 0;
     }
     text[0] = 0;
-    return static_cast<int>(
-        Send(window, WM_GETTEXT, static_cast<WPARAM>(capacity), reinterpret_cast<LPARAM>(text)));
+    return static_cast<int>(Send(window, WM_GETTEXT, static_cast<WPARAM>(capacity), reinterpret_cast<LPARAM>(text)));
 }
 
 int WINAPI GetWindowTextLengthW(HWND window) {

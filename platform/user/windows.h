@@ -100,7 +100,7 @@ struct Timer {
 
 // What a thread's windows share.
 struct ThreadWindows {
-    uint64_t machine = 0;  // that this is of
+    uint64_t machine = 0;         // that this is of
     std::vector<HWND> topLevels;  // from the top
     HWND active = nullptr;
     HWND focus = nullptr;
@@ -171,8 +171,8 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 // What a machine's user does while a program waits for input, see Machine::SetUser.
 void SetInputUser(std::function<void()> user);
 
-// The next message that the filter lets through, as GetMessageW takes it. Where there is none yet, `idle` (may be empty)
-// is called once before the machine's user is.
+// The next message that the filter lets through, as GetMessageW takes it. Where there is none yet, `idle` (may be
+// empty) is called once before the machine's user is.
 enum class Wait { kMessage, kQuit, kNobody };
 Wait WaitForMessage(MSG* message, const std::function<void()>& idle);
 
@@ -189,6 +189,6 @@ void ActivateAnother(HWND window);        // the window can't be active any more
 HWND FindInvalidWindow();
 
 LPARAM PointParameter(POINT point);
-POINT PointOf(LPARAM parameter);
+POINT PointFrom(LPARAM parameter);
 
 }  // namespace host
