@@ -30,7 +30,7 @@ struct DialogState {
 // The dialog's state, or null where the window is no dialog.
 DialogState* FindDialog(HWND dialog);
 
-// Runs a modal dialog; `name` is the published call that it is for. -1 where it can't be made.
+// Runs a modal dialog until it ends; what EndDialog was given. -1 where it can't be made or nobody ends it.
 INT_PTR RunDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND owner, DLGPROC proc, LPARAM parameter);
 
 // Gives a control the focus as the keyboard does: an edit's text is selected.
