@@ -10,7 +10,7 @@
 
 #include "platform/gdi/pixels.h"
 #include "platform/gdi/system_colors.h"
-#include "platform/spooler/failures.h"
+#include "platform/kernel/failures.h"
 
 namespace host {
 namespace {
