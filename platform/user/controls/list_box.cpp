@@ -110,7 +110,7 @@ void ListBox::Create(const CREATESTRUCTW& creation) {
 // Unless its style says otherwise, a list shows whole items only.
 void ListBox::FitHeight() {
     const int rest = Height(Client()) % itemHeight_;
-    if (combo_ || Style() & LBS_NOINTEGRALHEIGHT || rest == 0 || Height(Client()) < itemHeight_) {
+    if (Style() & LBS_NOINTEGRALHEIGHT || rest == 0 || Height(Client()) < itemHeight_) {
         return;
     }
     RECT rect;
