@@ -11,6 +11,7 @@
 #include "platform/gdi/pixels.h"
 #include "platform/gdi/system_colors.h"
 #include "platform/kernel/failures.h"
+#include "platform/kernel/faults.h"
 
 namespace host {
 namespace {

@@ -1,7 +1,6 @@
-// Property sheets: the pages' windows, which of them is shown, what they are told and when.
+#include "platform/sheet/property_sheet.h"
+
 #include <commctrl.h>
-#include <prsht.h>
-#include <windows.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -27,85 +26,16 @@ constexpr DWORD kPageStyle = WS_CHILD | DS_CONTROL | DS_3DLOOK;
 constexpr UINT kFirstSheetMessage = WM_USER + 100;
 constexpr UINT kLastSheetMessage = WM_USER + 150;
 
-constexpr LRESULT kActivateAnother = -1;  // answer to PSN_SETACTIVE
-
-constexpr INT_PTR kSaved = 1;
-constexpr INT_PTR kNotSaved = 0;
-constexpr INT_PTR kFailed = -1;
-
 // Of a sheet whose first page names none.
 const DialogFont kSheetFont = {.points = 8, .face = u"MS Shell Dlg"};
 
-struct Page {
-    HPROPSHEETPAGE handle;
-    const PROPSHEETPAGEW* given;
-    DialogTemplate dialog;
-    HWND window = nullptr;  // null: not made yet
-    bool isChanged = false;
-
-    bool HasHelp() const { return (given->dwFlags & PSP_HASHELP) != 0; }
-};
-
-// A sheet from its opening to its end. It owns its pages. Windows may go with any message that is sent.
-class PropertySheet {
-  public:
-    explicit PropertySheet(const PROPSHEETHEADERW& header) : header_(header) {}
-    ~PropertySheet();
-    PropertySheet(const PropertySheet&) = delete;
-    PropertySheet& operator=(const PropertySheet&) = delete;
-
-    // A page whose dialog can't be loaded is left out.
-    void Take(HPROPSHEETPAGE handle);
-    INT_PTR Run();
-
-  private:
-    static INT_PTR CALLBACK Proc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-    // False: not the sheet's to answer.
-    bool Answer(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* answer);
-    void OnCommand(int id);
-    LRESULT OnTabs(UINT code);
-
-    bool Open();
-    void WaitForEnd();
-    bool TakeKey(const MSG& message);
-
-    bool Make(size_t index);
-    void Remove(size_t index);
-    void Show(size_t index);
-    void FocusPage();
-    LRESULT Notify(size_t index, UINT code, LPARAM parameter = 0);
-    bool MayLeave();
-    bool Activate(size_t index, bool backwards);
-    bool Select(size_t index, bool backwards);
-    void Step(bool backwards);
-    size_t IndexOf(HPROPSHEETPAGE handle) const;
-
-    void Mark(HWND page, bool isChanged);
-    void EnableApply();
-    bool Apply(bool isLast);
-    void Cancel(bool isClosed);
-    void End(INT_PTR result);
-
-    HWND Control(int id) const { return GetDlgItem(sheet_, id); }
-    bool IsOpen() const { return !isEnded_ && IsWindow(sheet_); }
-
-    const PROPSHEETHEADERW& header_;
-    std::vector<Page> pages_;
-    HWND sheet_ = nullptr;
-    RECT place_ = {};        // of the pages in the sheet
-    size_t active_ = kNone;  // index of the page that is shown
-    size_t making_ = kNone;  // of the page whose window is being made
-    bool isEnded_ = false;
-    INT_PTR result_ = kFailed;
-
-    static constexpr size_t kNone = static_cast<size_t>(-1);
-};
+}  // namespace
 
 PropertySheet::~PropertySheet() {
     if (sheet_) {
         DestroyWindow(sheet_);
     }
-    for (const Page& page : pages_) {
+    for (const SheetPage& page : pages_) {
         DestroyPropertySheetPage(page.handle);
     }
 }
@@ -153,7 +83,7 @@ bool PropertySheet::Open() {
                       {},
                       (header_.dwFlags & PSH_NOAPPLYNOW) == 0,
                       (header_.dwFlags & PSH_HASHELP) != 0};
-    for (const Page& page : pages_) {
+    for (const SheetPage& page : pages_) {
         look.pageUnits.cx = std::max<LONG>(look.pageUnits.cx, page.dialog.width);
         look.pageUnits.cy = std::max<LONG>(look.pageUnits.cy, page.dialog.height);
         look.hasHelp |= page.HasHelp();
@@ -334,111 +264,6 @@ LRESULT PropertySheet::OnTabs(UINT code) {
     return 0;
 }
 
-bool PropertySheet::Make(size_t index) {
-    Page& page = pages_[index];
-    if (!page.window) {
-        const size_t before = std::exchange(making_, index);
-        const HWND window = MakeModelessDialog(page.given->hInstance, page.dialog, sheet_, page.given->pfnDlgProc,
-                                               reinterpret_cast<LPARAM>(page.given));
-        making_ = before;
-        page.window = window;
-    }
-    return IsWindow(page.window);
-}
-
-void PropertySheet::Remove(size_t index) {
-    SendMessageW(Control(kSheetTabs), TCM_DELETEITEM, index, 0);
-    DestroyPropertySheetPage(pages_[index].handle);
-    pages_.erase(pages_.begin() + static_cast<ptrdiff_t>(index));
-    if (active_ != kNone && active_ >= index) {
-        active_ = active_ == index ? kNone : active_ - 1;
-    }
-}
-
-void PropertySheet::Show(size_t index) {
-    const HWND before = active_ != kNone && active_ != index ? pages_[active_].window : nullptr;
-    const HWND page = pages_[index].window;
-    active_ = index;
-    SendMessageW(Control(kSheetTabs), TCM_SETCURSEL, index, 0);
-    if (const HWND help = Control(kSheetHelp)) {
-        EnableWindow(help, pages_[index].HasHelp());
-    }
-    SetWindowPos(page, HWND_TOP, place_.left, place_.top, place_.right - place_.left, place_.bottom - place_.top,
-                 SWP_NOACTIVATE | SWP_SHOWWINDOW);
-    if (IsWindowVisible(sheet_) && GetFocus() != Control(kSheetTabs)) {
-        FocusPage();
-    }
-    if (before) {
-        ShowWindow(before, SW_HIDE);
-    }
-}
-
-void PropertySheet::FocusPage() {
-    HWND control = active_ == kNone ? nullptr : GetNextDlgTabItem(pages_[active_].window, nullptr, FALSE);
-    if (!control) {
-        control = Control(kSheetTabs);
-    }
-    SendMessageW(sheet_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
-}
-
-// 0 where the page has no window.
-LRESULT PropertySheet::Notify(size_t index, UINT code, LPARAM parameter) {
-    if (index == kNone || !IsWindow(pages_[index].window)) {
-        return 0;
-    }
-    PSHNOTIFY notification = {{sheet_, 0, code}, parameter};
-    return SendMessageW(pages_[index].window, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
-}
-
-bool PropertySheet::MayLeave() {
-    return Notify(active_, PSN_KILLACTIVE) == 0 && IsOpen();
-}
-
-// Shows the page, or the next one (the one before) where the page can't be made or asks for another. The page that is
-// left has agreed before.
-bool PropertySheet::Activate(size_t index, bool backwards) {
-    for (size_t asked = 0; asked < pages_.size();) {
-        if (!Make(index)) {
-            Remove(index);
-            index = backwards || index == pages_.size() ? index - 1 : index;
-        } else {
-            const LRESULT answer = Notify(index, PSN_SETACTIVE);
-            if (!IsOpen()) {
-                return false;
-            }
-            if (answer != kActivateAnother) {
-                if (answer != 0) {
-                    FailUnsupported("an answer to PSN_SETACTIVE other than 0 and -1");
-                }
-                Show(index);
-                return true;
-            }
-            ++asked;
-            index = backwards ? index - 1 : index + 1;
-        }
-        // Behind the last comes the first.
-        if (index >= pages_.size()) {
-            index = backwards ? pages_.size() - 1 : 0;
-        }
-    }
-    return false;
-}
-
-bool PropertySheet::Select(size_t index, bool backwards) {
-    return index == active_ || (MayLeave() && Activate(index, backwards));
-}
-
-void PropertySheet::Step(bool backwards) {
-    const size_t count = pages_.size();
-    Select((active_ + (backwards ? count - 1 : 1)) % count, backwards);
-}
-
-size_t PropertySheet::IndexOf(HPROPSHEETPAGE handle) const {
-    return static_cast<size_t>(
-        std::find_if(pages_.begin(), pages_.end(), [handle](const Page& page) { return page.handle == handle; }) -
-        pages_.begin());
-}
-
 // A page may speak of itself while it is being made.
 void PropertySheet::Mark(HWND window, bool isChanged) {
     for (size_t i = 0; i < pages_.size(); ++i) {
@@ -455,7 +280,8 @@ void PropertySheet::EnableApply() {
     if (!apply) {
         return;
     }
-    const bool isChanged = std::any_of(pages_.begin(), pages_.end(), [](const Page& page) { return page.isChanged; });
+    const bool isChanged =
+        std::any_of(pages_.begin(), pages_.end(), [](const SheetPage& page) { return page.isChanged; });
     if (!isChanged && GetFocus() == apply) {
         SendMessageW(sheet_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(IDOK)), TRUE);
     }
@@ -479,7 +305,7 @@ bool PropertySheet::Apply(bool isLast) {
             return false;
         }
     }
-    for (Page& page : pages_) {
+    for (SheetPage& page : pages_) {
         page.isChanged = false;
     }
     if (!isLast) {
@@ -506,6 +332,8 @@ void PropertySheet::End(INT_PTR result) {
     PostMessageW(sheet_, WM_NULL, 0, 0);  // for the loop to see it
 }
 
+namespace {
+
 bool IsSupported(LPCPROPSHEETHEADERW header) {
     if (!header || (header->dwSize != PROPSHEETHEADERW_V1_SIZE && header->dwSize != sizeof(PROPSHEETHEADERW))) {
         SetLastError(ERROR_INVALID_PARAMETER);
@@ -524,7 +352,7 @@ using namespace host;
 
 extern "C" INT_PTR WINAPI PropertySheetW(LPCPROPSHEETHEADERW header) {
     if (FaultAsked("PropertySheetW") || !IsSupported(header)) {
-        return kFailed;
+        return PropertySheet::kFailed;
     }
     PropertySheet sheet(*header);
     const BYTE* nextPage = reinterpret_cast<const BYTE*>(header->ppsp);

@@ -199,7 +199,7 @@ TEST_F(SheetTest, PagesHaveASay) {
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.what);
-        const bool startsBehind = row.shown == &b.window || row.answer == PSNRET_INVALID;
+        const bool startsBehind = row.shown == &b.window || row.code == PSN_APPLY;
         Then([&, startsBehind] {
             if (startsBehind && row.press != 0) {
                 SendMessageW(Sheet(), PSM_SETCURSEL, 1, 0);

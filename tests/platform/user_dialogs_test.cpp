@@ -248,6 +248,38 @@ TEST_F(DialogsTest, MessageBoxes) {
     }
 }
 
+// Whatever there is no memory for, what was made goes again and the program goes on.
+TEST_F(DialogsTest, EveryAllocationFails) {
+    Dialogs();
+    const Lines before = StillOpen();
+    machine_->SetUser([] {
+        const HWND dialog = GetActiveWindow();
+        SavePicture(dialog, "/dev/null");
+        Stroke(VK_ESCAPE);
+    });
+    script_.act = [](HWND dialog, UINT message, WPARAM wParam, LPARAM) -> INT_PTR {
+        return message == WM_INITDIALOG ||
+               (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL && EndDialog(dialog, IDCANCEL));
+    };
+    const std::function<INT_PTR()> runs[] = {
+        [&] { return Run(20); }, [] { return MessageBoxW(nullptr, u"Text", u"Title", MB_OKCANCEL | MB_ICONERROR); }};
+    for (const auto& run : runs) {
+        int failed = 0;
+        for (uint64_t n = 1;; ++n) {
+            FailAllocation(n);
+            const INT_PTR result = run();
+            failed += result != IDCANCEL;
+            EXPECT_EQ(StillOpen(), before) << n;
+            if (AllocationsSoFar() < n) {
+                EXPECT_EQ(result, IDCANCEL);
+                break;
+            }
+        }
+        EXPECT_GE(failed, 4);
+    }
+    ClearFaults();
+}
+
 TEST_F(DialogsTest, NumbersOfItems) {
     const HWND dialog = Create(20);
     const struct {

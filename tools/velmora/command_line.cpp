@@ -424,21 +424,27 @@ void Sheet(const Request& request) {
     } kEnds[] = {{"cancelled", "cancel"}, {"cancelled after something was applied", "apply"}, {"closed by OK", "ok"}};
     const auto& end = kEnds[static_cast<size_t>(session.end)];
     const std::optional<PrinterModel> model = ModelOf(request.printer);
-    std::vector<Table> tables = session.controls;
-    Table differences =
-        ReportDifferences(before, session.devMode, NamesOfNumbers(model ? &*model : nullptr), "Before", "After");
-    differences.title = "Device mode";
-    tables.push_back(std::move(differences));
-    tables.push_back(ReportDataDifferences(request.printer, dataBefore, ListPrinterData(printer.Get())));
+    Table changes[] = {
+        ReportDifferences(before, session.devMode, NamesOfNumbers(model ? &*model : nullptr), "Before", "After"),
+        ReportDataDifferences(request.printer, dataBefore, ListPrinterData(printer.Get()))};
+    changes[0].title = "Device mode";
     if (request.json) {
         Json members = {{"printer", request.printer},
                         {"sheet", session.isDeviceSheet ? "device" : "document"},
                         {"end", end.json},
-                        {"pictures", session.pictures}};
-        members.update(ToJson(tables));
+                        {"pictures", session.pictures},
+                        {"dialogs", Json::array()}};
+        for (const Table& controls : session.controls) {
+            Json dialog = {{"title", controls.title}};
+            dialog.update(ToJson(std::span(&controls, 1)));
+            members["dialogs"].push_back(std::move(dialog));
+        }
+        members.update(ToJson(changes));
         request.output << FormatJson(members);
         return;
     }
+    std::vector<Table> tables = session.controls;
+    std::ranges::copy(changes, std::back_inserter(tables));
     for (const std::string& picture : session.pictures) {
         request.output << picture << "\n";
     }

@@ -212,10 +212,11 @@ LRESULT TabControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void TabControl::Paint(HDC context, const RECT& client) {
+    const COLORREF face = GetSysColor(COLOR_BTNFACE);  // as the pages that lie over it
     PaintParentBackground(context);
     RECT body = client;
     body.top += 1 + TabHeight();
-    FillColor(context, body, kField);
+    FillColor(context, body, face);
     FrameColor(context, body, kGroupLine);
     for (size_t i = 0; i < tabs_.size(); ++i) {
         RECT tab = TabRect(i);
@@ -223,8 +224,8 @@ void TabControl::Paint(HDC context, const RECT& client) {
         if (selected) {
             // Open at its lower edge, towards what it shows.
             tab = {tab.left - 2, tab.top - 2, tab.right + 2, tab.bottom};
-            FillFramedRound(context, {tab.left, tab.top, tab.right, tab.bottom + 3}, 1, kField, kGroupLine);
-            FillColor(context, {tab.left + 1, tab.bottom - 1, tab.right - 1, tab.bottom + 3}, kField);
+            FillFramedRound(context, {tab.left, tab.top, tab.right, tab.bottom + 3}, 1, face, kGroupLine);
+            FillColor(context, {tab.left + 1, tab.bottom - 1, tab.right - 1, tab.bottom + 3}, face);
             FillRound(context, {tab.left + 10, tab.bottom - 3, tab.right - 10, tab.bottom}, 1.5, kAccent);
         }
         DrawLabel(context, tabs_[i].text, tab, DT_SINGLELINE | DT_CENTER | DT_VCENTER, GetSysColor(COLOR_BTNTEXT));
