@@ -73,9 +73,17 @@ NumberField ShiftField(int shift) {
     return field;
 }
 
+const WCHAR* SkipPlusSigns(const WCHAR* text) {
+    while (*text == TEXT('+') || *text == TEXT(' ')) {
+        ++text;
+    }
+    return text;
+}
+
 int16_t ShiftOf(const NumberField& field) {
     int shift = 0;
-    return static_cast<int16_t>(ReadNumber(field.text, &shift) ? std::clamp(shift, -kMostShift, kMostShift) : 0);
+    return static_cast<int16_t>(
+        ReadNumber(SkipPlusSigns(field.text), &shift) ? std::clamp(shift, -kMostShift, kMostShift) : 0);
 }
 
 }  // namespace
@@ -113,12 +121,8 @@ void RestoreLayoutDetails(LayoutDetails* details) {
 }
 
 void SettleShift(NumberField* shift) {
-    const WCHAR* number = shift->text;
-    while (*number == TEXT('+') || *number == TEXT(' ')) {
-        ++number;
-    }
     const NumberField typed = *shift;
-    CopyText(shift->text, NumberField::kCapacity, typed.text + (number - shift->text));
+    CopyText(shift->text, NumberField::kCapacity, SkipPlusSigns(typed.text));
     SettleNumber(shift, -kMostShift, kMostShift);
 }
 
