@@ -114,45 +114,23 @@ TEST(PaperTables, HoldWhatTheirRowsSay) {
     EXPECT_TRUE(std::equal(std::begin(fits), std::end(fits), std::begin(kFitClasses), std::end(kFitClasses)));
     EXPECT_TRUE(std::equal(std::begin(targets), std::end(targets), std::begin(kFitTargets), std::end(kFitTargets)));
 
-    // Media 0 to 10 of a table's row; the columns in brackets are those of the media 1 and 10.
-    const auto row = [](const MediumColumns& columns) {
+    // Down the rows for one medium; those other than 1 and 10 are alike.
+    const auto column = [](const auto& table, uint32_t medium) {
         std::string text;
-        for (uint32_t medium = 0; medium <= 10; ++medium) {
-            text += (medium == 0 ? "" : " ") + std::to_string(columns.For(medium));
+        for (const MediumColumns& row : table) {
+            text += std::to_string(row.For(medium)) + ' ';
         }
         return text;
     };
-    const char* const demands[] = {
-        "-1 1 -1 -1 -1 -1 -1 -1 -1 -1 2", "-1 1 -1 -1 -1 -1 -1 -1 -1 -1 0", "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 0",
-        "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 0", "-1 1 -1 -1 -1 -1 -1 -1 -1 -1 0", "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 0",
-        "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 0", "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 0", "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 0",
-        "-1 0 -1 -1 -1 -1 -1 -1 -1 -1 2", "4 0 4 4 4 4 4 4 4 4 4",          "5 0 5 5 5 5 5 5 5 5 5",
-    };
-    for (size_t fit = 0; fit < std::size(demands); ++fit) {
-        EXPECT_EQ(row(kPaperDemands[fit]), demands[fit]) << fit;
+    for (const uint32_t medium : {0, 2, 3, 4, 5, 6, 7, 8, 9}) {
+        EXPECT_EQ(column(kPaperDemands, medium), "-1 -1 -1 -1 -1 -1 -1 -1 -1 -1 4 5 ");
+        EXPECT_EQ(column(kFitOffers, medium), "1 -1 1 1 1 1 1 1 1 1 1 1 2 5 6 3 ");
     }
-    const std::string usual = "1 0 1 1 1 1 1 1 1 1 0";
-    const std::string office = "1 4 1 1 1 1 1 1 1 1 0";
-    const std::string offers[] = {
-        office,
-        "-1 4 -1 -1 -1 -1 -1 -1 -1 -1 0",
-        usual,
-        usual,
-        usual,
-        usual,
-        usual,
-        office,
-        usual,
-        usual,
-        usual,
-        usual,
-        "2 0 2 2 2 2 2 2 2 2 2",
-        "5 5 5 5 5 5 5 5 5 5 5",
-        "6 6 6 6 6 6 6 6 6 6 6",
-        "3 3 3 3 3 3 3 3 3 3 3",
-    };
-    for (size_t paper = 0; paper < std::size(offers); ++paper) {
-        EXPECT_EQ(row(kFitOffers[paper]), offers[paper]) << paper;
+    EXPECT_EQ(column(kPaperDemands, 1), "1 1 0 0 1 0 0 0 0 0 0 0 ");
+    EXPECT_EQ(column(kPaperDemands, 10), "2 0 0 0 0 0 0 0 0 2 4 5 ");
+    EXPECT_EQ(column(kFitOffers, 1), "4 4 0 0 0 0 0 4 0 0 0 0 0 5 6 3 ");
+    EXPECT_EQ(column(kFitOffers, 10), "0 0 0 0 0 0 0 0 0 0 0 0 2 5 6 3 ");
+    for (size_t paper = 0; paper < std::size(papers); ++paper) {
         for (size_t fit = 0; fit < std::size(fits); ++fit) {
             const bool isEnvelope = (papers[paper] == 20 || papers[paper] == 27) && (fit == 0 || fit >= 10);
             EXPECT_EQ(kTakesEnvelopeMedia[paper][fit], isEnvelope) << paper << ' ' << fit;
@@ -195,20 +173,18 @@ TEST(PaperPage, OffersWhatThePrinterAndTheLanguageHave) {
     EXPECT_EQ(ValuesOf(japanese.source), (Values{263, 257, 258}));
 
     const struct {
-        short paper;
+        int paper;
         Values fits;
         Values media;
         Values layouts;
     } cases[] = {
         {DMPAPER_ENV_10, {kNoFitPaper, 20}, {8, 9}, {1}},
         {DMPAPER_ENV_DL, {kNoFitPaper, 27}, {8, 9}, {1}},
-        {static_cast<short>(kCustomSizePaper), {kNoFitPaper}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1}},
+        {258, {kNoFitPaper}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1}},
         {DMPAPER_B5, {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 4, 5, 6, 7}},
     };
     for (const auto& c : cases) {
-        VelmoraDevMode devMode = NewDevMode();
-        devMode.publicPart.dmPaperSize = c.paper;
-        const PaperChoices opened = Open(devMode);
+        const PaperChoices opened = Open(With(NewDevMode(), "dmPaperSize=" + std::to_string(c.paper)));
         EXPECT_EQ(ValuesOf(opened.fitPaper), c.fits) << c.paper;
         EXPECT_EQ(ValuesOf(opened.medium), c.media) << c.paper;
         EXPECT_EQ(ValuesOf(opened.layout), c.layouts) << c.paper;
@@ -243,6 +219,7 @@ TEST(PaperPage, FollowsTheSecondTray) {
     EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5}));
     Choose(&page, kMediumControl, 4);
     Choose(&page, kPaperControl, DMPAPER_B5);
+    EXPECT_EQ(ValuesOf(page.fitPaper), (Values{kNoFitPaper, 9, 13, 1, 7, 34}));
     EXPECT_EQ(page.source.selected, kSecondTray);
     EXPECT_EQ(page.medium.selected, 4u);
     Choose(&page, kPaperControl, DMPAPER_STATEMENT);
@@ -256,41 +233,37 @@ TEST(PaperPage, FollowsTheSecondTray) {
     Choose(&page, kSourceControl, kUsualSource);
     Choose(&page, kFitPaperControl, DMPAPER_A5);
     EXPECT_EQ(ValuesOf(page.source), (Values{263, 257}));
+    EXPECT_EQ(Open(With(NewDevMode(), "dmPaperSize=258 dmDefaultSource=258"), {false, 1, 1}).source.selected,
+              kCassette);
 }
 
 TEST(PaperPage, PrintsOnBothSidesWhereThePaperTakesIt) {
     const struct {
-        short paper;
-        uint16_t medium;
-        int32_t width, length;
+        const char* settings;
         uint32_t optionFlags;
         bool duplex, flagB;  // enabled
     } cases[] = {
-        {DMPAPER_A4, 0, 21000, 29700, 1, true, true},
-        {DMPAPER_A4, 0, 21000, 29700, 0, false, true},
-        {DMPAPER_A4, 0, 21000, 29700, kNoUnit, false, true},
-        {DMPAPER_A4, 2, 21000, 29700, 1, false, false},
-        {DMPAPER_A4, 6, 21000, 29700, 1, false, true},
-        {DMPAPER_STATEMENT, 0, 21000, 29700, 1, false, false},
-        {258, 0, 15000, 29700, 1, false, false},
-        {258, 0, 18000, 29700, 1, true, true},
-        {258, 0, 18000, 24993, 1, false, false},
-        {258, 0, 17600, 25000, 1, true, true},
+        {"uiDuplex=1", 1, true, true},
+        {"uiDuplex=1", 0, false, true},
+        {"", kNoUnit, false, true},
+        {"uiMediaValue=2", 1, false, false},
+        {"uiMediaValue=6", 1, false, true},
+        {"dmPaperSize=6 uiDuplex=1 uiFlagB=1 uiFlagC=1", 1, false, false},
+        {"dmPaperSize=11 uiFitToPaper=9 uiDuplex=1", 1, true, true},
+        {"dmPaperSize=11 uiFitToPaper=9 uiPageLayout=5", 1, false, false},
+        {"uiPageLayout=5", 1, false, false},
+        {"dmPaperSize=258 customWidth=15000 uiDuplex=1", 1, false, false},
+        {"dmPaperSize=258 customWidth=18000 uiDuplex=1", 1, true, true},
+        {"dmPaperSize=258 customLength=24993 uiDuplex=1", 1, false, false},
     };
     for (const auto& c : cases) {
-        VelmoraDevMode devMode = NewDevMode();
-        devMode.publicPart.dmPaperSize = c.paper;
-        devMode.privatePart.uiMediaValue = c.medium;
-        devMode.privatePart.customWidth = c.width;
-        devMode.privatePart.customLength = c.length;
-        devMode.privatePart.uiDuplex = c.medium == 0;
+        const VelmoraDevMode devMode = With(NewDevMode(), c.settings);
         const PaperChoices page = Open(devMode, {false, 0, c.optionFlags});
-        EXPECT_EQ(page.duplex.isEnabled, c.duplex) << c.paper << ' ' << c.medium << ' ' << c.width;
-        EXPECT_EQ(page.flagB.isEnabled, c.flagB) << c.paper << ' ' << c.medium << ' ' << c.width;
+        EXPECT_EQ(page.duplex.isEnabled, c.duplex) << c.settings;
+        EXPECT_EQ(page.duplex.isChecked, c.duplex && devMode.privatePart.uiDuplex != 0) << c.settings;
         EXPECT_EQ(page.duplex.isShown, c.optionFlags != kNoUnit);
-        if (c.optionFlags != kNoUnit) {
-            EXPECT_EQ(page.duplex.isChecked, c.duplex) << c.paper << ' ' << c.medium << ' ' << c.width;
-        }
+        EXPECT_EQ(page.flagB.isEnabled, c.flagB) << c.settings;
+        EXPECT_FALSE(page.flagB.isChecked || page.flagC.isChecked) << c.settings;
     }
 }
 
@@ -332,118 +305,64 @@ TEST(PaperPage, ProposesZoom) {
         EXPECT_EQ(page.zoomPercent.position, c.proposed) << c.paper;
         EXPECT_EQ(page.zoom.isShown, c.isShown) << c.paper;
     }
-    VelmoraDevMode devMode = NewDevMode();
-    devMode.privatePart.uiZoomOn = 1;
-    devMode.privatePart.uiZoomPercent = 123;
-    PaperChoices page = Open(devMode);
+    PaperChoices page = Open(With(NewDevMode(), "uiZoomOn=1 uiZoomPercent=123"));
     EXPECT_EQ(page.zoomPercent.position, 123) << "a stored percentage stays";
     EXPECT_TRUE(page.isZoomPercentEnabled);
     EXPECT_EQ(ValuesOf(page.layout), Values{1});
+    Choose(&page, kFitPaperControl, DMPAPER_A5);
+    EXPECT_EQ(page.zoomPercent.position, 69) << "one for another paper doesn't";
     Click(&page, kZoomControl);
-    EXPECT_EQ(page.zoomPercent.position, 100);
     EXPECT_FALSE(page.isZoomPercentEnabled);
 }
 
 TEST(PaperPage, AppliesWhatIsChosen) {
     const struct {
-        const char* name;
-        void (*choose)(PaperChoices*);
-        const char* fields;  // of the device mode
+        const char* chosen;
+        const char* applied;
     } cases[] = {
-        {"nothing", [](PaperChoices*) {},
+        {"scaleMode=2 dmMediaType=9 posterMode=4",
          "dmPaperWidth=90 dmPaperLength=180 uiFitToPaper=65535 scaleMode=0 scaleValue=-1 scaleWidth=0 scaleLength=0 "
          "dmDuplex=0 dmMediaType=1 uiPageOrder=1 pagesPerSheet=1 posterMode=0 dmCollate=0"},
-        {"a paper that is scaled", [](PaperChoices* page) { Choose(page, kPaperControl, DMPAPER_A3); },
-         "dmPaperSize=8 dmPaperWidth=80 scaleMode=33 scaleValue=9"},
-        {"a fit-to paper", [](PaperChoices* page) { Choose(page, kFitPaperControl, DMPAPER_A4); },
-         "uiFitToPaper=9 scaleMode=33 scaleValue=9"},
-        {"a custom size",
-         [](PaperChoices* page) {
-             Choose(page, kPaperControl, kCustomSizePaper);
-             StoreCustomSize(page, {18000, 25000, kInches});
-         },
-         "dmPaperSize=258 dmPaperWidth=1800 dmPaperLength=2500 customWidth=18000 customUnit=0 scaleMode=0"},
-        {"zoom of a custom size",
-         [](PaperChoices* page) {
-             Choose(page, kPaperControl, kCustomSizePaper);
-             Click(page, kZoomControl);
-             TypeNumber(&page->zoomPercent, TEXT("200"));
-         },
+        {"dmPaperSize=8", "dmPaperSize=8 dmPaperWidth=80 scaleMode=33 scaleValue=9"},
+        {"uiFitToPaper=9", "uiFitToPaper=9 scaleMode=33 scaleValue=9"},
+        {"uiFitToPaper=1", "uiFitToPaper=1 scaleMode=33 scaleValue=1"},
+        {"dmPaperSize=258 customWidth=18000 customLength=25000 customUnit=0",
+         "dmPaperSize=258 dmPaperWidth=1800 dmPaperLength=2500 customUnit=0 scaleMode=0"},
+        {"dmPaperSize=258 uiZoomOn=1 uiZoomPercent=200",
          "uiZoomOn=1 scaleMode=2 scaleValue=200 uiZoomPercent=200 scaleWidth=2100 scaleLength=2970"},
-        {"texts that are no numbers",
-         [](PaperChoices* page) {
-             TypeNumber(&page->zoomPercent, TEXT("x"));
-             TypeNumber(&page->copies, TEXT("-"));
-         },
-         "uiZoomPercent=100 dmCopies=1"},
-        {"numbers beyond the limits",
-         [](PaperChoices* page) {
-             TypeNumber(&page->zoomPercent, TEXT("999"));
-             TypeNumber(&page->copies, TEXT("0"));
-         },
-         "uiZoomPercent=400 dmCopies=1"},
-        {"copies",
-         [](PaperChoices* page) {
-             TypeNumber(&page->copies, TEXT("1500"));
-             Click(page, kCollateControl);
-         },
-         "dmCopies=150 dmCollate=1 collateCopy=1"},
-        {"landscape",
-         [](PaperChoices* page) {
-             page->isLandscape = true;
-             page->rotate180.isChecked = true;
-         },
-         "dmOrientation=2 rotate180=1 uiRotate180=1"},
-        {"duplex, bound at the long edge", [](PaperChoices* page) { Click(page, kDuplexControl); },
-         "uiDuplex=1 dmDuplex=2"},
-        {"duplex, bound at the short edge",
-         [](PaperChoices* page) {
-             Click(page, kDuplexControl);
-             page->details.uiBinding = 2;
-         },
-         "uiDuplex=1 dmDuplex=3 uiBinding=2"},
-        {"duplex of an unknown binding",
-         [](PaperChoices* page) {
-             Click(page, kDuplexControl);
-             page->details.uiBinding = 9;
-         },
-         "dmDuplex=77"},
-        {"boxes without a meaning here",
-         [](PaperChoices* page) {
-             page->isFlagA = true;
-             Click(page, kFlagBControl);
-             Click(page, kFlagCControl);
-         },
-         "uiFlagA=1 uiFlagB=1 uiFlagC=1 uiDuplex=0"},
-        {"four pages",
-         [](PaperChoices* page) {
-             page->details.uiPageOrder = 7;
-             Choose(page, kLayoutControl, kFourPages);
-         },
-         "uiPageLayout=4 pagesPerSheet=4 posterMode=0 nupOrder=2 uiPageOrder=7"},
-        {"two pages in an order of four",
-         [](PaperChoices* page) {
-             page->details.uiPageOrder = 7;
-             page->details.uiFlagE = 1;
-             Choose(page, kLayoutControl, kTwoPages);
-         },
+        {"dmCopies=150 dmCollate=1", "dmCopies=150 dmCollate=1 collateCopy=1"},
+        {"dmOrientation=2 uiRotate180=1", "dmOrientation=2 rotate180=1 uiRotate180=1"},
+        {"uiDuplex=1 uiBinding=1", "uiDuplex=1 dmDuplex=2"},
+        {"uiDuplex=1 uiBinding=2", "uiDuplex=1 dmDuplex=3 uiBinding=2"},
+        {"uiDuplex=1 uiBinding=9 dmDuplex=77", "uiDuplex=1 dmDuplex=77"},
+        {"uiFlagA=1 uiFlagB=1 uiFlagC=1", "uiFlagA=1 uiFlagB=1 uiFlagC=1 uiDuplex=0"},
+        {"uiFlagC=1", "uiFlagC=0"},
+        {"uiPageLayout=4 uiPageOrder=7", "pagesPerSheet=4 posterMode=0 nupOrder=2 uiPageOrder=7"},
+        {"uiPageLayout=2 uiPageOrder=7 uiFlagE=1",
          "pagesPerSheet=2 uiPageOrder=1 nupOrder=0 layoutMode=1 nupBorderWidth=6"},
-        {"a poster",
-         [](PaperChoices* page) {
-             Click(page, kCollateControl);
-             page->details.uiBinding = 3;
-             page->details.uiFlagE = 1;
-             Choose(page, kLayoutControl, kPoster3x3);
-         },
+        {"uiPageLayout=6 uiBinding=3 uiFlagE=1 dmCollate=1",
          "uiPageLayout=6 pagesPerSheet=1 posterMode=3 uiBinding=0 uiFlagE=0 layoutMode=0 uiPageOrder=1 dmCollate=0"},
     };
     for (const auto& c : cases) {
-        PaperChoices page = Open(NewDevMode());
-        c.choose(&page);
-        const VelmoraDevMode devMode = Applied(&page, With(NewDevMode(), "dmDuplex=77"));
-        const VelmoraDevMode same = With(devMode, c.fields);
-        EXPECT_EQ(std::memcmp(&devMode, &same, sizeof(same)), 0) << c.name;
+        const VelmoraDevMode before = With(NewDevMode(), c.chosen);
+        PaperChoices page = Open(before);
+        const VelmoraDevMode devMode = Applied(&page, before);
+        const VelmoraDevMode same = With(devMode, c.applied);
+        EXPECT_EQ(std::memcmp(&devMode, &same, sizeof(same)), 0) << c.chosen;
         EXPECT_STREQ(devMode.privatePart.uiLabel, "ABCD");
+    }
+    const struct {
+        const WCHAR* typed;
+        short copies;
+        int zoom;
+    } numbers[] = {{u"x", 1, 100}, {u"", 1, 100}, {u"0", 1, 25}, {u"999", 999, 400}};
+    for (const auto& c : numbers) {
+        PaperChoices page = Open(NewDevMode());
+        TypeNumber(&page.copies, c.typed);
+        TypeNumber(&page.zoomPercent, c.typed);
+        const VelmoraDevMode devMode = Applied(&page);
+        EXPECT_EQ(devMode.publicPart.dmCopies, c.copies);
+        EXPECT_EQ(int{devMode.privatePart.uiZoomPercent}, c.zoom);
     }
 }
 
