@@ -172,22 +172,30 @@ TEST(PaperPage, OffersWhatThePrinterAndTheLanguageHave) {
     EXPECT_EQ(ValuesOf(japanese.fitPaper), (Values{kNoFitPaper, 9, 11, 13, 1, 6, 7, 34, 43}));
     EXPECT_EQ(ValuesOf(japanese.source), (Values{263, 257, 258}));
 
+    const Values usualFits = {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34};
     const struct {
-        int paper;
-        Values fits;
-        Values media;
-        Values layouts;
+        const char* settings;
+        bool isJapanese;
+        Values fits, media, layouts;
     } cases[] = {
-        {DMPAPER_ENV_10, {kNoFitPaper, 20}, {8, 9}, {1}},
-        {DMPAPER_ENV_DL, {kNoFitPaper, 27}, {8, 9}, {1}},
-        {258, {kNoFitPaper}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1}},
-        {DMPAPER_B5, {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 4, 5, 6, 7}},
+        {"dmPaperSize=20", false, {kNoFitPaper, 20}, {8, 9}, {1}},
+        {"dmPaperSize=27", false, {kNoFitPaper, 27}, {8, 9}, {1}},
+        {"dmPaperSize=258", false, {kNoFitPaper}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1}},
+        {"dmPaperSize=13", false, usualFits, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 4, 5, 6, 7}},
+        {"dmPaperSize=13 uiFitToPaper=9", false, usualFits, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 4, 5, 6, 7}},
+        {"dmPaperSize=43", true, {kNoFitPaper, 43}, {0, 2, 3, 4, 5, 6, 10, 7, 8, 9}, {1}},
+        {"dmPaperSize=43 uiFlagB=1", true, {kNoFitPaper, 43}, {0, 3, 4, 5, 6, 10, 7}, {1}},
+        {"uiFitToPaper=43 uiMediaValue=3",
+         true,
+         {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34, 43},
+         {0, 2, 3, 4, 5, 6, 10, 7, 8, 9},
+         {1}},
     };
     for (const auto& c : cases) {
-        const PaperChoices opened = Open(With(NewDevMode(), "dmPaperSize=" + std::to_string(c.paper)));
-        EXPECT_EQ(ValuesOf(opened.fitPaper), c.fits) << c.paper;
-        EXPECT_EQ(ValuesOf(opened.medium), c.media) << c.paper;
-        EXPECT_EQ(ValuesOf(opened.layout), c.layouts) << c.paper;
+        const PaperChoices opened = Open(With(NewDevMode(), c.settings), {c.isJapanese, 0, 1});
+        EXPECT_EQ(ValuesOf(opened.fitPaper), c.fits) << c.settings;
+        EXPECT_EQ(ValuesOf(opened.medium), c.media) << c.settings;
+        EXPECT_EQ(ValuesOf(opened.layout), c.layouts) << c.settings;
     }
 }
 
