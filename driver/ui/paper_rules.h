@@ -2,14 +2,14 @@
 // they make of a device mode.
 //
 // The page's window keeps one PaperChoices record and shows it. It is meant to be used so:
-//  - opening: InitPaperChoices, then UpdatePaperDependencies with kOpening, then every control is set from the record;
-//  - a command: what the control shows goes into the record (SelectChoice for a list, isChecked for a box, TypeNumber
-//  and
-//    SettleNumber for a number), then TakePaperCommand with FindPaperCommand's row; controls whose part of the record
-//    differs from a copy made before are set, and what `redraws` names is repainted. The row tells whether the command
-//    marks the page as changed;
-//  - StoreLayoutDetails of layout_details.h and StoreCustomSize of custom_size.h take what the dialogs' users chose;
-//  - WM_NOTIFY with PSN_SETACTIVE: UpdatePaperDependencies with TakeStaleMark's result;
+//  - opening: InitPaperChoices, then UpdatePaperDependencies with kOpening, then every control is set;
+//  - a command: what the control shows goes into the record (SelectChoice for a list, isChecked for a box,
+//    TypeNumber and SettleNumber for a number), then TakePaperCommand with FindPaperCommand's row. Controls whose part
+//    of the record differs from a copy made before are set, and what `redraws` names is painted. A command that has a
+//    row marks the page as changed;
+//  - choosing the custom size opens its dialog first: StoreCustomSize of custom_size.h takes its size, then the
+//    command goes on as above. StoreLayoutDetails of layout_details.h takes what is chosen in the other dialog;
+//  - PSN_SETACTIVE: UpdatePaperDependencies with TakeStaleMark's result;
 //  - other pages look at the device mode while this one is open, so after every change WritePageDetails goes to it;
 //  - applying: ApplyPaperChoices.
 // Nothing here allocates or calls a window.
