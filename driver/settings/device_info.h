@@ -37,6 +37,16 @@ enum DeviceInfoOption : uint32_t {
     kStaplerInstalled = 1u << 4,
 };
 
+// Whether a printer has a duplex unit. The other options of DeviceInfo.optionFlags say nothing of it: it is the lowest
+// bit alone, unless the whole low byte says that the model can't have one.
+enum class DuplexUnit : int8_t { kNotApplicable = -1, kNotInstalled = 0, kInstalled = 1 };
+constexpr DuplexUnit DuplexUnitOf(const DeviceInfo& info) {
+    if ((info.optionFlags & 0xFF) == 0xFF) {
+        return DuplexUnit::kNotApplicable;
+    }
+    return (info.optionFlags & kDuplexInstalled) != 0 ? DuplexUnit::kInstalled : DuplexUnit::kNotInstalled;
+}
+
 // The printer-data value that holds the record.
 inline constexpr const WCHAR* kDeviceInfoValue = TEXT("DeviceInfo");
 

@@ -41,7 +41,7 @@ void FillChoiceCombo(HWND dialog, int control, const ChoiceEntry* choices, uint3
     const SheetContext* const context = ContextOf(dialog);
     SendDlgItemMessageW(dialog, control, CB_RESETCONTENT, 0, 0);
     for (; context && choices->stringId != 0; ++choices) {
-        if (choices->requirement != kAlwaysOffered && filter != kEveryChoice && (choices->requirement & filter) == 0) {
+        if (!IsOffered(*choices, filter)) {
             continue;
         }
         WCHAR text[kMessageCapacity];

@@ -16,6 +16,10 @@ struct ChoiceEntry {
 inline constexpr uint32_t kAlwaysOffered = 0xFFFFFFFF;  // a requirement
 inline constexpr uint32_t kEveryChoice = 0xFFFFFFFF;    // a filter
 
+constexpr bool IsOffered(const ChoiceEntry& choice, uint32_t filter) {
+    return choice.requirement == kAlwaysOffered || filter == kEveryChoice || (choice.requirement & filter) != 0;
+}
+
 // Gives a combo box the entries of a list that the filter lets through, in place of what it has. Texts have at most 127
 // characters.
 void FillChoiceCombo(HWND dialog, int control, const ChoiceEntry* choices, uint32_t filter);

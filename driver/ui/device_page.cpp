@@ -125,10 +125,7 @@ INT_PTR CALLBACK DevicePageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
 }
 
 OptionStates ReadOptionStates(const DeviceInfo& info) {
-    const auto duplexByte = static_cast<int8_t>(info.optionFlags);
-    return {static_cast<int8_t>(info.secondTray), duplexByte == kIsNotApplicable
-                                                      ? kIsNotApplicable
-                                                      : static_cast<int8_t>(info.optionFlags & kDuplexInstalled)};
+    return {static_cast<int8_t>(info.secondTray), static_cast<int8_t>(DuplexUnitOf(info))};
 }
 
 DeviceInfo WithOptionStates(const DeviceInfo& info, const OptionStates& states) {

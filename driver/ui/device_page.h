@@ -12,8 +12,7 @@ INT_PTR CALLBACK DevicePageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
 
 // The page's rules, apart from its window.
 
-// The options as the printer's record has them. The other options of DeviceInfo.optionFlags are none of the page's: the
-// duplex unit is the lowest bit alone, unless the whole low byte says that the model can't have one.
+// The options as the printer's record has them. The other options of DeviceInfo.optionFlags are none of the page's.
 OptionStates ReadOptionStates(const DeviceInfo& info);
 
 // The record with these options in it; what else it holds stays.

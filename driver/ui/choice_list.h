@@ -1,0 +1,58 @@
+// What a combo box offers and what of it is selected, apart from the window.
+#pragma once
+
+#include <cstdint>
+
+#include "driver/ui/controls.h"
+
+namespace velmora {
+
+// Where choices come from: the entries of a list that a filter lets through.
+struct ChoiceSource {
+    const ChoiceEntry* choices;
+    uint32_t filter;
+
+    bool operator==(const ChoiceSource&) const = default;
+};
+
+struct ChoiceList {
+    ChoiceSource source;
+    const ChoiceEntry* lastChoice;  // one entry that follows those of the source, null for none
+    uint32_t selected;              // value of the selected entry
+
+    bool operator==(const ChoiceList&) const = default;
+};
+
+// Calls `visit` with each entry of the list, in order, until it returns true. The entry for which it did; null for
+// none.
+template <class Visit>
+const ChoiceEntry* FindEntry(const ChoiceList& list, Visit visit) {
+    for (const ChoiceEntry* entry = list.source.choices; entry->stringId != 0; ++entry) {
+        if (IsOffered(*entry, list.source.filter) && visit(*entry)) {
+            return entry;
+        }
+    }
+    return list.lastChoice && visit(*list.lastChoice) ? list.lastChoice : nullptr;
+}
+
+// The entry with this value; null where the list doesn't have it.
+inline const ChoiceEntry* FindChoice(const ChoiceList& list, uint32_t value) {
+    return FindEntry(list, [value](const ChoiceEntry& entry) { return entry.value == value; });
+}
+
+// Selects the entry with this value or, as a combo box does, the first one where the list doesn't have it.
+inline void SelectChoice(ChoiceList* list, uint32_t value) {
+    const ChoiceEntry* entry = FindChoice(*list, value);
+    if (!entry) {
+        entry = FindEntry(*list, [](const ChoiceEntry&) { return true; });
+    }
+    list->selected = entry ? entry->value : UINT32_MAX;
+}
+
+// Gives the list other entries. The selection stays where they have it; the first one is selected otherwise.
+inline void RefillChoices(ChoiceList* list, const ChoiceSource& source) {
+    list->source = source;
+    SelectChoice(list, list->selected);
+}
+
+}  // namespace velmora

@@ -1,0 +1,885 @@
+// What the Paper page decides, apart from its windows.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "driver/ui/custom_size.h"
+#include "driver/ui/layout_details.h"
+#include "driver/ui/nup_border.h"
+#include "driver/ui/paper_choices.h"
+#include "driver/ui/paper_rules.h"
+#include "driver/ui/paper_summary.h"
+#include "tests/driver/changed_devmode.h"
+
+namespace velmora {
+namespace {
+
+using driver_test::With;
+
+constexpr uint32_t kNoUnit = 0xFFFFFFFF;  // DeviceInfo.optionFlags
+constexpr uint16_t kNoFit = 65535;        // uiFitToPaper
+
+// A new device mode, of what the page reads.
+VelmoraDevMode NewDevMode() {
+    return With({},
+                "dmPaperSize=9 dmDefaultSource=263 dmOrientation=1 dmCopies=1 uiFitToPaper=65535 uiZoomPercent=100 "
+                "uiPageLayout=1 uiChoice=1 customUnit=1 customWidth=21000 customLength=29700");
+}
+
+struct Setting {
+    bool isJapanese = false;
+    uint32_t secondTray = 0;
+    uint32_t optionFlags = 1;
+};
+
+PaperChoices Open(const VelmoraDevMode& devMode, const Setting& setting = {}) {
+    DeviceInfo installed = {};
+    installed.secondTray = setting.secondTray;
+    installed.optionFlags = setting.optionFlags;
+    PaperChoices page;
+    InitPaperChoices(&page, devMode, installed, setting.isJapanese);
+    UpdatePaperDependencies(&page, kOpening);
+    return page;
+}
+
+void Do(PaperChoices* page, int control, int notification) {
+    const PaperCommand* const command = FindPaperCommand(control, notification);
+    ASSERT_NE(command, nullptr) << control;
+    TakePaperCommand(page, *command);
+}
+
+// The user's choice of a value, which the list must have.
+void Choose(PaperChoices* page, int control, uint32_t value) {
+    ChoiceList* const list = control == kPaperControl      ? &page->paper
+                             : control == kFitPaperControl ? &page->fitPaper
+                             : control == kSourceControl   ? &page->source
+                             : control == kMediumControl   ? &page->medium
+                                                           : &page->layout;
+    ASSERT_NE(FindChoice(*list, value), nullptr) << control << " has no " << value;
+    SelectChoice(list, value);
+    Do(page, control, CBN_SELCHANGE);
+}
+
+// The user's click on a box, which must be enabled.
+void Click(PaperChoices* page, int control) {
+    CheckBox* const box = control == kZoomControl     ? &page->zoom
+                          : control == kDuplexControl ? &page->duplex
+                          : control == kFlagBControl  ? &page->flagB
+                          : control == kFlagCControl  ? &page->flagC
+                                                      : &page->collate;
+    ASSERT_TRUE(box->isEnabled) << control;
+    box->isChecked = !box->isChecked;
+    Do(page, control, BN_CLICKED);
+}
+
+std::vector<uint32_t> ValuesOf(const ChoiceList& list) {
+    std::vector<uint32_t> values;
+    FindEntry(list, [&](const ChoiceEntry& entry) {
+        values.push_back(entry.value);
+        return false;
+    });
+    return values;
+}
+
+using Values = std::vector<uint32_t>;
+
+// A size that tells which paper was asked for.
+PaperSize SizeById(const void*, int paperId) {
+    return {paperId * 10, paperId * 20, 1};
+}
+
+PaperApplication Application() {
+    return {SizeById, nullptr, nullptr, 1, "ABCD"};
+}
+
+// The device mode after applying.
+VelmoraDevMode Applied(PaperChoices* page, VelmoraDevMode devMode = NewDevMode()) {
+    ApplyPaperChoices(page, Application(), &devMode);
+    return devMode;
+}
+
+// Tables, typed once more as they read row by row.
+
+TEST(PaperTables, HoldWhatTheirRowsSay) {
+    const uint32_t papers[] = {8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 5, 34, 43, 20, 27, 258};
+    const uint32_t fits[] = {0xFFFFFFFF, 9, 11, 13, 1, 6, 7, 5, 34, 43, 20, 27};
+    const uint32_t targets[] = {9, 9, 11, 11, 13, 13, 13, 1, 6, 7, 5, 34, 43, 20, 27, 258};
+    EXPECT_TRUE(std::equal(std::begin(papers), std::end(papers), std::begin(kPaperClasses), std::end(kPaperClasses)));
+    EXPECT_TRUE(std::equal(std::begin(fits), std::end(fits), std::begin(kFitClasses), std::end(kFitClasses)));
+    EXPECT_TRUE(std::equal(std::begin(targets), std::end(targets), std::begin(kFitTargets), std::end(kFitTargets)));
+
+    // Down the rows for one medium; those other than 1 and 10 are alike.
+    const auto column = [](const auto& table, uint32_t medium) {
+        std::string text;
+        for (const MediumColumns& row : table) {
+            text += std::to_string(row.For(medium)) + ' ';
+        }
+        return text;
+    };
+    for (const uint32_t medium : {0, 2, 3, 4, 5, 6, 7, 8, 9}) {
+        EXPECT_EQ(column(kPaperDemands, medium), "-1 -1 -1 -1 -1 -1 -1 -1 -1 -1 4 5 ");
+        EXPECT_EQ(column(kFitOffers, medium), "1 -1 1 1 1 1 1 1 1 1 1 1 2 5 6 3 ");
+    }
+    EXPECT_EQ(column(kPaperDemands, 1), "1 1 0 0 1 0 0 0 0 0 0 0 ");
+    EXPECT_EQ(column(kPaperDemands, 10), "2 0 0 0 0 0 0 0 0 2 4 5 ");
+    EXPECT_EQ(column(kFitOffers, 1), "4 4 0 0 0 0 0 4 0 0 0 0 0 5 6 3 ");
+    EXPECT_EQ(column(kFitOffers, 10), "0 0 0 0 0 0 0 0 0 0 0 0 2 5 6 3 ");
+    for (size_t paper = 0; paper < std::size(papers); ++paper) {
+        for (size_t fit = 0; fit < std::size(fits); ++fit) {
+            const bool isEnvelope = (papers[paper] == 20 || papers[paper] == 27) && (fit == 0 || fit >= 10);
+            EXPECT_EQ(kTakesEnvelopeMedia[paper][fit], isEnvelope) << paper << ' ' << fit;
+        }
+    }
+    // Column by column.
+    const std::vector<std::vector<int>> zoom = {
+        {70, 100, 100, 145, 70, 100, 144, 100, 100, 100, 100, 100, 100, 100, 100, 100},
+        {70, 100, 144, 208, 81, 116, 167, 97, 139, 112, 83, 120, 0, 0, 0, 0},
+        {48, 69, 100, 145, 56, 80, 116, 67, 97, 78, 58, 83, 0, 0, 0, 0},
+        {60, 86, 124, 179, 70, 100, 144, 84, 120, 96, 71, 103, 0, 0, 0, 0},
+        {66, 94, 135, 195, 76, 109, 157, 100, 131, 105, 78, 112, 0, 0, 0, 0},
+        {45, 65, 94, 137, 53, 75, 110, 63, 100, 74, 60, 78, 0, 0, 0, 0},
+        {61, 87, 126, 183, 71, 101, 148, 85, 125, 100, 74, 105, 0, 0, 0, 0},
+        {72, 103, 149, 217, 83, 120, 175, 100, 159, 118, 100, 124, 0, 0, 0, 0},
+        {58, 83, 120, 174, 67, 97, 140, 81, 117, 93, 69, 100, 0, 0, 0, 0},
+        {0, 45, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 0, 0, 0},
+        {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 0, 0},
+        {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 0},
+    };
+    for (size_t fit = 0; fit < zoom.size(); ++fit) {
+        for (size_t paper = 0; paper < zoom[fit].size(); ++paper) {
+            EXPECT_EQ(kZoomProposals[paper][fit], zoom[fit][paper]) << paper << ' ' << fit;
+        }
+    }
+}
+
+// What is offered as the page opens.
+TEST(PaperPage, OffersWhatThePrinterAndTheLanguageHave) {
+    const PaperChoices page = Open(NewDevMode());
+    EXPECT_EQ(ValuesOf(page.paper), (Values{8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 20, 27, 258}));
+    EXPECT_EQ(ValuesOf(page.fitPaper), (Values{kNoFitPaper, 9, 11, 13, 1, 6, 7, 34}));
+    EXPECT_EQ(ValuesOf(page.source), (Values{263, 257}));
+    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
+    EXPECT_EQ(ValuesOf(page.layout), (Values{1, 2, 4, 5, 6, 7}));
+
+    const PaperChoices japanese = Open(NewDevMode(), {true, 1, 1});
+    EXPECT_EQ(ValuesOf(japanese.paper), (Values{8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 43, 258}));
+    EXPECT_EQ(ValuesOf(japanese.fitPaper), (Values{kNoFitPaper, 9, 11, 13, 1, 6, 7, 34, 43}));
+    EXPECT_EQ(ValuesOf(japanese.source), (Values{263, 257, 258}));
+
+    const Values usualFits = {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34};
+    const struct {
+        const char* settings;
+        bool isJapanese;
+        Values fits, media, layouts;
+    } cases[] = {
+        {"dmPaperSize=20", false, {kNoFitPaper, 20}, {8, 9}, {1}},
+        {"dmPaperSize=27", false, {kNoFitPaper, 27}, {8, 9}, {1}},
+        {"dmPaperSize=258", false, {kNoFitPaper}, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1}},
+        {"dmPaperSize=13", false, usualFits, {0, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 4, 5, 6, 7}},
+        {"dmPaperSize=13 uiFitToPaper=9", false, usualFits, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 4, 5, 6, 7}},
+        {"dmPaperSize=43", true, {kNoFitPaper, 43}, {0, 2, 3, 4, 5, 6, 10, 7, 8, 9}, {1}},
+        {"dmPaperSize=43 uiFlagB=1", true, {kNoFitPaper, 43}, {0, 3, 4, 5, 6, 10, 7}, {1}},
+        {"uiFitToPaper=43 uiMediaValue=3",
+         true,
+         {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34, 43},
+         {0, 2, 3, 4, 5, 6, 10, 7, 8, 9},
+         {1}},
+    };
+    for (const auto& c : cases) {
+        const PaperChoices opened = Open(With(NewDevMode(), c.settings), {c.isJapanese, 0, 1});
+        EXPECT_EQ(ValuesOf(opened.fitPaper), c.fits) << c.settings;
+        EXPECT_EQ(ValuesOf(opened.medium), c.media) << c.settings;
+        EXPECT_EQ(ValuesOf(opened.layout), c.layouts) << c.settings;
+    }
+}
+
+TEST(PaperPage, ForcesThePaperThatAFitPaperAndAMediumNeed) {
+    const struct {
+        uint32_t paper, fit, medium;
+        uint32_t forced;
+    } cases[] = {
+        {DMPAPER_A4, DMPAPER_ENV_DL, 10, DMPAPER_ENV_DL}, {DMPAPER_A4, DMPAPER_ENV_10, 10, DMPAPER_ENV_10},
+        {DMPAPER_A4, DMPAPER_ENV_DL, 0, DMPAPER_ENV_DL},  {DMPAPER_B5, DMPAPER_ENV_DL, 1, DMPAPER_B5},
+        {DMPAPER_B5, kNoFitPaper, 10, DMPAPER_A4},        {kCustomSizePaper, kNoFitPaper, 10, kCustomSizePaper},
+        {kCustomSizePaper, kNoFitPaper, 1, DMPAPER_A4},   {kCustomSizePaper, DMPAPER_A4, 10, DMPAPER_A3},
+        {DMPAPER_B5, kNoFitPaper, 5, DMPAPER_B5},
+    };
+    for (const auto& c : cases) {
+        PaperChoices page = Open(NewDevMode());
+        page.paper.selected = c.paper;
+        page.fitPaper = {{kFitPapers, kEveryChoice}, nullptr, c.fit};
+        page.medium = {{kMedia, kEveryChoice}, nullptr, c.medium};
+        UpdatePaperDependencies(&page, kFitPaperChanged);
+        EXPECT_EQ(page.paper.selected, c.forced) << c.paper << ' ' << c.fit << ' ' << c.medium;
+    }
+}
+
+TEST(PaperPage, FollowsTheSecondTray) {
+    PaperChoices page = Open(NewDevMode(), {false, 1, 1});
+    Choose(&page, kSourceControl, kSecondTray);
+    EXPECT_EQ(ValuesOf(page.fitPaper), (Values{kNoFitPaper, 9, 13, 1, 7, 34}));
+    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5}));
+    Choose(&page, kMediumControl, 4);
+    Choose(&page, kPaperControl, DMPAPER_B5);
+    EXPECT_EQ(ValuesOf(page.fitPaper), (Values{kNoFitPaper, 9, 13, 1, 7, 34}));
+    EXPECT_EQ(page.source.selected, kSecondTray);
+    EXPECT_EQ(page.medium.selected, 4u);
+    Choose(&page, kPaperControl, DMPAPER_STATEMENT);
+    EXPECT_EQ(page.source.selected, kCassette);
+    EXPECT_EQ(ValuesOf(page.source), (Values{263, 257}));
+
+    Choose(&page, kPaperControl, DMPAPER_A4);
+    Choose(&page, kSourceControl, kSecondTray);
+    Choose(&page, kFitPaperControl, DMPAPER_B5);
+    EXPECT_EQ(page.source.selected, kSecondTray);
+    Choose(&page, kSourceControl, kUsualSource);
+    Choose(&page, kFitPaperControl, DMPAPER_A5);
+    EXPECT_EQ(ValuesOf(page.source), (Values{263, 257}));
+    EXPECT_EQ(Open(With(NewDevMode(), "dmPaperSize=258 dmDefaultSource=258"), {false, 1, 1}).source.selected,
+              kCassette);
+}
+
+TEST(PaperPage, PrintsOnBothSidesWhereThePaperTakesIt) {
+    const struct {
+        const char* settings;
+        uint32_t optionFlags;
+        bool duplex, flagB;  // enabled
+    } cases[] = {
+        {"uiDuplex=1", 1, true, true},
+        {"uiDuplex=1", 0, false, true},
+        {"", kNoUnit, false, true},
+        {"uiMediaValue=2", 1, false, false},
+        {"uiMediaValue=6", 1, false, true},
+        {"dmPaperSize=6 uiDuplex=1 uiFlagB=1 uiFlagC=1", 1, false, false},
+        {"dmPaperSize=11 uiFitToPaper=9 uiDuplex=1", 1, true, true},
+        {"dmPaperSize=11 uiFitToPaper=9 uiPageLayout=5", 1, false, false},
+        {"uiPageLayout=5", 1, false, false},
+        {"dmPaperSize=258 customWidth=15000 uiDuplex=1", 1, false, false},
+        {"dmPaperSize=258 customWidth=18000 uiDuplex=1", 1, true, true},
+        {"dmPaperSize=258 customLength=24993 uiDuplex=1", 1, false, false},
+    };
+    for (const auto& c : cases) {
+        const VelmoraDevMode devMode = With(NewDevMode(), c.settings);
+        const PaperChoices page = Open(devMode, {false, 0, c.optionFlags});
+        EXPECT_EQ(page.duplex.isEnabled, c.duplex) << c.settings;
+        EXPECT_EQ(page.duplex.isChecked, c.duplex && devMode.privatePart.uiDuplex != 0) << c.settings;
+        EXPECT_EQ(page.duplex.isShown, c.optionFlags != kNoUnit);
+        EXPECT_EQ(page.flagB.isEnabled, c.flagB) << c.settings;
+        EXPECT_FALSE(page.flagB.isChecked || page.flagC.isChecked) << c.settings;
+    }
+}
+
+TEST(PaperPage, HasOneWayOfPrintingOnBothSidesAtATime) {
+    PaperChoices page = Open(NewDevMode());
+    Click(&page, kDuplexControl);
+    EXPECT_FALSE(page.flagB.isEnabled);
+    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5}));
+    EXPECT_EQ(ValuesOf(page.layout), (Values{1, 2, 4}));
+    Click(&page, kDuplexControl);
+    Click(&page, kFlagBControl);
+    EXPECT_FALSE(page.duplex.isEnabled);
+    EXPECT_TRUE(page.flagC.isEnabled);
+    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(ValuesOf(page.paper), (Values{8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 258}));
+    Click(&page, kFlagCControl);
+    Click(&page, kFlagBControl);
+    EXPECT_TRUE(page.duplex.isEnabled);
+    EXPECT_FALSE(page.flagC.isEnabled || page.flagC.isChecked);
+    EXPECT_EQ(ValuesOf(page.paper).size(), 14u);
+}
+
+TEST(PaperPage, ProposesZoom) {
+    const struct {
+        uint32_t paper;
+        int highest;
+        int proposed;
+        bool isShown;
+    } cases[] = {
+        {DMPAPER_A3, 300, 70, false},      {DMPAPER_B4, 300, 70, false}, {DMPAPER_A6, 400, 145, false},
+        {DMPAPER_B6_JIS, 400, 144, false}, {DMPAPER_A4, 400, 100, true}, {DMPAPER_LETTER, 400, 100, true},
+    };
+    for (const auto& c : cases) {
+        PaperChoices page = Open(NewDevMode());
+        Choose(&page, kFitPaperControl, DMPAPER_A5);
+        EXPECT_EQ(page.zoomPercent.position, 69);
+        Choose(&page, kPaperControl, c.paper);
+        EXPECT_EQ(page.zoomPercent.highest, c.highest) << c.paper;
+        EXPECT_EQ(page.zoomPercent.position, c.proposed) << c.paper;
+        EXPECT_EQ(page.zoom.isShown, c.isShown) << c.paper;
+    }
+    PaperChoices page = Open(With(NewDevMode(), "uiZoomOn=1 uiZoomPercent=123"));
+    EXPECT_EQ(page.zoomPercent.position, 123) << "a stored percentage stays";
+    EXPECT_TRUE(page.isZoomPercentEnabled);
+    EXPECT_EQ(ValuesOf(page.layout), Values{1});
+    Choose(&page, kFitPaperControl, DMPAPER_A5);
+    EXPECT_EQ(page.zoomPercent.position, 69) << "one for another paper doesn't";
+    Click(&page, kZoomControl);
+    EXPECT_FALSE(page.isZoomPercentEnabled);
+}
+
+TEST(PaperPage, AppliesWhatIsChosen) {
+    const struct {
+        const char* chosen;
+        const char* applied;
+    } cases[] = {
+        {"scaleMode=2 dmMediaType=9 posterMode=4",
+         "dmPaperWidth=90 dmPaperLength=180 uiFitToPaper=65535 scaleMode=0 scaleValue=-1 scaleWidth=0 scaleLength=0 "
+         "dmDuplex=0 dmMediaType=1 uiPageOrder=1 pagesPerSheet=1 posterMode=0 dmCollate=0"},
+        {"dmPaperSize=8", "dmPaperSize=8 dmPaperWidth=80 scaleMode=33 scaleValue=9"},
+        {"uiFitToPaper=9", "uiFitToPaper=9 scaleMode=33 scaleValue=9"},
+        {"uiFitToPaper=1", "uiFitToPaper=1 scaleMode=33 scaleValue=1"},
+        {"dmPaperSize=258 customWidth=18000 customLength=25000 customUnit=0",
+         "dmPaperSize=258 dmPaperWidth=1800 dmPaperLength=2500 customUnit=0 scaleMode=0"},
+        {"dmPaperSize=258 uiZoomOn=1 uiZoomPercent=200",
+         "uiZoomOn=1 scaleMode=2 scaleValue=200 uiZoomPercent=200 scaleWidth=2100 scaleLength=2970"},
+        {"dmCopies=150 dmCollate=1", "dmCopies=150 dmCollate=1 collateCopy=1"},
+        {"dmOrientation=2 uiRotate180=1", "dmOrientation=2 rotate180=1 uiRotate180=1"},
+        {"uiDuplex=1 uiBinding=1", "uiDuplex=1 dmDuplex=2"},
+        {"uiDuplex=1 uiBinding=2", "uiDuplex=1 dmDuplex=3 uiBinding=2"},
+        {"uiDuplex=1 uiBinding=9 dmDuplex=77", "uiDuplex=1 dmDuplex=77"},
+        {"uiFlagA=1 uiFlagB=1 uiFlagC=1", "uiFlagA=1 uiFlagB=1 uiFlagC=1 uiDuplex=0"},
+        {"uiFlagC=1", "uiFlagC=0"},
+        {"uiPageLayout=4 uiPageOrder=7", "pagesPerSheet=4 posterMode=0 nupOrder=2 uiPageOrder=7"},
+        {"uiPageLayout=2 uiPageOrder=7 uiFlagE=1",
+         "pagesPerSheet=2 uiPageOrder=1 nupOrder=0 layoutMode=1 nupBorderWidth=6"},
+        {"uiPageLayout=6 uiBinding=3 uiFlagE=1 dmCollate=1",
+         "uiPageLayout=6 pagesPerSheet=1 posterMode=3 uiBinding=0 uiFlagE=0 layoutMode=0 uiPageOrder=1 dmCollate=0"},
+    };
+    for (const auto& c : cases) {
+        const VelmoraDevMode before = With(NewDevMode(), c.chosen);
+        PaperChoices page = Open(before);
+        const VelmoraDevMode devMode = Applied(&page, before);
+        const VelmoraDevMode same = With(devMode, c.applied);
+        EXPECT_EQ(std::memcmp(&devMode, &same, sizeof(same)), 0) << c.chosen;
+        EXPECT_STREQ(devMode.privatePart.uiLabel, "ABCD");
+    }
+    const struct {
+        const WCHAR* typed;
+        short copies;
+        int zoom;
+    } numbers[] = {{u"x", 1, 100}, {u"", 1, 100}, {u"0", 1, 25}, {u"999", 999, 400}};
+    for (const auto& c : numbers) {
+        PaperChoices page = Open(NewDevMode());
+        TypeNumber(&page.copies, c.typed);
+        TypeNumber(&page.zoomPercent, c.typed);
+        const VelmoraDevMode devMode = Applied(&page);
+        EXPECT_EQ(devMode.publicPart.dmCopies, c.copies);
+        EXPECT_EQ(int{devMode.privatePart.uiZoomPercent}, c.zoom);
+    }
+}
+
+TEST(PaperPage, TakesTheMediaTypeFromTheModel) {
+    MediaRecord media[4] = {};
+    for (uint32_t i = 0; i < 3; ++i) {
+        media[i].mark = 1;
+        media[i].mediaId = 1000 + i;
+    }
+    DeviceModel model = {};
+    model.mediaTable = media;
+    model.defaultMedia = 3;
+    const auto typeOf = [&](uint32_t medium) {
+        PaperChoices page = Open(NewDevMode());
+        page.medium = {{kMedia, kEveryChoice}, nullptr, medium};
+        VelmoraDevMode devMode = NewDevMode();
+        PaperApplication application = Application();
+        application.model = &model;
+        ApplyPaperChoices(&page, application, &devMode);
+        return devMode.publicPart.dmMediaType;
+    };
+    EXPECT_EQ(typeOf(1), 1000u);
+    EXPECT_EQ(typeOf(2), 1001u);
+    EXPECT_EQ(typeOf(0), 1002u) << "the model's default";
+    EXPECT_EQ(typeOf(9), 1002u);
+    model.defaultMedia = 0;
+    EXPECT_EQ(typeOf(0), static_cast<DWORD>(DMMEDIA_STANDARD));
+}
+
+TEST(PaperPage, RestoresItsDefaults) {
+    for (const bool isJapanese : {false, true}) {
+        const Setting setting = {isJapanese, 1, 1};
+        PaperChoices page = Open(NewDevMode(), setting);
+        const PaperChoices fresh = page;
+        Choose(&page, kPaperControl, kCustomSizePaper);
+        StoreCustomSize(&page, {17600, 25000, kInches});
+        Click(&page, kZoomControl);
+        Click(&page, kCollateControl);
+        page.isFlagA = true;
+        page.isLandscape = true;
+        std::strcpy(page.code, "12");
+        TypeNumber(&page.copies, TEXT("7"));
+        Do(&page, kPaperDefaultsControl, BN_CLICKED);
+        EXPECT_EQ(page.redraws & kRedrawCollate, kRedrawCollate);
+        page.redraws = fresh.redraws;
+        EXPECT_TRUE(page == fresh) << isJapanese;
+    }
+    PrivateDevMode own = {};
+    own.uiStale = 1;
+    EXPECT_EQ(TakeStaleMark(&own), static_cast<uint32_t>(kEveryChange));
+    EXPECT_EQ(TakeStaleMark(&own), 0u);
+}
+
+TEST(BorderRule, DependsOnStyleAndResolution) {
+    const struct {
+        uint16_t flagE, choice;
+        int resolution;
+        uint16_t layoutMode;
+        int16_t marginValue, width;
+    } cases[] = {
+        {1, 3, 0, 3, 59, 3}, {1, 3, 1, 3, 118, 6}, {1, 1, 0, 1, 7, 3}, {1, 1, 2, 1, 7, 6}, {0, 3, 1, 0, 7, 7},
+    };
+    for (const auto& c : cases) {
+        PrivateDevMode own = {};
+        own.marginValue = own.nupBorderWidth = 7;
+        own.uiFlagE = c.flagE;
+        own.uiChoice = c.choice;
+        ApplyBorderRule(&own, c.resolution);
+        EXPECT_EQ(own.layoutMode, c.layoutMode);
+        EXPECT_EQ(own.marginValue, c.marginValue);
+        EXPECT_EQ(own.nupBorderWidth, c.width);
+    }
+}
+
+TEST(NumberField, SettlesWhatIsTyped) {
+    const struct {
+        const WCHAR* typed;
+        const char16_t* settled;  // 5 is the spin control's position before
+        int position;
+    } cases[] = {
+        {u"1", u"1", 1},     {u"999", u"999", 999}, {u"0", u"1", 1},      {u"-4", u"1", 1},  {u"1500", u"150", 150},
+        {u"", u"5", 5},      {u"x", u"5", 5},       {u"1x", u"5", 5},     {u" 7", u" 7", 7}, {u"+", u"5", 5},
+        {u"007", u"007", 7}, {u"- 1", u"5", 5},     {u"\u0663", u"5", 5},
+    };
+    for (const auto& c : cases) {
+        PaperChoices page = Open(NewDevMode());
+        SetNumber(&page.copies, 5);
+        TypeNumber(&page.copies, c.typed);
+        SettleCopies(&page);
+        EXPECT_EQ(std::u16string(page.copies.text), c.settled);
+        EXPECT_EQ(page.copies.position, c.position);
+    }
+    PaperChoices page = Open(NewDevMode());
+    TypeNumber(&page.zoomPercent, TEXT("24"));
+    SettleZoomPercent(&page);
+    EXPECT_EQ(std::u16string(page.zoomPercent.text), u"25");
+    StepNumber(&page.zoomPercent, -1);
+    EXPECT_EQ(page.zoomPercent.position, 25);
+    StepNumber(&page.zoomPercent, 2);
+    EXPECT_EQ(std::u16string(page.zoomPercent.text), u"27");
+    int number = 0;
+    EXPECT_TRUE(ReadNumber(std::u16string(1000, u'9').c_str(), &number));
+
+    EXPECT_TRUE(IsTypeable(TEXT("0123"), TEXT('3')));
+    EXPECT_FALSE(IsTypeable(TEXT("0123"), TEXT('4')));
+    EXPECT_TRUE(IsTypeable(TEXT(""), TEXT('\b')));
+}
+
+std::u16string Formatted(int32_t length, uint16_t unit, LengthRounding rounding = LengthRounding::kNearest,
+                         const WCHAR* separator = TEXT(".")) {
+    WCHAR text[32];
+    FormatLength(length, unit, separator, rounding, text, std::size(text));
+    return text;
+}
+
+TEST(CustomSize, WritesLengths) {
+    const struct {
+        int32_t length;
+        uint16_t unit;
+        LengthRounding rounding;
+        const WCHAR* separator;
+        const char16_t* text;
+    } cases[] = {
+        {21590, kMillimetres, LengthRounding::kNearest, u",", u"215,9"},
+        {21599, kMillimetres, LengthRounding::kUp, u".", u"215.9"},
+        {21590, kInches, LengthRounding::kNearest, u".", u"8.50"},
+        {10000, kInches, LengthRounding::kDown, u".", u"3.93"},
+        {10000, kInches, LengthRounding::kUp, u"::", u"3::94"},
+        {2539, kInches, LengthRounding::kNearest, u".", u"1.00"},
+        {2539, kInches, LengthRounding::kDown, u".", u"0.99"},
+        {-50, kMillimetres, LengthRounding::kNearest, u".", u"-0.5"},
+        {-254, kInches, LengthRounding::kNearest, u".", u"-0.10"},
+        {INT32_MIN, kMillimetres, LengthRounding::kUp, u".", u"-21474836.4"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Formatted(c.length, c.unit, c.rounding, c.separator), c.text) << c.length;
+    }
+    WCHAR narrow[4];
+    FormatLength(21590, kMillimetres, TEXT("."), LengthRounding::kNearest, narrow, std::size(narrow));
+    EXPECT_EQ(std::u16string(narrow), u"215");
+
+    PageDetails details = Open(NewDevMode()).details;
+    WCHAR entry[64];
+    FormatCustomSizeEntry(details, TEXT("Custom"), TEXT("mm"), TEXT(","), entry, std::size(entry));
+    EXPECT_EQ(std::u16string(entry), u"Custom (210,0 x 297,0 mm)");
+    details.customUnit = kInches;
+    FormatCustomSizeEntry(details, TEXT("Custom"), TEXT("in"), TEXT("."), entry, std::size(entry));
+    EXPECT_EQ(std::u16string(entry), u"Custom (8.27 x 11.69 in)");
+}
+
+TEST(CustomSize, ReadsLengths) {
+    const struct {
+        const WCHAR* text;
+        int32_t inMillimetres;
+        int32_t inInches;
+        const WCHAR* separator = u".";
+    } cases[] = {
+        {u"215.9", 21590, 548386},
+        {u" \t8.5 \r\n", 850, 21590},
+        {u"8.50999", 850, 21590},
+        {u"8.27", 820, 21005},
+        {u"8", 800, 20320},
+        {u"8.", 800, 20320},
+        {u".5", 50, 1270},
+        {u"-1.5", -150, -3810},
+        {u"+1.5", 150, 3810},
+        {u"1,5", 0, 0},
+        {u"1,5", 150, 3810, u","},
+        {u"1::5", 150, 3810, u"::"},
+        {u"1:5", 0, 0, u"::"},
+        {u"1.5", 0, 0, u""},
+        {u"15", 1500, 38100, u""},
+        {u"", 0, 0},
+        {u"x", 0, 0},
+        {u"1.5mm", 0, 0},
+        {u"1.2.3", 0, 0},
+        {u"--1", 0, 0},
+        {u"1 2", 100, 2540},
+        {u"99999999999999999999", 10000000, 254000000},
+    };
+    for (const auto& c : cases) {
+        const std::u16string wide = c.text;
+        const std::string text(wide.begin(), wide.end());
+        EXPECT_EQ(ReadLength(c.text, kMillimetres, c.separator), c.inMillimetres) << text;
+        EXPECT_EQ(ReadLength(c.text, kInches, c.separator), c.inInches) << text;
+    }
+}
+
+// What is shown of a length reads as what is shown, and as the length but for what isn't shown of it.
+TEST(CustomSize, ReadsWhatItWrites) {
+    for (const uint16_t unit : {kMillimetres, kInches}) {
+        for (int32_t length = kCustomSizeLimits.minWidth; length <= kCustomSizeLimits.maxLength; ++length) {
+            const std::u16string shown = Formatted(length, unit);
+            const int32_t read = ReadLength(shown.c_str(), unit, TEXT("."));
+            ASSERT_LE(std::abs(read - length), unit == kInches ? 13 : 9) << length;
+            ASSERT_EQ(Formatted(read, unit), shown);
+        }
+    }
+}
+
+TEST(CustomSize, StaysWithinItsLimits) {
+    PaperChoices page = Open(NewDevMode());
+    page.details.customWidth = 15000;
+    page.details.customLength = 21000;
+    EXPECT_EQ(StartCustomSize(page).width, 15000);
+    EXPECT_EQ(CustomSizeTextsOf(page, kInches).width.beforeFirst, 5343);
+    StoreCustomSize(&page, {1, 99999, kMillimetres});
+    EXPECT_EQ(page.paper.selected, kCustomSizePaper);
+    EXPECT_EQ(page.details.customWidth, 10000);
+    EXPECT_EQ(page.details.customLength, 29700);
+    for (CheckBox PaperChoices::*const box : {&PaperChoices::duplex, &PaperChoices::flagB}) {
+        PaperChoices both = page;
+        (both.*box).isChecked = true;
+        EXPECT_EQ(StartCustomSize(both).width, 17600);
+        EXPECT_EQ(CustomSizeTextsOf(both, kMillimetres).length.beforeFirst, 5351);
+        StoreCustomSize(&both, {15000, 21000, kMillimetres});
+        EXPECT_EQ(both.details.customWidth, 17600);
+        EXPECT_EQ(both.details.customLength, 25000);
+    }
+    // From limit to limit in steps that show, and no further.
+    for (const uint16_t unit : {kMillimetres, kInches}) {
+        SteppedLength at = {kCustomSizeLimits.minWidth, LengthRounding::kUp};
+        for (int steps = 0; at.length < kCustomSizeLimits.maxWidth; ++steps) {
+            ASSERT_LT(steps, 1200);
+            const std::u16string shown = Formatted(at.length, unit, at.rounding);
+            const int32_t read = ReadLength(shown.c_str(), unit, TEXT("."));
+            at = StepLength(read, unit, true, kCustomSizeLimits.minWidth, kCustomSizeLimits.maxWidth);
+            ASSERT_TRUE(at.rounding == LengthRounding::kDown || Formatted(at.length, unit, at.rounding) != shown);
+        }
+        EXPECT_EQ(at.rounding, LengthRounding::kDown);
+        at = StepLength(kCustomSizeLimits.minWidth + 5, unit, false, kCustomSizeLimits.minWidth, 20000);
+        EXPECT_EQ(at.length, kCustomSizeLimits.minWidth);
+        EXPECT_EQ(at.rounding, LengthRounding::kUp);
+    }
+    EXPECT_EQ(FeedDirectionOf(21000, 21000).text, 5337);
+    EXPECT_EQ(FeedDirectionOf(21590, 21000).text, 5338);
+}
+
+TEST(LayoutDetails, StoresTheOrderOfTheLayout) {
+    const struct {
+        uint32_t layout;
+        bool isLandscape;
+        uint16_t before;
+        int shown, chosen;
+        uint16_t after, nupOrder;
+        const char16_t* icon;  // selected, of the one that was chosen; null for none
+    } cases[] = {
+        {kOnePage, false, 7, 0, 0, 0, 0, nullptr},
+        {kTwoPages, false, 4, 1, 1, 2, 1, u"ICO_SEL_PORT_BA"},
+        {kTwoPages, true, 1, 0, 1, 4, 1, u"ICO_SEL_LAND_BA"},
+        {kTwoPages, true, 2, 1, 0, 3, 0, u"ICO_SEL_LAND_AB"},
+        {kTwoPages, false, 8, 0, -1, 1, 0, nullptr},
+        {kFourPages, false, 2, 0, 1, 6, 16, u"ICO_SEL_PORT_ACBD"},
+        {kFourPages, true, 8, 3, 2, 7, 2, u"ICO_SEL_LAND_BADC"},
+        {kFourPages, false, 99, 0, 3, 8, 18, u"ICO_SEL_PORT_BDAC"},
+        {kFourPages, false, 5, 0, 4, 5, 0, nullptr},
+    };
+    for (const auto& c : cases) {
+        PaperChoices page = Open(NewDevMode());
+        page.layout.selected = c.layout;
+        page.isLandscape = c.isLandscape;
+        page.details.uiPageOrder = c.before;
+        page.details.uiFlagE = 1;
+        LayoutDetails details = StartLayoutDetails(page);
+        EXPECT_EQ(details.order, c.shown) << c.after;
+        EXPECT_EQ(details.isBorder, c.layout != kOnePage);
+        details.order = c.chosen;
+        StoreLayoutDetails(details, &page);
+        EXPECT_EQ(page.details.uiPageOrder, c.after);
+        EXPECT_EQ(page.details.nupOrder, c.nupOrder) << c.after;
+        const PageOrders orders = PageOrdersOf(c.layout, c.isLandscape);
+        EXPECT_EQ(orders.count, c.layout == kOnePage ? 0u : c.layout);
+        if (c.icon) {
+            EXPECT_EQ(std::u16string(orders.icons[c.chosen].selected), c.icon);
+        }
+    }
+}
+
+TEST(LayoutDetails, SettlesShiftsAndRestoresDefaults) {
+    const struct {
+        const WCHAR* typed;
+        const char16_t* settled;
+        int16_t stored;
+    } cases[] = {
+        {u"+5", u"5", 5},      {u" 7", u"7", 7}, {u"+ 9", u"9", 9}, {u"61", u"60", 60},
+        {u"-99", u"-60", -60}, {u"", u"3", 0},   {u"-", u"3", 0},   {u"-60", u"-60", -60},
+    };
+    for (const auto& c : cases) {
+        PaperChoices page = Open(NewDevMode());
+        page.details.uiShiftX = 3;
+        page.details.uiBinding = 9;
+        LayoutDetails details = StartLayoutDetails(page);
+        EXPECT_EQ(details.binding, 0);
+        TypeNumber(&details.shiftX, c.typed);
+        StoreLayoutDetails(details, &page);
+        EXPECT_EQ(page.details.uiShiftX, c.stored) << c.stored;
+        SettleShift(&details.shiftX);
+        EXPECT_EQ(std::u16string(details.shiftX.text), c.settled);
+    }
+    for (const uint32_t optionFlags : {1u, kNoUnit}) {
+        PaperChoices page = Open(NewDevMode(), {false, 0, optionFlags});
+        page.layout.selected = kTwoPages;
+        page.details.uiShiftX = page.details.uiShiftY = 9;
+        page.details.uiBinding = 2;
+        page.details.uiFlagE = 1;
+        page.details.uiChoice = kBorderWithMargin;
+        LayoutDetails details = StartLayoutDetails(page);
+        EXPECT_FALSE(details.isShiftYEnabled);
+        RestoreLayoutDetails(&details);
+        StoreLayoutDetails(details, &page);
+        EXPECT_EQ(page.details.uiShiftX, 0);
+        EXPECT_EQ(page.details.uiShiftY, optionFlags == kNoUnit ? 9 : 0);
+        EXPECT_EQ(page.details.uiBinding, 0);
+        EXPECT_EQ(page.details.uiFlagE, 0);
+        EXPECT_EQ(page.details.uiChoice, kPlainBorder);
+    }
+}
+
+TEST(PaperSummary, HasTheSettingsInTheirOrder) {
+    const struct {
+        OtherSettings other;
+        const char* rows;  // label=string or "text"
+    } cases[] = {
+        {{1, false, u"", 1, 0, 1, 1, nullptr},
+         "5073=2014 5074=5105 5075=5086 5080=5094 5081=5097 5082=3056 5083=5101 5084=5093 "},
+        {{5, false, u"mine", 4, 2, 4, 3, u"draft"},
+         "5073=2014 5074=5105 5075=\"mine\" 5076=6157 5080=5096 5081=5100 5082=3056 5083=5103 5084=\"draft\" "},
+        {{5, false, u"", 3, 1, 2, 2, nullptr},
+         "5073=2014 5074=5105 5075=3160 5076=6154 5080=5095 5081=5098 5082=3056 5083=5102 5084=5093 "},
+        {{7, true, u"mine", 1, 9, 9, 9, nullptr},
+         "5073=2014 5074=5105 5075=5091 5080=\"\" 5081=\"\" 5082=3056 5083=\"\" 5084=5093 "},
+    };
+    const PaperChoices page = Open(NewDevMode());
+    for (const auto& c : cases) {
+        SummaryRow rows[kMostSummaryRows];
+        const size_t count = MakeSummary(page, c.other, rows);
+        std::string text;
+        for (size_t i = 0; i < count; ++i) {
+            const std::u16string value = rows[i].text;
+            text +=
+                std::to_string(rows[i].label) + '=' +
+                (rows[i].value ? std::to_string(rows[i].value) : '"' + std::string(value.begin(), value.end()) + '"') +
+                ' ';
+        }
+        EXPECT_EQ(text, c.rows);
+    }
+    static_assert(kFirstSummaryControl + 3 * kMostSummaryRows - 1 <= kLastSummaryControl);
+}
+
+// Every state of the page that events lead to from many device modes.
+class PaperWalk : public testing::TestWithParam<std::tuple<bool, uint32_t, uint32_t>> {
+  protected:
+    // Visited states are compared by this: all but numbers and texts, which limit nothing, and what is to be painted.
+    static uint64_t KeyOf(const PaperChoices& page) {
+        uint64_t key = 14695981039346656037u;
+        const auto add = [&](uint64_t value) { key = (key ^ value) * 1099511628211u; };
+        for (const ChoiceList* const list : {&page.paper, &page.fitPaper, &page.source, &page.medium, &page.layout}) {
+            add(reinterpret_cast<uintptr_t>(list->source.choices));
+            add(list->source.filter);
+            add(list->selected);
+            add(list->lastChoice != nullptr);
+        }
+        for (const CheckBox* const box : {&page.collate, &page.zoom, &page.duplex, &page.flagB, &page.flagC}) {
+            add(static_cast<uint64_t>(box->isChecked * 4 + box->isEnabled * 2 + box->isShown));
+        }
+        add(static_cast<uint64_t>(page.details.customWidth));
+        return key;
+    }
+
+    static Values ChosenIn(const PaperChoices& page) {
+        return {page.paper.selected,  page.fitPaper.selected, page.source.selected,  page.medium.selected,
+                page.layout.selected, page.zoom.isChecked,    page.duplex.isChecked, page.flagB.isChecked,
+                page.flagC.isChecked, page.collate.isChecked};
+    }
+
+    static void Check(const PaperChoices& page) {
+        for (const ChoiceList* const list : {&page.paper, &page.fitPaper, &page.source, &page.medium, &page.layout}) {
+            ASSERT_NE(FindChoice(*list, list->selected), nullptr) << list->selected;
+        }
+        const bool isPoster = IsPoster(page.layout.selected);
+        for (const CheckBox* const box : {&page.collate, &page.rotate180}) {
+            ASSERT_EQ(box->isEnabled, !isPoster);
+            ASSERT_FALSE(isPoster && box->isChecked);
+        }
+        ASSERT_EQ(page.isDetailsEnabled, !isPoster);
+        ASSERT_EQ(page.zoom.isShown, page.zoom.isEnabled);
+        ASSERT_FALSE(page.zoom.isShown && page.layout.selected != kOnePage);
+        ASSERT_FALSE(page.zoom.isChecked && !page.zoom.isShown);
+        ASSERT_EQ(page.isZoomPercentEnabled, page.zoom.isChecked);
+        ASSERT_TRUE(page.zoomPercent.position >= 25 && page.zoomPercent.position <= page.zoomPercent.highest);
+        ASSERT_FALSE(page.flagC.isEnabled && !page.flagB.isChecked);
+        ASSERT_FALSE(page.duplex.isEnabled && page.duplexUnit != DuplexUnit::kInstalled);
+        ASSERT_FALSE(page.source.selected == kSecondTray && !page.hasSecondTray);
+        const bool isOnBothSides = page.duplex.isChecked || page.flagB.isChecked;
+        ASSERT_FALSE(isOnBothSides && isPoster);
+        const uint32_t medium = page.medium.selected;
+        ASSERT_FALSE(isOnBothSides && (medium == 1 || medium == 2 || medium == 8 || medium == 9)) << medium;
+    }
+
+    void Visit(const PaperChoices& page) {
+        if (seen_.insert(KeyOf(page)).second) {
+            Check(page);
+            queue_.push_back(page);
+        }
+    }
+
+    // The states that one event makes of a state.
+    void Follow(const PaperChoices& page) {
+        const auto after = [this](PaperChoices next, int control, int notification) {
+            next.redraws = 0;
+            Do(&next, control, notification);
+            Visit(next);
+            const Values chosen = ChosenIn(next);
+            UpdatePaperDependencies(&next, FindPaperCommand(control, notification)->changes);
+            ASSERT_EQ(ChosenIn(next), chosen) << "the same once more changes nothing: " << control;
+        };
+        const struct {
+            ChoiceList PaperChoices::*list;
+            int control;
+        } lists[] = {
+            {&PaperChoices::paper, kPaperControl},   {&PaperChoices::fitPaper, kFitPaperControl},
+            {&PaperChoices::source, kSourceControl}, {&PaperChoices::medium, kMediumControl},
+            {&PaperChoices::layout, kLayoutControl},
+        };
+        for (const auto& list : lists) {
+            FindEntry(page.*list.list, [&](const ChoiceEntry& entry) {
+                if (entry.value != (page.*list.list).selected) {
+                    PaperChoices next = page;
+                    (next.*list.list).selected = entry.value;
+                    after(next, list.control, CBN_SELCHANGE);
+                }
+                return false;
+            });
+        }
+        const struct {
+            CheckBox PaperChoices::*box;
+            int control;
+        } boxes[] = {
+            {&PaperChoices::zoom, kZoomControl},
+            {&PaperChoices::duplex, kDuplexControl},
+            {&PaperChoices::flagB, kFlagBControl},
+            {&PaperChoices::flagC, kFlagCControl},
+        };
+        for (const auto& box : boxes) {
+            if ((page.*box.box).isEnabled) {
+                PaperChoices next = page;
+                (next.*box.box).isChecked = !(page.*box.box).isChecked;
+                after(next, box.control, BN_CLICKED);
+            }
+        }
+        if (page.paper.selected == kCustomSizePaper) {
+            PaperChoices next = page;
+            StoreCustomSize(&next, {page.details.customWidth == 15000 ? 18000 : 15000, 29700, kMillimetres});
+            after(next, kPaperControl, CBN_SELCHANGE);
+        }
+        after(page, kPaperDefaultsControl, BN_CLICKED);
+    }
+
+    std::unordered_set<uint64_t> seen_;
+    std::deque<PaperChoices> queue_;
+};
+
+TEST_P(PaperWalk, KeepsTheChoicesConsistent) {
+    const auto [isJapanese, secondTray, optionFlags] = GetParam();
+    const VelmoraDevMode newDevMode = NewDevMode();
+    for (const uint32_t paper : {8u, 9u, 11u, 13u, 20u, 43u, 258u, 5u, 448u}) {
+        for (const uint16_t medium : {0, 1, 6, 10, 99}) {
+            for (const uint16_t fit : {int{kNoFit}, DMPAPER_A4, DMPAPER_JAPANESE_POSTCARD}) {
+                for (int flags = 0; flags < 16; ++flags) {
+                    VelmoraDevMode devMode = newDevMode;
+                    devMode.publicPart.dmPaperSize = static_cast<short>(paper);
+                    devMode.publicPart.dmDefaultSource = static_cast<short>(flags & 8 ? kSecondTray : kUsualSource);
+                    devMode.privatePart.uiMediaValue = medium;
+                    devMode.privatePart.uiFitToPaper = fit;
+                    devMode.privatePart.uiDuplex = (flags & 1) != 0;
+                    devMode.privatePart.uiFlagB = (flags & 2) != 0;
+                    devMode.privatePart.uiZoomOn = (flags & 4) != 0;
+                    devMode.privatePart.uiPageLayout = (flags & 4) != 0 ? kOnePage : kPoster2x2;
+                    Visit(Open(devMode, {isJapanese, secondTray, optionFlags}));
+                    if (HasFatalFailure()) {
+                        return;
+                    }
+                }
+            }
+        }
+    }
+    // Too many to go on from all of them each time: there are two million.
+    constexpr size_t kStride = 7;
+    constexpr size_t kMostSteps = 300;
+    for (size_t i = 0; !queue_.empty() && i < kStride * kMostSteps; ++i) {
+        PaperChoices page = queue_.front();
+        queue_.pop_front();
+        if (i % kStride != 0) {
+            continue;
+        }
+        Follow(page);
+        const VelmoraDevMode once = Applied(&page, newDevMode);
+        PaperChoices applied = page;
+        const VelmoraDevMode twice = Applied(&applied, once);
+        ASSERT_TRUE(applied == page);
+        ASSERT_EQ(std::memcmp(&once, &twice, sizeof(once)), 0);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Printers, PaperWalk,
+                         testing::Combine(testing::Bool(), testing::Values(0u, 1u), testing::Values(0u, 1u, kNoUnit)));
+
+}  // namespace
+}  // namespace velmora
