@@ -43,8 +43,7 @@ LONG_PTR CALLBACK SheetHost::Callback(HANDLE host, UINT function, LPARAM first, 
     const auto& page = *reinterpret_cast<const PROPSHEETPAGEW*>(first);
     self->pages.push_back(page);
     self->titles.emplace_back(page.pszTitle);
-    const HPROPSHEETPAGE handle =
-        self->pages.size() == self->refusedPage ? nullptr : CreatePropertySheetPageW(&page);
+    const HPROPSHEETPAGE handle = self->pages.size() == self->refusedPage ? nullptr : CreatePropertySheetPageW(&page);
     if (handle) {
         self->handles_.push_back(handle);
     }

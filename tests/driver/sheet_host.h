@@ -26,6 +26,9 @@ class SheetHost {
     // steps left is cancelled.
     void Then(std::function<void(HWND sheet)> step) { steps_.push_back(std::move(step)); }
 
+    // What a failed sheet didn't come to.
+    void ForgetSteps() { steps_.clear(); }
+
     // Opens the device sheet, or the document sheet over `input` (null: none), and returns when it is closed and
     // destroyed: what INIT returned. The sheet isn't shown where INIT fails.
     LONG RunDeviceSheet();

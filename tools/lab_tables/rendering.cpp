@@ -69,7 +69,7 @@ double Grey(const Measured& measured, double lightness) {
 double Vividness(double lightness) {
     constexpr double kAtBlack = 0.55;
     const double dark = std::max(0.0, 1 - lightness / kMiddle);
-    return 1 - (1 - kAtBlack) * dark * dark;
+    return 1 - (1 - kAtBlack) * dark * dark * (3 - 2 * dark);
 }
 
 double RenderWithoutCorners(const Measured& measured, double lightness, double a, double b) {
@@ -92,10 +92,10 @@ double CornerPart(const Measured& measured, const std::optional<double>& wanted,
 
 uint8_t RenderLab(size_t baseColor, size_t channel, int lightness, int a, int b) {
     const Measured& measured = kMeasured[baseColor - 1][channel];
-    const double lightPart = lightness / 100.0;
+    const double light = lightness / 100.0;
     const double value = RenderWithoutCorners(measured, lightness, a, b) +
-                         CornerPart(measured, measured.warm, kWarmCorner, lightPart, a, b) +
-                         CornerPart(measured, measured.cool, kCoolCorner, 1 - lightPart, a, b);
+                         CornerPart(measured, measured.warm, kWarmCorner, light, a, b) +
+                         CornerPart(measured, measured.cool, kCoolCorner, 1 - light * light, a, b);
     return static_cast<uint8_t>(std::lround(std::clamp(value, 0.0, 255.0)));
 }
 
