@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "driver/devmode/convert_devmode.h"
+#include "driver/devmode/default_devmode.h"
 #include "driver/devmode/device_capabilities.h"
 #include "driver/devmode/document_properties.h"
 #include "driver/devmode/private_devmode.h"
@@ -15,6 +16,8 @@
 #include "driver/job/job_hooks.h"
 #include "driver/ptprovider/class_factory.h"
 #include "driver/settings/printer_data_file.h"
+#include "driver/ui/sheet_context.h"
+#include "driver/ui/sheet_pages.h"
 
 namespace velmora {
 namespace {
@@ -34,14 +37,22 @@ LONG AnswerSize(DOCUMENTPROPERTYHEADER* header) {
     return kDevModeSize;
 }
 
-// INIT of the document sheets: the output receives the device mode that they start from. Without pages to show the host
-// gets failure.
-LONG PrepareDocumentSheets(const DOCUMENTPROPERTYHEADER& header) {
-    VelmoraDevMode source;
-    if (ChooseSourceDevMode(header.hPrinter, header.pdmIn, INVALID_HANDLE_VALUE, nullptr, &source)) {
-        memcpy(header.pdmOut, &source, sizeof(source));
+// INIT of a sheet: its context, over `devMode` or the printer's own device mode, and its pages. Without memory there is
+// neither, and the host gets failure.
+LONG OpenSheets(PROPSHEETUI_INFO* info, HANDLE printer, const WCHAR* printerName, VelmoraDevMode* devMode) {
+    SheetContext* const context = CreateSheetContext(printer, printerName, devMode);
+    info->UserData = 0;
+    info->Result = 0;
+    return context ? AddSheetPages(context, info) : 0;
+}
+
+// DESTROY of a sheet. A sheet whose INIT failed has no context.
+void CloseSheets(PROPSHEETUI_INFO* info, const WCHAR* printerName) {
+    if (printerName) {
+        SyncPrinterDataFileCopies(printerName);
     }
-    return 0;
+    DestroySheetContext(reinterpret_cast<SheetContext*>(info->UserData));
+    info->UserData = 0;
 }
 
 // Device modes that cross an export have all of their 4088 bytes.
@@ -49,12 +60,22 @@ VelmoraDevMode* WholeDevMode(DEVMODEW* devMode) {
     return reinterpret_cast<VelmoraDevMode*>(devMode);
 }
 
+// INIT of the document sheets: the output receives the device mode that they start from and edit.
+LONG PrepareDocumentSheets(PROPSHEETUI_INFO* info, const DOCUMENTPROPERTYHEADER& header) {
+    VelmoraDevMode source = {};
+    if (!ChooseSourceDevMode(header.hPrinter, header.pdmIn, INVALID_HANDLE_VALUE, nullptr, &source)) {
+        BuildDefaultDevMode(header.hPrinter, header.pszPrinterName ? header.pszPrinterName : TEXT(""), &source);
+    }
+    memcpy(header.pdmOut, &source, sizeof(source));
+    return OpenSheets(info, header.hPrinter, header.pszPrinterName, WholeDevMode(header.pdmOut));
+}
+
 LONG RunDocumentSheets(PROPSHEETUI_INFO* info, const DOCUMENTPROPERTYHEADER& header) {
     LONG result = 1;
     if (info->Reason == PROPSHEETUI_REASON_INIT) {
-        result = PrepareDocumentSheets(header);
-    } else if (info->Reason == PROPSHEETUI_REASON_DESTROY && header.pszPrinterName) {
-        SyncPrinterDataFileCopies(header.pszPrinterName);
+        result = PrepareDocumentSheets(info, header);
+    } else if (info->Reason == PROPSHEETUI_REASON_DESTROY) {
+        CloseSheets(info, header.pszPrinterName);
     }
     info->Result = static_cast<ULONG_PTR>(result);
     return result;
@@ -128,12 +149,15 @@ LONG WINAPI DrvDocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam
 }
 
 LONG WINAPI DrvDevicePropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM) {
-    if (!pPSUIInfo || pPSUIInfo->Reason == PROPSHEETUI_REASON_INIT) {
-        return 0;
+    const auto* header = pPSUIInfo ? reinterpret_cast<const DEVICEPROPERTYHEADER*>(pPSUIInfo->lParamInit) : nullptr;
+    if (!header) {
+        return pPSUIInfo && pPSUIInfo->Reason != PROPSHEETUI_REASON_INIT ? 1 : 0;
     }
-    const auto* header = reinterpret_cast<const DEVICEPROPERTYHEADER*>(pPSUIInfo->lParamInit);
-    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_DESTROY && header && header->pszPrinterName) {
-        SyncPrinterDataFileCopies(header->pszPrinterName);
+    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_INIT) {
+        return OpenSheets(pPSUIInfo, header->hPrinter, header->pszPrinterName, nullptr);
+    }
+    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_DESTROY) {
+        CloseSheets(pPSUIInfo, header->pszPrinterName);
     }
     return 1;
 }

@@ -9,6 +9,7 @@
 #include "driver/entry/stored_devmode.h"
 #include "driver/job/job_description.h"
 #include "driver/job/pjl_block.h"
+#include "driver/ui/notice.h"
 
 namespace velmora {
 namespace {
@@ -81,12 +82,13 @@ int StartJob(VelmoraDevMode* devMode, char* buffer, DWORD* size, JobHookRecord* 
     record->result = 0;
     // Whatever the record held before: the later hooks go by what this one says.
     record->jobState = nullptr;
-    if (record->promptFlag != 0) {
-        *size = 0;
-        return kJobPrompted;
-    }
     const WCHAR* const name = PrinterNameOf(*record);
     const OwnedPrinter opened = OpenPrinterLocal(name);
+    if (record->promptFlag != 0) {
+        *size = 0;
+        ShowJobPrompt(opened.Get());
+        return kJobPrompted;
+    }
     OwnedFile file = OpenDescriptionFile(opened.Get());
     HeapOwner<DeviceModel> model = LoadDeviceModel(file.Get());
     HeapOwner<JobState> state = model ? HeapOwner<JobState>::Allocate() : HeapOwner<JobState>();

@@ -170,8 +170,10 @@ DWORD WINAPI GetTickCount();
 
 extern "C" {
 HMODULE WINAPI LoadLibraryW(LPCWSTR name);
+HMODULE WINAPI LoadLibraryA(LPCSTR name);
 HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
+// `name`: a name, or an ordinal in its low word. A library of this host exports ordinal N as the symbol "OrdinalN".
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/kernel/code_pages.h"
 #include "platform/kernel/drive.h"
 #include "platform/kernel/faults.h"
 #include "platform/kernel/files.h"
@@ -240,6 +241,10 @@ HMODULE WINAPI LoadLibraryW(LPCWSTR name) {
     return FaultAsked("LoadLibraryW") ? nullptr : host::Load(name, 0);
 }
 
+HMODULE WINAPI LoadLibraryA(LPCSTR name) {
+    return FaultAsked("LoadLibraryA") ? nullptr : host::Load(name ? host::FromAnsi(name).c_str() : nullptr, 0);
+}
+
 HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE, DWORD flags) {
     return FaultAsked("LoadLibraryExW") ? nullptr : host::Load(name, flags);
 }
@@ -269,9 +274,11 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
     if (found == nullptr) {
         return nullptr;
     }
-    // No exports by number; names that begin with an underscore are the compiler's.
-    void* symbol = found->library != nullptr && !IS_INTRESOURCE(name) && *name != '_'
-                       ? host::FindOwnSymbol(found->library, name)
+    const std::string symbolName =
+        IS_INTRESOURCE(name) ? "Ordinal" + std::to_string(reinterpret_cast<uintptr_t>(name)) : name;
+    // Names that begin with an underscore are the compiler's.
+    void* symbol = found->library != nullptr && symbolName.front() != '_'
+                       ? host::FindOwnSymbol(found->library, symbolName.c_str())
                        : nullptr;
     if (symbol == nullptr) {
         SetLastError(ERROR_PROC_NOT_FOUND);

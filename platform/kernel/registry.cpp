@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -12,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/kernel/code_pages.h"
 #include "platform/kernel/faults.h"
 #include "platform/kernel/objects.h"
 #include "platform/kernel/store.h"
@@ -157,6 +159,73 @@ HKEY GiveKey(const KeyAccess& parent, std::shared_ptr<RegistryNode> node, std::u
         AddObject(std::make_unique<OpenKey>(std::move(node), std::move(full), SpecificRights(access))));
 }
 
+// The body of RegOpenKeyEx.
+LSTATUS OpenSubKey(HKEY key, std::u16string_view path, REGSAM access, PHKEY opened) {
+    const MachineLock lock;
+    if (opened == nullptr) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    const KeyAccess parent = ResolveKey(key);
+    if (parent.node == nullptr) {
+        return ERROR_INVALID_HANDLE;
+    }
+    if (const LSTATUS error = CheckPath(path); error != ERROR_SUCCESS) {
+        return error;
+    }
+    auto node = FindKey(parent.node, path);
+    if (node == nullptr) {
+        return ERROR_FILE_NOT_FOUND;
+    }
+    *opened = GiveKey(parent, std::move(node), path, access);
+    return ERROR_SUCCESS;
+}
+
+// A text's bytes in the ANSI code page.
+std::vector<BYTE> AnsiBytes(const std::vector<BYTE>& wide) {
+    std::u16string text(wide.size() / sizeof(char16_t), u'\0');
+    memcpy(text.data(), wide.data(), text.size() * sizeof(char16_t));
+    const std::string ansi = ToAnsi(text);
+    return {ansi.begin(), ansi.end()};
+}
+
+// The body of RegQueryValueEx. `ansi`: texts are wanted in the ANSI code page.
+LSTATUS QueryValue(HKEY key, std::u16string_view name, bool ansi, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                   LPDWORD bytes) {
+    const MachineLock lock;
+    if ((data != nullptr && bytes == nullptr) || reserved != nullptr) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    const KeyAccess source = ResolveKey(key);
+    if (source.node == nullptr) {
+        return ERROR_INVALID_HANDLE;
+    }
+    if ((source.access & KEY_QUERY_VALUE) == 0) {
+        return ERROR_ACCESS_DENIED;
+    }
+    const auto found = source.node->values.find(FoldCase(name));
+    if (found == source.node->values.end()) {
+        return ERROR_FILE_NOT_FOUND;
+    }
+    const RegistryValue& value = found->second;
+    const bool isText = value.type == REG_SZ || value.type == REG_EXPAND_SZ || value.type == REG_MULTI_SZ;
+    const std::vector<BYTE> answer = ansi && isText ? AnsiBytes(value.data) : value.data;
+    if (type != nullptr) {
+        *type = value.type;
+    }
+    LSTATUS result = ERROR_SUCCESS;
+    if (data != nullptr) {
+        if (*bytes < answer.size()) {
+            result = ERROR_MORE_DATA;
+        } else {
+            std::copy(answer.begin(), answer.end(), data);
+        }
+    }
+    if (bytes != nullptr) {
+        *bytes = static_cast<DWORD>(answer.size());
+    }
+    return result;
+}
+
 nlohmann::json SaveNode(const RegistryNode& node) {
     nlohmann::json keys = nlohmann::json::object();
     for (const auto& [folded, child] : node.keys) {
@@ -232,27 +301,13 @@ LSTATUS StoreError() {
 extern "C" {
 
 LSTATUS WINAPI RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY opened) {
-    if (FaultAsked("RegOpenKeyExW")) {
-        return AskedError();
-    }
-    MachineLock lock;
-    if (opened == nullptr) {
-        return ERROR_INVALID_PARAMETER;
-    }
-    const KeyAccess parent = host::ResolveKey(key);
-    if (parent.node == nullptr) {
-        return ERROR_INVALID_HANDLE;
-    }
-    const std::u16string_view path = host::TextOf(subKey);
-    if (const LSTATUS error = host::CheckPath(path); error != ERROR_SUCCESS) {
-        return error;
-    }
-    auto node = host::FindKey(parent.node, path);
-    if (node == nullptr) {
-        return ERROR_FILE_NOT_FOUND;
-    }
-    *opened = host::GiveKey(parent, std::move(node), path, access);
-    return ERROR_SUCCESS;
+    return FaultAsked("RegOpenKeyExW") ? AskedError() : host::OpenSubKey(key, host::TextOf(subKey), access, opened);
+}
+
+LSTATUS WINAPI RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD, REGSAM access, PHKEY opened) {
+    return FaultAsked("RegOpenKeyExA")
+               ? AskedError()
+               : host::OpenSubKey(key, host::FromAnsi(subKey != nullptr ? subKey : ""), access, opened);
 }
 
 LSTATUS WINAPI RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD options, REGSAM access,
@@ -314,40 +369,15 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const B
 }
 
 LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD bytes) {
-    if (FaultAsked("RegQueryValueExW")) {
-        return AskedError();
-    }
-    MachineLock lock;
-    if ((data != nullptr && bytes == nullptr) || reserved != nullptr) {
-        return ERROR_INVALID_PARAMETER;
-    }
-    const KeyAccess source = host::ResolveKey(key);
-    if (source.node == nullptr) {
-        return ERROR_INVALID_HANDLE;
-    }
-    if ((source.access & KEY_QUERY_VALUE) == 0) {
-        return ERROR_ACCESS_DENIED;
-    }
-    const auto found = source.node->values.find(host::FoldCase(host::TextOf(name)));
-    if (found == source.node->values.end()) {
-        return ERROR_FILE_NOT_FOUND;
-    }
-    const host::RegistryValue& value = found->second;
-    if (type != nullptr) {
-        *type = value.type;
-    }
-    LSTATUS result = ERROR_SUCCESS;
-    if (data != nullptr) {
-        if (*bytes < value.data.size()) {
-            result = ERROR_MORE_DATA;
-        } else {
-            std::copy(value.data.begin(), value.data.end(), data);
-        }
-    }
-    if (bytes != nullptr) {
-        *bytes = static_cast<DWORD>(value.data.size());
-    }
-    return result;
+    return FaultAsked("RegQueryValueExW")
+               ? AskedError()
+               : host::QueryValue(key, host::TextOf(name), false, reserved, type, data, bytes);
+}
+
+LSTATUS WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD bytes) {
+    return FaultAsked("RegQueryValueExA")
+               ? AskedError()
+               : host::QueryValue(key, host::FromAnsi(name != nullptr ? name : ""), true, reserved, type, data, bytes);
 }
 
 LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR name) {

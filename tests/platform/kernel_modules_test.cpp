@@ -56,7 +56,14 @@ TEST_F(ModulesTest, WhatIsNoModuleDoesNotLoad) {
     const HMODULE data = LoadLibraryExW(u"probe.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE);
     EXPECT_NE(data, module);
     EXPECT_EQ(GetProcAddress(data, "ProbeAnswer"), nullptr);
-    EXPECT_TRUE(FreeLibrary(data) && FreeLibrary(module));
+    EXPECT_TRUE(FreeLibrary(data));
+    // By the ANSI name, and its exports by number.
+    EXPECT_EQ(LoadLibraryA("Probe.dll"), module);
+    const auto numbered = reinterpret_cast<INT_PTR (*)()>(GetProcAddress(module, reinterpret_cast<LPCSTR>(15)));
+    ASSERT_NE(numbered, nullptr);
+    EXPECT_EQ(numbered(), 15);
+    EXPECT_EQ(FailureOf([&] { return GetProcAddress(module, reinterpret_cast<LPCSTR>(16)); }), ERROR_PROC_NOT_FOUND);
+    EXPECT_TRUE(FreeLibrary(module) && FreeLibrary(module));
 }
 
 TEST_F(ModulesTest, TheSystemsModulesHaveThePublishedCalls) {

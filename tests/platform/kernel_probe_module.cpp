@@ -22,4 +22,8 @@ INT_PTR ProbeAnswer() {
     return attached ? 42 : 0;
 }
 
+INT_PTR Ordinal15() {
+    return 15;
+}
+
 }  // extern "C"

@@ -84,6 +84,28 @@ TEST_F(RegistryTest, ValuesFollowTheSizeProtocol) {
     EXPECT_EQ(Query(key, u""), ERROR_INVALID_HANDLE);
 }
 
+TEST_F(RegistryTest, AnsiCallsTellTextsInTheCodePage) {
+    const HKEY made = Create(HKEY_CLASSES_ROOT, u"Kl\u00E4sse");
+    Set(made, u"", std::u16string_view(u"\u00FCx\0", 3));
+    RegSetValueExW(made, u"n", 0, REG_BINARY, reinterpret_cast<const BYTE*>("\xFC\0\1"), 3);
+    HKEY key = nullptr;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_CLASSES_ROOT, "KL\xC4SSE", 0, KEY_READ, &key), ERROR_SUCCESS);
+    char data[4] = {};
+    const auto query = [&](const char* name, DWORD size, DWORD* needed) {
+        *needed = size;
+        return RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(data), needed);
+    };
+    DWORD needed = 0;
+    EXPECT_EQ(query(nullptr, 2, &needed), ERROR_MORE_DATA);
+    EXPECT_EQ(needed, 3u);
+    EXPECT_EQ(query(nullptr, 3, &needed), ERROR_SUCCESS);
+    EXPECT_STREQ(data, "\xFCx");
+    EXPECT_EQ(query("n", 4, &needed), ERROR_SUCCESS);
+    EXPECT_EQ(std::string(data, needed), std::string("\xFC\0\1", 3));
+    RegCloseKey(key);
+    RegCloseKey(made);
+}
+
 TEST_F(RegistryTest, KeysGiveOnlyTheRightsThatWereAskedFor) {
     const HKEY writer = Create(HKEY_LOCAL_MACHINE, u"Software\\R", KEY_SET_VALUE);
     const HKEY reader = Create(HKEY_LOCAL_MACHINE, u"Software\\R", KEY_READ);

@@ -1,0 +1,50 @@
+// Controls of dialogs: lists of choices, texts of the language module, places.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+namespace velmora {
+
+// An entry of a static list of choices. A list ends with an entry whose stringId is 0.
+struct ChoiceEntry {
+    uint32_t requirement;  // bits, one of which must be in the filter; kAlwaysOffered: none needed
+    uint16_t stringId;     // of the language module
+    uint32_t value;        // the item's data
+};
+inline constexpr uint32_t kAlwaysOffered = 0xFFFFFFFF;  // a requirement
+inline constexpr uint32_t kEveryChoice = 0xFFFFFFFF;    // a filter
+
+// Gives a combo box the entries of a list that the filter lets through, in place of what it has. Texts have at most 127
+// characters.
+void FillChoiceCombo(HWND dialog, int control, const ChoiceEntry* choices, uint32_t filter);
+
+// Selects the first item of a combo box or list box with this data and returns its index. None has it: selects the
+// first item and returns -1.
+int SelectComboByData(HWND dialog, int control, uint32_t value);
+int SelectListByData(HWND dialog, int control, uint32_t value);
+
+// The data of a combo box's selection; -1 as a number, 0xFFFFFFFF, where nothing is selected.
+uint32_t GetComboData(HWND dialog, int control);
+
+// Gives a control the text of a string of the language module. Does nothing where the dialog has no such control.
+void SetControlText(HWND dialog, int control, UINT stringId);
+
+// A control that shows nothing can't be reached either, and the reverse.
+void ShowControl(HWND dialog, int control, bool isShown);
+
+// A control's place in its dialog's client area; empty where the dialog has none.
+RECT ControlRect(HWND dialog, int control);
+
+// Repaints a control's place in its dialog, background included.
+void InvalidateControl(HWND dialog, int control);
+
+inline constexpr int kCentred = -1;          // PlaceDialog's x
+inline constexpr int kCentredDown = 0xFFFF;  // PlaceDialog's y
+
+// Places a dialog against its parent's, or owner's, normal rectangle: x and y pixels right of and below its upper left
+// corner, or in its middle. The size stays. Does nothing without a parent.
+void PlaceDialog(HWND dialog, int x, int y);
+
+}  // namespace velmora
