@@ -11,16 +11,19 @@ else()
     -I ${PROJECT_SOURCE_DIR}/platform/include)
 endif()
 
-# add_resource_module(TARGET FILE.DLL SOURCE.rc): the module is made as RESOURCE_MODULE_FILE, a property of the target.
+# add_resource_module(TARGET FILE.DLL SOURCE.rc [INCLUDED...]): the module is made as RESOURCE_MODULE_FILE, a property of the
+# target. INCLUDED are the files that the script includes, from its folder.
 function(add_resource_module target file source)
   get_filename_component(source "${source}" ABSOLUTE)
   get_filename_component(folder "${source}" DIRECTORY)
+  set(included ${ARGN})
+  list(TRANSFORM included PREPEND "${folder}/")
   set(res "${CMAKE_CURRENT_BINARY_DIR}/${target}.res")
   set(module "${CMAKE_CURRENT_BINARY_DIR}/${file}")
   add_custom_command(
     OUTPUT "${res}"
     COMMAND "${VELMORA_WINDRES}" ${VELMORA_RC_PREPROCESSOR} --codepage=65001 -I "${folder}" -O res -i "${source}" -o "${res}"
-    DEPENDS "${source}"
+    DEPENDS "${source}" ${included}
     VERBATIM)
   if(WIN32)
     set(object "${CMAKE_CURRENT_BINARY_DIR}/${target}.obj")
