@@ -1,0 +1,73 @@
+// Rectangles of whole pixels: the right and bottom edges are outside.
+#include <windows.h>
+
+#include <algorithm>
+
+extern "C" {
+
+BOOL WINAPI SetRect(LPRECT rect, int left, int top, int right, int bottom) {
+    if (!rect) {
+        return FALSE;
+    }
+    *rect = {left, top, right, bottom};
+    return TRUE;
+}
+
+BOOL WINAPI SetRectEmpty(LPRECT rect) {
+    return SetRect(rect, 0, 0, 0, 0);
+}
+
+BOOL WINAPI CopyRect(LPRECT destination, const RECT* source) {
+    if (!destination || !source) {
+        return FALSE;
+    }
+    *destination = *source;
+    return TRUE;
+}
+
+BOOL WINAPI InflateRect(LPRECT rect, int dx, int dy) {
+    return rect && SetRect(rect, rect->left - dx, rect->top - dy, rect->right + dx, rect->bottom + dy);
+}
+
+BOOL WINAPI OffsetRect(LPRECT rect, int dx, int dy) {
+    return rect && SetRect(rect, rect->left + dx, rect->top + dy, rect->right + dx, rect->bottom + dy);
+}
+
+BOOL WINAPI IsRectEmpty(const RECT* rect) {
+    return !rect || rect->left >= rect->right || rect->top >= rect->bottom;
+}
+
+BOOL WINAPI IntersectRect(LPRECT destination, const RECT* a, const RECT* b) {
+    if (!destination || !a || !b) {
+        return FALSE;
+    }
+    const RECT common = {std::max(a->left, b->left), std::max(a->top, b->top), std::min(a->right, b->right),
+                         std::min(a->bottom, b->bottom)};
+    const bool empty = IsRectEmpty(a) || IsRectEmpty(b) || IsRectEmpty(&common);
+    *destination = empty ? RECT{} : common;
+    return !empty;
+}
+
+BOOL WINAPI UnionRect(LPRECT destination, const RECT* a, const RECT* b) {
+    if (!destination || !a || !b) {
+        return FALSE;
+    }
+    if (IsRectEmpty(a) || IsRectEmpty(b)) {
+        const RECT other = IsRectEmpty(a) ? *b : *a;
+        *destination = IsRectEmpty(&other) ? RECT{} : other;
+    } else {
+        *destination = {std::min(a->left, b->left), std::min(a->top, b->top), std::max(a->right, b->right),
+                        std::max(a->bottom, b->bottom)};
+    }
+    return !IsRectEmpty(destination);
+}
+
+BOOL WINAPI EqualRect(const RECT* a, const RECT* b) {
+    return a && b && a->left == b->left && a->top == b->top && a->right == b->right && a->bottom == b->bottom;
+}
+
+BOOL WINAPI PtInRect(const RECT* rect, POINT point) {
+    return rect && point.x >= rect->left && point.x < rect->right && point.y >= rect->top && point.y < rect->bottom;
+}
+
+}  // extern "C"
