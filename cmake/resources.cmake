@@ -12,17 +12,23 @@ else()
 endif()
 
 # add_resource_module(TARGET FILE.DLL SOURCE.rc [INCLUDED...]): the module is made as RESOURCE_MODULE_FILE, a property of the
-# target. INCLUDED are the files that the script includes, from its folder.
+# target. INCLUDED are the files that the script includes, seen from its folder; what they name in turn lies beside them.
 function(add_resource_module target file source)
   get_filename_component(source "${source}" ABSOLUTE)
   get_filename_component(folder "${source}" DIRECTORY)
-  set(included ${ARGN})
-  list(TRANSFORM included PREPEND "${folder}/")
+  set(included)
+  set(include_folders -I "${folder}")
+  foreach(file_included ${ARGN})
+    get_filename_component(file_included "${file_included}" ABSOLUTE BASE_DIR "${folder}")
+    list(APPEND included "${file_included}")
+    get_filename_component(file_included "${file_included}" DIRECTORY)
+    list(APPEND include_folders -I "${file_included}")
+  endforeach()
   set(res "${CMAKE_CURRENT_BINARY_DIR}/${target}.res")
   set(module "${CMAKE_CURRENT_BINARY_DIR}/${file}")
   add_custom_command(
     OUTPUT "${res}"
-    COMMAND "${VELMORA_WINDRES}" ${VELMORA_RC_PREPROCESSOR} --codepage=65001 -I "${folder}" -O res -i "${source}" -o "${res}"
+    COMMAND "${VELMORA_WINDRES}" ${VELMORA_RC_PREPROCESSOR} --codepage=65001 ${include_folders} -O res -i "${source}" -o "${res}"
     DEPENDS "${source}" ${included}
     VERBATIM)
   if(WIN32)

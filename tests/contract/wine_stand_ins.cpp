@@ -13,6 +13,7 @@
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
 #include "tests/contract/dom_document.h"
+#include "tests/contract/sheet_host.h"
 #include "tests/contract/wine_namespace_manager.h"
 
 namespace contract {
@@ -370,9 +371,12 @@ bool WritesDocumentProperties(HANDLE printer) {
     return devMode->dmSize != 0;
 }
 
-// The caller's buffer is as large as the driver told it.
-LONG WINAPI StandInDocumentProperties(HWND, HANDLE printer, LPWSTR printerName, PDEVMODEW output, PDEVMODEW input,
+// The caller's buffer is as large as the driver told it. Sheets are shown as Wine shows them.
+LONG WINAPI StandInDocumentProperties(HWND owner, HANDLE printer, LPWSTR printerName, PDEVMODEW output, PDEVMODEW input,
                                       DWORD mode) {
+    if ((mode & DM_PROMPT) != 0) {
+        return GENUINE(DocumentPropertiesW)(owner, printer, printerName, output, input, mode);
+    }
     const HMODULE driver = LoadDriver(printer);
     if (driver == nullptr) {
         return -1;
@@ -393,6 +397,27 @@ LONG WINAPI StandInDocumentProperties(HWND, HANDLE printer, LPWSTR printerName, 
     }
     FreeLibrary(driver);
     return result;
+}
+
+// --- Printer settings: PrinterProperties
+
+bool ShowsPrinterProperties(HANDLE) {
+    return CallReturns(GENUINE(PrinterProperties), [](auto call) { call(nullptr, nullptr); });
+}
+
+// Whether the printer's settings were shown.
+BOOL WINAPI StandInPrinterProperties(HWND owner, HANDLE printer) {
+    const HMODULE driver = LoadDriver(printer);
+    if (driver == nullptr) {
+        return FALSE;
+    }
+    const auto show = reinterpret_cast<decltype(&::DrvDevicePropertySheets)>(
+        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDevicePropertySheets")));
+    std::wstring name = PrinterName(printer);
+    DEVICEPROPERTYHEADER header = {sizeof(header), 0, printer, name.data()};
+    const bool isShown = show != nullptr && SheetHost(show, &header, owner).Run() >= 0;
+    FreeLibrary(driver);
+    return isShown ? TRUE : FALSE;
 }
 
 // --- Jobs: DevQueryPrint
@@ -513,6 +538,25 @@ HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD co
     return manager->QueryInterface(interfaceId, object);
 }
 
+// --- The user: GetUserDefaultLangID, WinExec
+
+constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+LANGID userLanguage = kEnglish;
+std::function<bool(const std::string&)> programStarter;
+
+bool Never(HANDLE) {
+    return false;
+}
+
+LANGID WINAPI StandInGetUserDefaultLangID() {
+    return userLanguage;
+}
+
+// Numbers above 31 are success.
+UINT WINAPI StandInWinExec(LPCSTR command, UINT) {
+    return programStarter && programStarter(command) ? 32 : ERROR_FILE_NOT_FOUND;
+}
+
 // --- Which are used, and where
 
 struct StandIn {
@@ -545,6 +589,7 @@ std::vector<StandIn> standIns = {
     STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
     STAND_IN(DeviceCapabilitiesW, kNoPrinter, GivesCapabilities, StandInDeviceCapabilities),
     STAND_IN(DocumentPropertiesW, kNoOutputSize, WritesDocumentProperties, StandInDocumentProperties),
+    STAND_IN(PrinterProperties, kNotWritten, ShowsPrinterProperties, StandInPrinterProperties),
     STAND_IN(AddFormW, kNoForms, KeepsForms, StandInAddForm),
     STAND_IN(EnumFormsW, kNoForms, KeepsForms, StandInEnumForms),
     STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),
@@ -552,6 +597,9 @@ std::vector<StandIn> standIns = {
     STAND_IN(SetPrinterW, kTextOnly, KeepsDevModes, StandInSetPrinter),
     MakeStandIn<decltype(&CoCreateInstance)>("CoCreateInstance", "MXNamespaceManager60 doesn't push contexts of nodes",
                                              PushesNodeContexts, StandInCreateInstance, false),
+    MakeStandIn<decltype(&GetUserDefaultLangID)>("GetUserDefaultLangID", "it can't be set for one process", Never,
+                                                 StandInGetUserDefaultLangID, false),
+    MakeStandIn<decltype(&WinExec)>("WinExec", "no program is to run", Never, StandInWinExec, false),
 };
 
 // Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.
@@ -671,7 +719,16 @@ void ForgetPrinter(HANDLE printer) {
     keptDevModes.erase(PrinterName(printer));
 }
 
+void SetUserLanguage(LANGID language) {
+    userLanguage = language;
+}
+
+void SetProgramStarter(std::function<bool(const std::string& command)> starter) {
+    programStarter = std::move(starter);
+}
+
 void ForgetMachine() {
+    userLanguage = kEnglish;
     keptDevModes.clear();
     keptForms.clear();
 }
