@@ -20,6 +20,10 @@ constexpr int kPatience = 5;
 constexpr int kAsking = 20;
 constexpr int kForcing = 40;
 
+// Buttons of property sheets by their published ids.
+constexpr std::pair<int, const char*> kSheetButtons[] = {
+    {IDOK, "OK"}, {IDCANCEL, "Cancel"}, {0x3021, "Apply"}, {9, "Help"}};
+
 constexpr WCHAR kDialogClass[] = TEXT("#32770");
 
 WideText ClassOf(HWND window) {
@@ -32,19 +36,26 @@ HWND PageOf(HWND dialog) {
     return reinterpret_cast<HWND>(SendMessageW(dialog, PSM_GETCURRENTPAGEHWND, 0, 0));
 }
 
-std::string Describe(HWND window) {
-    const int id = GetDlgCtrlID(window);
+std::string ItemsOf(HWND listBox) {
+    std::string items;
+    const LRESULT count = SendMessageW(listBox, LB_GETCOUNT, 0, 0);
+    for (WPARAM i = 0; i < static_cast<WPARAM>(count); ++i) {
+        WideText item(static_cast<size_t>(SendMessageW(listBox, LB_GETTEXTLEN, i, 0)) + 1, 0);
+        SendMessageW(listBox, LB_GETTEXT, i, reinterpret_cast<LPARAM>(item.data()));
+        items += " [" + Printable(item.c_str()) + ']';
+    }
+    return items;
+}
+
+std::string DescribeControl(HWND window) {
     const WideText windowClass = ClassOf(window);
-    std::string line = std::to_string(id) + ' ' + Printable(windowClass);
+    std::string line = std::to_string(GetDlgCtrlID(window)) + ' ' + Printable(windowClass);
     const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
     line += (style & WS_VISIBLE) == 0 ? " hidden" : "";
     line += (style & WS_DISABLED) != 0 ? " disabled" : "";
     line += GetFocus() == window ? " focus" : "";
     if (windowClass == TEXT("ListBox")) {
-        for (const WideText& item : ListItems(id)) {
-            line += " [" + Printable(item) + ']';
-        }
-        return line + " selected " + std::to_string(SendMessageW(window, LB_GETCURSEL, 0, 0));
+        return line + ItemsOf(window) + " selected " + std::to_string(SendMessageW(window, LB_GETCURSEL, 0, 0));
     }
     return line + " \"" + Printable(TextOf(window)) + '"';
 }
@@ -150,26 +161,9 @@ WideText TextOf(HWND window) {
     return text;
 }
 
-std::vector<WideText> ListItems(int listBox) {
-    const HWND control = Control(listBox);
-    std::vector<WideText> items;
-    const LRESULT count = control != nullptr ? SendMessageW(control, LB_GETCOUNT, 0, 0) : 0;
-    for (WPARAM i = 0; i < static_cast<WPARAM>(count); ++i) {
-        WideText item(static_cast<size_t>(SendMessageW(control, LB_GETTEXTLEN, i, 0)) + 1, 0);
-        SendMessageW(control, LB_GETTEXT, i, reinterpret_cast<LPARAM>(item.data()));
-        items.emplace_back(item.c_str());
-    }
-    return items;
-}
-
-std::vector<std::string> DescribePage() {
-    std::vector<std::string> lines;
-    const HWND page = FrontPage();
-    for (HWND child = page != nullptr ? GetWindow(page, GW_CHILD) : nullptr; child != nullptr;
-         child = GetWindow(child, GW_HWNDNEXT)) {
-        lines.push_back(Describe(child));
-    }
-    return lines;
+int FocusedControl() {
+    const HWND focus = GetFocus();
+    return focus != nullptr ? GetDlgCtrlID(focus) : 0;
 }
 
 void PressButton(int button) {
@@ -178,16 +172,12 @@ void PressButton(int button) {
     }
 }
 
-void SelectInList(int listBox, const WideText& text) {
-    const HWND control = Control(listBox);
-    if (control == nullptr) {
-        return;
+void SelectInList(int listBox, int item) {
+    if (const HWND control = Control(listBox)) {
+        EXPECT_EQ(SendMessageW(control, LB_SETCURSEL, static_cast<WPARAM>(item), 0), item);
+        SendMessageW(FrontPage(), WM_COMMAND, (WPARAM{LBN_SELCHANGE} << 16) | static_cast<WPARAM>(listBox),
+                     reinterpret_cast<LPARAM>(control));
     }
-    EXPECT_GE(SendMessageW(control, LB_SELECTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str())),
-              0)
-        << "no item " << Printable(text);
-    SendMessageW(FrontPage(), WM_COMMAND, (static_cast<WPARAM>(LBN_SELCHANGE) << 16) | static_cast<WPARAM>(listBox),
-                 reinterpret_cast<LPARAM>(control));
 }
 
 void PressInSheet(int button) {
@@ -210,8 +200,9 @@ void PressKey(WORD key, std::initializer_list<WORD> modifiers) {
 }
 
 void Click(POINT screen, bool right) {
-    const DWORD flags[] = {MOUSEEVENTF_MOVE, right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN,
-                           right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP};
+    const DWORD down = right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN;
+    const DWORD up = right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP;
+    const DWORD flags[] = {MOUSEEVENTF_MOVE, down, up};
     constexpr LONG kWholeScreen = 65536;
     INPUT inputs[std::size(flags)] = {};
     for (size_t i = 0; i < std::size(flags); ++i) {
@@ -232,10 +223,22 @@ POINT MiddleOf(HWND window) {
 
 Step Describe(const std::string& title) {
     return [title] {
-        Record(title + ": \"" + Printable(TextOf(FrontDialog())) + '"');
-        for (const std::string& line : DescribePage()) {
-            Record("  " + line);
+        const HWND dialog = FrontDialog();
+        const HWND page = FrontPage();
+        Record(title + ": \"" + Printable(TextOf(dialog)) + '"');
+        for (HWND child = page != nullptr ? GetWindow(page, GW_CHILD) : nullptr; child != nullptr;
+             child = GetWindow(child, GW_HWNDNEXT)) {
+            Record("  " + DescribeControl(child));
         }
+        if (page == dialog) {
+            return;
+        }
+        std::string buttons = "  sheet:";
+        for (const auto& [id, name] : kSheetButtons) {
+            const HWND button = GetDlgItem(dialog, id);
+            buttons += button != nullptr && IsWindowEnabled(button) ? std::string(" ") + name : "";
+        }
+        Record(buttons);
     };
 }
 

@@ -30,15 +30,12 @@ HWND Control(int id);
 
 WideText TextOf(HWND window);
 
-// The texts of a list box.
-std::vector<WideText> ListItems(int listBox);
-
-// A line for each window in the front page, in the order of the Tab key: id, class, state, text, items of a list.
-std::vector<std::string> DescribePage();
+// Id of the control that has the focus; 0 where there is none.
+int FocusedControl();
 
 // What the user does. Buttons, lists and sheets are acted on by messages, as other programs would.
 void PressButton(int button);
-void SelectInList(int listBox, const WideText& text);
+void SelectInList(int listBox, int item);
 void PressInSheet(int button);  // PSBTN_ (prsht.h)
 
 // By keyboard and mouse, whatever has the focus or lies there. Modifiers are virtual keys held down meanwhile.
@@ -46,7 +43,8 @@ void PressKey(WORD key, std::initializer_list<WORD> modifiers = {});
 void Click(POINT screen, bool right = false);
 POINT MiddleOf(HWND window);  // on the screen
 
-// A step that notes what the front page shows in the transcript.
+// A step that notes what the front dialog shows in the transcript: its title, each control of its page in the order of
+// the Tab key, and which buttons of a sheet can be pressed.
 Step Describe(const std::string& title);
 
 // A step that takes a picture of the front dialog: pictures/NAME.png in the test's folder.
