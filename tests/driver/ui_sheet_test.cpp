@@ -1,0 +1,299 @@
+// The sheets through real windows of the layer: how the host drives them, what they commit, what they tell.
+#include <algorithm>
+
+#include "driver/base/text.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/ui/notice.h"
+#include "driver/ui/page.h"
+#include "tests/driver/machine.h"
+#include "tests/driver/sheet_host.h"
+#include "tests/driver/sheet_package.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+// Controls of the device page and of notices.
+constexpr int kAvailable = 11004;
+constexpr int kInstall = 11005;
+constexpr int kInstalled = 11007;
+constexpr int kRemove = 11008;
+constexpr int kModelMessage = 1816;
+constexpr int kFirstLine = 1821;
+
+constexpr int kDeviceSlot = 5;
+
+class Sheets : public MachineTest {
+  protected:
+    void SetUp() override {
+        Install(SheetPackage());
+        host_ = std::make_unique<SheetHost>(&machine_, Printer());
+    }
+    // The sheet's printer has these options.
+    void SetOptions(uint32_t secondTray, uint32_t duplexUnit) {
+        SetDeviceInfo(Printer(), {3, secondTray, duplexUnit, 0});
+    }
+    DeviceInfo Options() { return ReadDeviceInfo(Printer(), nullptr); }
+    // Makes the printer's own device mode one that its model can't print, or one that it can.
+    void SetPaper(SHORT paper) {
+        VelmoraDevMode devMode;
+        BuildDefaultDevMode(Printer(), kPrinterName, &devMode);
+        devMode.publicPart.dmPaperSize = paper;
+        ASSERT_TRUE(SetPrinterDevMode(Printer(), &devMode.publicPart));
+    }
+    // Selects an item of a list and presses the button that moves it.
+    static void Move(HWND page, int list, int button, int item = 0) {
+        SendDlgItemMessageW(page, list, LB_SETCURSEL, static_cast<WPARAM>(item), 0);
+        Click(page, button);
+    }
+    void ThenPress(int button) {
+        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
+    }
+
+    std::unique_ptr<SheetHost> host_;
+};
+
+TEST_F(Sheets, HaveTheirPages) {
+    SheetHost& host = *host_;
+    VelmoraDevMode output = {};
+    const struct {
+        const char* title;
+        std::function<LONG()> run;
+    } sheets[] = {
+        {"Device settings", [&] { return host.RunDeviceSheet(); }},
+        {"About", [&] { return host.RunDocumentSheet(nullptr, &output); }},
+    };
+    for (const auto& sheet : sheets) {
+        EXPECT_EQ(sheet.run(), 1) << sheet.title;
+        ASSERT_EQ(host.pages.size(), 1u) << sheet.title;
+        EXPECT_EQ(host.pages[0].dwSize, 96u);
+        EXPECT_EQ(host.pages[0].dwFlags, DWORD{PSP_USETITLE | PSP_HASHELP});
+        EXPECT_EQ(ToText(host.titles[0]), sheet.title);
+        EXPECT_NE(host.afterInit.UserData, 0u);
+        EXPECT_EQ(host.afterInit.Result, 1u);
+        EXPECT_EQ(host.results.size(), 0u);
+        EXPECT_EQ(host::StillOpen(), keptOpen_);
+    }
+    EXPECT_EQ(output.publicPart.dmDriverExtra, kPrivateDevModeSize);
+}
+
+TEST_F(Sheets, ARefusedPageIsTheHostsFailure) {
+    host_->refusedPage = 1;
+    EXPECT_EQ(host_->RunDeviceSheet(), 0);
+    EXPECT_EQ(host_->afterInit.Result, 0u);
+}
+
+TEST_F(Sheets, OptionsMoveBetweenTheListsAndAreStoredAtApply) {
+    const struct {
+        uint32_t secondTray;
+        uint32_t duplexUnit;
+        Texts available;
+        Texts installed;
+    } cases[] = {
+        {0, 0, {"Second paper tray", "Duplex unit"}, {}},
+        {1, 0, {"Duplex unit"}, {"Second paper tray"}},
+        {0xFFFFFFFF, 1, {}, {"Duplex unit"}},
+        {1, 0xFFFFFFFF, {}, {"Second paper tray"}},
+    };
+    for (const auto& c : cases) {
+        SetOptions(c.secondTray, c.duplexUnit);
+        host_->Then([&](HWND) {
+            const HWND page = host_->Page();
+            EXPECT_EQ(ItemsOf(page, kAvailable), c.available);
+            EXPECT_EQ(ItemsOf(page, kInstalled), c.installed);
+            // Nothing is selected yet: nothing changes.
+            Click(page, kInstall);
+            Click(page, kRemove);
+            EXPECT_FALSE(host_->Context().isChanged[kDeviceSlot]);
+            EXPECT_EQ(ItemsOf(page, kAvailable), c.available);
+        });
+        ThenPress(PSBTN_OK);
+        EXPECT_EQ(host_->RunDeviceSheet(), 1);
+        EXPECT_EQ(host_->results.size(), 0u);
+    }
+    SetOptions(0, 1);
+    host_->Then([&](HWND) {
+        Move(host_->Page(), kAvailable, kInstall);
+        Move(host_->Page(), kInstalled, kRemove, 1);
+        EXPECT_EQ(ItemsOf(host_->Page(), kAvailable), Texts{"Duplex unit"});
+        EXPECT_EQ(ItemsOf(host_->Page(), kInstalled), Texts{"Second paper tray"});
+        EXPECT_EQ(ValueOf(Options().secondTray), 0u);
+    });
+    ThenPress(PSBTN_CANCEL);
+    host_->RunDeviceSheet();
+    EXPECT_EQ(ValueOf(Options().secondTray), 0u);
+    host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
+    ThenPress(PSBTN_APPLYNOW);
+    host_->Then([&](HWND) {
+        EXPECT_EQ(ValueOf(Options().secondTray), 1u);
+        EXPECT_EQ(ValueOf(Options().installedOptions), 7u);
+        EXPECT_FALSE(host_->Context().isChanged[kDeviceSlot]);
+        EXPECT_EQ(ValueOf(host_->Context().committedDeviceInfo.secondTray), 1u);
+    });
+    host_->RunDeviceSheet();
+    ASSERT_EQ(host_->results.size(), 1u);
+    EXPECT_EQ(host_->results[0].second, CPSUI_OK);
+}
+
+// The last changed page to be applied commits, once, for all.
+TEST_F(Sheets, ChangedPagesCommitTogether) {
+    constexpr int kOtherSlot = 1;
+    SetOptions(0, 0);
+    host_->Then([&](HWND) {
+        SheetContext& context = host_->Context();
+        context.isChanged[kOtherSlot] = true;
+        context.devMode->publicPart.dmICMMethod = DMICMMETHOD_USER;
+        Move(host_->Page(), kAvailable, kInstall);
+    });
+    ThenPress(PSBTN_APPLYNOW);
+    host_->Then([&](HWND) {
+        EXPECT_EQ(host_->results.size(), 0u);
+        EXPECT_EQ(ValueOf(host_->Context().committedDeviceInfo.secondTray), 0u);
+        host_->Context().isChanged[kOtherSlot] = false;
+        Move(host_->Page(), kAvailable, kInstall);
+    });
+    ThenPress(PSBTN_APPLYNOW);
+    host_->Then([&](HWND) {
+        EXPECT_EQ(host_->results.size(), 1u);
+        EXPECT_EQ(ValueOf(host_->Context().devMode->publicPart.dmICMMethod), DWORD{DMICMMETHOD_USER});
+        host_->Context().devMode->publicPart.dmICMMethod = DMICMMETHOD_USER + 1;
+        Move(host_->Page(), kInstalled, kRemove);
+    });
+    ThenPress(PSBTN_APPLYNOW);
+    host_->Then([&](HWND) {
+        EXPECT_EQ(host_->results.size(), 2u);
+        EXPECT_EQ(ValueOf(host_->Context().devMode->publicPart.dmICMMethod), DWORD{DMICMMETHOD_NONE});
+    });
+    host_->RunDeviceSheet();
+}
+
+TEST_F(Sheets, AConflictKeepsTheSheetOpen) {
+    SetPaper(kConflictPaper);
+    SetOptions(0, 0);
+    host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
+    ThenPress(PSBTN_OK);
+    host_->Then([&](HWND sheet) {
+        const HWND notice = FrontDialog();
+        ASSERT_NE(notice, sheet);
+        EXPECT_EQ(ToText(TextOf(notice)), "Conflicting settings");
+        EXPECT_EQ(ToText(TextOf(notice, kModelMessage)), kConflictMessage);
+        EXPECT_TRUE(IsWindowVisible(GetDlgItem(notice, kModelMessage)));
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(notice, kFirstLine)));
+        Click(notice, 1604);
+    });
+    host_->Then([&](HWND sheet) {
+        EXPECT_TRUE(IsWindow(sheet));
+        EXPECT_TRUE(host_->Context().isChanged[kDeviceSlot]);
+        EXPECT_EQ(host_->results.size(), 0u);
+        host_->Context().devMode->publicPart.dmPaperSize = DMPAPER_A4;
+    });
+    ThenPress(PSBTN_OK);
+    EXPECT_EQ(host_->RunDeviceSheet(), 1);
+    EXPECT_EQ(host_->results.size(), 1u);
+}
+
+TEST_F(Sheets, NoticesSayAndAsk) {
+    const struct {
+        NoticeKind kind;
+        const char* title;
+        const char* firstLine;
+        const char* lastLine;
+        std::vector<std::pair<int, INT_PTR>> answers;  // by button
+    } cases[] = {
+        {kNoticeError,
+         "Settings not saved",
+         "The settings weren't saved.",
+         "Check the printer, or ask its administrator for access.",
+         {{1604, 1}, {IDCANCEL, 1}}},
+        {kNoticeConflict,
+         "Conflicting settings",
+         "The printer can't print with this combination of settings.",
+         "Then select OK or Apply again.",
+         {{1604, 1}, {IDCANCEL, 1}}},
+        {kNoticeCustomLimits,
+         "Custom paper size out of range",
+         "Minimum width: 3.55 in (90.0 mm)",
+         "Maximum length: 17.00 in (432.0 mm)",
+         {{1604, 1}}},
+        {kNoticeQuestion,
+         "Change other settings",
+         "This setting can't be combined with others you selected.",
+         "To keep all settings as they are, select Cancel.",
+         {{1602, 0}, {1603, 1}, {IDCANCEL, 1}}},
+        {kNoticeJobPrompt,
+         "Document not printed",
+         "The document wasn't printed.",
+         "Then print the document again.",
+         {{1604, 1}}},
+        {kNoticeSecondQuestion,
+         "Delete entry",
+         "The selected entry will be deleted.",
+         "To keep it, select Cancel.",
+         {{1602, 0}, {1603, 1}, {IDCANCEL, 1}}},
+    };
+    const OwnedSheetContext context(CreateSheetContext(Printer(), kPrinterName, nullptr));
+    for (const auto& c : cases) {
+        for (const auto& [button, result] : c.answers) {
+            machine_.SetUser([&, pressed = button] {
+                const HWND notice = FrontDialog();
+                EXPECT_EQ(ToText(TextOf(notice)), c.title);
+                EXPECT_EQ(ToText(TextOf(notice, kFirstLine)), c.firstLine);
+                EXPECT_EQ(ToText(TextOf(notice, kFirstLine + 3)), c.lastLine);
+                const bool isQuestion = c.answers[0].first == 1602;
+                for (const int shown : {1602, 1603, 1604}) {
+                    const HWND window = GetDlgItem(notice, shown);
+                    EXPECT_EQ(IsWindowVisible(window) != FALSE, (shown != 1604) == isQuestion) << c.title << shown;
+                }
+                SendMessageW(notice, WM_COMMAND, static_cast<WPARAM>(pressed), 0);
+            });
+            EXPECT_EQ(ShowNotice(context.Get(), nullptr, c.kind), result) << c.title << button;
+        }
+    }
+    machine_.SetUser(nullptr);
+}
+
+// Every allocation and every call that can fail fails once: nothing crashes, nothing stays open, and what the user
+// stored is there or what was there before.
+TEST_F(Sheets, SurviveFailuresWhereverTheyHappen) {
+    const auto edit = [&] {
+        SetOptions(0, 0);
+        host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
+        ThenPress(PSBTN_OK);
+        host_->RunDeviceSheet();
+        host_->ForgetSteps();
+    };
+    uint64_t allocations = 0;
+    for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; ++nth) {
+        SetOptions(0, 0);
+        host::FailAllocation(nth);
+        edit();
+        allocations = host::AllocationsSoFar();
+        host::ClearFaults();
+        ASSERT_EQ(host::StillOpen(), keptOpen_) << "allocation " << nth;
+        ASSERT_LE(ValueOf(Options().secondTray), 1u);
+    }
+    for (const char* const call :
+         {"CreateWindowExW", "CreateDialogIndirectParamW", "LoadBitmapW", "LoadCursorW", "LoadIconW", "CreateDCW",
+          "CreateCompatibleDC", "BeginPaint", "LoadLibraryW", "LoadStringW", "SetPrinterDataW", "GetPrinterW"}) {
+        const uint64_t before = host::CallsSoFar(call);
+        edit();
+        const uint64_t made = host::CallsSoFar(call) - before;
+        for (uint64_t nth = 1; nth <= made; ++nth) {
+            host::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, nth);
+            edit();
+            host::ClearFaults();
+            ASSERT_EQ(host::StillOpen(), keptOpen_) << call << ' ' << nth;
+        }
+    }
+}
+
+TEST_F(Sheets, LeaveNothingOpenHoweverOftenTheyAreOpened) {
+    for (int i = 0; i < 30; ++i) {
+        host_->RunDeviceSheet();
+        ASSERT_EQ(host::StillOpen(), keptOpen_);
+    }
+}
+
+}  // namespace
+}  // namespace velmora
