@@ -20,6 +20,7 @@
 #include "platform/kernel/settings.h"
 #include "platform/kernel/store.h"
 #include "platform/kernel/synchronization.h"
+#include "platform/user/windows.h"
 
 namespace host {
 namespace {
@@ -243,6 +244,10 @@ void Machine::SetFonts(std::vector<Font> fonts) {
 
 void Machine::SetProgram(std::u16string_view fileName, Program program) {
     SetProgramFunction(fileName, std::move(program));
+}
+
+void Machine::SetUser(std::function<void()> user) {
+    SetInputUser(std::move(user));
 }
 
 }  // namespace host

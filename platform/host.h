@@ -68,6 +68,11 @@ class Machine {
     using Program = std::function<void(const std::string& commandLine)>;
     void SetProgram(std::u16string_view fileName, Program program);
 
+    // Called when a program waits for input: acts by messages, SendInput and the other published calls, on the waiting
+    // thread, and returns. It may be called again from loops inside. Where there is none, or it does nothing many times
+    // in a row, that is said on the standard error stream and the wait ends as WM_QUIT ends it (DialogBoxParamW: -1).
+    void SetUser(std::function<void()> user);
+
   private:
     struct Parts;
     std::unique_ptr<Parts> parts_;
@@ -79,6 +84,21 @@ uint64_t AllocationsSoFar();  // since FailAllocation or ClearFaults
 void FailCall(std::string_view publishedName, DWORD error, uint64_t nth = 1);
 uint64_t CallsSoFar(std::string_view publishedName);  // since the machine was made
 void ClearFaults();
+
+// Messages sent to HWND_BROADCAST since the machine was made.
+struct Broadcast {
+    UINT message;
+    WPARAM wParam;
+    std::u16string text;  // of WM_DEVMODECHANGE: the device's name
+};
+std::vector<Broadcast> Broadcasts();
+
+// How often a program waited for input that nobody gave, since the machine was made.
+uint64_t UnansweredWaits();
+
+// The window as the screen shows it, brought up to date, and the popups that are open over it. A top-level window or
+// one of its children, of the calling thread. False where the window isn't shown or the file can't be written.
+bool SavePicture(HWND window, const std::filesystem::path& png);
 
 // What is still open, one line each ("file C:\x.xpi", "heap block of 72 bytes (allocation 17)"); empty: nothing.
 std::vector<std::string> StillOpen();

@@ -4,10 +4,10 @@
 
 #include "platform/gdi/fonts.h"
 #include "platform/gdi/stock_objects.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
 #include "platform/kernel/objects.h"
 #include "platform/kernel/text.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

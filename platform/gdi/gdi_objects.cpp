@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "platform/gdi/stock_objects.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/text.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

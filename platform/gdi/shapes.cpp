@@ -9,8 +9,8 @@
 
 #include "platform/gdi/pixels.h"
 #include "platform/gdi/system_colors.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "platform/gdi/gdi_objects.h"
 #include "platform/gdi/system_colors.h"
-#include "platform/spooler/failures.h"
+#include "platform/kernel/failures.h"
 
 namespace host {
 namespace {

@@ -11,8 +11,8 @@
 #include "platform/gdi/pixels.h"
 #include "platform/gdi/screen_fonts.h"
 #include "platform/gdi/text_order.h"
+#include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
-#include "platform/spooler/failures.h"
 
 namespace host {
 namespace {

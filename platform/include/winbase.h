@@ -158,6 +158,7 @@ BOOL WINAPI GetComputerNameW(LPWSTR buffer, LPDWORD size);
 BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version);
 DWORD WINAPI GetVersion();
 DWORD WINAPI GetTickCount();
+DWORD WINAPI GetCurrentThreadId();
 }
 
 // --- Modules and resources ------------------------------------------------------------------------------------------

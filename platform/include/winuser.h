@@ -113,6 +113,7 @@ struct WINDOWPLACEMENT {
 #define HWND_DESKTOP (static_cast<HWND>(nullptr))
 #define HWND_BROADCAST (reinterpret_cast<HWND>(static_cast<ULONG_PTR>(0xFFFF)))
 #define HWND_TOP (static_cast<HWND>(nullptr))
+#define HWND_BOTTOM (reinterpret_cast<HWND>(static_cast<LONG_PTR>(1)))
 #define HWND_TOPMOST (reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1)))
 
 #define SWP_NOSIZE 0x0001
@@ -136,6 +137,7 @@ struct WINDOWPLACEMENT {
 #define DWLP_USER 16
 
 #define GW_HWNDFIRST 0
+#define GW_HWNDLAST 1
 #define GW_HWNDNEXT 2
 #define GW_HWNDPREV 3
 #define GW_OWNER 4
@@ -310,6 +312,9 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WM_DELETEITEM 0x002D
 #define WM_SETFONT 0x0030
 #define WM_GETFONT 0x0031
+#define WM_VKEYTOITEM 0x002E
+#define WM_CHARTOITEM 0x002F
+#define WM_QUERYDRAGICON 0x0037
 #define WM_COMPAREITEM 0x0039
 #define WM_WINDOWPOSCHANGED 0x0047
 #define WM_NOTIFY 0x004E
@@ -323,6 +328,12 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WM_NCHITTEST 0x0084
 #define WM_NCPAINT 0x0085
 #define WM_GETDLGCODE 0x0087
+#define WM_NCMOUSEMOVE 0x00A0
+#define WM_NCLBUTTONDOWN 0x00A1
+#define WM_NCLBUTTONUP 0x00A2
+#define WM_NCLBUTTONDBLCLK 0x00A3
+#define WM_NCRBUTTONDOWN 0x00A4
+#define WM_NCRBUTTONUP 0x00A5
 #define WM_KEYDOWN 0x0100
 #define WM_KEYUP 0x0101
 #define WM_CHAR 0x0102
@@ -367,7 +378,17 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WHEEL_DELTA 120
 #define GET_WHEEL_DELTA_WPARAM(wParam) (static_cast<SHORT>(HIWORD(wParam)))
 #define MK_LBUTTON 0x0001
+#define MK_RBUTTON 0x0002
+#define MK_SHIFT 0x0004
+#define MK_CONTROL 0x0008
+#define MA_ACTIVATE 1
+#define MA_NOACTIVATE 3
+#define HTTRANSPARENT (-1)
+#define HTNOWHERE 0
 #define HTCLIENT 1
+#define HTCAPTION 2
+#define HTBORDER 18
+#define HTCLOSE 20
 #define SC_CLOSE 0xF060
 #define ICON_SMALL 0
 #define ICON_BIG 1
@@ -384,6 +405,8 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define DLGC_STATIC 0x0100
 #define DLGC_BUTTON 0x2000
 
+#define VK_LBUTTON 0x01
+#define VK_RBUTTON 0x02
 #define VK_BACK 0x08
 #define VK_TAB 0x09
 #define VK_RETURN 0x0D
@@ -403,6 +426,9 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define VK_DELETE 0x2E
 #define VK_F1 0x70
 #define VK_F4 0x73
+#define VK_F10 0x79
+#define VK_APPS 0x5D
+#define VK_PACKET 0xE7
 
 #define PM_NOREMOVE 0x0000
 #define PM_REMOVE 0x0001
@@ -500,6 +526,8 @@ BOOL WINAPI KillTimer(HWND window, UINT_PTR id);
 #define DM_GETDEFID (WM_USER + 0)
 #define DM_SETDEFID (WM_USER + 1)
 #define DC_HASDEFID 0x534B
+
+#define DLGWINDOWEXTRA 30
 
 #define IDOK 1
 #define IDCANCEL 2
@@ -805,6 +833,7 @@ using LPCSCROLLINFO = const SCROLLINFO*;
 #define ODS_SELECTED 0x0001
 #define ODS_DISABLED 0x0004
 #define ODS_FOCUS 0x0010
+#define ODS_COMBOBOXEDIT 0x1000
 struct DRAWITEMSTRUCT {
     UINT CtlType;
     UINT CtlID;

@@ -1,4 +1,5 @@
 // The machine's identity, its clock, the user's language.
+#include <unistd.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -92,6 +93,10 @@ DWORD WINAPI GetVersion() {
 DWORD WINAPI GetTickCount() {
     MachineLock lock;
     return CurrentSettings().tickCount;
+}
+
+DWORD WINAPI GetCurrentThreadId() {
+    return static_cast<DWORD>(gettid());
 }
 
 LANGID WINAPI GetUserDefaultLangID() {

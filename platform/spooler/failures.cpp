@@ -1,6 +1,5 @@
 #include "platform/spooler/failures.h"
 
-#include <cstdio>
 #include <string>
 
 #include "platform/kernel/objects.h"
@@ -16,16 +15,6 @@ std::u16string ThisServer() {
 }
 
 }  // namespace
-
-bool Fail(DWORD error) {
-    SetLastError(error);
-    return false;
-}
-
-bool FailUnsupported(const char* what) {
-    fprintf(stderr, "platform: %s is not supported\n", what);
-    return Fail(ERROR_NOT_SUPPORTED);
-}
 
 bool IsSupportedLevel(const char* call, DWORD level, DWORD supported, DWORD highestPublished) {
     if (level == supported) {

@@ -3,14 +3,9 @@
 
 #include <windows.h>
 
+#include "platform/kernel/failures.h"
+
 namespace host {
-
-// Sets the last error. Always false, for the call to return.
-bool Fail(DWORD error);
-
-// For what is published but not supported by this layer: says on the standard error stream what was asked for, and
-// fails with ERROR_NOT_SUPPORTED.
-bool FailUnsupported(const char* what);
 
 // True where a call's level is the one that is supported. Otherwise false: a level that is published (up to
 // `highestPublished`) is unsupported, any other is ERROR_INVALID_LEVEL.
