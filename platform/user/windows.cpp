@@ -379,7 +379,8 @@ int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
     if (found == nullptr || name == nullptr || capacity <= 0) {
         return 0;
     }
-    const std::u16string_view whole = found->windowClass != nullptr ? found->windowClass->name : u"#32769";
+    const std::u16string_view whole =
+        found->windowClass != nullptr ? std::u16string_view(found->windowClass->name) : u"#32769";
     name[whole.copy(name, static_cast<size_t>(capacity) - 1)] = 0;
     return static_cast<int>(std::min(whole.size(), static_cast<size_t>(capacity) - 1));
 }

@@ -242,6 +242,8 @@ LRESULT Edit::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             undoText_ = text_;
             return 0;
         }
+        case WM_NCPAINT:
+            return 0;  // the frame is drawn with the client area, as both change with the focus
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS | DLGC_WANTCHARS | DLGC_HASSETSEL |
                    (keyTaker_ ? SendMessageW(keyTaker_, WM_GETDLGCODE, wParam, lParam) & DLGC_WANTMESSAGE : 0);

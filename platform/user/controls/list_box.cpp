@@ -449,6 +449,8 @@ LRESULT ListBox::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             FitHeight();
             Redraw();
             return 0;
+        case WM_NCPAINT:
+            return 0;  // the frame is drawn with the client area, as both change with the focus
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS | DLGC_WANTCHARS;
         case WM_MOUSEACTIVATE:
