@@ -66,6 +66,10 @@ const char* ResourceName(Resource kind) {
             return "GDI object";
         case Resource::kWindow:
             return "window";
+        case Resource::kPropertyPage:
+            return "property page";
+        case Resource::kPropertySheetHost:
+            return "property sheet host";
     }
     return "object";
 }

@@ -39,6 +39,8 @@ enum class Resource {
     kSemaphore,
     kGdiObject,
     kWindow,
+    kPropertyPage,
+    kPropertySheetHost,
 };
 
 // "file", "heap block", …: as the ledger's report names the kind.

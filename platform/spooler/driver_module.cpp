@@ -3,10 +3,14 @@
 #include <winsplp.h>
 #include <winspool.h>
 
+#include <cstring>
 #include <string>
+#include <vector>
 
 #include "platform/kernel/faults.h"
 #include "platform/kernel/objects.h"
+#include "platform/sheet/driver_sheets.h"
+#include "platform/sheet/sheet_texts.h"
 #include "platform/spooler/failures.h"
 #include "platform/spooler/printer_handle.h"
 
@@ -26,6 +30,16 @@ struct DocumentPropertyHeader {
 };
 static_assert(sizeof(DocumentPropertyHeader) == 48 && offsetof(DocumentPropertyHeader, cbOut) == 40);
 
+struct DevicePropertyHeader {
+    WORD cbSize;
+    WORD flags;  // kMayNotChange or 0
+    HANDLE hPrinter;
+    LPWSTR pszPrinterName;
+};
+static_assert(sizeof(DevicePropertyHeader) == 24);
+
+constexpr WORD kMayNotChange = 1;  // DPS_NOPERMISSION
+
 struct DevQueryPrintInfo {
     WORD cbSize;
     WORD level;
@@ -38,7 +52,7 @@ struct DevQueryPrintInfo {
 static_assert(sizeof(DevQueryPrintInfo) == 40);
 
 using PrinterEventEntry = BOOL(WINAPI*)(LPWSTR, INT, DWORD, LPARAM);
-using DocumentPropertySheetsEntry = LONG(WINAPI*)(PPROPSHEETUI_INFO, LPARAM);
+using PropertySheetsEntry = LONG(WINAPI*)(PPROPSHEETUI_INFO, LPARAM);
 using DeviceCapabilitiesEntry = DWORD(WINAPI*)(HANDLE, LPWSTR, WORD, PVOID, PDEVMODEW);
 using DevQueryPrintExEntry = BOOL(WINAPI*)(DevQueryPrintInfo*);
 
@@ -61,6 +75,7 @@ class DriverEntry {
     DriverEntry& operator=(const DriverEntry&) = delete;
 
     bool IsLoaded() const { return module_ != nullptr; }
+    Entry Get() const { return entry_; }
     explicit operator bool() const { return entry_ != nullptr; }
     template <class... Arguments>
     auto operator()(Arguments... arguments) const {
@@ -85,6 +100,36 @@ std::u16string ConfigFileBehind(HANDLE printer) {
         SetLastError(ERROR_UNKNOWN_PRINTER_DRIVER);
     }
     return file;
+}
+
+// The name of an open printer.
+std::u16string NameBehind(HANDLE printer) {
+    const MachineLock lock;
+    const std::shared_ptr<Printer> opened = OpenedPrinter(printer);
+    return opened ? opened->name : std::u16string();
+}
+
+bool MayChange(HANDLE printer) {
+    const MachineLock lock;
+    return OpenedPrinter(printer, PRINTER_ACCESS_ADMINISTER) != nullptr;
+}
+
+// The driver edits a device mode of the host's; the caller's is written where it asks for it and something was
+// accepted, with what was accepted last.
+LONG ShowDocumentSheets(PropertySheetsEntry entry, HWND owner, HANDLE printer, LPWSTR name, PDEVMODEW output,
+                        PDEVMODEW input, DWORD size, DWORD mode) {
+    std::vector<BYTE> edited(size);
+    std::vector<BYTE> accepted;
+    DocumentPropertyHeader header = {
+        sizeof(header), 0, printer, name, input, reinterpret_cast<PDEVMODEW>(edited.data()), size, mode};
+    const DriverSheets sheets = {entry, reinterpret_cast<LPARAM>(&header),
+                                 Caption(TextsOfUser().printingPreferences, NameBehind(printer)), owner,
+                                 [&] { accepted = edited; }};
+    const LONG result = RunDriverSheets(sheets);
+    if (result == CPSUI_OK && (mode & DM_OUT_BUFFER) != 0) {
+        memcpy(output, accepted.data(), size);
+    }
+    return result < 0 ? -1 : result == CPSUI_OK ? IDOK : IDCANCEL;
 }
 
 }  // namespace
@@ -115,7 +160,7 @@ using namespace host;
 
 extern "C" {
 
-LONG WINAPI DocumentPropertiesW(HWND, HANDLE hPrinter, LPWSTR pDeviceName, PDEVMODEW pDevModeOutput,
+LONG WINAPI DocumentPropertiesW(HWND owner, HANDLE hPrinter, LPWSTR pDeviceName, PDEVMODEW pDevModeOutput,
                                 PDEVMODEW pDevModeInput, DWORD fMode) {
     if (FaultAsked("DocumentPropertiesW")) {
         return -1;
@@ -124,11 +169,7 @@ LONG WINAPI DocumentPropertiesW(HWND, HANDLE hPrinter, LPWSTR pDeviceName, PDEVM
     if (file.empty()) {
         return -1;
     }
-    if ((fMode & DM_PROMPT) != 0 && pDevModeOutput) {
-        FailUnsupported("DocumentPropertiesW with DM_PROMPT (document property sheets)");
-        return -1;
-    }
-    const DriverEntry<DocumentPropertySheetsEntry> drvDocumentPropertySheets(file, "DrvDocumentPropertySheets");
+    const DriverEntry<PropertySheetsEntry> drvDocumentPropertySheets(file, "DrvDocumentPropertySheets");
     if (!drvDocumentPropertySheets) {
         return -1;
     }
@@ -141,7 +182,11 @@ LONG WINAPI DocumentPropertiesW(HWND, HANDLE hPrinter, LPWSTR pDeviceName, PDEVM
         return size;
     }
     // The caller's buffer is as large as this call told it.
-    return call(pDevModeInput, pDevModeOutput, static_cast<DWORD>(size), fMode);
+    if ((fMode & DM_PROMPT) == 0) {
+        return call(pDevModeInput, pDevModeOutput, static_cast<DWORD>(size), fMode);
+    }
+    return ShowDocumentSheets(drvDocumentPropertySheets.Get(), owner, hPrinter, pDeviceName, pDevModeOutput,
+                              (fMode & DM_IN_BUFFER) != 0 ? pDevModeInput : nullptr, static_cast<DWORD>(size), fMode);
 }
 
 int WINAPI DeviceCapabilitiesW(LPCWSTR pDevice, LPCWSTR, WORD fwCapability, LPWSTR pOutput, const DEVMODEW* pDevMode) {
@@ -195,11 +240,24 @@ BOOL WINAPI DevQueryPrint(HANDLE hPrinter, LPDEVMODEW pDevMode, DWORD* pResID) {
     return devQueryPrintEx(&info);
 }
 
-BOOL WINAPI PrinterProperties(HWND, HANDLE hPrinter) {
-    if (FaultAsked("PrinterProperties") || ConfigFileBehind(hPrinter).empty()) {
+BOOL WINAPI PrinterProperties(HWND owner, HANDLE hPrinter) {
+    if (FaultAsked("PrinterProperties")) {
         return FALSE;
     }
-    return FailUnsupported("PrinterProperties (device property sheets)");
+    const std::u16string file = ConfigFileBehind(hPrinter);
+    if (file.empty()) {
+        return FALSE;
+    }
+    const DriverEntry<PropertySheetsEntry> drvDevicePropertySheets(file, "DrvDevicePropertySheets");
+    if (!drvDevicePropertySheets) {
+        return FALSE;
+    }
+    std::u16string name = NameBehind(hPrinter);
+    const WORD flags = MayChange(hPrinter) ? 0 : kMayNotChange;
+    DevicePropertyHeader header = {sizeof(header), flags, hPrinter, name.data()};
+    const DriverSheets sheets = {drvDevicePropertySheets.Get(), reinterpret_cast<LPARAM>(&header),
+                                 Caption(TextsOfUser().properties, name), owner, [] {}};
+    return RunDriverSheets(sheets) >= 0;
 }
 
 HANDLE WINAPI RevertToPrinterSelf(VOID) {

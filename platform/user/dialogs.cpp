@@ -165,17 +165,6 @@ HWND MakeDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND p
     return IsWindow(dialog) ? dialog : nullptr;
 }
 
-// The template of a module; none with the last error set.
-std::optional<DialogTemplate> LoadTemplate(HINSTANCE instance, LPCWSTR name) {
-    const MachineLock lock;
-    const auto resources = ResourcesOf(instance);
-    const ResourceEntry* const entry =
-        resources != nullptr ? resources->Find(ResourceKey::FromArgument(RT_DIALOG), ResourceKey::FromArgument(name),
-                                               CurrentSettings().language)
-                             : nullptr;
-    return entry != nullptr ? ParseDialogTemplate(entry->data.data(), entry->data.size()) : std::nullopt;
-}
-
 // Runs until the dialog ends, is destroyed, or nobody is there any more.
 void RunLoop(HWND dialog, HWND owner, ModalLoop* loop) {
     const auto idle = [=] {
@@ -328,6 +317,21 @@ DialogState* FindDialog(HWND dialog) {
     return window != nullptr ? window->dialog.get() : nullptr;
 }
 
+std::optional<DialogTemplate> LoadDialogTemplate(HINSTANCE module, LPCWSTR name) {
+    const MachineLock lock;
+    const auto resources = ResourcesOf(module);
+    const ResourceEntry* const entry =
+        resources != nullptr ? resources->Find(ResourceKey::FromArgument(RT_DIALOG), ResourceKey::FromArgument(name),
+                                               CurrentSettings().language)
+                             : nullptr;
+    return entry != nullptr ? ParseDialogTemplate(entry->data.data(), entry->data.size()) : std::nullopt;
+}
+
+HWND MakeModelessDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND parent, DLGPROC proc,
+                        LPARAM parameter) {
+    return MakeDialog(instance, dialogTemplate, parent, proc, parameter, nullptr);
+}
+
 INT_PTR RunDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND owner, DLGPROC proc,
                   LPARAM parameter) {
     Window* const found = owner != nullptr ? FindWindowObject(owner) : nullptr;
@@ -377,8 +381,8 @@ HWND WINAPI CreateDialogParamW(HINSTANCE instance, LPCWSTR name, HWND parent, DL
     if (FaultAsked("CreateDialogParamW")) {
         return nullptr;
     }
-    const auto dialogTemplate = LoadTemplate(instance, name);
-    return dialogTemplate ? MakeDialog(instance, *dialogTemplate, parent, proc, parameter, nullptr) : nullptr;
+    const auto dialogTemplate = LoadDialogTemplate(instance, name);
+    return dialogTemplate ? MakeModelessDialog(instance, *dialogTemplate, parent, proc, parameter) : nullptr;
 }
 
 HWND WINAPI CreateDialogIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate, HWND parent, DLGPROC proc,
@@ -392,14 +396,14 @@ HWND WINAPI CreateDialogIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATEW dialo
     }
     // How long it is, only the template itself says.
     const auto parsed = ParseDialogTemplate(reinterpret_cast<const BYTE*>(dialogTemplate), SIZE_MAX / 2);
-    return parsed ? MakeDialog(instance, *parsed, parent, proc, parameter, nullptr) : nullptr;
+    return parsed ? MakeModelessDialog(instance, *parsed, parent, proc, parameter) : nullptr;
 }
 
 INT_PTR WINAPI DialogBoxParamW(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC proc, LPARAM parameter) {
     if (FaultAsked("DialogBoxParamW")) {
         return -1;
     }
-    const auto dialogTemplate = LoadTemplate(instance, name);
+    const auto dialogTemplate = LoadDialogTemplate(instance, name);
     return dialogTemplate ? RunDialog(instance, *dialogTemplate, owner, proc, parameter) : -1;
 }
 

@@ -30,6 +30,13 @@ struct DialogState {
 // The dialog's state, or null where the window is no dialog.
 DialogState* FindDialog(HWND dialog);
 
+// The template of a module; none, with the last error set, where it has none of this name.
+std::optional<DialogTemplate> LoadDialogTemplate(HINSTANCE module, LPCWSTR name);
+
+// Makes a modeless dialog, which is shown where its style says so. Null where it can't be made.
+HWND MakeModelessDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND parent, DLGPROC proc,
+                        LPARAM parameter);
+
 // Runs a modal dialog; `name` is the published call that it is for. -1 where it can't be made.
 INT_PTR RunDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND owner, DLGPROC proc, LPARAM parameter);
 

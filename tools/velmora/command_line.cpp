@@ -26,6 +26,7 @@
 #include "tools/velmora/printer_model.h"
 #include "tools/velmora/printer_report.h"
 #include "tools/velmora/settings_report.h"
+#include "tools/velmora/sheet_session.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/velmora/table.h"
 #include "tools/velmora/text_list_report.h"
@@ -59,6 +60,12 @@ struct Request {
     std::string jobName = "Test page";
     unsigned sheets = 1;
     bool raw = false;
+
+    std::string page = {};
+    std::string scriptFile = {};
+    bool isWholeSheet = false;
+    bool isApplied = false;
+    bool isOk = false;
 };
 
 // The machine of the command, set as the command line says.
@@ -370,6 +377,77 @@ void Job(const Request& request) {
     TellLeftOpen(request, "the hooks", job.leftOpen);
 }
 
+// The steps that the options of a sheet stand for, in the order in which a user takes them. Without any, the controls
+// of the page are reported.
+std::vector<SheetStep> StepsOf(const Request& request) {
+    std::vector<SheetStep> steps;
+    if (!request.page.empty()) {
+        steps.push_back({SheetVerb::kPage, 0, request.page, "--page"});
+    }
+    const size_t chosen = steps.size();
+    for (const std::string& assignment : request.assignments) {
+        steps.push_back(ParseAssignmentStep(assignment));
+    }
+    if (!request.scriptFile.empty()) {
+        std::ranges::copy(ReadSheetScript(request.scriptFile), std::back_inserter(steps));
+    }
+    if (!request.outputFile.empty()) {
+        steps.push_back(
+            {request.isWholeSheet ? SheetVerb::kSheetPicture : SheetVerb::kPicture, 0, request.outputFile, "--output"});
+    }
+    if (request.isApplied) {
+        steps.push_back({SheetVerb::kApply, 0, "", "--apply"});
+    }
+    if (request.isOk) {
+        steps.push_back({SheetVerb::kOk, 0, "", "--ok"});
+    }
+    if (steps.size() == chosen) {
+        steps.push_back({SheetVerb::kControls, 0, "", "--page"});
+    }
+    return steps;
+}
+
+void Sheet(const Request& request) {
+    const std::vector<SheetStep> steps = StepsOf(request);
+    const auto machine = OpenMachine(request);
+    NoteOtherDriver(request);
+    const OwnedPrinter printer = OpenNamedPrinter(request.printer);
+    const std::optional<VelmoraDevMode> given = GivenDevMode(request);
+    const VelmoraDevMode before = given ? *given : DefaultByDriver(printer.Get(), request.printer);
+    const std::vector<PrinterValue> dataBefore = ListPrinterData(printer.Get());
+    const SheetSession session = RunSheet(*machine, printer.Get(), request.printer, steps, before);
+    TellLeftOpen(request, "the sheet", session.leftOpen);
+
+    constexpr struct {
+        const char* text;
+        const char* json;
+    } kEnds[] = {{"cancelled", "cancel"}, {"cancelled after something was applied", "apply"}, {"closed by OK", "ok"}};
+    const auto& end = kEnds[static_cast<size_t>(session.end)];
+    const std::optional<PrinterModel> model = ModelOf(request.printer);
+    std::vector<Table> tables = session.controls;
+    Table differences =
+        ReportDifferences(before, session.devMode, NamesOfNumbers(model ? &*model : nullptr), "Before", "After");
+    differences.title = "Device mode";
+    tables.push_back(std::move(differences));
+    tables.push_back(ReportDataDifferences(request.printer, dataBefore, ListPrinterData(printer.Get())));
+    if (request.json) {
+        Json members = {{"printer", request.printer},
+                        {"sheet", session.isDeviceSheet ? "device" : "document"},
+                        {"end", end.json},
+                        {"pictures", session.pictures}};
+        members.update(ToJson(tables));
+        request.output << FormatJson(members);
+        return;
+    }
+    for (const std::string& picture : session.pictures) {
+        request.output << picture << "\n";
+    }
+    request.output << "the " << (session.isDeviceSheet ? "device" : "document") << " sheet of \"" << request.printer
+                   << "\" was " << end.text << "\n";
+    const bool isShown = std::ranges::any_of(tables, [](const Table& table) { return !table.rows.empty(); });
+    request.output << (isShown ? "\n" : "") << FormatText(tables);
+}
+
 void Bind(const Request& request) {
     const auto machine = OpenMachine(request);
     NoteOtherDriver(request);
@@ -597,6 +675,25 @@ void AddSettingsArguments(CLI::App& app, Request& request) {
     app.add_flag("--raw", request.raw, "Print the file as it is");
 }
 
+void AddSheetArguments(CLI::App& app, Request& request) {
+    AddPrinterArgument(app, request);
+    app.add_option("--page", request.page,
+                   "Page to show first: device, of the device sheet; paper, color, watermark, output, information or "
+                   "about, of the document sheet")
+        ->type_name("PAGE");
+    app.add_option("--set", request.assignments,
+                   "Set a control by its id: 11004=\"Paper feed unit\" (text or data of an item, text of a field, 0 or "
+                   "1 of a box, position of a slider), or press a button: press=11005. May be given several times.")
+        ->allow_extra_args(false)
+        ->type_name("CONTROL=VALUE");
+    app.add_option("--script", request.scriptFile, "File of steps, one a line, behind what is set")->type_name("FILE");
+    AddOutputOption(app, request, "File to draw the page to, as PNG, behind the steps");
+    app.add_flag("--sheet", request.isWholeSheet, "Draw the whole sheet");
+    app.add_flag("--apply", request.isApplied, "Press Apply in the end");
+    app.add_flag("--ok", request.isOk, "Close the sheet by OK; otherwise it is cancelled");
+    AddDevModeOption(app, request);
+}
+
 void AddNoArguments(CLI::App&, Request&) {}
 
 constexpr Command kCommands[] = {
@@ -642,6 +739,12 @@ constexpr Command kCommands[] = {
      "at the end, with their bytes, terminators included. A device mode that the driver doesn't accept is repaired, "
      "which is told.",
      "velmora job \"Velmora C3200\" --name Invoice --sheets 3", Job, AddJobArguments},
+    {"sheet", "Open a printer's property sheet, use it, draw it, and print what that changes",
+     "Goes through the published calls, as an application does. Without anything to do it prints the page's controls. "
+     "Steps of a script: page PAGE, set CONTROL VALUE, press CONTROL, controls, picture FILE, sheet-picture FILE, "
+     "apply, ok, cancel; \"#\" begins a comment, double quotes hold blanks together. A step acts on the dialog that "
+     "is in front.",
+     "velmora sheet \"Velmora C3200\" --page device -o page.png", Sheet, AddSheetArguments},
     {"bind", "Print what a printer's print-ticket provider says when it is bound",
      "Loads the driver's library, makes its provider and binds it to the printer as the print system does: the "
      "versions "

@@ -77,4 +77,12 @@ std::string PrinterModel::ColorModeName(const ColorModeRecord& mode) const {
     return Localized(static_cast<int16_t>(mode.nameRef));
 }
 
+std::optional<PrinterModel> ModelOf(const std::string& printerName) {
+    try {
+        return std::optional<PrinterModel>(std::in_place, printerName);
+    } catch (const CommandError&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "driver/base/handles.h"
@@ -45,5 +46,8 @@ class PrinterModel {
     HeapOwner<DeviceInfo> options_;
     OwnedModule texts_;
 };
+
+// Empty where the printer has none that can be read.
+std::optional<PrinterModel> ModelOf(const std::string& printerName);
 
 }  // namespace velmora

@@ -300,13 +300,18 @@ void AddStructure(const PrinterValue& value, const PrinterModel& model, std::vec
     }
 }
 
-// Empty where the driver can't read one.
-std::optional<PrinterModel> ModelOf(const std::string& printerName) {
-    try {
-        return std::optional<PrinterModel>(std::in_place, printerName);
-    } catch (const CommandError&) {
-        return std::nullopt;
+const ValueType* FindValueType(DWORD type) {
+    const auto* const known = std::ranges::find(kValueTypes, type, &ValueType::type);
+    return known != std::end(kValueTypes) ? known : nullptr;
+}
+
+// A value by its type alone; empty for none.
+Cell ValueCell(const PrinterValue* value) {
+    if (!value) {
+        return EmptyCell();
     }
+    const ValueType* const known = FindValueType(value->type);
+    return known ? known->cell(value->bytes) : BinaryCell(value->bytes);
 }
 
 }  // namespace
@@ -329,19 +334,57 @@ std::vector<Table> ReportPrinterData(const std::string& printerName) {
     std::vector<Table> tables = {
         {"", "values", {{"Name", "name"}, {"Type", "type"}, {"Bytes", "bytes"}, {"Value", "value"}}}};
     for (const PrinterValue& value : ListPrinterData(printer.Get())) {
-        const auto* const known = std::ranges::find(kValueTypes, value.type, &ValueType::type);
-        const bool isKnown = known != std::end(kValueTypes);
-        Cell cell = isKnown ? known->cell(value.bytes) : BinaryCell(value.bytes);
+        const ValueType* const known = FindValueType(value.type);
+        Cell cell = ValueCell(&value);
         if (value.type == REG_BINARY && value.name == "ColorData") {
             cell = BlobCell(value.bytes);
         } else if (model) {
             AddStructure(value, *model, tables, cell);
         }
         tables.front().rows.push_back({TextCell(value.name),
-                                       TextCell(isKnown ? known->name : "type " + std::to_string(value.type)),
+                                       TextCell(known ? known->name : "type " + std::to_string(value.type)),
                                        NumberCell(static_cast<int64_t>(value.bytes.size())), std::move(cell)});
     }
     return tables;
+}
+
+Table ReportDataDifferences(const std::string& printerName, const std::vector<PrinterValue>& before,
+                            const std::vector<PrinterValue>& after) {
+    Table differences = {"Printer data", "printerData", {{"Value", "name"}, {"Before", "before"}, {"After", "after"}}};
+    const std::optional<PrinterModel> model = ModelOf(printerName);
+    const auto find = [](const std::vector<PrinterValue>& values, const std::string& name) {
+        const auto found = std::ranges::find(values, name, &PrinterValue::name);
+        return found != values.end() ? &*found : nullptr;
+    };
+    std::vector<PrinterValue> either = after;
+    std::ranges::copy_if(before, std::back_inserter(either),
+                         [&](const PrinterValue& value) { return !find(after, value.name); });
+    for (const PrinterValue& value : either) {
+        const PrinterValue* const sides[] = {find(before, value.name), find(after, value.name)};
+        if (sides[0] && sides[1] && sides[0]->type == sides[1]->type && sides[0]->bytes == sides[1]->bytes) {
+            continue;
+        }
+        // By field, where the value is the installed options before and after.
+        std::vector<Rows> fields;
+        for (const PrinterValue* side : sides) {
+            if (side && model && side->name == "DeviceInfo" && side->bytes.size() == sizeof(DeviceInfo)) {
+                ValueReader reader(side->bytes);
+                ReadDeviceInfo(reader, *model, fields.emplace_back());
+            }
+        }
+        if (fields.size() != std::size(sides)) {
+            differences.rows.push_back({TextCell(value.name), ValueCell(sides[0]), ValueCell(sides[1])});
+            continue;
+        }
+        for (size_t i = 0; i < fields[0].size(); ++i) {
+            const std::vector<Cell>& old = fields[0][i];
+            const std::vector<Cell>& now = fields[1][i];
+            if (old[1].json != now[1].json) {
+                differences.rows.push_back({TextCell(value.name + "." + old[0].text), old[1], now[1]});
+            }
+        }
+    }
+    return differences;
 }
 
 }  // namespace velmora

@@ -29,6 +29,7 @@ class TabControl : public Control {
     };
 
     LRESULT Insert(int index, const TCITEMW& item);
+    bool Delete(size_t index);
     bool Get(size_t index, TCITEMW* item) const;
     int TabHeight() const { return FontHeight() + kTabLeading; }
     RECT TabRect(size_t index) const;
@@ -59,6 +60,21 @@ LRESULT TabControl::Insert(int index, const TCITEMW& item) {
     }
     Redraw();
     return index;
+}
+
+// Without a notification: the program knows.
+bool TabControl::Delete(size_t index) {
+    if (index >= tabs_.size()) {
+        return false;
+    }
+    tabs_.erase(tabs_.begin() + static_cast<ptrdiff_t>(index));
+    if (selected_ == static_cast<int>(index)) {
+        selected_ = -1;
+    } else if (selected_ > static_cast<int>(index)) {
+        --selected_;
+    }
+    Redraw();
+    return true;
 }
 
 bool TabControl::Get(size_t index, TCITEMW* item) const {
@@ -188,6 +204,8 @@ LRESULT TabControl::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             return Get(wParam, reinterpret_cast<TCITEMW*>(lParam));
         case TCM_INSERTITEMW:
             return Insert(index, *reinterpret_cast<const TCITEMW*>(lParam));
+        case TCM_DELETEITEM:
+            return Delete(wParam);
         default:
             return HandleCommon(message, wParam, lParam);
     }
