@@ -10,6 +10,7 @@
 #include "bench/generated_model.h"
 #include "bench/install_bench.h"
 #include "bench/job_bench.h"
+#include "bench/sheet_bench.h"
 #include "bench/ticket_bench.h"
 #include "bench/validation_bench.h"
 #include "driver/devdesc/description_file.h"
@@ -166,8 +167,8 @@ class DriverBench : public Bench {
         holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest->name,
                              times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
         holds &= PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes);
-        for (const Bench* bench :
-             std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_, &tickets_, &conversions_}) {
+        for (const Bench* bench : std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_, &sheets_,
+                                                                      &tickets_, &conversions_}) {
             holds &= bench->Judge(times);
         }
         return holds;
@@ -192,6 +193,7 @@ class DriverBench : public Bench {
     ValidationBench validation_{machine_};
     JobBench jobs_{machine_};
     InstallBench installation_{machine_};
+    SheetBench sheets_{machine_};
     TicketBench tickets_;
     ConversionBench conversions_{machine_};
 };
