@@ -17,6 +17,7 @@
 #include "platform/kernel/faults.h"
 #include "platform/kernel/modules.h"
 #include "platform/kernel/settings.h"
+#include "platform/kernel/text.h"
 #include "platform/resources/resource_file.h"
 
 namespace host {
@@ -209,7 +210,7 @@ HANDLE SharedIcon(HINSTANCE instance, LPCWSTR name, int width, int height) {
     using Key = std::tuple<HINSTANCE, uint16_t, std::u16string, int, int>;
     static auto& icons = *new std::map<Key, HANDLE>;
     const ResourceKey resource = ResourceKey::FromArgument(name);
-    const Key key = {instance, resource.id, resource.text, width, height};
+    const Key key = {instance, resource.id, FoldCase(resource.text), width, height};
     const auto known = icons.find(key);
     if (known != icons.end() && IsOpen(known->second)) {
         return known->second;

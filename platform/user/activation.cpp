@@ -21,6 +21,15 @@ bool IsEnabledToRoot(const Window& window) {
     return false;
 }
 
+// Whose colour says whether the window is active.
+void InvalidateCaption(HWND handle) {
+    Window* const window = IsWindow(handle) ? FindWindowObject(handle) : nullptr;
+    if (window != nullptr && (window->style & WS_CAPTION) == WS_CAPTION) {
+        constexpr RECT kNone = {};
+        Invalidate(*window, &kNone, false, true);
+    }
+}
+
 // The focus without a look at what is active.
 void GiveFocus(HWND window) {
     ThreadWindows& thread = ThisThread();
@@ -51,9 +60,7 @@ bool ActivateWindow(HWND window) {
     ++thread.changes;
     if (before != nullptr && IsWindow(before)) {
         Send(before, WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(window));
-        if (Window* const left = IsWindow(before) ? FindWindowObject(before) : nullptr) {
-            left->mustDrawFrame = true;
-        }
+        InvalidateCaption(before);
     }
     if (thread.active != window) {
         return false;
@@ -66,6 +73,7 @@ bool ActivateWindow(HWND window) {
         return window == nullptr;
     }
     PlaceInOrder(*found, HWND_TOP);
+    InvalidateCaption(window);
     Send(window, WM_ACTIVATE, WA_ACTIVE, reinterpret_cast<LPARAM>(before));
     return true;
 }

@@ -25,7 +25,8 @@ LRESULT SetText(Window& window, LPCWSTR text) {
     window.text = text != nullptr ? text : u"";
     ++ThisThread().changes;
     if ((window.style & WS_CAPTION) == WS_CAPTION) {
-        Invalidate(window, nullptr, false, true);
+        constexpr RECT kNone = {};
+        Invalidate(window, &kNone, false, true);
     }
     return TRUE;
 }

@@ -48,11 +48,11 @@ RECT ToPixels(const SIZE& units, int x, int y, int width, int height) {
     return {left, top, left + Scale(width, units.cx, kUnitsAcross), top + Scale(height, units.cy, kUnitsDown)};
 }
 
-// Fonts and units are asked for on the screen.
-void SetFont(const DialogTemplate& dialogTemplate, DialogState* state) {
-    const HDC context = GetDC(nullptr);
+// Fonts and units are asked for on the screen. False where there is no memory for that.
+bool SetFont(const DialogTemplate& dialogTemplate, DialogState* state) {
+    const HDC context = OpenContext(nullptr, false);
     if (context == nullptr) {
-        return;
+        return false;
     }
     HFONT font = static_cast<HFONT>(GetStockObject(SYSTEM_FONT));
     if (dialogTemplate.font) {
@@ -62,7 +62,8 @@ void SetFont(const DialogTemplate& dialogTemplate, DialogState* state) {
     const HGDIOBJ before = SelectObject(context, font);
     state->units = MeasureUnits(context);
     SelectObject(context, before);
-    ReleaseDC(nullptr, context);
+    CloseContext(context);
+    return true;
 }
 
 // Where the dialog's window comes: in its parent, over its owner or on the screen, and wholly on that.
@@ -122,7 +123,9 @@ HWND MakeDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND p
         return nullptr;
     }
     auto made = std::make_unique<DialogState>();
-    SetFont(dialogTemplate, made.get());
+    if (!SetFont(dialogTemplate, made.get())) {
+        return nullptr;
+    }
     made->loop = loop;
     const DWORD style = dialogTemplate.style & ~WS_VISIBLE;
     DWORD exStyle = dialogTemplate.exStyle;
@@ -262,8 +265,10 @@ LRESULT MoveFocus(HWND dialog, WPARAM wParam, bool isControl) {
 LRESULT EraseDialog(HWND dialog, WPARAM context) {
     const auto brush =
         reinterpret_cast<HBRUSH>(Send(dialog, WM_CTLCOLORDLG, context, reinterpret_cast<LPARAM>(dialog)));
-    RECT client;
-    if (brush != nullptr && GetClientRect(dialog, &client)) {
+    const Window* const window = IsWindow(dialog) ? FindWindowObject(dialog) : nullptr;
+    if (brush != nullptr && window != nullptr) {
+        const SIZE size = ClientSize(*window);
+        const RECT client = {0, 0, size.cx, size.cy};
         FillRect(reinterpret_cast<HDC>(context), &client, brush);
     }
     return TRUE;

@@ -37,7 +37,7 @@ std::optional<DialogTemplate> LoadDialogTemplate(HINSTANCE module, LPCWSTR name)
 HWND MakeModelessDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND parent, DLGPROC proc,
                         LPARAM parameter);
 
-// Runs a modal dialog; `name` is the published call that it is for. -1 where it can't be made.
+// Runs a modal dialog until it ends; what EndDialog was given. -1 where it can't be made or nobody ends it.
 INT_PTR RunDialog(HINSTANCE instance, const DialogTemplate& dialogTemplate, HWND owner, DLGPROC proc, LPARAM parameter);
 
 // Gives a control the focus as the keyboard does: an edit's text is selected.

@@ -86,7 +86,7 @@ void DrawFrame(Window& window) {
         return;
     }
     const HWND handle = window.handle;
-    const HDC context = GetWindowDC(handle);
+    const HDC context = OpenContext(handle, true);
     if (context == nullptr) {
         return;
     }
@@ -98,7 +98,7 @@ void DrawFrame(Window& window) {
     if (HasCaption(window)) {
         DrawCaption(window, context);
     }
-    ReleaseDC(handle, context);
+    CloseContext(context);
 }
 
 LRESULT HitFrame(const Window& window, POINT screen) {

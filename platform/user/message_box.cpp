@@ -60,44 +60,48 @@ struct Message {
 
 SIZE MeasureText(HWND dialog, LPCWSTR text) {
     RECT rect = {0, 0, kWidestText, 0};
-    const HDC context = GetDC(dialog);
+    const HDC context = OpenContext(dialog, false);
     const HGDIOBJ before = SelectObject(context, reinterpret_cast<HFONT>(Send(dialog, WM_GETFONT)));
     DrawTextW(context, text, -1, &rect, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
     SelectObject(context, before);
-    ReleaseDC(dialog, context);
+    CloseContext(context);
     return {rect.right, rect.bottom};
 }
 
-void AddControl(HWND dialog, LPCWSTR className, LPCWSTR text, DWORD style, const RECT& rect, int id) {
+bool AddControl(HWND dialog, LPCWSTR className, LPCWSTR text, DWORD style, const RECT& rect, int id) {
     const HWND control =
         CreateWindowExW(WS_EX_NOPARENTNOTIFY, className, text, style | WS_CHILD | WS_VISIBLE, rect.left, rect.top,
                         rect.right - rect.left, rect.bottom - rect.top, dialog,
                         reinterpret_cast<HMENU>(static_cast<UINT_PTR>(static_cast<UINT>(id))), nullptr, nullptr);
     Send(control, WM_SETFONT, static_cast<WPARAM>(Send(dialog, WM_GETFONT)), FALSE);
+    return control != nullptr;
 }
 
-void LayOut(HWND dialog, const Message& message) {
+// False where a control can't be made.
+bool LayOut(HWND dialog, const Message& message) {
     const SIZE text = MeasureText(dialog, message.text);
     const int textLeft = message.icon != nullptr ? kMargin + kIconSize + kMargin : kMargin;
     const auto buttons = static_cast<int>(message.set->buttons.size());
     const int buttonsWidth = buttons * kButtonWidth + (buttons - 1) * kButtonGap;
     const int width = std::max<int>(textLeft + text.cx, kMargin + buttonsWidth) + kMargin;
     const int height = std::max<int>(text.cy, kIconSize);
+    bool made = true;
     if (message.icon != nullptr) {
-        AddControl(dialog, TEXT("Static"), nullptr, SS_ICON,
-                   {kMargin, kMargin, kMargin + kIconSize, kMargin + kIconSize}, kIconId);
+        made &= AddControl(dialog, TEXT("Static"), nullptr, SS_ICON,
+                           {kMargin, kMargin, kMargin + kIconSize, kMargin + kIconSize}, kIconId);
         SendDlgItemMessageW(dialog, kIconId, STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, message.icon)),
                             0);
     }
     const int textTop = kMargin + (height - text.cy) / 2;
-    AddControl(dialog, TEXT("Static"), message.text, SS_NOPREFIX,
-               {textLeft, textTop, textLeft + text.cx, textTop + text.cy}, kTextId);
+    made &= AddControl(dialog, TEXT("Static"), message.text, SS_NOPREFIX,
+                       {textLeft, textTop, textLeft + text.cx, textTop + text.cy}, kTextId);
     const int top = kMargin + height + kMargin;
     int left = width - kMargin - buttonsWidth;
     for (const Button& button : message.set->buttons) {
         const bool isFirst = &button == &message.set->buttons.front();
-        AddControl(dialog, TEXT("Button"), button.text, WS_TABSTOP | (isFirst ? BS_DEFPUSHBUTTON | WS_GROUP : 0u),
-                   {left, top, left + kButtonWidth, top + kButtonHeight}, button.id);
+        made &=
+            AddControl(dialog, TEXT("Button"), button.text, WS_TABSTOP | (isFirst ? BS_DEFPUSHBUTTON | WS_GROUP : 0u),
+                       {left, top, left + kButtonWidth, top + kButtonHeight}, button.id);
         left += kButtonWidth + kButtonGap;
     }
     Send(dialog, DM_SETDEFID, static_cast<WPARAM>(message.set->buttons.front().id));
@@ -108,13 +112,16 @@ void LayOut(HWND dialog, const Message& message) {
     const LONG wholeHeight = whole.bottom - whole.top;
     SetWindowPos(dialog, nullptr, (kScreenWidth - wholeWidth) / 2, (kScreenHeight - wholeHeight) / 2, wholeWidth,
                  wholeHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+    return made;
 }
 
 INT_PTR CALLBACK BoxProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
             SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-            LayOut(dialog, *reinterpret_cast<const Message*>(lParam));
+            if (!LayOut(dialog, *reinterpret_cast<const Message*>(lParam))) {
+                EndDialog(dialog, 0);
+            }
             return TRUE;
         case WM_COMMAND: {
             const auto& box = *reinterpret_cast<const Message*>(GetWindowLongPtrW(dialog, DWLP_USER));

@@ -146,7 +146,8 @@ HDC OpenContext(Window& window, bool whole, const RECT* update) {
     return opened.context;
 }
 
-bool CloseContext(HDC context) {
+// False where it is none that was given.
+bool GiveBack(HDC context) {
     std::vector<PaintContext>& contexts = ThisThread().contexts;
     const auto found = std::find_if(contexts.begin(), contexts.end(),
                                     [context](const PaintContext& open) { return open.context == context; });
@@ -176,6 +177,15 @@ void CopyPixels(const Surface& from, Surface& to, POINT offset) {
 }
 
 }  // namespace
+
+HDC OpenContext(HWND window, bool whole) {
+    Window* const found = window != nullptr ? FindWindowObject(window) : &Desktop();
+    return found != nullptr ? OpenContext(*found, whole, nullptr) : nullptr;
+}
+
+void CloseContext(HDC context) {
+    GiveBack(context);
+}
 
 void Invalidate(Window& window, const RECT* rect, bool erase, bool frame, bool children) {
     if (!window.redraws || window.thread == 0 || !IsWindowVisible(window.handle)) {
@@ -284,17 +294,15 @@ BOOL WINAPI EndPaint(HWND, const PAINTSTRUCT* paint) {
 }
 
 HDC WINAPI GetDC(HWND window) {
-    Window* const found = window != nullptr ? FindWindowObject(window) : &Desktop();
-    return !FaultAsked("GetDC") && found != nullptr ? OpenContext(*found, false, nullptr) : nullptr;
+    return FaultAsked("GetDC") ? nullptr : OpenContext(window, false);
 }
 
 HDC WINAPI GetWindowDC(HWND window) {
-    Window* const found = window != nullptr ? FindWindowObject(window) : &Desktop();
-    return !FaultAsked("GetWindowDC") && found != nullptr ? OpenContext(*found, true, nullptr) : nullptr;
+    return FaultAsked("GetWindowDC") ? nullptr : OpenContext(window, true);
 }
 
 int WINAPI ReleaseDC(HWND, HDC context) {
-    return CloseContext(context);
+    return GiveBack(context);
 }
 
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rect, BOOL erase) {

@@ -23,7 +23,8 @@ Window* desktop = nullptr;
 void EndMachine() {
     for (const HANDLE handle : ObjectsOfKind(Resource::kWindow)) {
         auto* window = FindObject<Window>(handle, Resource::kWindow);
-        if (window != nullptr && window->windowClass != nullptr && window->windowClass->isSystem && !window->dialog) {
+        if (window != nullptr && window->windowClass != nullptr && window->windowClass->isSystem &&
+            window->windowClass->proc != DefDlgProcW) {
             window->windowClass->proc(window->handle, WM_NCDESTROY, 0, 0);
         }
     }
@@ -321,9 +322,6 @@ HWND WINAPI CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR name, DWOR
 }
 
 BOOL WINAPI DestroyWindow(HWND window) {
-    if (FaultAsked("DestroyWindow")) {
-        return FALSE;
-    }
     Window* found = FindWindowObject(window);
     if (found == nullptr || found->isBeingDestroyed) {
         return FALSE;

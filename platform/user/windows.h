@@ -160,7 +160,8 @@ bool IsEmptyRect(const RECT& rect);
 RECT Intersection(const RECT& a, const RECT& b);
 RECT Moved(const RECT& rect, LONG dx, LONG dy);
 
-// Marks a part of a window for painting, and the children in it where the window doesn't clip them. Null: all.
+// Marks a part of a window for painting, and the children in it where the window doesn't clip them. Null: all; an
+// empty rectangle with `frame`: the frame alone.
 void Invalidate(Window& window, const RECT* rect, bool erase, bool frame = false, bool children = false);
 // The place of a window in its parent, as after it was moved or hidden.
 void InvalidatePlace(const Window& window, const RECT& rect);
@@ -184,6 +185,10 @@ void ForgetInQueue(HWND window);
 void MoveFocusOut(HWND window, HWND to);  // where the focus is the window or inside
 bool ActivateWindow(HWND window);         // a top-level window, or null
 void ActivateAnother(HWND window);        // the window can't be active any more
+
+// As GetDC and GetWindowDC (`whole`) give it, null for the screen; null on failure.
+HDC OpenContext(HWND window, bool whole);
+void CloseContext(HDC context);
 
 // The first window of the thread that must be painted; null: none.
 HWND FindInvalidWindow();

@@ -27,7 +27,8 @@ class ContractEnvironment {
     // What GetVersionExW tells. False where the host's version is what it is.
     virtual bool SetSystemVersion(DWORD major, DWORD minor) = 0;
 
-    // What GetUserDefaultLangID tells the driver. A fresh machine is English (0x0409).
+    // What GetUserDefaultLangID tells the driver, and the ANSI code page of that language. A fresh machine is English
+    // (0x0409).
     virtual void SetLanguage(LANGID language) = 0;
 
     // Makes a text the default value (REG_SZ) of a registry key, which is made where it isn't there.

@@ -45,7 +45,11 @@ class LayerEnvironment : public ContractEnvironment {
         return true;
     }
 
-    void SetLanguage(LANGID language) override { machine_.SetLanguage(language); }
+    void SetLanguage(LANGID language) override {
+        constexpr LANGID kJapanese = 0x0411;
+        machine_.SetLanguage(language);
+        machine_.SetAnsiCodePage(language == kJapanese ? 932 : 1252);
+    }
 
     void SetRegistryText(HKEY root, const WideText& key, const WideText& text) override {
         HKEY opened = nullptr;

