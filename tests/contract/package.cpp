@@ -70,7 +70,11 @@ DriverPackage PackageOf(const std::string& descriptionFile) {
     package.dataFile = {WideText(descriptionFile.begin(), descriptionFile.end()), descriptionFile, {}};
     package.dependentFiles = {{TEXT("KV62ENUS.DLL"), "KV62ENUS.DLL", {}},
                               {TEXT("KV62GERM.DLL"), "KV62GERM.DLL", {}},
-                              {TEXT("KV62JAPA.DLL"), "KV62JAPA.DLL", {}}};
+                              {TEXT("KV62JAPA.DLL"), "KV62JAPA.DLL", {}},
+                              // The render library, without an INI file and with one, and the image module beside it.
+                              {TEXT("KVIME.DLL"), {}, "no library"},
+                              {TEXT("KV62E.DLL"), {}, "no library"},
+                              {TEXT("KV62im.dll"), "KV62im.dll", {}}};
     return package;
 }
 

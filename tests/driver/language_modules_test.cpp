@@ -1,15 +1,15 @@
-// The language modules as they are built: they hold the same resources, and each is found by its language.
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+// The resource modules as they are built: those of languages hold the same resources and are found by their language,
+// the one of pictures is found beside the render library.
 #include <map>
 #include <optional>
 
+#include "driver/entry/printer_access.h"
 #include "driver/entry/resource_module.h"
+#include "driver/install/driver_files.h"
 #include "platform/kernel/text.h"
-#include "platform/resources/resource_file.h"
+#include "tests/driver/built_modules.h"
 #include "tests/driver/machine.h"
+#include "tests/driver/module_resources.h"
 #include "tests/driver/resource_file.h"
 
 namespace velmora {
@@ -17,47 +17,23 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-constexpr uint16_t kStringType = 6;    // RT_STRING (winuser.h)
-constexpr uint16_t kVersionType = 16;  // RT_VERSION
-constexpr unsigned kStringsPerBlock = 16;
-constexpr const char* kSettingsExtension = "string 2420";
-constexpr const char* kLanguage = "string 2500";
+constexpr unsigned kSettingsExtension = 2420;  // string ids
+constexpr unsigned kLanguage = 2500;
 
-// Resources by type and id, "string 2000", "type 5, 101"; of strings, which don't stand alone in a file, their text.
+// Resources by type and id, "string 2000", "dialog 1004"; of strings, which don't stand alone in a file, their text.
 using Resources = std::map<std::string, std::optional<std::u16string>>;
 
-std::string NameOf(const host::ResourceKey& key) {
-    return key.text.empty() ? std::to_string(key.id) : "\"" + host::ToUtf8(key.text) + "\"";
-}
-
-// A block of strings: each its length and its characters. An id without a string has length 0.
-void AddStrings(const host::ResourceEntry& block, Resources& resources) {
-    const unsigned first = (block.name.id - 1u) * kStringsPerBlock;
-    size_t at = 0;
-    for (unsigned i = 0; i < kStringsPerBlock && at + 2 <= block.data.size(); ++i) {
-        const size_t length = block.data[at] | block.data[at + 1] << 8;
-        std::u16string text(std::min(length, (block.data.size() - at) / 2 - 1), u'\0');
-        std::copy_n(block.data.data() + at + 2, text.size() * 2, reinterpret_cast<uint8_t*>(text.data()));
-        at += 2 + text.size() * 2;
-        if (!text.empty()) {
-            resources["string " + std::to_string(first + i)] = text;
-        }
-    }
-}
-
 Resources ResourcesOf(const std::string& module) {
-    const auto file = host::ParseResourceFile(module);
+    const ModuleResources content = ReadModuleResources(module);
     Resources resources;
-    if (!file) {
-        ADD_FAILURE() << "no compiled resources";
-        return resources;
+    for (const auto& [id, text] : content.strings) {
+        resources["string " + std::to_string(id)] = text;
     }
-    for (const host::ResourceEntry& entry : file->Entries()) {
-        if (entry.type.text.empty() && entry.type.id == kStringType) {
-            AddStrings(entry, resources);
-        } else if (!entry.type.text.empty() || entry.type.id != kVersionType) {
-            resources["type " + NameOf(entry.type) + ", " + NameOf(entry.name)] = std::nullopt;
-        }
+    for (const auto& dialog : content.dialogs) {
+        resources["dialog " + std::to_string(dialog.first)] = std::nullopt;
+    }
+    for (const std::string& other : content.others) {
+        resources[other] = std::nullopt;
     }
     return resources;
 }
@@ -97,13 +73,6 @@ std::vector<std::string> Differences(const std::string& module, const std::strin
     return lines;
 }
 
-std::string ReadModule(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-constexpr const char* kModules[] = {VELMORA_LANGUAGE_MODULES};
-
 TEST(LanguageModules, DifferencesAreTold) {
     const std::string model = StringModule({{7, u"%d of 100%%"}, {8, u"Eight"}, {40, u"%s: %5.1f"}});
     EXPECT_EQ(Differences(model, model), std::vector<std::string>());
@@ -116,18 +85,18 @@ TEST(LanguageModules, DifferencesAreTold) {
 }
 
 TEST(LanguageModules, HoldTheSameResources) {
-    const std::string english = ReadModule(kModules[0]);
-    ASSERT_GT(std::size(kModules), 1u);
-    EXPECT_GE(ResourcesOf(english).size(), 42u);
-    for (const std::filesystem::path module : kModules) {
-        SCOPED_TRACE(module.filename());
-        const std::string code = module.stem().string().substr(4);
+    const std::vector<PackageFile> modules = BuiltLanguageModules();
+    ASSERT_GT(modules.size(), 1u);
+    for (const PackageFile& module : modules) {
+        const std::string name = host::ToUtf8(module.name);
+        SCOPED_TRACE(name);
+        const std::string code = name.substr(4, 4);
         // Japanese has two built-in watermarks fewer.
         const Texts missing = code == "JAPA" ? Texts{"string 2496 is missing", "string 2497 is missing"} : Texts();
-        EXPECT_EQ(Differences(ReadModule(module), english), missing);
-        Resources resources = ResourcesOf(ReadModule(module));
-        EXPECT_EQ(resources[kSettingsExtension], u"ini") << "a user who changes the language keeps the settings";
-        EXPECT_EQ(host::ToUtf8(resources[kLanguage].value_or(u"")), code);
+        EXPECT_EQ(Differences(module.bytes, modules[0].bytes), missing);
+        auto strings = ReadModuleResources(module.bytes).strings;
+        EXPECT_EQ(strings[kSettingsExtension], u"ini") << "a user who changes the language keeps the settings";
+        EXPECT_EQ(host::ToUtf8(strings[kLanguage]), code);
     }
 }
 
@@ -135,10 +104,7 @@ class LanguageModule : public MachineTest {
   protected:
     void SetUp() override {
         DriverPackage package = PackageOf("");
-        package.dependent.clear();
-        for (const std::filesystem::path module : kModules) {
-            package.dependent.push_back({module.filename().u16string(), ReadModule(module)});
-        }
+        package.dependent = BuiltLanguageModules();
         Install(package);
     }
 
@@ -167,6 +133,25 @@ TEST_F(LanguageModule, IsTheOneOfTheUsersLanguage) {
         EXPECT_EQ(TextOf(c.language, 2117), c.customSize);
     }
 }
+
+class ImageModule : public MachineTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ImageModule, LiesBesideTheRenderLibrary) {
+    DriverPackage package = PackageOf("", GetParam());
+    UseBuiltModules(package);
+    Install(package);
+    SetRendererNames(Printer());
+    WCHAR library[MAX_PATH];
+    ASSERT_TRUE(FindDriverFile(Printer(), u"RenderLib", u"IME.DLL", library));
+    const WideText path(library);
+    const OwnedModule module(LoadLibraryW((path.substr(0, path.size() - 9) + u"KV62im.dll").c_str()));
+    ASSERT_TRUE(module);
+    for (const WCHAR* picture : {u"IDB_TRAY1A", u"IDB_TRAY2A", u"IDB_DUP1A", u"IDB_DUP2A"}) {
+        EXPECT_NE(FindResourceW(module.Get(), picture, RT_BITMAP), nullptr) << ToText(picture);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutAndWithAnIniFile, ImageModule, testing::Values("", "[PrinterDriver]\r\n"));
 
 }  // namespace
 }  // namespace velmora

@@ -1,21 +1,9 @@
 #include "tests/driver/sheet_package.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
+#include "tests/driver/built_modules.h"
 #include "tests/driver/description_builder.h"
 
 namespace driver_test {
-namespace {
-
-PackageFile BuiltFile(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {path.filename().u16string(), std::string(std::istreambuf_iterator<char>(stream), {})};
-}
-
-}  // namespace
-
 DriverPackage SheetPackage() {
     DescriptionBuilder builder = SmallModel(velmora::kPdlPcl6);
     velmora::ConstraintRecord constraint = {};
@@ -24,10 +12,7 @@ DriverPackage SheetPackage() {
     constraint.messageRef = builder.AddString(kConflictMessage);
     builder.Table(offsetof(velmora::DeviceModel, constraintTable), std::vector{constraint});
     DriverPackage package = PackageOf(builder.Build());
-    package.dependent.clear();
-    for (const char* const module : {VELMORA_SHEET_MODULES}) {
-        package.dependent.push_back(BuiltFile(module));
-    }
+    UseBuiltModules(package);
     return package;
 }
 

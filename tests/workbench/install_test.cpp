@@ -17,7 +17,8 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-const Names kPackage = {"KV62ENUS.DLL", "KV62GERM.DLL", "KV62JAPA.DLL", "KV62R.DLL", "KV62U.DLL", "PROBE.XPI"};
+const Names kPackage = {"KV62E.DLL", "KV62ENUS.DLL", "KV62GERM.DLL", "KV62JAPA.DLL", "KV62R.DLL",
+                        "KV62U.DLL", "KV62im.dll",   "KVIME.DLL",    "PROBE.XPI"};
 
 TEST_F(WorkbenchTest, InstallsFromASource) {
     EXPECT_EQ(Succeed({"install", WriteSource()}),
@@ -190,7 +191,7 @@ TEST(BuiltFiles, AreLookedForFromTheProgramsFolder) {
     EXPECT_THROW(FindBuiltFiles("/"), CommandError);
     const BuiltFiles files = FindBuiltFiles(ProgramFolder());
     std::vector<std::filesystem::path> all = files.languageModules;
-    all.insert(all.end(), {files.renderingCore, files.configurationFile, files.printProcessor});
+    all.insert(all.end(), {files.renderingCore, files.configurationFile, files.printProcessor, files.imageModule});
     for (const auto& file : all) {
         EXPECT_GT(std::filesystem::file_size(file), 0u) << file;
     }

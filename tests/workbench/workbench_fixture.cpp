@@ -75,7 +75,7 @@ std::vector<std::string> WorkbenchTest::InstalledFiles() const {
     if (fs::exists(MachineFolder())) {
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(MachineFolder())) {
             const std::string extension = entry.path().extension().string();
-            if (extension == ".DLL" || extension == ".XPI") {
+            if (extension == ".DLL" || extension == ".dll" || extension == ".XPI") {
                 names.push_back(entry.path().filename().string());
             }
         }

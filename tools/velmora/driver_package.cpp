@@ -37,6 +37,12 @@ constexpr size_t kMostStem = 64;  // keeps the installed path within the device 
 constexpr const char* kRenderingCore = "KV62R.DLL";
 constexpr const char* kConfigurationFile = "KV62U.DLL";
 constexpr const char* kPrintProcessorFile = "KV62PPR.DLL";
+constexpr const char* kImageModule = "KV62im.dll";
+
+// The render library, beside which the driver looks for the image module: the one that the printer's data name where
+// the package has an INI file, and the one that is looked for without. Both names are as long as the driver takes them
+// to be. The rendering core stands for them.
+constexpr const char* kRenderLibraries[] = {"KV62E.DLL", "KVIME.DLL"};
 constexpr const char16_t* kSystemPrintProcessor = u"winprint";
 
 // Extensions that the driver's own name gets.
@@ -100,6 +106,10 @@ class StagedPackage {
             fs::copy_file(files.renderingCore, folder_ / kRenderingCore);
             fs::copy_file(files.configurationFile, folder_ / kConfigurationFile);
             fs::copy_file(files.printProcessor, folder_ / kPrintProcessorFile);
+            fs::copy_file(files.imageModule, folder_ / kImageModule);
+            for (const char* library : kRenderLibraries) {
+                fs::copy_file(files.renderingCore, folder_ / library);
+            }
             for (const fs::path& module : files.languageModules) {
                 fs::copy_file(module, folder_ / module.filename());
             }
@@ -169,6 +179,10 @@ void AddDriver(const BuiltFiles& files, const PackagedModel& model, const Packag
     for (const fs::path& module : files.languageModules) {
         addDependent(module.filename().string());
     }
+    for (const char* library : kRenderLibraries) {
+        addDependent(library);
+    }
+    addDependent(kImageModule);
     if (withPrintProcessor) {
         addDependent(kPrintProcessorFile);
     }
@@ -308,8 +322,11 @@ BuiltFiles FindBuiltFiles(const fs::path& programFolder) {
         }
         return path;
     };
-    BuiltFiles files = {
-        find(VELMORA_RENDERING_CORE), find(VELMORA_CONFIGURATION_FILE), {}, find(VELMORA_PRINT_PROCESSOR)};
+    BuiltFiles files = {find(VELMORA_RENDERING_CORE),
+                        find(VELMORA_CONFIGURATION_FILE),
+                        {},
+                        find(VELMORA_PRINT_PROCESSOR),
+                        find(VELMORA_IMAGE_MODULE)};
     for (const char* module : kLanguageModules) {
         files.languageModules.push_back(find(module));
     }

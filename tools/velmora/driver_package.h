@@ -19,6 +19,7 @@ struct BuiltFiles {
     std::filesystem::path configurationFile;  // the driver
     std::vector<std::filesystem::path> languageModules;
     std::filesystem::path printProcessor;  // of image models
+    std::filesystem::path imageModule;
 };
 
 // Where the build puts them, seen from the folder of the workbench's program. Throws a CommandError for one that isn't

@@ -1,0 +1,42 @@
+#include "tests/driver/built_modules.h"
+
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+namespace driver_test {
+namespace {
+
+constexpr const char* kLanguageModules[] = {VELMORA_LANGUAGE_MODULES};
+
+PackageFile ReadModule(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("can't read " + file.string());
+    }
+    return {file.filename().u16string(), {std::istreambuf_iterator<char>(stream), {}}};
+}
+
+}  // namespace
+
+std::vector<PackageFile> BuiltLanguageModules() {
+    std::vector<PackageFile> modules;
+    for (const char* file : kLanguageModules) {
+        modules.push_back(ReadModule(file));
+    }
+    return modules;
+}
+
+void UseBuiltModules(DriverPackage& package) {
+    std::erase_if(package.dependent, [](const PackageFile& file) { return file.name.ends_with(u".DLL"); });
+    for (PackageFile& module : BuiltLanguageModules()) {
+        package.dependent.push_back(std::move(module));
+    }
+    // Its name without an INI file, and with one.
+    for (const char16_t* library : {u"KVIME.DLL", u"KV62E.DLL"}) {
+        package.dependent.push_back({library, "no library"});
+    }
+    package.dependent.push_back(ReadModule(VELMORA_IMAGE_MODULE));
+}
+
+}  // namespace driver_test

@@ -1,0 +1,255 @@
+// The dialogs of every language module: laid out alike, with room for every text, and usable by keyboard.
+#include <algorithm>
+#include <functional>
+#include <set>
+
+#include "platform/kernel/text.h"
+#include "tests/driver/built_modules.h"
+#include "tests/driver/machine.h"
+#include "tests/driver/module_resources.h"
+
+namespace driver_test {
+namespace {
+
+constexpr int kMargin = 7;  // dialog units, as all measures here
+constexpr int kButtonHeight = 14;
+constexpr int kButtonWidth = 50;  // at least
+constexpr int kButtonPadding = 8;
+constexpr int kLineHeight = 8;
+constexpr int kListPadding = 4;
+
+// The widths of characters: Latin ones and kana differ, so these are averages of running text.
+double WidthOf(char16_t c) {
+    return c < 0x2E80 ? 3.6 : c >= 0x3040 && c <= 0x30FF ? 6.5 : 8;
+}
+constexpr double kSpare = 1.2;  // of a text's width
+
+// Keys that the sheet around a page has for its own buttons in one of the languages.
+constexpr std::u16string_view kSheetKeys = u"ABH";
+
+// What a dialog shows beside what is written in its template.
+struct DialogRules {
+    unsigned id;
+    std::vector<unsigned> titles;
+    std::map<int, std::vector<unsigned>> strings;  // by control; any other without text has the string of its id
+    std::vector<std::pair<std::set<int>, std::set<int>>> alternatives;  // of which only one side is seen
+    std::set<int> untitled;  // pictures, and what gets its text from elsewhere
+};
+
+const std::vector<DialogRules> kDialogs = {
+    {1004, {1099}, {}, {}, {1820}},
+    {1050,
+     {1093, 1094, 1095, 1096, 1097, 1098},
+     {{1821, {2533, 2509, 2513, 2505, 2529, 2537}},
+      {1822, {2534, 2510, 2514, 2506, 2530, 2538}},
+      {1823, {2535, 2511, 2515, 2507, 2531, 2539}},
+      {1824, {2536, 2512, 2516, 2508, 2532, 2540}}},
+     {{{1816}, {1821, 1822, 1823, 1824}}, {{1604}, {1602, 1603}}},
+     {1815, 1816}},
+    {11000, {11001}, {{11004, {11010, 11011}}, {11007, {11010, 11011}}}, {}, {11009}},
+};
+
+bool IsButton(const DialogItem& item) {
+    return item.windowClass == u"BUTTON" && (item.style & 0xF) <= BS_DEFPUSHBUTTON;
+}
+
+bool IsFrame(const DialogItem& item) {
+    return (item.windowClass == u"STATIC" && (item.style & SS_TYPEMASK) == SS_ETCHEDFRAME) ||
+           (item.windowClass == u"BUTTON" && (item.style & 0xF) == BS_GROUPBOX);
+}
+
+bool Contains(const RECT& outer, const RECT& inner) {
+    return inner.left > outer.left && inner.top > outer.top && inner.right < outer.right && inner.bottom < outer.bottom;
+}
+
+bool Overlap(const RECT& a, const RECT& b) {
+    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+bool AreSeenTogether(const DialogRules& rules, int a, int b) {
+    return std::ranges::none_of(rules.alternatives, [&](const auto& sides) {
+        return (sides.first.contains(a) && sides.second.contains(b)) ||
+               (sides.first.contains(b) && sides.second.contains(a));
+    });
+}
+
+// Without the mark of the access key, and with what numbers of a format come to at most.
+double WidthOf(std::u16string text) {
+    std::erase(text, u'&');
+    for (const std::u16string_view number : {u"%d", u"%02d"}) {
+        for (size_t at = text.find(number); at != text.npos; at = text.find(number)) {
+            text.replace(at, number.size(), number == u"%d" ? u"8888" : u"88");
+        }
+    }
+    double width = 0;
+    for (const char16_t c : text) {
+        width += WidthOf(c);
+    }
+    return width;
+}
+
+// The room for texts: of all lines together.
+double RoomOf(const DialogItem& item) {
+    const int width = item.place.right - item.place.left;
+    if (item.windowClass == u"STATIC") {
+        return width * std::max<int>(1, (item.place.bottom - item.place.top) / kLineHeight);
+    }
+    return item.windowClass == u"LISTBOX" ? width - kListPadding : width - kButtonPadding;
+}
+
+// The access key of a text, upper case; 0: none.
+char16_t AccessKey(const std::u16string& text) {
+    const size_t mark = text.find(u'&');
+    return mark == text.npos ? u'\0' : host::UpperCase(text[mark + 1]);
+}
+
+class DialogCheck {
+  public:
+    DialogCheck(const DialogRules& rules, const Dialog& dialog, const std::map<unsigned, std::u16string>& strings)
+        : rules_(rules), dialog_(dialog), strings_(strings) {}
+
+    // What is wrong, a line each.
+    Texts Run() {
+        for (const unsigned title : rules_.titles) {
+            String(title);
+        }
+        for (size_t i = 0; i < dialog_.items.size(); ++i) {
+            const DialogItem& item = dialog_.items[i];
+            CheckPlace(item);
+            CheckTexts(item);
+            if (item.windowClass != u"STATIC" && !IsFrame(item)) {
+                CheckKeyboard(item, i > 0 ? &dialog_.items[i - 1] : nullptr);
+            }
+            for (size_t other = i + 1; other < dialog_.items.size(); ++other) {
+                CheckPair(item, dialog_.items[other]);
+            }
+        }
+        return faults_;
+    }
+
+  private:
+    void Say(int id, const std::string& what) { faults_.push_back(std::to_string(id) + " " + what); }
+
+    std::u16string String(unsigned id) {
+        const auto found = strings_.find(id);
+        if (found == strings_.end()) {
+            Say(static_cast<int>(id), "is no string");
+            return u"";
+        }
+        return found->second;
+    }
+
+    std::vector<std::u16string> TextsOf(const DialogItem& item) {
+        if (!item.text.empty() || rules_.untitled.contains(item.id)) {
+            return {item.text};
+        }
+        const auto found = rules_.strings.find(item.id);
+        std::vector<std::u16string> texts;
+        for (const unsigned id : found != rules_.strings.end() ? found->second : std::vector{unsigned(item.id)}) {
+            texts.push_back(String(id));
+        }
+        return texts;
+    }
+
+    void CheckPlace(const DialogItem& item) {
+        const RECT inside = {kMargin - 1, kMargin - 1, dialog_.width - kMargin + 1, dialog_.height - kMargin + 1};
+        if (!Contains(inside, item.place)) {
+            Say(item.id, "reaches into the margin");
+        }
+        if (IsButton(item) && (item.place.bottom - item.place.top != kButtonHeight ||
+                               item.place.right - item.place.left < kButtonWidth)) {
+            Say(item.id, "hasn't the size of buttons");
+        }
+    }
+
+    void CheckTexts(const DialogItem& item) {
+        for (const std::u16string& text : TextsOf(item)) {
+            if (WidthOf(text) * kSpare > RoomOf(item)) {
+                Say(item.id, "is too narrow for \"" + host::ToUtf8(text) + "\"");
+            }
+            const bool isLabel = item.windowClass != u"LISTBOX" && (item.style & SS_NOPREFIX) == 0;
+            if (const char16_t key = isLabel ? AccessKey(text) : u'\0'; key != 0) {
+                if (kSheetKeys.find(key) != kSheetKeys.npos || !keys_.insert(key).second) {
+                    Say(item.id, "has a key that is taken");
+                }
+            }
+        }
+    }
+
+    void CheckKeyboard(const DialogItem& item, const DialogItem* before) {
+        if ((item.style & WS_TABSTOP) == 0) {
+            Say(item.id, "isn't reached by Tab");
+        }
+        if (item.windowClass != u"BUTTON" &&
+            (!before || before->windowClass != u"STATIC" || AccessKey(TextsOf(*before)[0]) == 0)) {
+            Say(item.id, "has no label with a key before it");
+        }
+    }
+
+    void CheckPair(const DialogItem& item, const DialogItem& other) {
+        if (item.id == other.id && item.id != -1) {
+            Say(item.id, "is there twice");
+        }
+        if (Overlap(item.place, other.place) && AreSeenTogether(rules_, item.id, other.id) &&
+            !(IsFrame(item) && Contains(item.place, other.place))) {
+            Say(item.id, "overlaps " + std::to_string(other.id));
+        }
+    }
+
+    const DialogRules& rules_;
+    const Dialog& dialog_;
+    const std::map<unsigned, std::u16string>& strings_;
+    std::set<char16_t> keys_;
+    Texts faults_;
+};
+
+TEST(Dialogs, AreLaidOutByTheRules) {
+    std::vector<Dialog> english;
+    for (const PackageFile& module : BuiltLanguageModules()) {
+        SCOPED_TRACE(host::ToUtf8(module.name));
+        const bool isJapanese = module.name == u"KV62JAPA.DLL";
+        const ModuleResources resources = ReadModuleResources(module.bytes);
+        EXPECT_EQ(std::set(resources.languages.begin(), resources.languages.end()).size(), 1u);
+        EXPECT_EQ(resources.dialogs.size(), kDialogs.size());
+        for (size_t i = 0; i < kDialogs.size(); ++i) {
+            SCOPED_TRACE(kDialogs[i].id);
+            const Dialog& dialog = resources.dialogs.at(kDialogs[i].id);
+            EXPECT_EQ(DialogCheck(kDialogs[i], dialog, resources.strings).Run(), Texts());
+            EXPECT_EQ(dialog.pointSize, isJapanese ? 9 : 8);
+            EXPECT_EQ(dialog.charSet, isJapanese ? SHIFTJIS_CHARSET : ANSI_CHARSET);
+            english.push_back(dialog);
+            EXPECT_TRUE(std::ranges::equal(dialog.items, english[i].items, [](const auto& a, const auto& b) {
+                return a.id == b.id && a.windowClass == b.windowClass && a.style == b.style;
+            })) << "has other controls than in English";
+        }
+    }
+}
+
+TEST(Dialogs, FaultsAreTold) {
+    const ModuleResources resources = ReadModuleResources(BuiltLanguageModules()[0].bytes);
+    const struct {
+        int item;  // id
+        std::function<void(DialogItem&)> change;
+        Texts faults;
+    } cases[] = {
+        {11005,
+         [](DialogItem& item) { item.place.right -= 40; },
+         {"11005 hasn't the size of buttons", "11005 is too narrow for \"A&dd \u2192\""}},
+        {11007, [](DialogItem& item) { item.place.bottom += 1; }, {"11007 reaches into the margin"}},
+        {11007, [](DialogItem& item) { item.place.left -= 5; }, {"11005 overlaps 11007", "11007 overlaps 11008"}},
+        {11008, [](DialogItem& item) { item.id = 11005; }, {"11005 is there twice", "11005 has a key that is taken"}},
+        {11003, [](DialogItem& item) { item.text = u"&About"; }, {"11003 has a key that is taken"}},
+        {11006, [](DialogItem& item) { item.text = u"Installed"; }, {"11007 has no label with a key before it"}},
+        {11004, [](DialogItem& item) { item.style &= ~WS_TABSTOP; }, {"11004 isn't reached by Tab"}},
+        {11002, [](DialogItem& item) { item.id = 999; }, {"999 is no string"}},
+    };
+    const DialogRules& rules = kDialogs.back();
+    for (const auto& c : cases) {
+        Dialog dialog = resources.dialogs.at(rules.id);
+        c.change(*std::ranges::find(dialog.items, c.item, &DialogItem::id));
+        EXPECT_EQ(DialogCheck(rules, dialog, resources.strings).Run(), c.faults);
+    }
+}
+
+}  // namespace
+}  // namespace driver_test
