@@ -112,8 +112,8 @@ DeviceContext* FindContext(HDC context) {
     return static_cast<DeviceContext*>(FindGdiObject(context, GdiKind::kContext));
 }
 
-std::optional<Canvas> FindCanvas(HDC handle) {
-    DeviceContext* const context = FindContext(handle);
+std::optional<Canvas> FindCanvas(HDC handle, const char* call) {
+    DeviceContext* const context = call && FaultAsked(call) ? nullptr : FindContext(handle);
     if (!context) {
         return std::nullopt;
     }

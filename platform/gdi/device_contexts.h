@@ -64,7 +64,8 @@ struct Canvas {
     RECT clip;     // in the surface's pixels and within it; empty where nothing can be seen
 };
 
-// None where the handle is no context or the context has no surface. Under the machine's lock.
-std::optional<Canvas> FindCanvas(HDC context);
+// None where the handle is no context or the context has no surface, or where the test wants `call` to fail (null: a
+// call that asks for that itself). Under the machine's lock.
+std::optional<Canvas> FindCanvas(HDC context, const char* call = nullptr);
 
 }  // namespace host

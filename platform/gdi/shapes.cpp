@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <numbers>
 #include <optional>
+#include <string>
 
 #include "platform/gdi/pixels.h"
 #include "platform/gdi/system_colors.h"
 #include "platform/kernel/failures.h"
-#include "platform/kernel/faults.h"
 
 namespace host {
 namespace {
@@ -150,11 +150,11 @@ void AddArc(cairo_t* cairo, const EllipsePath& ellipse, double from, double to) 
 
 // The canvas of a shape with round edges, which are drawn with unbroken pens only.
 std::optional<Canvas> FindRoundCanvas(HDC context, const char* call) {
-    auto canvas = FindCanvas(context);
+    auto canvas = FindCanvas(context, call);
     if (canvas) {
         const int style = canvas->context->state.pen.thing->style;
         if (style != PS_SOLID && style != PS_NULL) {
-            FailUnsupported(call);
+            FailUnsupported((std::string(call) + " (with a broken pen)").c_str());
             return std::nullopt;
         }
     }
@@ -194,7 +194,7 @@ extern "C" {
 
 BOOL WINAPI LineTo(HDC context, int x, int y) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "LineTo");
     if (!canvas) {
         return FALSE;
     }
@@ -205,7 +205,7 @@ BOOL WINAPI LineTo(HDC context, int x, int y) {
 
 BOOL WINAPI Polyline(HDC context, const POINT* points, int count) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "Polyline");
     if (!canvas) {
         return FALSE;
     }
@@ -218,7 +218,7 @@ BOOL WINAPI Polyline(HDC context, const POINT* points, int count) {
 
 BOOL WINAPI Polygon(HDC context, const POINT* points, int count) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "Polygon");
     if (!canvas) {
         return FALSE;
     }
@@ -232,7 +232,7 @@ BOOL WINAPI Polygon(HDC context, const POINT* points, int count) {
 
 BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "Rectangle");
     if (!canvas) {
         return FALSE;
     }
@@ -261,7 +261,7 @@ BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom) {
 
 BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom) {
     const MachineLock lock;
-    const auto canvas = FindRoundCanvas(context, "Ellipse (with a broken pen)");
+    const auto canvas = FindRoundCanvas(context, "Ellipse");
     if (!canvas) {
         return FALSE;
     }
@@ -279,7 +279,7 @@ BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom) {
 
 BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, int y1, int x2, int y2) {
     const MachineLock lock;
-    const auto canvas = FindRoundCanvas(context, "Pie (with a broken pen)");
+    const auto canvas = FindRoundCanvas(context, "Pie");
     if (!canvas) {
         return FALSE;
     }
@@ -307,7 +307,7 @@ BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, i
 
 int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "FillRect");
     const auto found = canvas ? FindBrush(brush) : std::nullopt;
     if (!found) {
         return 0;
@@ -323,7 +323,7 @@ int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush) {
 
 int WINAPI FrameRect(HDC context, const RECT* rect, HBRUSH brush) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "FrameRect");
     const auto found = canvas ? FindBrush(brush) : std::nullopt;
     if (!found) {
         return 0;
@@ -339,7 +339,7 @@ int WINAPI FrameRect(HDC context, const RECT* rect, HBRUSH brush) {
 
 BOOL WINAPI DrawFocusRect(HDC context, const RECT* rect) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "DrawFocusRect");
     if (!canvas) {
         return FALSE;
     }
@@ -365,7 +365,7 @@ BOOL WINAPI DrawFocusRect(HDC context, const RECT* rect) {
 
 COLORREF WINAPI SetPixel(HDC context, int x, int y, COLORREF color) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "SetPixel");
     if (!canvas) {
         return CLR_INVALID;
     }
@@ -380,7 +380,7 @@ COLORREF WINAPI SetPixel(HDC context, int x, int y, COLORREF color) {
 
 COLORREF WINAPI GetPixel(HDC context, int x, int y) {
     const MachineLock lock;
-    const auto canvas = FindCanvas(context);
+    const auto canvas = FindCanvas(context, "GetPixel");
     if (!canvas) {
         return CLR_INVALID;
     }

@@ -503,6 +503,7 @@ void PropertySheet::Cancel(bool isClosed) {
 void PropertySheet::End(INT_PTR result) {
     isEnded_ = true;
     result_ = result;
+    PostMessageW(sheet_, WM_NULL, 0, 0);  // for the loop to see it
 }
 
 bool IsSupported(LPCPROPSHEETHEADERW header) {

@@ -4,6 +4,7 @@
 #include "tests/driver/description_builder.h"
 
 namespace driver_test {
+
 DriverPackage SheetPackage() {
     DescriptionBuilder builder = SmallModel(velmora::kPdlPcl6);
     velmora::ConstraintRecord constraint = {};

@@ -335,6 +335,9 @@ TEST_F(GdiDrawingTest, MemoryRunsOut) {
         FailCall(name, ERROR_GEN_FAILURE);
         EXPECT_EQ(FailureOf([&] { return call() != nullptr; }), ERROR_GEN_FAILURE) << name;
     }
+    FailCall("Rectangle", ERROR_GEN_FAILURE);
+    EXPECT_EQ(FailureOf([&] { return Rectangle(context, 0, 0, 1, 1); }), ERROR_GEN_FAILURE);
+    EXPECT_EQ(GetPixel(context, 0, 0), kWhite);
 }
 
 TEST_F(GdiDrawingTest, DrawsOnPartsOfSurfaces) {
