@@ -5,8 +5,10 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace contract {
 
@@ -25,6 +27,25 @@ class ContractEnvironment {
     // What GetVersionExW tells. False where the host's version is what it is.
     virtual bool SetSystemVersion(DWORD major, DWORD minor) = 0;
 
+    // What GetUserDefaultLangID tells the driver, and the ANSI code page of that language. A fresh machine is English
+    // (0x0409).
+    virtual void SetLanguage(LANGID language) = 0;
+
+    // Makes a text the default value (REG_SZ) of a registry key, which is made where it isn't there.
+    virtual void SetRegistryText(HKEY root, const WideText& key, const WideText& text) = 0;
+
+    // A program that the driver can start by WinExec, by its file name (no folder); nothing really runs.
+    virtual void AddProgram(const WideText& fileName) = 0;
+    // The command lines by which such programs were started, the first one first.
+    const std::vector<std::string>& StartedCommands() const { return startedCommands_; }
+
+    // `user` is called each time that this thread waits for input in a message loop, also in one that `user` itself has
+    // run. It may send messages and input. Null: nobody is there.
+    virtual void SetUser(std::function<void()> user) = 0;
+
+    // Writes a window as it looks, with all that is in it, as a PNG file. Throws std::runtime_error where that fails.
+    virtual void SavePicture(HWND window, const std::filesystem::path& file) = 0;
+
     // Called once a printer's driver is loaded and before a test calls it; where the host's published calls fall short,
     // this mends them for the driver and for the test program, and tells the driver of its new printer where the
     // spooler didn't. `printer` is that printer, open for administering.
@@ -32,6 +53,9 @@ class ContractEnvironment {
 
     // Called before a printer that was prepared is deleted: tells the driver where the spooler won't.
     virtual void LeaveDriver(HMODULE driver, HANDLE printer) = 0;
+
+  protected:
+    std::vector<std::string> startedCommands_;
 };
 
 // The host's machine, fresh: no printer of another test, metric, and empty APPDATA and USERPROFILE folders. At most one

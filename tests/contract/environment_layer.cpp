@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/host.h"
 #include "tests/contract/environment.h"
@@ -42,6 +43,35 @@ class LayerEnvironment : public ContractEnvironment {
     bool SetSystemVersion(DWORD major, DWORD minor) override {
         machine_.SetSystemVersion(major, minor);
         return true;
+    }
+
+    void SetLanguage(LANGID language) override {
+        constexpr LANGID kJapanese = 0x0411;
+        machine_.SetLanguage(language);
+        machine_.SetAnsiCodePage(language == kJapanese ? 932 : 1252);
+    }
+
+    void SetRegistryText(HKEY root, const WideText& key, const WideText& text) override {
+        HKEY opened = nullptr;
+        if (RegCreateKeyExW(root, key.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &opened,
+                            nullptr) != ERROR_SUCCESS) {
+            throw std::runtime_error("a registry key can't be made");
+        }
+        RegSetValueExW(opened, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                       static_cast<DWORD>((text.size() + 1) * sizeof(WCHAR)));
+        RegCloseKey(opened);
+    }
+
+    void AddProgram(const WideText& fileName) override {
+        machine_.SetProgram(fileName, [this](const std::string& command) { startedCommands_.push_back(command); });
+    }
+
+    void SetUser(std::function<void()> user) override { machine_.SetUser(std::move(user)); }
+
+    void SavePicture(HWND window, const std::filesystem::path& file) override {
+        if (!host::SavePicture(window, file)) {
+            throw std::runtime_error("can't write " + file.string());
+        }
     }
 
     void PrepareDriver(HMODULE, HANDLE) override {}

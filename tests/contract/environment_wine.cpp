@@ -1,11 +1,14 @@
 // The machine that Wine gives: one prefix for the whole run, so what a test may leave is cleared for the next.
 #include <windows.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "driver/entry/driver_interface.h"
 #include "tests/contract/environment.h"
+#include "tests/contract/wine_picture.h"
 #include "tests/contract/wine_stand_ins.h"
 
 namespace contract {
@@ -14,10 +17,21 @@ namespace {
 // The profiles of the machine's users.
 const std::filesystem::path kProfiles = L"C:\\VelmoraUsers";
 
+// The program that runs shows its windows in loops of its own. A timer without a window is seen by each of them, and
+// only when there is nothing else to do.
+std::function<void()> user;
+
+void CALLBACK OnIdle(HWND, UINT, UINT_PTR, DWORD) {
+    if (user) {
+        user();
+    }
+}
+
 class WineEnvironment : public ContractEnvironment {
   public:
     WineEnvironment() {
         ForgetMachine();
+        SetProgramStarter([this](const std::string& command) { return StartProgram(command); });
         SetMetric(true);
         std::error_code ignored;
         std::filesystem::remove_all(kProfiles, ignored);
@@ -31,6 +45,11 @@ class WineEnvironment : public ContractEnvironment {
     }
 
     ~WineEnvironment() override {
+        SetUser(nullptr);
+        SetProgramStarter(nullptr);
+        for (const auto& [root, key] : keys_) {
+            RegDeleteTreeW(root, key.c_str());
+        }
         std::error_code ignored;
         std::filesystem::remove_all(kProfiles, ignored);
     }
@@ -46,6 +65,28 @@ class WineEnvironment : public ContractEnvironment {
 
     bool SetSystemVersion(DWORD, DWORD) override { return false; }
 
+    void SetLanguage(LANGID language) override { SetUserLanguage(language); }
+
+    void SetRegistryText(HKEY root, const WideText& key, const WideText& text) override {
+        keys_.emplace_back(root, key);
+        if (RegSetKeyValueW(root, key.c_str(), nullptr, REG_SZ, text.c_str(),
+                            static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) != ERROR_SUCCESS) {
+            throw std::runtime_error("a registry value can't be set");
+        }
+    }
+
+    void AddProgram(const WideText& fileName) override { programs_.emplace_back(fileName.begin(), fileName.end()); }
+
+    void SetUser(std::function<void()> newUser) override {
+        if (timer_ != 0) {
+            KillTimer(nullptr, timer_);
+        }
+        user = std::move(newUser);
+        timer_ = user ? SetTimer(nullptr, 0, USER_TIMER_MINIMUM, OnIdle) : 0;
+    }
+
+    void SavePicture(HWND window, const std::filesystem::path& file) override { SaveWindowPicture(window, file); }
+
     void PrepareDriver(HMODULE driver, HANDLE printer) override {
         ProbeCalls(printer);
         ForgetPrinter(printer);
@@ -60,6 +101,20 @@ class WineEnvironment : public ContractEnvironment {
         SendMissingEvent(driver, printer, PRINTER_EVENT_DELETE);
         std::filesystem::current_path(folder);
     }
+
+  private:
+    bool StartProgram(const std::string& command) {
+        const bool isThere = std::ranges::any_of(
+            programs_, [&](const std::string& name) { return command.find(name) != std::string::npos; });
+        if (isThere) {
+            startedCommands_.push_back(command);
+        }
+        return isThere;
+    }
+
+    std::vector<std::pair<HKEY, std::wstring>> keys_;
+    std::vector<std::string> programs_;
+    UINT_PTR timer_ = 0;
 };
 
 }  // namespace

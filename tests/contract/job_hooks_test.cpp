@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/contract/contract_test.h"
+#include "tests/contract/sheet_test.h"
 #include "tests/contract/transcript.h"
 #include "tests/driver/changed_devmode.h"
 
@@ -61,6 +61,12 @@ class Job {
         });
         EXPECT_EQ(DWORD{record_.result}, 0u);
         return block;
+    }
+    // The prompt in place of a prologue.
+    Block Prompt(DWORD capacity) {
+        record_.promptFlag = 1;
+        return Ask(capacity,
+                   [this](char* buffer, DWORD* size) { return driver_.GuiStartJob(devMode_, buffer, size, &record_); });
     }
     Block Sheet(DWORD capacity) {
         return Ask(capacity, [this](char* buffer, DWORD* size) {
@@ -186,6 +192,25 @@ TEST_F(JobHooks, JobsOfEveryModel) {
             EXPECT_EQ(block.bytes.substr(0, need), blocks[0]);
             job.End(kRecordSize * 4);
         }
+    }
+}
+
+TEST_F(JobHooks, PromptInEveryLanguage) {
+    InstalledPrinter printer(*environment_, PackageOf(kPjlModel));
+    DevModeBuffer devMode = DefaultDevMode(printer, printer.Name());
+    for (const Language& language : kLanguages) {
+        SCOPED_TRACE(language.name);
+        Record(language.name);
+        environment_->SetLanguage(language.id);
+        const std::string picture = std::string("prompt-") + language.name;
+        const Step pressOk = [] { PressButton(1604); };
+        Job job(printer, devMode.Get());
+        Block block = {};
+        RunWithUser(*environment_, {Describe("prompt"), TakePicture(*environment_, picture), pressOk},
+                    [&] { block = job.Prompt(100); });
+        EXPECT_EQ(block.answer, -1);
+        EXPECT_EQ(block.size, 0u);
+        EXPECT_EQ(job.State(), nullptr);
     }
 }
 

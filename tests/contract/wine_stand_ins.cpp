@@ -13,6 +13,7 @@
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
 #include "tests/contract/dom_document.h"
+#include "tests/contract/sheet_host.h"
 #include "tests/contract/wine_namespace_manager.h"
 
 namespace contract {
@@ -25,6 +26,7 @@ Function Genuine(const char* name, const wchar_t* library = L"winspool.drv") {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 #define GENUINE(call) Genuine<decltype(&(call))>(#call)
+#define GENUINE_OF(call, library) Genuine<decltype(&(call))>(#call, library)
 
 // PRINTER_INFO_2W of the printer as Wine has it; empty on failure, with the last error set.
 std::vector<BYTE> GenuinePrinterInfo(HANDLE printer) {
@@ -370,9 +372,12 @@ bool WritesDocumentProperties(HANDLE printer) {
     return devMode->dmSize != 0;
 }
 
-// The caller's buffer is as large as the driver told it.
-LONG WINAPI StandInDocumentProperties(HWND, HANDLE printer, LPWSTR printerName, PDEVMODEW output, PDEVMODEW input,
+// The caller's buffer is as large as the driver told it. Sheets are shown as Wine shows them.
+LONG WINAPI StandInDocumentProperties(HWND owner, HANDLE printer, LPWSTR printerName, PDEVMODEW output, PDEVMODEW input,
                                       DWORD mode) {
+    if ((mode & DM_PROMPT) != 0) {
+        return GENUINE(DocumentPropertiesW)(owner, printer, printerName, output, input, mode);
+    }
     const HMODULE driver = LoadDriver(printer);
     if (driver == nullptr) {
         return -1;
@@ -393,6 +398,30 @@ LONG WINAPI StandInDocumentProperties(HWND, HANDLE printer, LPWSTR printerName, 
     }
     FreeLibrary(driver);
     return result;
+}
+
+// --- Printer settings: PrinterProperties
+
+// A call without a printer shows nothing.
+bool ShowsPrinterProperties(HANDLE) {
+    SetLastError(ERROR_SUCCESS);
+    return CallReturns(GENUINE(PrinterProperties), [](auto call) { call(nullptr, nullptr); }) &&
+           GENUINE(PrinterProperties)(nullptr, nullptr) == FALSE && GetLastError() == ERROR_INVALID_HANDLE;
+}
+
+// Whether the printer's settings were shown.
+BOOL WINAPI StandInPrinterProperties(HWND owner, HANDLE printer) {
+    const HMODULE driver = LoadDriver(printer);
+    if (driver == nullptr) {
+        return FALSE;
+    }
+    const auto show = reinterpret_cast<decltype(&::DrvDevicePropertySheets)>(
+        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDevicePropertySheets")));
+    std::wstring name = PrinterName(printer);
+    DEVICEPROPERTYHEADER header = {sizeof(header), 0, printer, name.data()};
+    const bool isShown = show != nullptr && SheetHost(show, &header, owner).Run() >= 0;
+    FreeLibrary(driver);
+    return isShown ? TRUE : FALSE;
 }
 
 // --- Jobs: DevQueryPrint
@@ -513,6 +542,45 @@ HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD co
     return manager->QueryInterface(interfaceId, object);
 }
 
+// --- The user: GetUserDefaultLangID and the ANSI code page, WinExec
+
+constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+LANGID userLanguage = kEnglish;
+std::function<bool(const std::string&)> programStarter;
+
+bool Never(HANDLE) {
+    return false;
+}
+
+// Drivers that ask for the ANSI code page get that of the user's language.
+UINT CodePage(UINT asked) {
+    constexpr UINT kJapanese = 932;
+    return asked == CP_ACP && PRIMARYLANGID(userLanguage) == LANG_JAPANESE ? kJapanese : asked;
+}
+
+int WINAPI StandInMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH text, int bytes, LPWSTR wide, int capacity) {
+    return GENUINE_OF(MultiByteToWideChar, L"kernel32.dll")(CodePage(codePage), flags, text, bytes, wide, capacity);
+}
+
+int WINAPI StandInWideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int length, LPSTR text, int capacity,
+                                      LPCCH defaultCharacter, LPBOOL usedDefault) {
+    return GENUINE_OF(WideCharToMultiByte, L"kernel32.dll")(CodePage(codePage), flags, wide, length, text, capacity,
+                                                            defaultCharacter, usedDefault);
+}
+
+BOOL WINAPI StandInIsDBCSLeadByteEx(UINT codePage, BYTE byte) {
+    return GENUINE_OF(IsDBCSLeadByteEx, L"kernel32.dll")(CodePage(codePage), byte);
+}
+
+LANGID WINAPI StandInGetUserDefaultLangID() {
+    return userLanguage;
+}
+
+// Numbers above 31 are success.
+UINT WINAPI StandInWinExec(LPCSTR command, UINT) {
+    return programStarter && programStarter(command) ? 32 : ERROR_FILE_NOT_FOUND;
+}
+
 // --- Which are used, and where
 
 struct StandIn {
@@ -532,11 +600,14 @@ StandIn MakeStandIn(const char* call, const char* why, bool (*works)(HANDLE), Fu
 }
 #define STAND_IN(call, why, works, function) MakeStandIn<decltype(&(call))>(#call, why, works, function)
 
+#define STAND_IN_ALWAYS(call, why, function) MakeStandIn<decltype(&(call))>(#call, why, Never, function, false)
+
 constexpr char kNotWritten[] = "not there, a call ends the process";
 constexpr char kNoPrinter[] = "the driver is asked without its printer";
 constexpr char kNoData[] = "no value is told";
 constexpr char kNoForms[] = "no form is kept";
 constexpr char kTextOnly[] = "of a device mode's names only the text is kept";
+constexpr char kNotSettable[] = "the user's language can't be set for one process";
 constexpr char kNoOutputSize[] = "the driver isn't told how large the output is, and so writes nothing";
 
 std::vector<StandIn> standIns = {
@@ -545,6 +616,7 @@ std::vector<StandIn> standIns = {
     STAND_IN(DevQueryPrint, kNotWritten, QueriesPrint, StandInDevQueryPrint),
     STAND_IN(DeviceCapabilitiesW, kNoPrinter, GivesCapabilities, StandInDeviceCapabilities),
     STAND_IN(DocumentPropertiesW, kNoOutputSize, WritesDocumentProperties, StandInDocumentProperties),
+    STAND_IN(PrinterProperties, "nothing is shown", ShowsPrinterProperties, StandInPrinterProperties),
     STAND_IN(AddFormW, kNoForms, KeepsForms, StandInAddForm),
     STAND_IN(EnumFormsW, kNoForms, KeepsForms, StandInEnumForms),
     STAND_IN(DeleteFormW, kNoForms, KeepsForms, StandInDeleteForm),
@@ -552,6 +624,11 @@ std::vector<StandIn> standIns = {
     STAND_IN(SetPrinterW, kTextOnly, KeepsDevModes, StandInSetPrinter),
     MakeStandIn<decltype(&CoCreateInstance)>("CoCreateInstance", "MXNamespaceManager60 doesn't push contexts of nodes",
                                              PushesNodeContexts, StandInCreateInstance, false),
+    STAND_IN_ALWAYS(GetUserDefaultLangID, kNotSettable, StandInGetUserDefaultLangID),
+    STAND_IN_ALWAYS(MultiByteToWideChar, kNotSettable, StandInMultiByteToWideChar),
+    STAND_IN_ALWAYS(WideCharToMultiByte, kNotSettable, StandInWideCharToMultiByte),
+    STAND_IN_ALWAYS(IsDBCSLeadByteEx, kNotSettable, StandInIsDBCSLeadByteEx),
+    STAND_IN_ALWAYS(WinExec, "no program is to run", StandInWinExec),
 };
 
 // Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.
@@ -671,7 +748,16 @@ void ForgetPrinter(HANDLE printer) {
     keptDevModes.erase(PrinterName(printer));
 }
 
+void SetUserLanguage(LANGID language) {
+    userLanguage = language;
+}
+
+void SetProgramStarter(std::function<bool(const std::string& command)> starter) {
+    programStarter = std::move(starter);
+}
+
 void ForgetMachine() {
+    userLanguage = kEnglish;
     keptDevModes.clear();
     keptForms.clear();
 }

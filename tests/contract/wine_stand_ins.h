@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+#include <functional>
+#include <string>
+
 namespace contract {
 
 // Finds out which calls fall short, each once a process, and prints each stand-in that is used from then on. `printer`
@@ -16,6 +19,12 @@ void PutStandIns(HMODULE module);
 // Tells the driver of an event of its printer (winddiui.h) where the spooler doesn't. Throws std::runtime_error where a
 // new printer can't be initialised.
 void SendMissingEvent(HMODULE driver, HANDLE printer, int event);
+
+// The user's language as drivers are told it, and its ANSI code page with it, until ForgetMachine.
+void SetUserLanguage(LANGID language);
+
+// What WinExec does instead of starting a program: whether there is one for the command line. Null: there is none.
+void SetProgramStarter(std::function<bool(const std::string& command)> starter);
 
 // Makes the stand-ins forget what they keep: of one printer; of all printers and forms.
 void ForgetPrinter(HANDLE printer);
