@@ -15,10 +15,11 @@ struct Piece {
     DWORD style;
     LPCWSTR text;
     RECT place;
-    enum Kind { kPair, kAlone } kind = kPair;  // a pair: beside it the same control disabled
+    enum Kind { kPair, kAlone, kDisabled } kind = kPair;  // a pair: beside it the same control disabled
 };
 
 constexpr DWORD kPopupText = WS_VSCROLL | CBS_AUTOHSCROLL;
+constexpr DWORD kBuddyStyle = UDS_AUTOBUDDY | UDS_SETBUDDYINT | UDS_ALIGNRIGHT;
 
 // A column each for what is usual and for what is disabled.
 const Piece kPieces[] = {
@@ -43,8 +44,10 @@ const Piece kPieces[] = {
     {TEXT("Button"), BS_GROUPBOX, TEXT("Fields"), {215, 136, 410, 252}, Piece::kAlone},
     {TEXT("Edit"), WS_BORDER | ES_AUTOHSCROLL, TEXT("Confidential"), {225, 156, 312, 178}},
     {TEXT("Edit"), WS_BORDER | ES_READONLY | ES_AUTOHSCROLL, TEXT("Read only"), {225, 184, 312, 206}},
-    {TEXT("Edit"), WS_BORDER | ES_NUMBER | ES_RIGHT, TEXT(""), {225, 212, 312, 234}},
-    {UPDOWN_CLASSW, UDS_AUTOBUDDY | UDS_SETBUDDYINT | UDS_ALIGNRIGHT, TEXT(""), {0, 0, 10, 10}},
+    {TEXT("Edit"), WS_BORDER | ES_NUMBER, TEXT(""), {225, 212, 312, 234}, Piece::kAlone},
+    {UPDOWN_CLASSW, kBuddyStyle, TEXT(""), {}, Piece::kAlone},
+    {TEXT("Edit"), WS_BORDER | ES_NUMBER, TEXT(""), {225, 212, 312, 234}, Piece::kDisabled},
+    {UPDOWN_CLASSW, kBuddyStyle, TEXT(""), {}, Piece::kDisabled},
     {TEXT("Button"), BS_GROUPBOX, TEXT("Combo boxes"), {420, 8, 615, 252}, Piece::kAlone},
     {TEXT("ComboBox"), CBS_DROPDOWN | kPopupText, TEXT(""), {430, 28, 517, 128}},
     {TEXT("ComboBox"), CBS_SIMPLE | WS_VSCROLL, TEXT(""), {430, 56, 517, 150}},
@@ -125,9 +128,9 @@ TEST_F(PictureTest, EveryControlIsDrawn) {
     std::vector<HWND> controls;
     HWND lastCombo = nullptr;
     for (const Piece& piece : kPieces) {
-        const HWND control = MakePiece(piece, false);
+        const HWND control = MakePiece(piece, piece.kind == Piece::kDisabled);
         controls.push_back(control);
-        if (piece.kind == Piece::kPair && piece.className != std::u16string_view(UPDOWN_CLASSW)) {
+        if (piece.kind == Piece::kPair) {
             controls.push_back(MakePiece(piece, true));
         }
         if (piece.className == std::u16string_view(u"ComboBox")) {

@@ -82,6 +82,7 @@ bool ComboBox::Create(const CREATESTRUCTW& creation) {
     const DWORD listStyle = WS_BORDER | LBS_NOTIFY | (style & WS_VSCROLL) | (style & CBS_SORT ? LBS_SORT : 0u) |
                             (style & CBS_OWNERDRAWFIXED ? LBS_OWNERDRAWFIXED : 0u) |
                             (style & CBS_HASSTRINGS ? LBS_HASSTRINGS : 0u) |
+                            (!IsSimple() || style & CBS_NOINTEGRALHEIGHT ? LBS_NOINTEGRALHEIGHT : 0u) |
                             (IsSimple() ? WS_CHILD | WS_VISIBLE | (style & WS_DISABLED) : WS_POPUP);
     list_ = CreateWindowExW(IsSimple() ? 0 : WS_EX_TOPMOST, kComboListClass, nullptr, listStyle, 0, 0, 0, 0, window_,
                             IsSimple() ? reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListId)) : nullptr,
@@ -184,7 +185,8 @@ void ComboBox::Drop() {
     ToList(kTrackMouse, TRUE);
     SetWindowPos(list_, HWND_TOPMOST, place.left, below ? place.bottom : place.top - height, Width(place), height,
                  SWP_NOACTIVATE | SWP_SHOWWINDOW);
-    ToList(LB_SETTOPINDEX, static_cast<WPARAM>(std::max<LRESULT>(ToList(LB_GETCURSEL), 0)));
+    ToList(LB_SETTOPINDEX, 0);
+    ToList(LB_SETCURSEL, static_cast<WPARAM>(ToList(LB_GETCURSEL)));  // so that it is seen
     SetCapture(list_);
     Redraw();
 }

@@ -151,7 +151,7 @@ void Control::PaintFieldFrame(COLORREF field, bool focused) const {
     if (!context) {
         return;
     }
-    FrameColor(context, outer, focused ? kAccent : IsEnabled() ? kFieldLine : kFieldLineDisabled);
+    FrameField(context, outer, focused ? kAccent : IsEnabled() ? kFieldLine : kFieldLineDisabled);
     for (int ring = 1; ring < thickness; ++ring) {
         FrameColor(context, Inset(outer, ring, ring), field);
     }

@@ -110,7 +110,7 @@ void ListBox::Create(const CREATESTRUCTW& creation) {
 // Unless its style says otherwise, a list shows whole items only.
 void ListBox::FitHeight() {
     const int rest = Height(Client()) % itemHeight_;
-    if (combo_ || Style() & LBS_NOINTEGRALHEIGHT || rest == 0 || Height(Client()) < itemHeight_) {
+    if (Style() & LBS_NOINTEGRALHEIGHT || rest == 0 || Height(Client()) < itemHeight_) {
         return;
     }
     RECT rect;
@@ -215,13 +215,10 @@ LRESULT ListBox::SetSelection(int index) {
     return selected_ < 0 ? LB_ERR : selected_;
 }
 
+// Told also where it is the item that was selected before.
 void ListBox::SelectByUser(int index) {
-    if (Count() == 0) {
-        return;
-    }
-    index = std::clamp(index, 0, Count() - 1);
-    if (index != selected_) {
-        SetSelection(index);
+    if (Count() > 0) {
+        SetSelection(std::clamp(index, 0, Count() - 1));
         Notify(LBN_SELCHANGE);
     }
 }
@@ -411,7 +408,7 @@ void ListBox::Move(POINT point) {
             tracked_ = index;
             Redraw();
         }
-    } else if (held_) {
+    } else if (held_ && index != selected_) {
         SelectByUser(index);
     }
 }
@@ -472,9 +469,11 @@ LRESULT ListBox::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             Press(PointOf(lParam));
             return 0;
         case WM_LBUTTONDBLCLK:
-            Press(PointOf(lParam));
-            if (heldPart_ == ScrollPart::kNone && ItemAt(PointOf(lParam)) >= 0) {
+            // The second click on an item; on the bar it is one like the first.
+            if (!trackMouse_ && ItemAt(PointOf(lParam)) >= 0) {
                 Notify(LBN_DBLCLK);
+            } else {
+                Press(PointOf(lParam));
             }
             return 0;
         case WM_MOUSEMOVE:

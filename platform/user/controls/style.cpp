@@ -6,8 +6,14 @@
 namespace host {
 namespace {
 
-BYTE Mix(BYTE below, BYTE above, double coverage) {
+BYTE MixChannel(BYTE below, BYTE above, double coverage) {
     return static_cast<BYTE>(std::lround(below + (above - below) * coverage));
+}
+
+COLORREF Mix(COLORREF below, COLORREF above, double coverage) {
+    return RGB(MixChannel(GetRValue(below), GetRValue(above), coverage),
+               MixChannel(GetGValue(below), GetGValue(above), coverage),
+               MixChannel(GetBValue(below), GetBValue(above), coverage));
 }
 
 void BlendPixel(HDC context, int x, int y, COLORREF color, double coverage) {
@@ -19,9 +25,7 @@ void BlendPixel(HDC context, int x, int y, COLORREF color, double coverage) {
         if (below == CLR_INVALID) {
             return;
         }
-        color =
-            RGB(Mix(GetRValue(below), GetRValue(color), coverage), Mix(GetGValue(below), GetGValue(color), coverage),
-                Mix(GetBValue(below), GetBValue(color), coverage));
+        color = Mix(below, color, coverage);
     }
     SetPixel(context, x, y, color);
 }
@@ -64,6 +68,15 @@ void FrameColor(HDC context, const RECT& rect, COLORREF color) {
     FillColor(context, {rect.left, rect.bottom - 1, rect.right, rect.bottom}, color);
     FillColor(context, {rect.left, rect.top + 1, rect.left + 1, rect.bottom - 1}, color);
     FillColor(context, {rect.right - 1, rect.top + 1, rect.right, rect.bottom - 1}, color);
+}
+
+void FrameField(HDC context, const RECT& rect, COLORREF color) {
+    FrameColor(context, rect, color);
+    const COLORREF corner = Mix(GetSysColor(COLOR_3DFACE), color, 0.4);
+    for (const int y : {rect.top, rect.bottom - 1}) {
+        SetPixel(context, rect.left, y, corner);
+        SetPixel(context, rect.right - 1, y, corner);
+    }
 }
 
 void FillRound(HDC context, const RECT& rect, double radius, COLORREF color) {

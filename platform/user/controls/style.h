@@ -22,7 +22,7 @@ inline constexpr COLORREF kButtonLine = RGB(0xBC, 0xBC, 0xBC);
 inline constexpr COLORREF kGroupLine = RGB(0xD4, 0xD4, 0xD4);
 inline constexpr COLORREF kMark = RGB(0x50, 0x50, 0x50);
 inline constexpr COLORREF kMarkDisabled = RGB(0xB4, 0xB4, 0xB4);
-inline constexpr COLORREF kTrack = RGB(0xF1, 0xF1, 0xF1);
+inline constexpr COLORREF kTrack = RGB(0xE9, 0xE9, 0xE9);
 inline constexpr COLORREF kThumb = RGB(0xC1, 0xC1, 0xC1);
 inline constexpr COLORREF kThumbPressed = RGB(0x90, 0x90, 0x90);
 
@@ -41,6 +41,8 @@ struct PointF {
 
 void FillColor(HDC context, const RECT& rect, COLORREF color);
 void FrameColor(HDC context, const RECT& rect, COLORREF color);  // one pixel wide, inside the rectangle
+// The same with corners that blend into a dialog's face.
+void FrameField(HDC context, const RECT& rect, COLORREF color);
 
 // Corners of `radius`, antialiased.
 void FillRound(HDC context, const RECT& rect, double radius, COLORREF color);

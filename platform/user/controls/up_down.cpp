@@ -14,7 +14,7 @@
 namespace host {
 namespace {
 
-constexpr int kUpDownWidth = 17;
+constexpr int kUpDownWidth = 16;
 
 class UpDown : public Control {
   public:
@@ -103,6 +103,9 @@ bool UpDown::ReadPosition() {
     INT64 value = 0;
     bool digits = false;
     const WCHAR* next = text;
+    while (*next == u' ') {
+        ++next;
+    }
     const bool negative = *next == u'-';
     for (next += negative || *next == u'+' ? 1 : 0; *next && value <= INT32_MAX; ++next) {
         if (*next == u',' && digits) {
