@@ -374,13 +374,14 @@ std::vector<Operation> FailureSweep::Operations() {
              DEVICEPROPERTYHEADER device = {};
              device.hPrinter = Printer();
              device.pszPrinterName = name_.data();
+             PROPSHEETUI_INFO documentInfo = {};
+             documentInfo.lParamInit = reinterpret_cast<LPARAM>(&document);
+             PROPSHEETUI_INFO deviceInfo = {};
+             deviceInfo.lParamInit = reinterpret_cast<LPARAM>(&device);
              for (const WORD reason : {PROPSHEETUI_REASON_INIT, PROPSHEETUI_REASON_DESTROY}) {
-                 PROPSHEETUI_INFO info = {};
-                 info.Reason = reason;
-                 info.lParamInit = reinterpret_cast<LPARAM>(&document);
-                 DrvDocumentPropertySheets(&info, 0);
-                 info.lParamInit = reinterpret_cast<LPARAM>(&device);
-                 DrvDevicePropertySheets(&info, 0);
+                 documentInfo.Reason = deviceInfo.Reason = reason;
+                 DrvDocumentPropertySheets(&documentInfo, 0);
+                 DrvDevicePropertySheets(&deviceInfo, 0);
              }
          }},
         {"spool directory",
