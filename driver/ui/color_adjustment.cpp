@@ -8,7 +8,6 @@
 namespace velmora {
 namespace {
 
-constexpr int kMostAdjustment = 10;  // the least is -10
 constexpr size_t kAdjustments = 2 * kMostAdjustment + 1;
 
 // By value, from the least to the most.

@@ -7,10 +7,12 @@
 
 namespace velmora {
 
+inline constexpr int kMostAdjustment = 10;  // the least is -10
+
 // Values beyond their range count as the nearest in it; a base colour that isn't 1 to 4 as 3.
 struct ColorAdjustment {
     int baseColor;   // 1 to 4
-    int brightness;  // this and the others -10 to 10
+    int brightness;  // this and the others -kMostAdjustment to kMostAdjustment
     int contrast;
     int saturation;
     int cyanRed;

@@ -1,7 +1,7 @@
-// What the colour page and its intent dialog decide, apart from their windows. The page's window keeps a ColorPage:
-// read from the device mode when it opens, moved from and to the controls, changed by the rule of what the user did.
-// After opening and after every command it shows the panels as UpdateColorPanels says. User-interface thread only, as
-// the table of presets is.
+// What the colour page and its intent dialog decide, apart from their windows. What the page's controls show is a
+// ColorPage: read from the device mode when the page opens, from the controls afterwards, and changed by the rule of
+// what the user did. After opening and after every command the panels are shown as UpdateColorPanels says.
+// User-interface thread only, as the table of presets is.
 #pragma once
 
 #include <windows.h>

@@ -1,6 +1,6 @@
 // The values of a colour adjustment: in the device mode, in the user's presets, and in the two pages of the adjustment
-// sheet. Each page holds a ColorPreset without name: it is read from the device mode when the page opens, its members
-// follow the controls (kAdjustmentSliders and the rest), and the page's apply writes its part.
+// sheet. What a page's controls show is a ColorPreset without name: read from the device mode when the page opens, and
+// from the controls when the page's apply writes its part.
 #pragma once
 
 #include <windows.h>
@@ -42,30 +42,28 @@ inline constexpr ChoiceEntry kSampleChoices[] = {
 inline constexpr ChoiceEntry kBaseColorChoices[] = {
     {kAlwaysOffered, 6154, 3}, {kAlwaysOffered, 6155, 1}, {kAlwaysOffered, 6156, 2}, {kAlwaysOffered, 6157, 4}, {}};
 
-// A horizontal scroll bar with an edit of its number, both from -kMostAdjustment to kMostAdjustment.
+// A horizontal scroll bar with an edit of its number, both from -kMostAdjustment to kMostAdjustment, and a picture of
+// what it changes.
 struct AdjustmentSlider {
     int scrollBar;
     int edit;
+    int picture;
     int32_t ColorPreset::*value;
-};
-// A slider whose scale is a picture.
-struct ScaledSlider : AdjustmentSlider {
-    int scale;            // control
     const WCHAR* bitmap;  // of the module with the pictures
 };
-inline constexpr ScaledSlider kAdjustmentSliders[] = {
-    {{6112, 6113, &ColorPreset::brightness}, 6116, TEXT("IDB_BRIGHTNESS_16M")},
-    {{6118, 6119, &ColorPreset::saturation}, 6122, TEXT("IDB_SATURATION_16M")},
-    {{6124, 6125, &ColorPreset::contrast}, 6128, TEXT("IDB_CONTRAST_16M")},
-    {{6136, 6135, &ColorPreset::cyanRed}, 6137, TEXT("IDB_CYAN2RED_16M")},
-    {{6141, 6140, &ColorPreset::magentaGreen}, 6142, TEXT("IDB_MAGENTA2GREEN_16M")},
-    {{6146, 6145, &ColorPreset::yellowBlue}, 6147, TEXT("IDB_YELLOW2BLUE_16M")},
+inline constexpr AdjustmentSlider kAdjustmentSliders[] = {
+    {6112, 6113, 6116, &ColorPreset::brightness, TEXT("IDB_BRIGHTNESS_16M")},
+    {6118, 6119, 6122, &ColorPreset::saturation, TEXT("IDB_SATURATION_16M")},
+    {6124, 6125, 6128, &ColorPreset::contrast, TEXT("IDB_CONTRAST_16M")},
+    {6136, 6135, 6137, &ColorPreset::cyanRed, TEXT("IDB_CYAN2RED_16M")},
+    {6141, 6140, 6142, &ColorPreset::magentaGreen, TEXT("IDB_MAGENTA2GREEN_16M")},
+    {6146, 6145, 6147, &ColorPreset::yellowBlue, TEXT("IDB_YELLOW2BLUE_16M")},
 };
 inline constexpr AdjustmentSlider kCmykSliders[] = {
-    {6212, 6211, &ColorPreset::black},
-    {6216, 6215, &ColorPreset::cyan},
-    {6220, 6219, &ColorPreset::magenta},
-    {6224, 6223, &ColorPreset::yellow},
+    {6212, 6211, 6213, &ColorPreset::black, TEXT("IDB_BLACK")},
+    {6216, 6215, 6217, &ColorPreset::cyan, TEXT("IDB_CYAN")},
+    {6220, 6219, 6221, &ColorPreset::magenta, TEXT("IDB_MAGENTA")},
+    {6224, 6223, 6225, &ColorPreset::yellow, TEXT("IDB_YELLOW")},
 };
 
 // Sample pictures of the module: control 6149 shows the plain one, 6107 the one of colorSample, adjusted.

@@ -28,6 +28,9 @@ constexpr UINT kBroadcastMilliseconds = 1000;
 void InitPage(HWND dialog, const PROPSHEETPAGEW& sheetPage, int slot) {
     auto* const context = reinterpret_cast<SheetContext*>(sheetPage.lParam);
     SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(context));
+    if (slot == kNoSlot) {
+        return;
+    }
     context->dialogs[slot] = dialog;
     context->isChanged[slot] = false;
     SendMessageW(GetParent(dialog), PSM_UNCHANGED, reinterpret_cast<WPARAM>(dialog), 0);
@@ -71,7 +74,7 @@ INT_PTR OnNotify(const PageFunctions& page, HWND dialog, SheetContext* context, 
         case PSN_APPLY:
             // What an earlier apply answered must not answer for this one.
             AnswerNotification(dialog, PSNRET_NOERROR);
-            if (page.apply && context->isChanged[page.slot]) {
+            if (page.apply && (page.slot == kNoSlot || context->isChanged[page.slot])) {
                 page.apply(dialog, context);
             }
             return TRUE;
@@ -187,7 +190,7 @@ void CommitPage(SheetContext* context, int slot) {
 
 void ReleasePage(HWND dialog, int slot) {
     SheetContext* const context = ContextOf(dialog);
-    if (slot < 0 || !context) {
+    if (slot == kNoSlot || !context) {
         return;
     }
     if (slot < kFirstHelplessSlot || slot > kLastHelplessSlot) {

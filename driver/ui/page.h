@@ -10,7 +10,8 @@
 
 namespace velmora {
 
-// A page: its slot and what it does. Functions that a page has no use for are null.
+// A page: its slot and what it does. Functions that a page has no use for are null. Pages of a sheet that one of these
+// pages opens have kNoSlot: their apply is called whether or not they are changed, and commits nothing.
 struct PageFunctions {
     int slot;
     // Fills the opened page. Returns what WM_INITDIALOG does: TRUE lets the first control have the focus.
@@ -42,7 +43,7 @@ void MarkPageChanged(HWND dialog, SheetContext* context, int slot);
 // what is asked, the host is told, and the snapshots follow. A conflict keeps the page changed and the sheet open.
 void CommitPage(SheetContext* context, int slot);
 
-// Gives the dialog's slot back. Slot -1: a dialog that has none.
+// Gives the dialog's slot back; nothing for kNoSlot.
 void ReleasePage(HWND dialog, int slot);
 
 }  // namespace velmora

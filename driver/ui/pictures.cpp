@@ -9,13 +9,6 @@ namespace {
 constexpr const WCHAR* kImageModule = TEXT("KV62im.dll");
 constexpr size_t kLibraryNameLength = 9;  // of "KV62E.DLL", which ends the rendering library's path
 
-struct BitmapTraits {
-    using Handle = HBITMAP;
-    static Handle None() { return nullptr; }
-    static void Close(Handle bitmap) { DeleteObject(bitmap); }
-};
-using OwnedBitmap = HandleOwner<BitmapTraits>;
-
 }  // namespace
 
 OwnedModule LoadImageModule(const SheetContext& context) {
@@ -31,21 +24,26 @@ OwnedModule LoadImageModule(const SheetContext& context) {
 
 void DrawBitmapInControl(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control, bool isStretched) {
     const OwnedBitmap bitmap(LoadBitmapW(module, name));
+    RECT place = ControlRect(dialog, control);
+    BITMAP size;
+    if (!isStretched && GetObjectW(bitmap.Get(), sizeof(size), &size) != 0) {
+        place.right = place.left + size.bmWidth;
+        place.bottom = place.top + size.bmHeight;
+    }
+    StretchBitmap(target, bitmap.Get(), place);
+}
+
+void StretchBitmap(HDC target, HBITMAP bitmap, const RECT& place) {
     const OwnedDeviceContext memory(CreateCompatibleDC(target));
     BITMAP size;
-    if (!bitmap || !memory || GetObjectW(bitmap.Get(), sizeof(size), &size) == 0) {
+    if (!bitmap || !memory || GetObjectW(bitmap, sizeof(size), &size) == 0) {
         return;
     }
-    const RECT place = ControlRect(dialog, control);
-    const HGDIOBJ replaced = SelectObject(memory.Get(), bitmap.Get());
-    if (isStretched) {
-        SetStretchBltMode(target, HALFTONE);
-        SetBrushOrgEx(target, 0, 0, nullptr);
-        StretchBlt(target, place.left, place.top, place.right - place.left, place.bottom - place.top, memory.Get(), 0,
-                   0, size.bmWidth, size.bmHeight, SRCCOPY);
-    } else {
-        BitBlt(target, place.left, place.top, size.bmWidth, size.bmHeight, memory.Get(), 0, 0, SRCCOPY);
-    }
+    const HGDIOBJ replaced = SelectObject(memory.Get(), bitmap);
+    SetStretchBltMode(target, HALFTONE);
+    SetBrushOrgEx(target, 0, 0, nullptr);
+    StretchBlt(target, place.left, place.top, place.right - place.left, place.bottom - place.top, memory.Get(), 0, 0,
+               size.bmWidth, size.bmHeight, SRCCOPY);
     SelectObject(memory.Get(), replaced);
 }
 

@@ -8,11 +8,21 @@
 
 namespace velmora {
 
+struct BitmapTraits {
+    using Handle = HBITMAP;
+    static Handle None() { return nullptr; }
+    static void Close(Handle bitmap) { DeleteObject(bitmap); }
+};
+using OwnedBitmap = HandleOwner<BitmapTraits>;
+
 // The module with the pictures, beside the printer's rendering library; empty where there is none.
 OwnedModule LoadImageModule(const SheetContext& context);
 
 // Draws a bitmap of the module at a control's place in its dialog: stretched to the control or in its own size. Draws
 // nothing where there is no such bitmap.
 void DrawBitmapInControl(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control, bool isStretched);
+
+// Draws a bitmap stretched to a place of the target; nothing for a null bitmap.
+void StretchBitmap(HDC target, HBITMAP bitmap, const RECT& place);
 
 }  // namespace velmora

@@ -23,6 +23,9 @@ namespace velmora {
 
 inline constexpr size_t kPageCount = 6;          // pages of the page table
 inline constexpr size_t kSlotCount = 16;         // dialogs and changed flags
+inline constexpr int kNoSlot = -1;               // of dialogs and pages that have none
+inline constexpr int kColorSlot = 1;             // the Color page, which its dialogs mark as changed
+inline constexpr int kColorDialogsSlot = 8;      // those of them that are no sheet
 inline constexpr int kAboutSlot = 15;            // the About page's dialog
 inline constexpr size_t kTitleCapacity = 128;    // characters of a page's title
 inline constexpr size_t kMessageCapacity = 128;  // characters of a text of a module or model in a dialog

@@ -5,6 +5,7 @@
 #include <clocale>
 
 #include "driver/ui/about_page.h"
+#include "driver/ui/color_page.h"
 #include "driver/ui/device_page.h"
 
 namespace velmora {
@@ -18,6 +19,7 @@ struct PageDescriptor {
     DLGPROC proc;
 };
 constexpr PageDescriptor kPages[] = {
+    {kColorSlot, 6001, 6000, 0, ColorPageProc},
     {5, 11001, 0, 11000, DevicePageProc},
     {},
 };

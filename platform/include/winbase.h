@@ -24,6 +24,10 @@ LPVOID WINAPI HeapReAlloc(HANDLE heap, DWORD flags, LPVOID memory, SIZE_T bytes)
 BOOL WINAPI HeapFree(HANDLE heap, DWORD flags, LPVOID memory);
 // (SIZE_T)-1 for what is no block of the heap.
 SIZE_T WINAPI HeapSize(HANDLE heap, DWORD flags, LPCVOID memory);
+// Of what the clipboard gives; there is no other global memory.
+LPVOID WINAPI GlobalLock(HGLOBAL memory);
+BOOL WINAPI GlobalUnlock(HGLOBAL memory);
+SIZE_T WINAPI GlobalSize(HGLOBAL memory);
 }
 
 // --- Files ----------------------------------------------------------------------------------------------------------

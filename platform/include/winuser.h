@@ -512,6 +512,19 @@ BOOL WINAPI KillTimer(HWND window, UINT_PTR id);
 
 }  // extern "C"
 
+// --- Clipboard -------------------------------------------------------------------------------------------------------
+
+#define CF_UNICODETEXT 13
+
+extern "C" {
+
+BOOL WINAPI OpenClipboard(HWND window);
+BOOL WINAPI CloseClipboard();
+// The clipboard's own memory (GlobalLock), null where it holds no text. Only CF_UNICODETEXT.
+HANDLE WINAPI GetClipboardData(UINT format);
+
+}  // extern "C"
+
 // --- Dialogs ---------------------------------------------------------------------------------------------------------
 
 #define DS_3DLOOK 0x0004

@@ -44,6 +44,8 @@ const char* ResourceName(Resource kind) {
             return "heap block";
         case Resource::kTaskMemory:
             return "task memory";
+        case Resource::kGlobalMemory:
+            return "global memory";
         case Resource::kBstr:
             return "BSTR";
         case Resource::kComReference:

@@ -28,6 +28,7 @@ class MachineLock {
 enum class Resource {
     kHeapBlock,
     kTaskMemory,
+    kGlobalMemory,
     kBstr,
     kComReference,
     kFile,

@@ -46,6 +46,27 @@ const std::vector<DialogRules> kDialogs = {
       {1824, {2536, 2512, 2516, 2508, 2532, 2540}}},
      {{{1816}, {1821, 1822, 1823, 1824}}, {{1604}, {1602, 1603}}},
      {1815, 1816}},
+    {6000,
+     {6001},
+     {{3136, {2630, 2631}},
+      {6013, {3160}},
+      {6021, {6156, 6154, 6157}},
+      {6023, {6156, 6154, 6157}},
+      {6025, {6156, 6154, 6157}},
+      {6028, {5094, 5095, 5096}},
+      {6030, {5097, 5098, 5099, 5100}},
+      {6032, {5101, 5102, 5103}}},
+     {{{6004, 6006, 6008, 6010, 6011, 6012, 6013, 6014, 6016, 6017, 6019}, {6020, 6021, 6022, 6023, 6024, 6025}}},
+     {}},
+    {6101,
+     {6100, 6102},
+     {{6104, {6150, 6151, 6152, 6153}}, {6106, {6154, 6155, 6156, 6157}}, {6148, {6035}}},
+     {},
+     {6107, 6112, 6113, 6116, 6118, 6119, 6122, 6124, 6125, 6128,
+      6135, 6136, 6137, 6140, 6141, 6142, 6145, 6146, 6147, 6149}},
+    {6201, {6202}, {{6226, {6035}}}, {}, {6211, 6212, 6213, 6215, 6216, 6217, 6219, 6220, 6221, 6223, 6224, 6225}},
+    {6300, {6301}, {{IDCANCEL, {6310}}}, {}, {6303, 6306}},
+    {6400, {6401}, {{6405, {6408}}, {IDOK, {6406}}, {IDCANCEL, {6407}}}, {}, {}},
     {11000, {11001}, {{11004, {11010, 11011}}, {11007, {11010, 11011}}}, {}, {11009}},
 };
 
@@ -169,16 +190,27 @@ class DialogCheck {
             }
             const bool isLabel = item.windowClass != u"LISTBOX" && (item.style & SS_NOPREFIX) == 0;
             if (const char16_t key = isLabel ? AccessKey(text) : u'\0'; key != 0) {
-                if (kSheetKeys.find(key) != kSheetKeys.npos || !keys_.insert(key).second) {
+                if (IsTaken(key, item.id)) {
                     Say(item.id, "has a key that is taken");
                 }
+                keys_.emplace_back(key, item.id);
             }
         }
     }
 
+    bool IsTaken(char16_t key, int id) const {
+        return kSheetKeys.find(key) != kSheetKeys.npos || std::ranges::any_of(keys_, [&](const auto& other) {
+                   return other.first == key && AreSeenTogether(rules_, other.second, id);
+               });
+    }
+
+    // A scroll bar shares the label of the edit before it.
     void CheckKeyboard(const DialogItem& item, const DialogItem* before) {
         if ((item.style & WS_TABSTOP) == 0) {
             Say(item.id, "isn't reached by Tab");
+        }
+        if (item.windowClass == u"SCROLLBAR" && before && before->windowClass == u"EDIT") {
+            return;
         }
         if (item.windowClass != u"BUTTON" &&
             (!before || before->windowClass != u"STATIC" || AccessKey(TextsOf(*before)[0]) == 0)) {
@@ -199,7 +231,7 @@ class DialogCheck {
     const DialogRules& rules_;
     const Dialog& dialog_;
     const std::map<unsigned, std::u16string>& strings_;
-    std::set<char16_t> keys_;
+    std::vector<std::pair<char16_t, int>> keys_;  // and their controls
     Texts faults_;
 };
 

@@ -221,6 +221,16 @@ TEST_F(ControlTest, TheClipboardGoesBetweenFields) {
     EXPECT_EQ(TextOf(from), u"ab");
     Ask(to, WM_CHAR, kPaste);
     EXPECT_EQ(TextOf(to), u"12");
+    EXPECT_EQ(GetClipboardData(CF_UNICODETEXT), nullptr);  // not open
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLIPBOARD_NOT_OPEN});
+    EXPECT_TRUE(OpenClipboard(from));
+    EXPECT_FALSE(OpenClipboard(to));
+    const HGLOBAL memory = GetClipboardData(CF_UNICODETEXT);
+    EXPECT_EQ(GlobalSize(memory), sizeof(u"12"));
+    EXPECT_EQ(std::u16string(static_cast<const char16_t*>(GlobalLock(memory))), u"12");
+    GlobalUnlock(memory);
+    EXPECT_EQ(host::StillOpen().back(), "clipboard");
+    EXPECT_TRUE(CloseClipboard());
     Ask(from, WM_UNDO);
     EXPECT_EQ(TextOf(from), u"ab12");
     Ask(from, WM_CHAR, kSelectAll);

@@ -1,0 +1,268 @@
+#include "driver/ui/color_page.h"
+
+#include <commctrl.h>
+
+#include <iterator>
+
+#include "driver/ui/adjustment_sheet.h"
+#include "driver/ui/color_rules.h"
+#include "driver/ui/controls.h"
+#include "driver/ui/intent_dialog.h"
+#include "driver/ui/nup_border.h"
+#include "driver/ui/page.h"
+#include "driver/ui/preset_manager.h"
+#include "driver/ui/preset_rules.h"
+
+namespace velmora {
+namespace {
+
+// Controls. Labels and buttons have the text of the string of their own number.
+constexpr int kPresets = 6013;
+constexpr int kManagePresets = 6014;
+constexpr int kSetIntent = 6017;
+constexpr int kTreatments[kObjectKinds] = {6021, 6023, 6025};
+constexpr int kAdjust = 6026;
+constexpr int kResolution = 6028;
+constexpr int kRendering = 6030;
+constexpr int kChoiceA = 6032;
+constexpr int kResolutionFlag = 6033;
+constexpr int kAdvanced = 6034;
+constexpr int kRestore = 6035;
+constexpr int kTexts[] = {
+    6002, 6004, 6006, 6008,    6010, 6011, 6012, kManagePresets,  6016,      kSetIntent, 6019,
+    6020, 6022, 6024, kAdjust, 6027, 6029, 6031, kResolutionFlag, kAdvanced, kRestore,
+};
+
+// The lists' texts, in the language of the sheet.
+struct ListTexts {
+    WCHAR presets[std::size(kPresetChoices) - 1][kChoiceTextCapacity];
+    WCHAR treatments[std::size(kTreatmentChoices) - 1][kChoiceTextCapacity];
+};
+
+template <size_t count>
+void LoadListTexts(const SheetContext& context, const ChoiceEntry* rows, WCHAR (&texts)[count][kChoiceTextCapacity]) {
+    for (size_t i = 0; i < count; ++i) {
+        LoadText(context, rows[i].stringId, texts[i], static_cast<int>(kChoiceTextCapacity));
+    }
+}
+
+// Lists over `texts`, which must outlive them.
+ColorLists LoadLists(const SheetContext& context, ListTexts* texts) {
+    LoadListTexts(context, kPresetChoices, texts->presets);
+    LoadListTexts(context, kTreatmentChoices, texts->treatments);
+    const ColorPreset* const presets = ColorPresetTable();
+    return {{kPresetChoices, texts->presets, presets}, {kTreatmentChoices, texts->treatments, presets}};
+}
+
+void FillPresetCombo(HWND dialog, int control, const PresetList& list) {
+    SendDlgItemMessageW(dialog, control, CB_RESETCONTENT, 0, 0);
+    PresetItem item;
+    for (int i = 0; GetPresetItem(list, i, &item); ++i) {
+        SendDlgItemMessageW(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.text));
+        SendDlgItemMessageW(dialog, control, CB_SETITEMDATA, static_cast<WPARAM>(i), static_cast<LPARAM>(item.value));
+    }
+}
+
+void FillPresetCombos(HWND dialog, const ColorLists& lists) {
+    FillPresetCombo(dialog, kPresets, lists.presets);
+    for (const int control : kTreatments) {
+        FillPresetCombo(dialog, control, lists.treatments);
+    }
+}
+
+int SelectedItem(HWND dialog, int control) {
+    return static_cast<int>(SendDlgItemMessageW(dialog, control, CB_GETCURSEL, 0, 0));
+}
+
+void SelectItem(HWND dialog, int control, int item) {
+    SendDlgItemMessageW(dialog, control, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+}
+
+bool IsChecked(HWND dialog, int control) {
+    return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
+}
+
+void Check(HWND dialog, int control, bool isChecked) {
+    CheckDlgButton(dialog, control, isChecked ? BST_CHECKED : BST_UNCHECKED);
+}
+
+ColorPage ReadControls(HWND dialog) {
+    ColorPage page = {};
+    for (const RadioValue& radio : kColorModeRadios) {
+        if (IsChecked(dialog, radio.control)) {
+            page.mode = radio.value;
+        }
+    }
+    page.presetItem = SelectedItem(dialog, kPresets);
+    for (size_t kind = 0; kind < kObjectKinds; ++kind) {
+        page.treatmentItems[kind] = SelectedItem(dialog, kTreatments[kind]);
+    }
+    page.resolutionItem = SelectedItem(dialog, kResolution);
+    page.rendering = static_cast<uint16_t>(GetComboData(dialog, kRendering));
+    page.choiceA = static_cast<uint16_t>(GetComboData(dialog, kChoiceA));
+    page.resolutionFlag = IsChecked(dialog, kResolutionFlag);
+    page.isAdvanced = IsChecked(dialog, kAdvanced);
+    return page;
+}
+
+void ShowPage(HWND dialog, const ColorPage& page) {
+    for (const RadioValue& radio : kColorModeRadios) {
+        Check(dialog, radio.control, radio.value == page.mode);
+    }
+    SelectItem(dialog, kPresets, page.presetItem);
+    for (size_t kind = 0; kind < kObjectKinds; ++kind) {
+        SelectItem(dialog, kTreatments[kind], page.treatmentItems[kind]);
+    }
+    SelectItem(dialog, kResolution, page.resolutionItem);
+    SelectComboByData(dialog, kRendering, page.rendering);
+    SelectComboByData(dialog, kChoiceA, page.choiceA);
+    Check(dialog, kResolutionFlag, page.resolutionFlag);
+    Check(dialog, kAdvanced, page.isAdvanced);
+}
+
+void ShowPanels(HWND dialog) {
+    for (const ControlState& state : UpdateColorPanels(ReadControls(dialog))) {
+        if (const HWND window = GetDlgItem(dialog, state.control)) {
+            ShowWindow(window, state.isShown ? SW_SHOW : SW_HIDE);
+            EnableWindow(window, state.isEnabled ? TRUE : FALSE);
+        }
+    }
+}
+
+BOOL InitColorPage(HWND dialog, SheetContext* context) {
+    for (const int control : kTexts) {
+        SetControlText(dialog, control, static_cast<UINT>(control));
+    }
+    RefreshColorPresets();
+    ListTexts texts;
+    const ColorLists lists = LoadLists(*context, &texts);
+    const ColorPage page = ReadColorPage(*context->devMode, lists);
+    FillPresetCombos(dialog, lists);
+    FillChoiceCombo(dialog, kResolution, kResolutionChoices, kEveryChoice);
+    FillChoiceCombo(dialog, kRendering, kRenderingChoices, kEveryChoice);
+    FillChoiceCombo(dialog, kChoiceA, kColorChoicesA, ColorFilterA(page.mode));
+    ShowPage(dialog, page);
+    ShowPanels(dialog);
+    return TRUE;
+}
+
+void MarkChanged(HWND dialog, SheetContext* context) {
+    MarkPageChanged(dialog, context, kColorSlot);
+}
+
+void OnMode(HWND dialog, SheetContext* context) {
+    ColorPage page = ReadControls(dialog);
+    ChooseColorMode(page.mode, &page, context->devMode);
+    FillChoiceCombo(dialog, kChoiceA, kColorChoicesA, ColorFilterA(page.mode));
+    SelectComboByData(dialog, kChoiceA, page.choiceA);
+    MarkChanged(dialog, context);
+}
+
+void OnManagePresets(HWND dialog, SheetContext* context) {
+    ListTexts texts;
+    const ColorLists lists = LoadLists(*context, &texts);
+    ColorPage page = ReadControls(dialog);
+    const ColorNames names = RememberColorNames(page, lists);
+    RunPresetManager(dialog, context);
+    RestoreColorNames(names, lists, &page);
+    FillPresetCombos(dialog, lists);
+    ShowPage(dialog, page);
+}
+
+void OnAdjust(HWND dialog, SheetContext* context) {
+    ListTexts texts;
+    ColorPage page = ReadControls(dialog);
+    BeginAdjustment(page, LoadLists(*context, &texts), &context->devMode->privatePart);
+    RunAdjustmentSheet(dialog, context, OffersAdjustmentPage(page));
+    EndAdjustment(&page);
+    ShowPage(dialog, page);
+}
+
+void OnRestore(HWND dialog, SheetContext* context) {
+    ListTexts texts;
+    ColorPage page;
+    RestoreColorDefaults(LoadLists(*context, &texts), &page, context->devMode);
+    FillChoiceCombo(dialog, kRendering, kRenderingChoices, kEveryChoice);
+    FillChoiceCombo(dialog, kChoiceA, kColorChoicesA, kEveryChoice);
+    ShowPage(dialog, page);
+    MarkChanged(dialog, context);
+}
+
+void OnClick(HWND dialog, SheetContext* context, int id) {
+    for (const RadioValue& radio : kColorModeRadios) {
+        if (radio.control == id) {
+            OnMode(dialog, context);
+            return;
+        }
+    }
+    switch (id) {
+        case kManagePresets:
+            OnManagePresets(dialog, context);
+            break;
+        case kSetIntent:
+            RunIntentDialog(dialog, context);
+            break;
+        case kAdjust:
+            OnAdjust(dialog, context);
+            break;
+        case kRestore:
+            OnRestore(dialog, context);
+            break;
+        case kResolutionFlag:
+        case kAdvanced:
+            MarkChanged(dialog, context);
+            break;
+        default:
+            break;
+    }
+}
+
+void OnSelection(HWND dialog, SheetContext* context, int id) {
+    switch (id) {
+        case kResolution:
+            ApplyBorderRule(&context->devMode->privatePart, SelectedItem(dialog, kResolution));
+            MarkChanged(dialog, context);
+            break;
+        case kPresets:
+        case kRendering:
+        case kChoiceA:
+            MarkChanged(dialog, context);
+            break;
+        default:
+            for (const int control : kTreatments) {
+                if (id == control && IsChecked(dialog, kAdvanced)) {
+                    MarkChanged(dialog, context);
+                }
+            }
+            break;
+    }
+}
+
+void OnColorCommand(HWND dialog, SheetContext* context, int id, int code) {
+    if (code == BN_CLICKED) {
+        OnClick(dialog, context, id);
+    } else if (code == CBN_SELCHANGE) {
+        OnSelection(dialog, context, id);
+    }
+    ShowPanels(dialog);
+}
+
+void ApplyPage(HWND dialog, SheetContext* context) {
+    ListTexts texts;
+    ApplyColorPage(ReadControls(dialog), LoadLists(*context, &texts), context->model.Get(), context->devMode);
+    CommitPage(context, kColorSlot);
+    SendMessageW(GetParent(dialog), PSM_UNCHANGED, reinterpret_cast<WPARAM>(dialog), 0);
+}
+
+constexpr PageFunctions kColorPage = {
+    kColorSlot, InitColorPage, OnColorCommand, ApplyPage, nullptr, nullptr, nullptr, nullptr,
+};
+
+}  // namespace
+
+INT_PTR CALLBACK ColorPageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    InitCommonControls();
+    return RoutePageMessage(kColorPage, dialog, message, wParam, lParam);
+}
+
+}  // namespace velmora

@@ -1,0 +1,96 @@
+#include "driver/ui/intent_dialog.h"
+
+#include "driver/ui/color_rules.h"
+#include "driver/ui/controls.h"
+#include "driver/ui/page.h"
+
+namespace velmora {
+namespace {
+
+constexpr UINT kTemplate = 6400;
+constexpr UINT kTitle = 6401;
+
+// Controls, and their texts where these aren't the string of their own number.
+constexpr int kRestore = 6405;
+constexpr UINT kOkText = 6406;
+constexpr UINT kCancelText = 6407;
+constexpr UINT kRestoreText = 6408;
+
+void ShowIntent(HWND dialog, uint16_t intent) {
+    for (const RadioValue& radio : kIntentRadios) {
+        CheckDlgButton(dialog, radio.control, radio.value == intent ? BST_CHECKED : BST_UNCHECKED);
+    }
+}
+
+uint16_t SelectedIntent(HWND dialog) {
+    for (const RadioValue& radio : kIntentRadios) {
+        if (IsDlgButtonChecked(dialog, radio.control) == BST_CHECKED) {
+            return radio.value;
+        }
+    }
+    return kDefaultIntent;
+}
+
+void Store(SheetContext* context, uint16_t intent) {
+    StoreIntent(intent, context->devMode);
+    MarkPageChanged(context->dialogs[kColorSlot], context, kColorSlot);
+}
+
+void InitDialog(HWND dialog, const SheetContext& context) {
+    WCHAR title[kTitleCapacity];
+    LoadText(context, kTitle, title, ARRAYSIZE(title));
+    SetWindowTextW(dialog, title);
+    for (const RadioValue& radio : kIntentRadios) {
+        SetControlText(dialog, radio.control, static_cast<UINT>(radio.control));
+    }
+    SetControlText(dialog, IDOK, kOkText);
+    SetControlText(dialog, IDCANCEL, kCancelText);
+    SetControlText(dialog, kRestore, kRestoreText);
+    ShowIntent(dialog, ShownIntent(context.devMode->publicPart));
+    PlaceDialog(dialog, kCentred, kCentredDown);
+}
+
+INT_PTR CALLBACK IntentProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+        InitDialog(dialog, *ContextOf(dialog));
+        return TRUE;
+    }
+    SheetContext* const context = ContextOf(dialog);
+    if (!context) {
+        return FALSE;
+    }
+    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
+        return TRUE;
+    }
+    if (message == WM_DESTROY) {
+        ReleasePage(dialog, kColorDialogsSlot);
+        return TRUE;
+    }
+    if (message != WM_COMMAND || HIWORD(wParam) != BN_CLICKED) {
+        return FALSE;
+    }
+    switch (LOWORD(wParam)) {
+        case kRestore:
+            ShowIntent(dialog, kDefaultIntent);
+            Store(context, kDefaultIntent);
+            return TRUE;
+        case IDOK:
+            Store(context, SelectedIntent(dialog));
+            [[fallthrough]];
+        case IDCANCEL:
+            EndDialog(dialog, LOWORD(wParam));
+            return TRUE;
+        default:
+            return FALSE;
+    }
+}
+
+}  // namespace
+
+void RunIntentDialog(HWND colorPage, SheetContext* context) {
+    DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), colorPage, IntentProc,
+                    reinterpret_cast<LPARAM>(context));
+}
+
+}  // namespace velmora
