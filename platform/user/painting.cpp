@@ -204,12 +204,15 @@ void Invalidate(Window& window, const RECT* rect, bool erase, bool frame, bool c
     if (!children && (window.style & WS_CLIPCHILDREN) != 0) {
         return;
     }
+    // Children over the one rectangle, which may be more than its parts: all of it is going to be painted.
+    const RECT update = window.update;
     for (const HWND handle : window.children) {
         Window* const child = FindWindowObject(handle);
-        if (child == nullptr || IsEmptyRect(Intersection(part, child->rect))) {
+        if (child == nullptr || IsEmptyRect(Intersection(update, child->rect))) {
             continue;
         }
-        const RECT inChild = Moved(part, -child->rect.left - child->client.left, -child->rect.top - child->client.top);
+        const RECT inChild =
+            Moved(update, -child->rect.left - child->client.left, -child->rect.top - child->client.top);
         Invalidate(*child, &inChild, erase, true, children);
     }
 }

@@ -63,6 +63,12 @@ TEST_F(PaintingTest, OrderAndUpdateRectangle) {
     EXPECT_EQ(updates_[0].bottom, 20);
     EXPECT_EQ(updates_[2].left, 5);
     EXPECT_EQ(updates_[2].bottom, 10);
+    // Two parts are one rectangle: what lies between them is painted too.
+    for (const RECT corner : {RECT{2, 2, 8, 8}, RECT{32, 32, 38, 38}}) {
+        InvalidateRect(top, &corner, FALSE);
+    }
+    UpdateWindow(top);
+    EXPECT_EQ(Taken(), (Lines{"top:paint", "child:paint", "child:frame"}));
     SendMessageW(top, WM_SETREDRAW, FALSE, 0);
     InvalidateRect(top, nullptr, TRUE);
     EXPECT_EQ(Taken(), Lines());
