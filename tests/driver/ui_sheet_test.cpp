@@ -258,12 +258,14 @@ TEST_F(Sheets, NoticesSayAndAsk) {
 // Every allocation and every call that can fail fails once: nothing crashes, nothing stays open, and what the user
 // stored is there or what was there before.
 TEST_F(Sheets, SurviveFailuresWhereverTheyHappen) {
+    VelmoraDevMode output = {};
     const auto edit = [&] {
         SetOptions(0, 0);
         host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
         ThenPress(PSBTN_OK);
         host_->RunDeviceSheet();
         host_->ForgetSteps();
+        host_->RunDocumentSheet(nullptr, &output);
     };
     uint64_t allocations = 0;
     for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; ++nth) {
