@@ -22,6 +22,8 @@ constexpr int kRemove = 11008;
 constexpr int kModelMessage = 1816;
 constexpr int kFirstLine = 1821;
 
+constexpr int kApplyButton = 0x3021;  // of sheets
+
 constexpr int kDeviceSlot = 5;
 
 class Sheets : public MachineTest {
@@ -187,6 +189,7 @@ TEST_F(Sheets, AConflictKeepsTheSheetOpen) {
     host_->Then([&](HWND sheet) {
         EXPECT_TRUE(IsWindow(sheet));
         EXPECT_TRUE(host_->Context().isChanged[kDeviceSlot]);
+        EXPECT_TRUE(IsWindowEnabled(GetDlgItem(sheet, kApplyButton)));
         EXPECT_EQ(host_->results.size(), 0u);
         host_->Context().devMode->publicPart.dmPaperSize = DMPAPER_A4;
     });
