@@ -251,7 +251,6 @@ void ApplyPage(HWND dialog, SheetContext* context) {
     ListTexts texts;
     ApplyColorPage(ReadControls(dialog), LoadLists(*context, &texts), context->model.Get(), context->devMode);
     CommitPage(context, kColorSlot);
-    SendMessageW(GetParent(dialog), PSM_UNCHANGED, reinterpret_cast<WPARAM>(dialog), 0);
 }
 
 constexpr PageFunctions kColorPage = {

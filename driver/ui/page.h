@@ -11,14 +11,15 @@
 namespace velmora {
 
 // A page: its slot and what it does. Functions that a page has no use for are null. Pages of a sheet that one of these
-// pages opens have kNoSlot: their apply is called whether or not they are changed, and commits nothing.
+// pages opens have kNoSlot: their apply, which they must have, is called whether or not they are changed, and commits
+// nothing.
 struct PageFunctions {
     int slot;
     // Fills the opened page. Returns what WM_INITDIALOG does: TRUE lets the first control have the focus.
     BOOL (*initialize)(HWND dialog, SheetContext* context);
     void (*command)(HWND dialog, SheetContext* context, int id, int code);
     // Writes the controls into the device mode or the printer's data and ends with CommitPage. Called only while the
-    // page is marked as changed.
+    // page is marked as changed; whether it still is afterwards is told to the sheet.
     void (*apply)(HWND dialog, SheetContext* context);
     // The page comes to the front.
     void (*activate)(HWND dialog, SheetContext* context);

@@ -362,28 +362,6 @@ std::vector<Operation> FailureSweep::Operations() {
              ValidatePrivateDevMode(Printer(), &input.privatePart, INVALID_HANDLE_VALUE, nullptr);
              CheckFrame(input);
          }},
-        {"sheets",
-         [this] {
-             VelmoraDevMode devMode = {};
-             DOCUMENTPROPERTYHEADER document = {};
-             document.hPrinter = Printer();
-             document.pszPrinterName = name_.data();
-             document.pdmOut = &devMode.publicPart;
-             document.cbOut = sizeof(devMode);
-             document.fMode = DM_OUT_BUFFER | DM_PROMPT;
-             DEVICEPROPERTYHEADER device = {};
-             device.hPrinter = Printer();
-             device.pszPrinterName = name_.data();
-             PROPSHEETUI_INFO documentInfo = {};
-             documentInfo.lParamInit = reinterpret_cast<LPARAM>(&document);
-             PROPSHEETUI_INFO deviceInfo = {};
-             deviceInfo.lParamInit = reinterpret_cast<LPARAM>(&device);
-             for (const WORD reason : {PROPSHEETUI_REASON_INIT, PROPSHEETUI_REASON_DESTROY}) {
-                 documentInfo.Reason = deviceInfo.Reason = reason;
-                 DrvDocumentPropertySheets(&documentInfo, 0);
-                 DrvDevicePropertySheets(&deviceInfo, 0);
-             }
-         }},
         {"spool directory",
          [this] {
              WriteDriveFile(InstalledPath(u"KV62.XPI"), imageModel_);
