@@ -37,8 +37,8 @@ enum class LengthRounding : uint8_t { kNearest, kDown, kUp };
 void FormatLength(int32_t length, uint16_t unit, const WCHAR* separator, LengthRounding rounding, WCHAR* text,
                   size_t capacity);
 
-// Reads a text in a unit; what it hits no 0.01 mm with is cut. 0 for a text that isn't a length. More than 100,000 units
-// are 100,000.
+// Reads a text in a unit; what it hits no 0.01 mm with is cut. 0 for a text that isn't a length. More than 100,000
+// units are 100,000.
 int32_t ReadLength(const WCHAR* text, uint16_t unit, const WCHAR* separator);
 
 // A step of a spin control: up or down, within limits. At a limit the length is rounded so that what is shown is within

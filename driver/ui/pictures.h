@@ -15,4 +15,10 @@ OwnedModule LoadImageModule(const SheetContext& context);
 // nothing where there is no such bitmap.
 void DrawBitmapInControl(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control, bool isStretched);
 
+// Draws a bitmap of the module stretched to a control's place, but for its white pixels. Nothing where there is none.
+void DrawBitmapTransparent(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control);
+
+// Draws an icon of the module at the upper left of a control's place, in its own size. Nothing where there is none.
+void DrawIconInControl(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control);
+
 }  // namespace velmora

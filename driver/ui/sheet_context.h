@@ -18,12 +18,16 @@
 #include "driver/settings/device_info.h"
 #include "driver/settings/font_list.h"
 #include "driver/settings/watermark_list.h"
+#include "driver/ui/paper_rules.h"
 
 namespace velmora {
 
-inline constexpr size_t kPageCount = 6;          // pages of the page table
-inline constexpr size_t kSlotCount = 16;         // dialogs and changed flags
-inline constexpr int kAboutSlot = 15;            // the About page's dialog
+inline constexpr size_t kPageCount = 6;   // pages of the page table
+inline constexpr size_t kSlotCount = 16;  // dialogs and changed flags
+inline constexpr int kAboutSlot = 15;     // the About page's dialog
+inline constexpr int kPaperSlot = 0;      // the pages that others look at, as the next ones
+inline constexpr int kColorSlot = 1;
+inline constexpr int kWatermarkSlot = 2;
 inline constexpr size_t kTitleCapacity = 128;    // characters of a page's title
 inline constexpr size_t kMessageCapacity = 128;  // characters of a text of a module or model in a dialog
 
@@ -31,6 +35,12 @@ inline constexpr size_t kMessageCapacity = 128;  // characters of a text of a mo
 struct OptionStates {
     int8_t secondTray;
     int8_t duplexUnit;
+};
+
+// The last order of a sheet's pages that the Paper page's preview showed, for each layout that has orders.
+struct PreviewOrders {
+    size_t ofTwo;
+    size_t ofFour;
 };
 
 struct SheetContext {
@@ -67,6 +77,9 @@ struct SheetContext {
     HWND dialogs[kSlotCount];  // 0 to 5 the pages, null while they aren't open
     bool isChanged[kSlotCount];
     OptionStates optionStates;
+    PaperChoices paper;  // the open Paper page's
+    PreviewOrders previewOrders;
+    WNDPROC replacedEditProc;  // what stands behind every filtered edit
 
     uint16_t noticeKind;        // a NoticeKind
     uint16_t noticeMessageRef;  // localised string of the model that the notice shows, 0 for none
