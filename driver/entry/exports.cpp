@@ -48,10 +48,14 @@ LONG OpenSheets(PROPSHEETUI_INFO* info, HANDLE printer, const WCHAR* printerName
 
 // DESTROY of a sheet. A sheet whose INIT failed has no context.
 void CloseSheets(PROPSHEETUI_INFO* info, const WCHAR* printerName) {
+    auto* const context = reinterpret_cast<SheetContext*>(info->UserData);
+    if (!printerName && context) {
+        printerName = context->printerName;
+    }
     if (printerName) {
         SyncPrinterDataFileCopies(printerName);
     }
-    DestroySheetContext(reinterpret_cast<SheetContext*>(info->UserData));
+    DestroySheetContext(context);
     info->UserData = 0;
 }
 
@@ -149,17 +153,19 @@ LONG WINAPI DrvDocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam
 }
 
 LONG WINAPI DrvDevicePropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM) {
-    const auto* header = pPSUIInfo ? reinterpret_cast<const DEVICEPROPERTYHEADER*>(pPSUIInfo->lParamInit) : nullptr;
-    if (!header) {
-        return pPSUIInfo && pPSUIInfo->Reason != PROPSHEETUI_REASON_INIT ? 1 : 0;
+    if (!pPSUIInfo) {
+        return 0;
     }
-    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_INIT) {
-        return OpenSheets(pPSUIInfo, header->hPrinter, header->pszPrinterName, nullptr);
+    const auto* header = reinterpret_cast<const DEVICEPROPERTYHEADER*>(pPSUIInfo->lParamInit);
+    switch (pPSUIInfo->Reason) {
+        case PROPSHEETUI_REASON_INIT:
+            return header ? OpenSheets(pPSUIInfo, header->hPrinter, header->pszPrinterName, nullptr) : 0;
+        case PROPSHEETUI_REASON_DESTROY:
+            CloseSheets(pPSUIInfo, header ? header->pszPrinterName : nullptr);
+            return 1;
+        default:
+            return 1;
     }
-    if (pPSUIInfo->Reason == PROPSHEETUI_REASON_DESTROY) {
-        CloseSheets(pPSUIInfo, header->pszPrinterName);
-    }
-    return 1;
 }
 
 BOOL WINAPI DrvConvertDevMode(LPWSTR pszPrinterName, PDEVMODEW pdmIn, PDEVMODEW pdmOut, PLONG pcbNeeded, DWORD) {

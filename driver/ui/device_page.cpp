@@ -102,11 +102,10 @@ void OnDeviceCommand(HWND dialog, SheetContext* context, int id, int code) {
     }
 }
 
-void ApplyDevicePage(HWND dialog, SheetContext* context) {
+void ApplyDevicePage(HWND, SheetContext* context) {
     context->deviceInfo = WithOptionStates(context->deviceInfo, context->optionStates);
     SetDeviceInfo(context->printer, context->deviceInfo);
     CommitPage(context, kSlot);
-    SendMessageW(GetParent(dialog), PSM_UNCHANGED, reinterpret_cast<WPARAM>(dialog), 0);
 }
 
 void PaintDevicePage(HWND dialog, SheetContext* context, HDC target) {

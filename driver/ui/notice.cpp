@@ -153,6 +153,9 @@ INT_PTR CALLBACK NoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 
 INT_PTR ShowNotice(SheetContext* context, HWND owner, NoticeKind kind) {
     context->noticeKind = kind;
+    if (!context->resources) {
+        return -1;  // no module means the program's own
+    }
     return DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kNoticeTemplate), owner, NoticeProc,
                            reinterpret_cast<LPARAM>(context));
 }

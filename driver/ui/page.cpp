@@ -56,8 +56,15 @@ bool CheckConstraints(HWND owner, SheetContext* context) {
     return true;
 }
 
-void AnswerNotification(HWND dialog, LONG_PTR answer) {
-    SetWindowLongPtrW(dialog, DWLP_MSGRESULT, answer);
+// Every message that reaches the dialog meanwhile clears its answer, so that is given last.
+void ApplyPage(const PageFunctions& page, HWND dialog, SheetContext* context) {
+    context->applyAnswer = PSNRET_NOERROR;
+    if (page.apply && context->isChanged[page.slot]) {
+        page.apply(dialog, context);
+        SendMessageW(GetParent(dialog), context->isChanged[page.slot] ? PSM_CHANGED : PSM_UNCHANGED,
+                     reinterpret_cast<WPARAM>(dialog), 0);
+    }
+    SetWindowLongPtrW(dialog, DWLP_MSGRESULT, context->applyAnswer);
 }
 
 INT_PTR OnNotify(const PageFunctions& page, HWND dialog, SheetContext* context, const NMHDR& notification) {
@@ -69,11 +76,7 @@ INT_PTR OnNotify(const PageFunctions& page, HWND dialog, SheetContext* context, 
             page.activate(dialog, context);
             return TRUE;
         case PSN_APPLY:
-            // What an earlier apply answered must not answer for this one.
-            AnswerNotification(dialog, PSNRET_NOERROR);
-            if (page.apply && context->isChanged[page.slot]) {
-                page.apply(dialog, context);
-            }
+            ApplyPage(page, dialog, context);
             return TRUE;
         case PSN_HELP:
             ShowPageHelp(dialog, *context);
@@ -163,17 +166,15 @@ void CommitPage(SheetContext* context, int slot) {
             return;
         }
     }
-    const HWND dialog = context->dialogs[slot];
-    if (CheckConstraints(dialog, context)) {
+    if (CheckConstraints(context->dialogs[slot], context)) {
         context->isChanged[slot] = true;
-        AnswerNotification(dialog, PSNRET_INVALID_NOCHANGEPAGE);
+        context->applyAnswer = PSNRET_INVALID_NOCHANGEPAGE;
         return;
     }
     DEVMODEW& publicPart = context->devMode->publicPart;
     if (publicPart.dmICMMethod > DMICMMETHOD_USER) {
         publicPart.dmICMMethod = DMICMMETHOD_NONE;
     }
-    AnswerNotification(dialog, PSNRET_NOERROR);
     if (context->hostCallback) {
         context->hostCallback(context->host, CPSFUNC_SET_RESULT, context->hostPages[slot], CPSUI_OK);
     }

@@ -17,7 +17,7 @@ struct PageFunctions {
     BOOL (*initialize)(HWND dialog, SheetContext* context);
     void (*command)(HWND dialog, SheetContext* context, int id, int code);
     // Writes the controls into the device mode or the printer's data and ends with CommitPage. Called only while the
-    // page is marked as changed.
+    // page is marked as changed; whether it still is afterwards is told to the sheet.
     void (*apply)(HWND dialog, SheetContext* context);
     // The page comes to the front.
     void (*activate)(HWND dialog, SheetContext* context);

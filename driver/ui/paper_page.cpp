@@ -412,7 +412,6 @@ void ApplyPaperPage(HWND dialog, SheetContext* context) {
                       context->devMode);
     ShowChange(dialog, context, before);
     CommitPage(context, kPaperSlot);
-    SendMessageW(GetParent(dialog), PSM_UNCHANGED, reinterpret_cast<WPARAM>(dialog), 0);
 }
 
 // Other pages may have changed what this one depends on and what its summary says.

@@ -105,6 +105,11 @@ SheetContext* CreateNoticeContext(HANDLE printer) {
 
 void DestroySheetContext(SheetContext* context) {
     if (context) {
+        for (const HWND dialog : context->dialogs) {
+            if (dialog) {
+                SetWindowLongPtrW(dialog, DWLP_USER, 0);
+            }
+        }
         context->~SheetContext();
         HeapFree(GetProcessHeap(), 0, context);
     }

@@ -69,13 +69,14 @@ struct SheetContext {
 
     HANDLE host;
     PFNCOMPROPSHEET hostCallback;
-    LONG_PTR hostPages[kPageCount];  // the host's handles of the pages, 0 where it has none
+    LONG_PTR hostPages[kPageCount];  // the host's handles of the pages, 0 or below where it has none
     WCHAR titles[kPageCount][kTitleCapacity];
     LONG_PTR aboutHostPage;
     WCHAR aboutTitle[kTitleCapacity];
 
     HWND dialogs[kSlotCount];  // 0 to 5 the pages, null while they aren't open
     bool isChanged[kSlotCount];
+    LONG_PTR applyAnswer;  // of the PSN_APPLY that a page is answering (PSNRET_)
     OptionStates optionStates;
     PaperChoices paper;  // the open Paper page's
     PreviewOrders previewOrders;
@@ -97,7 +98,7 @@ SheetContext* CreateSheetContext(HANDLE printer, const WCHAR* printerName, Velmo
 // memory.
 SheetContext* CreateNoticeContext(HANDLE printer);
 
-// Frees a context with all that it holds, null included. Its dialogs are closed before.
+// Frees a context with all that it holds, null included. Dialogs that are still open work on nothing from then on.
 void DestroySheetContext(SheetContext* context);
 
 struct SheetContextTraits {

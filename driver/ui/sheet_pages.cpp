@@ -35,7 +35,7 @@ bool IsOffered(const SheetContext& context, const PageDescriptor& page) {
            (context.model && context.model->customMaxWidth != 0 && context.model->customMaxLength != 0);
 }
 
-// The host's handle of the added page, 0 where it refuses it.
+// The host's handle of the added page, 0 or an error below it where it refuses it.
 LONG_PTR AddPage(SheetContext* context, const PageDescriptor& page, uint16_t dialogTemplate, WCHAR* title) {
     LoadText(*context, page.title, title, kTitleCapacity);
     PROPSHEETPAGEW sheetPage = {};

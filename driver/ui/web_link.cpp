@@ -54,13 +54,15 @@ bool ReadOpenCommand(WCHAR (&command)[kOpenCommandBytes / sizeof(WCHAR) + 1]) {
 }
 
 // A link that ends the quotation around it, or the line, would be more than an argument.
-bool IsOneArgument(const WCHAR* link) {
+bool IsOneArgument(const char* link) {
+    char last = 0;
     for (; *link != 0; ++link) {
-        if (*link < TEXT(' ') || *link == TEXT('"')) {
+        last = *link;
+        if (static_cast<unsigned char>(last) < ' ' || last == '"') {
             return false;
         }
     }
-    return true;
+    return last != '\\';
 }
 
 }  // namespace
@@ -71,7 +73,7 @@ void UpdateLinkCursor(HWND dialog, SheetContext* context, POINT point) {
     if (isOverLink && !isHand) {
         context->replacedCursor = SetCursor(context->handCursor);
     } else if (!isOverLink && isHand) {
-        SetCursor(context->replacedCursor);
+        SetCursor(context->replacedCursor ? context->replacedCursor : LoadCursorW(nullptr, IDC_ARROW));
     }
 }
 
@@ -91,7 +93,7 @@ void OpenModelLink(const SheetContext& context) {
     WCHAR link[kMessageCapacity];
     ReadLocalizedString(context.descriptionFile.Get(), context.locale.language, context.resources.Get(),
                         static_cast<int16_t>(context.model->linkRef), link, ARRAYSIZE(link));
-    char line[kCommandLineBytes + 1];
+    char line[kCommandLineBytes + 2];  // one more than may be used tells what would have been cut
     if (link[0] != 0 && BuildBrowserCommand(command, link, line, ARRAYSIZE(line))) {
         WinExec(line, SW_SHOWNORMAL);
     }
@@ -99,7 +101,9 @@ void OpenModelLink(const SheetContext& context) {
 
 bool BuildBrowserCommand(const WCHAR* openCommand, const WCHAR* link, char* line, size_t capacity) {
     constexpr size_t kPlaceLength = 2;  // of "%1"
-    if (!IsOneArgument(link)) {
+    // As the command line will have it: code pages have quotation marks for more than one character.
+    const HeapOwner<char> argument = Narrow(link);
+    if (!argument || !IsOneArgument(argument.Get())) {
         return false;
     }
     WCHAR before[kOpenCommandBytes / sizeof(WCHAR) + 1];
@@ -109,9 +113,9 @@ bool BuildBrowserCommand(const WCHAR* openCommand, const WCHAR* link, char* line
         const WCHAR* const after = place + kPlaceLength;
         *place = 0;
         const char* const format = *after == TEXT('"') ? "%ls%s%ls" : "%ls \"%s\" %ls";
-        length = FormatAnsi(line, capacity, format, static_cast<const WCHAR*>(before), link, after);
+        length = FormatAnsi(line, capacity, format, static_cast<const WCHAR*>(before), argument.Get(), after);
     } else {
-        length = FormatAnsi(line, capacity, "%ls \"%s\"", static_cast<const WCHAR*>(before), link);
+        length = FormatAnsi(line, capacity, "%ls \"%s\"", static_cast<const WCHAR*>(before), argument.Get());
     }
     return length < capacity - 1;  // a full line may have been cut
 }

@@ -1,8 +1,10 @@
 // Document settings without property sheets, as the spooler and applications ask for them.
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include "tests/contract/contract_test.h"
+#include "tests/contract/sheet_host.h"
 #include "tests/contract/transcript.h"
 #include "tests/driver/changed_devmode.h"
 
@@ -167,12 +169,15 @@ TEST_F(DocumentSettings, OfAPrinterWithItsOwnDeviceMode) {
         VelmoraDevMode input = With(stored, c.input ? c.input : "");
         VelmoraDevMode output = {};
         DOCUMENTPROPERTYHEADER header = Header(printer, kBoth | DM_PROMPT, c.input ? &input : nullptr, &output);
-        PROPSHEETUI_INFO info = {};
-        info.cbSize = sizeof(info);
-        info.Reason = PROPSHEETUI_REASON_INIT;
-        info.lParamInit = reinterpret_cast<LPARAM>(&header);
-        printer.Driver().DrvDocumentPropertySheets(&info, 0);
-        EXPECT_EQ(Differences(With(stored, c.expected), output), Texts()) << (c.input ? c.input : "none");
+        SheetHost host(printer.Driver().DrvDocumentPropertySheets, &header);
+        host.RefusePage(1);
+        EXPECT_LT(host.Run(), 0);
+        // A device mode without a settings folder gets the user's.
+        VelmoraDevMode expected = With(stored, c.expected);
+        auto& folder = output.privatePart.settingsFolder;
+        EXPECT_TRUE(TextOf(folder).ends_with(TEXT("\\Velmora Contract")));
+        memcpy(expected.privatePart.settingsFolder, folder, sizeof(folder));
+        EXPECT_EQ(Differences(expected, output), Texts()) << (c.input ? c.input : "none");
     }
 }
 

@@ -362,27 +362,6 @@ std::vector<Operation> FailureSweep::Operations() {
              ValidatePrivateDevMode(Printer(), &input.privatePart, INVALID_HANDLE_VALUE, nullptr);
              CheckFrame(input);
          }},
-        {"sheets",
-         [this] {
-             VelmoraDevMode devMode = {};
-             DOCUMENTPROPERTYHEADER document = {};
-             document.hPrinter = Printer();
-             document.pszPrinterName = name_.data();
-             document.pdmOut = &devMode.publicPart;
-             document.cbOut = sizeof(devMode);
-             document.fMode = DM_OUT_BUFFER | DM_PROMPT;
-             DEVICEPROPERTYHEADER device = {};
-             device.hPrinter = Printer();
-             device.pszPrinterName = name_.data();
-             for (const WORD reason : {PROPSHEETUI_REASON_INIT, PROPSHEETUI_REASON_DESTROY}) {
-                 PROPSHEETUI_INFO info = {};
-                 info.Reason = reason;
-                 info.lParamInit = reinterpret_cast<LPARAM>(&document);
-                 DrvDocumentPropertySheets(&info, 0);
-                 info.lParamInit = reinterpret_cast<LPARAM>(&device);
-                 DrvDevicePropertySheets(&info, 0);
-             }
-         }},
         {"spool directory",
          [this] {
              WriteDriveFile(InstalledPath(u"KV62.XPI"), imageModel_);

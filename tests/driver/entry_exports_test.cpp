@@ -51,7 +51,13 @@ TEST_F(Exports, DocumentSheetsWithPromptBuildTheDeviceMode) {
     info.lParamInit = reinterpret_cast<LPARAM>(&header);
     const LONG result = DrvDocumentPropertySheets(&info, 0);
     EXPECT_EQ(ValueOf(info.Result), static_cast<ULONG_PTR>(result));
-    EXPECT_EQ(DifferenceLines(default_, output_), Texts());
+    // Only the user's folder is filled in.
+    EXPECT_EQ(DifferenceLines(default_, output_).size(), 1u);
+    EXPECT_NE(output_.privatePart.settingsFolder[0], 0);
+    for (int i = 0; i < 2; ++i) {
+        info.Reason = PROPSHEETUI_REASON_DESTROY;
+        EXPECT_EQ(DrvDocumentPropertySheets(&info, 0), 1);
+    }
 }
 
 TEST_F(Exports, Conversion) {

@@ -196,6 +196,7 @@ TEST(BrowserCommand, HasTheLinkAsOneArgument) {
         {u"C:\\b.exe \"%1\"", u"http://v.example/%1%s", "C:\\b.exe \"http://v.example/%1%s\""},
         {u"C:\\b.exe \"%1\"", u"x\" & calc \"", ""},
         {u"C:\\b.exe", u"x\ny", ""},
+        {u"C:\\b.exe", u"http://v.example\\", ""},
         {longCommand, longLink, ""},
     };
     for (const auto& c : cases) {

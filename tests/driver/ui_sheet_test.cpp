@@ -22,6 +22,8 @@ constexpr int kRemove = 11008;
 constexpr int kModelMessage = 1816;
 constexpr int kFirstLine = 1821;
 
+constexpr int kApplyButton = 0x3021;  // of sheets
+
 constexpr int kDeviceSlot = 5;
 
 class Sheets : public MachineTest {
@@ -187,6 +189,7 @@ TEST_F(Sheets, AConflictKeepsTheSheetOpen) {
     host_->Then([&](HWND sheet) {
         EXPECT_TRUE(IsWindow(sheet));
         EXPECT_TRUE(host_->Context().isChanged[kDeviceSlot]);
+        EXPECT_TRUE(IsWindowEnabled(GetDlgItem(sheet, kApplyButton)));
         EXPECT_EQ(host_->results.size(), 0u);
         host_->Context().devMode->publicPart.dmPaperSize = DMPAPER_A4;
     });
@@ -258,12 +261,14 @@ TEST_F(Sheets, NoticesSayAndAsk) {
 // Every allocation and every call that can fail fails once: nothing crashes, nothing stays open, and what the user
 // stored is there or what was there before.
 TEST_F(Sheets, SurviveFailuresWhereverTheyHappen) {
+    VelmoraDevMode output = {};
     const auto edit = [&] {
         SetOptions(0, 0);
         host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
         ThenPress(PSBTN_OK);
         host_->RunDeviceSheet();
         host_->ForgetSteps();
+        host_->RunDocumentSheet(nullptr, &output);
     };
     uint64_t allocations = 0;
     for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; ++nth) {

@@ -325,6 +325,27 @@ TEST_F(SheetTest, WhatCannotBeShownIsLeftOut) {
     EXPECT_EQ(FailureOf([&] { return MakePage(&a, 100); }), ERROR_OUTOFMEMORY);
 }
 
+TEST_F(SheetTest, UnsupportedRequestsFailLoudly) {
+    PageScript a{"a"};
+    const CallRow cases[] = {
+        {"a property page with flags", [&] { return MakePage(&a, 100, PSP_USECALLBACK); }},
+        {"PropertySheetW with flags", [&] { return Show({}, PSH_MODELESS) >= 0; }},
+    };
+    for (const CallRow& row : cases) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(FailureOf(row.call), ERROR_NOT_SUPPORTED) << row.what;
+        EXPECT_NE(testing::internal::GetCapturedStderr().find(row.what), std::string::npos) << row.what;
+    }
+    Then([this] {
+        constexpr UINT kAddPage = WM_USER + 103;
+        testing::internal::CaptureStderr();
+        SendMessageW(Sheet(), kAddPage, 0, 0);
+        EXPECT_NE(testing::internal::GetCapturedStderr().find("WM_USER + 103"), std::string::npos);
+        SendMessageW(Sheet(), PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+    });
+    EXPECT_EQ(Show({MakePage(&a, 100)}), 0);
+}
+
 TEST_F(SheetTest, ASheetThatNobodyUsesEnds) {
     PageScript a{"a"};
     machine_->SetUser(nullptr);

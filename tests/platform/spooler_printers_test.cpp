@@ -177,7 +177,6 @@ TEST_F(SpoolerTest, UnsupportedCallsFailLoudly) {
     DWORD needed = 0;
     HANDLE server = nullptr;
     const CallRow cases[] = {
-        {"PrinterProperties", [&] { return PrinterProperties(nullptr, printer_); }},
         {"GetPrinterW at level 1", [&] { return GetPrinterW(printer_, 1, nullptr, 0, &needed); }},
         {"OpenPrinterW", [&] { return OpenPrinterW(nullptr, &server, nullptr); }},
         {"EnumPrintersW", [&] { return EnumPrintersW(8, nullptr, 2, nullptr, 0, &needed, &needed); }},
