@@ -28,9 +28,6 @@ void SetNumber(NumberField* field, int number);
 // What the user typed, cut to the field. The spin control follows where it is a number of its range.
 void TypeNumber(NumberField* field, const WCHAR* text);
 
-// One or more steps of the spin control, up or, negative, down, from the number that stands in the edit.
-void StepNumber(NumberField* field, int steps);
-
 // What an edit shows once the user has left it: a number from `lowest` to `highest` as it was typed, one beyond them as
 // the nearest, any other text as the spin control's position. These limits may be wider than the spin control's range.
 void SettleNumber(NumberField* field, int lowest, int highest);

@@ -66,7 +66,7 @@ TEST_F(Sheets, HaveTheirPages) {
         std::function<LONG()> run;
     } sheets[] = {
         {"Device settings", [&] { return host.RunDeviceSheet(); }},
-        {"About", [&] { return host.RunDocumentSheet(nullptr, &output); }},
+        {"Paper", [&] { return host.RunDocumentSheet(nullptr, &output); }},
     };
     for (const auto& sheet : sheets) {
         EXPECT_EQ(sheet.run(), 1) << sheet.title;
