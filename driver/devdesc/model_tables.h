@@ -138,6 +138,10 @@ struct CustomLimits {
 };
 CustomLimits GetCustomLimits(const DeviceModel& model);
 
+// Papers that sets can name are those below kPaperSetIds; kCustomInSet stands for all others.
+inline constexpr int kPaperSetIds = 256;
+inline constexpr int kCustomInSet = 0;
+
 // True where `paperId`, 0 to 255, is in the set.
 constexpr bool ContainsPaper(const PaperSet& papers, int paperId) {
     return (papers.bytes[paperId / 8] & (0x80 >> (paperId % 8))) != 0;

@@ -12,10 +12,6 @@ namespace {
 constexpr int kLastCardId = 511;
 constexpr int kPclCodeBase = 512;
 
-// Paper sets hold the ids below this; custom sizes are represented by id 0.
-constexpr int kPaperSetIds = 256;
-constexpr int kCustomInSet = 0;
-
 PaperSize LocalePaperSize() {
     constexpr PaperSize kLetter = {2159, 2794, 0};
     constexpr PaperSize kA4 = {2100, 2970, 1};

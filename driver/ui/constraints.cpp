@@ -6,10 +6,6 @@
 namespace velmora {
 namespace {
 
-// Papers above those that a set can name; the set's bit 0 stands for them.
-constexpr int kPaperSetIds = 256;
-constexpr int kCustomInSet = 0;
-
 // Paper fields that mean the job's own.
 constexpr int16_t kJobPaper = -1;
 

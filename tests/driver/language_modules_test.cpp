@@ -97,6 +97,7 @@ TEST(LanguageModules, HoldTheSameResources) {
         auto strings = ReadModuleResources(module.bytes).strings;
         EXPECT_EQ(strings[kSettingsExtension], u"ini") << "a user who changes the language keeps the settings";
         EXPECT_EQ(host::ToUtf8(strings[kLanguage]), code);
+        EXPECT_TRUE(ResourcesOf(module.bytes).contains("type 2, \"ABOUT_LOGO\""));
     }
 }
 
@@ -134,9 +135,42 @@ TEST_F(LanguageModule, IsTheOneOfTheUsersLanguage) {
     }
 }
 
+// The names of a pattern: "{A,B}_C" is A_C and B_C.
+Texts NamesOf(const std::string& pattern) {
+    const size_t open = pattern.find('{');
+    if (open == std::string::npos) {
+        return {pattern};
+    }
+    const size_t close = pattern.find('}', open);
+    Texts names;
+    for (size_t at = open; at != close;) {
+        const size_t end = pattern.find_first_of(",}", at + 1);
+        const Texts whole =
+            NamesOf(pattern.substr(0, open) + pattern.substr(at + 1, end - at - 1) + pattern.substr(close + 1));
+        names.insert(names.end(), whole.begin(), whole.end());
+        at = end;
+    }
+    return names;
+}
+
+constexpr const char* kBitmaps[] = {
+    "IDB_{TRAY1A,TRAY2A,DUP1A,DUP2A}",
+    "IDB_{PORT,LAND}{,_DUP}_{,R}{A,AB,BA,ABCD,ACBD,BADC,CADB}",
+    "IDB_{PORT,LAND}_{LEFT,TOP,RIGHT,BOTTOM,DUP_RIGHT,DUP_BOTTOM}",
+    "IDB_{PORT,LAND}_{P2X2,P3X3,P4X4}",
+    "BMP_{COLLATED,UNCOLLATE}",
+    "IDB_{BRIGHTNESS,SATURATION,CONTRAST,CYAN2RED,MAGENTA2GREEN,YELLOW2BLUE}_16M",
+    "IDB_{CYAN,MAGENTA,YELLOW,BLACK}",
+    "M7700_{B1,D1,D2,D3,D4}",
+};
+constexpr const char* kIcons[] = {
+    "ICO_{,SEL_}{PORT,LAND}_{AB,BA,ABCD,ACBD,BADC,BDAC}",
+    "ICO_{LANDSCAPE,PORTRAIT}_FEED",
+};
+
 class ImageModule : public MachineTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(ImageModule, LiesBesideTheRenderLibrary) {
+TEST_P(ImageModule, LiesBesideTheRenderLibraryWithThePagesPictures) {
     DriverPackage package = PackageOf("", GetParam());
     UseBuiltModules(package);
     Install(package);
@@ -146,8 +180,17 @@ TEST_P(ImageModule, LiesBesideTheRenderLibrary) {
     const WideText path(library);
     const OwnedModule module(LoadLibraryW((path.substr(0, path.size() - 9) + u"KV62im.dll").c_str()));
     ASSERT_TRUE(module);
-    for (const WCHAR* picture : {u"IDB_TRAY1A", u"IDB_TRAY2A", u"IDB_DUP1A", u"IDB_DUP2A"}) {
-        EXPECT_NE(FindResourceW(module.Get(), picture, RT_BITMAP), nullptr) << ToText(picture);
+    for (const char* pattern : kBitmaps) {
+        for (const std::string& name : NamesOf(pattern)) {
+            const HBITMAP bitmap = LoadBitmapW(module.Get(), host::ToWide(name).c_str());
+            EXPECT_NE(bitmap, nullptr) << name;
+            DeleteObject(bitmap);
+        }
+    }
+    for (const char* pattern : kIcons) {
+        for (const std::string& name : NamesOf(pattern)) {
+            EXPECT_NE(LoadIconW(module.Get(), host::ToWide(name).c_str()), nullptr) << name;
+        }
     }
 }
 

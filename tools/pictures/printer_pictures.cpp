@@ -27,7 +27,7 @@ struct Shade {
 
 constexpr Shade kCase = {FromRgb(0xD3DBE3), FromRgb(0xA9B6C3), FromRgb(0xE6EBF0)};
 constexpr Shade kTray = {FromRgb(0xBFCAD5), FromRgb(0x97A6B5), FromRgb(0xD3DBE3)};
-constexpr Shade kOption = {FromRgb(0xA9CBEA), FromRgb(0x7FB0DD), FromRgb(0xC8DFF3)};  // what was added to the printer
+constexpr Shade kOption = {kAccentLight, FromRgb(0x7FB0DD), FromRgb(0xC8DFF3)};  // what was added to the printer
 
 struct Box {
     Place corner;  // the one on the ground at the front, on the left
@@ -95,7 +95,7 @@ void DrawPrinter(Canvas& canvas, bool secondTray, bool duplexUnit) {
 
 std::vector<Picture> PrinterPictures() {
     const auto picture = [](const char* name, bool secondTray, bool duplexUnit) -> Picture {
-        return {name, kWidth, kHeight, kDialogFace,
+        return {name, PictureKind::kBitmap, kWidth, kHeight,
                 [=](Canvas& canvas) { DrawPrinter(canvas, secondTray, duplexUnit); }};
     };
     return {
