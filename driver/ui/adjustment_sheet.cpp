@@ -95,11 +95,11 @@ void OnSliderMoved(HWND dialog, const AdjustmentSlider& slider, int code) {
     switch (code) {
         case SB_LINELEFT:
         case SB_LINERIGHT:
-            StepNumber(&field, code == SB_LINELEFT ? -1 : 1);
+            SetNumber(&field, field.position + (code == SB_LINELEFT ? -1 : 1));
             break;
         case SB_PAGELEFT:
         case SB_PAGERIGHT:
-            StepNumber(&field, code == SB_PAGELEFT ? -kPageOfSlider : kPageOfSlider);
+            SetNumber(&field, field.position + (code == SB_PAGELEFT ? -kPageOfSlider : kPageOfSlider));
             break;
         case SB_LEFT:
         case SB_RIGHT:

@@ -1,5 +1,6 @@
 #include "driver/ui/controls.h"
 
+#include "driver/base/text.h"
 #include "driver/ui/sheet_context.h"
 
 namespace velmora {
@@ -37,6 +38,13 @@ int HeightOf(const RECT& rect) {
 
 }  // namespace
 
+void AddComboItem(HWND dialog, int control, const WCHAR* text, uint32_t value) {
+    const LRESULT item = SendDlgItemMessageW(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    if (item >= 0) {
+        SendDlgItemMessageW(dialog, control, CB_SETITEMDATA, static_cast<WPARAM>(item), static_cast<LPARAM>(value));
+    }
+}
+
 void FillChoiceCombo(HWND dialog, int control, const ChoiceEntry* choices, uint32_t filter) {
     const SheetContext* const context = ContextOf(dialog);
     SendDlgItemMessageW(dialog, control, CB_RESETCONTENT, 0, 0);
@@ -46,11 +54,7 @@ void FillChoiceCombo(HWND dialog, int control, const ChoiceEntry* choices, uint3
         }
         WCHAR text[kMessageCapacity];
         LoadText(*context, choices->stringId, text, ARRAYSIZE(text));
-        const LRESULT item = SendDlgItemMessageW(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
-        if (item >= 0) {
-            SendDlgItemMessageW(dialog, control, CB_SETITEMDATA, static_cast<WPARAM>(item),
-                                static_cast<LPARAM>(choices->value));
-        }
+        AddComboItem(dialog, control, text, choices->value);
     }
 }
 
@@ -76,6 +80,20 @@ void SetControlText(HWND dialog, int control, UINT stringId) {
         WCHAR text[kMessageCapacity];
         LoadText(*context, stringId, text, ARRAYSIZE(text));
         SetWindowTextW(window, text);
+    }
+}
+
+void UpdateControlText(HWND dialog, int control, const WCHAR* text) {
+    WCHAR shown[kMessageCapacity] = {};
+    GetDlgItemTextW(dialog, control, shown, ARRAYSIZE(shown));
+    if (!TextsEqual<WCHAR>(shown, text)) {
+        SetDlgItemTextW(dialog, control, text);
+    }
+}
+
+void EnableControl(HWND dialog, int control, bool isEnabled) {
+    if (const HWND window = GetDlgItem(dialog, control)) {
+        EnableWindow(window, isEnabled ? TRUE : FALSE);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace velmora {
@@ -20,6 +21,9 @@ constexpr bool IsOffered(const ChoiceEntry& choice, uint32_t filter) {
     return choice.requirement == kAlwaysOffered || filter == kEveryChoice || (choice.requirement & filter) != 0;
 }
 
+// Appends an item to a combo box.
+void AddComboItem(HWND dialog, int control, const WCHAR* text, uint32_t value);
+
 // Gives a combo box the entries of a list that the filter lets through, in place of what it has. Texts have at most 127
 // characters.
 void FillChoiceCombo(HWND dialog, int control, const ChoiceEntry* choices, uint32_t filter);
@@ -34,6 +38,19 @@ uint32_t GetComboData(HWND dialog, int control);
 
 // Gives a control the text of a string of the language module. Does nothing where the dialog has no such control.
 void SetControlText(HWND dialog, int control, UINT stringId);
+
+// As SetControlText for each of some controls, whose texts are the strings of their own numbers.
+template <size_t N>
+void SetOwnTexts(HWND dialog, const int (&controls)[N]) {
+    for (const int control : controls) {
+        SetControlText(dialog, control, static_cast<UINT>(control));
+    }
+}
+
+// Gives a control a text that it doesn't have already.
+void UpdateControlText(HWND dialog, int control, const WCHAR* text);
+
+void EnableControl(HWND dialog, int control, bool isEnabled);
 
 // A control that shows nothing can't be reached either, and the reverse.
 void ShowControl(HWND dialog, int control, bool isShown);

@@ -58,11 +58,6 @@ void TypeNumber(NumberField* field, const WCHAR* text) {
     }
 }
 
-void StepNumber(NumberField* field, int steps) {
-    int number = 0;
-    SetNumber(field, (ReadNumber(field->text, &number) ? number : field->position) + steps);
-}
-
 void SettleNumber(NumberField* field, int lowest, int highest) {
     int number = 0;
     if (!ReadNumber(field->text, &number)) {

@@ -1,4 +1,5 @@
-// Edits with a number of at most three characters and a spin control beside them, apart from the windows.
+// Edits with a number of at most three characters and a spin control, or a scroll bar, beside them, apart from the
+// windows.
 #pragma once
 
 #include <windows.h>
@@ -27,9 +28,6 @@ void SetNumber(NumberField* field, int number);
 
 // What the user typed, cut to the field. The spin control follows where it is a number of its range.
 void TypeNumber(NumberField* field, const WCHAR* text);
-
-// One or more steps of the spin control, up or, negative, down, from the number that stands in the edit.
-void StepNumber(NumberField* field, int steps);
 
 // What an edit shows once the user has left it: a number from `lowest` to `highest` as it was typed, one beyond them as
 // the nearest, any other text as the spin control's position. These limits may be wider than the spin control's range.

@@ -25,4 +25,10 @@ void DrawBitmapInControl(HWND dialog, HDC target, HMODULE module, const WCHAR* n
 // Draws a bitmap stretched to a place of the target; nothing for a null bitmap.
 void StretchBitmap(HDC target, HBITMAP bitmap, const RECT& place);
 
+// Draws a bitmap of the module stretched to a control's place, but for its white pixels. Nothing where there is none.
+void DrawBitmapTransparent(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control);
+
+// Draws an icon of the module at the upper left of a control's place, in its own size. Nothing where there is none.
+void DrawIconInControl(HWND dialog, HDC target, HMODULE module, const WCHAR* name, int control);
+
 }  // namespace velmora

@@ -18,14 +18,17 @@
 #include "driver/settings/device_info.h"
 #include "driver/settings/font_list.h"
 #include "driver/settings/watermark_list.h"
+#include "driver/ui/paper_rules.h"
 
 namespace velmora {
 
-inline constexpr size_t kPageCount = 6;          // pages of the page table
-inline constexpr size_t kSlotCount = 16;         // dialogs and changed flags
-inline constexpr int kNoSlot = -1;               // of dialogs and pages that have none
-inline constexpr int kColorSlot = 1;             // the Color page, which its dialogs mark as changed
-inline constexpr int kColorDialogsSlot = 8;      // those of them that are no sheet
+inline constexpr size_t kPageCount = 6;   // pages of the page table
+inline constexpr size_t kSlotCount = 16;  // dialogs and changed flags
+inline constexpr int kNoSlot = -1;        // of dialogs and pages that have none
+inline constexpr int kPaperSlot = 0;      // the pages that others look at, as the next ones
+inline constexpr int kColorSlot = 1;      // its dialogs mark it as changed
+inline constexpr int kWatermarkSlot = 2;
+inline constexpr int kColorDialogsSlot = 8;      // the Color page's dialogs that are no sheet
 inline constexpr int kAboutSlot = 15;            // the About page's dialog
 inline constexpr size_t kTitleCapacity = 128;    // characters of a page's title
 inline constexpr size_t kMessageCapacity = 128;  // characters of a text of a module or model in a dialog
@@ -34,6 +37,12 @@ inline constexpr size_t kMessageCapacity = 128;  // characters of a text of a mo
 struct OptionStates {
     int8_t secondTray;
     int8_t duplexUnit;
+};
+
+// The last order of a sheet's pages that the Paper page's preview showed, for each layout that has orders.
+struct PreviewOrders {
+    size_t ofTwo;
+    size_t ofFour;
 };
 
 struct SheetContext {
@@ -71,6 +80,9 @@ struct SheetContext {
     bool isChanged[kSlotCount];
     LONG_PTR applyAnswer;  // of the PSN_APPLY that a page is answering (PSNRET_)
     OptionStates optionStates;
+    PaperChoices paper;  // the open Paper page's
+    PreviewOrders previewOrders;
+    WNDPROC replacedEditProc;  // what stands behind every filtered edit
 
     uint16_t noticeKind;        // a NoticeKind
     uint16_t noticeMessageRef;  // localised string of the model that the notice shows, 0 for none

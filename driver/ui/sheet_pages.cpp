@@ -7,6 +7,7 @@
 #include "driver/ui/about_page.h"
 #include "driver/ui/color_page.h"
 #include "driver/ui/device_page.h"
+#include "driver/ui/paper_page.h"
 
 namespace velmora {
 namespace {
@@ -18,14 +19,14 @@ struct PageDescriptor {
     uint16_t deviceTemplate;
     DLGPROC proc;
 };
+constexpr uint16_t kPaperTitle = 5001;
 constexpr PageDescriptor kPages[] = {
+    {kPaperSlot, kPaperTitle, 5000, 0, PaperPageProc},
     {kColorSlot, 6001, 6000, 0, ColorPageProc},
     {5, 11001, 0, 11000, DevicePageProc},
     {},
 };
 constexpr PageDescriptor kAboutPage = {kAboutSlot, 1099, 1004, 1004, AboutPageProc};
-
-constexpr uint16_t kPaperTitle = 5001;
 
 // The host's structure has grown since; these are its members up to the activation context.
 constexpr DWORD kPageSize = 96;

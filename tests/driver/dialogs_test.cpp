@@ -17,6 +17,8 @@ constexpr int kButtonWidth = 50;  // at least
 constexpr int kButtonPadding = 8;
 constexpr int kLineHeight = 8;
 constexpr int kListPadding = 4;
+constexpr int kComboHeight = 14;   // closed
+constexpr int kComboPadding = 12;  // with the arrow
 
 // The widths of characters: Latin ones and kana differ, so these are averages of running text.
 double WidthOf(char16_t c) {
@@ -36,6 +38,14 @@ struct DialogRules {
     std::set<int> untitled;  // pictures, and what gets its text from elsewhere
 };
 
+// Controls of the summary's other rows, which are like the first one, and some more.
+std::set<int> SummaryRest(std::set<int> controls) {
+    for (int control = 5039; control <= 5068; ++control) {
+        controls.insert(control);
+    }
+    return controls;
+}
+
 const std::vector<DialogRules> kDialogs = {
     {1004, {1099}, {}, {}, {1820}},
     {1050,
@@ -46,6 +56,26 @@ const std::vector<DialogRules> kDialogs = {
       {1824, {2536, 2512, 2516, 2508, 2532, 2540}}},
      {{{1816}, {1821, 1822, 1823, 1824}}, {{1604}, {1602, 1603}}},
      {1815, 1816}},
+    {5000,
+     {5001},
+     {{5006, {2013, 2014, 2016, 2017, 2018, 2020, 2021, 2000, 2003, 2004, 2038, 2024, 2030, 2052, 5104}},
+      {5008, {5105, 5107, 5108, 5111, 5113, 5114, 5115, 5117, 5118, 5119, 5120}},
+      {5010, {2855, 2856, 2857}},
+      {5012, {11, 12, 16, 242, 243, 244, 245, 246, 247, 248, 249}},
+      {5033, {3056, 3057, 3059, 2371, 2372, 2373}},
+      {3136, {2630, 2631}},
+      // The summary: each label and each separator somewhere.
+      {5036, {5073, 5074, 5075, 5076, 5080, 5081, 5082, 5083, 5084}},
+      {5037, {5085}},
+      {5038, {5086, 5087, 5088, 5089, 5090, 5091, 5093, 5094, 5095, 5096, 5097, 5098, 5099, 5100, 5101, 5102, 5103}}},
+     {},
+     SummaryRest({5002, 5004, 5020, 5014, 5017, 5018, 5022, 5023})},
+    {5200, {5200}, {{5236, {5240, 5241}}, {IDOK, {5238}}, {IDCANCEL, {5239}}}, {}, {5224, 5225, 5228, 5229, 5232}},
+    {5300,
+     {5300},
+     {{5304, {5319, 5320}}, {5309, {5319, 5320}}, {5312, {5363}}, {5313, {5364}}, {5316, {5337, 5338}}},
+     {},
+     {5302, 5303, 5305, 5307, 5308, 5310, 5315}},
     {6000,
      {6001},
      {{3136, {2630, 2631}},
@@ -72,6 +102,19 @@ const std::vector<DialogRules> kDialogs = {
 
 bool IsButton(const DialogItem& item) {
     return item.windowClass == u"BUTTON" && (item.style & 0xF) <= BS_DEFPUSHBUTTON;
+}
+
+bool IsSpin(const DialogItem& item) {
+    return item.windowClass == u"MSCTLS_UPDOWN32";
+}
+
+// A combo box as it is seen: its height in the template is that of the opened list.
+RECT PlaceOf(const DialogItem& item) {
+    RECT place = item.place;
+    if (item.windowClass == u"COMBOBOX") {
+        place.bottom = place.top + kComboHeight;
+    }
+    return place;
 }
 
 bool IsFrame(const DialogItem& item) {
@@ -115,7 +158,9 @@ double RoomOf(const DialogItem& item) {
     if (item.windowClass == u"STATIC") {
         return width * std::max<int>(1, (item.place.bottom - item.place.top) / kLineHeight);
     }
-    return item.windowClass == u"LISTBOX" ? width - kListPadding : width - kButtonPadding;
+    return width - (item.windowClass == u"LISTBOX"    ? kListPadding
+                    : item.windowClass == u"COMBOBOX" ? kComboPadding
+                                                      : kButtonPadding);
 }
 
 // The access key of a text, upper case; 0: none.
@@ -138,7 +183,7 @@ class DialogCheck {
             const DialogItem& item = dialog_.items[i];
             CheckPlace(item);
             CheckTexts(item);
-            if (item.windowClass != u"STATIC" && !IsFrame(item)) {
+            if (item.windowClass != u"STATIC" && !IsFrame(item) && !IsSpin(item)) {
                 CheckKeyboard(item, i > 0 ? &dialog_.items[i - 1] : nullptr);
             }
             for (size_t other = i + 1; other < dialog_.items.size(); ++other) {
@@ -174,7 +219,7 @@ class DialogCheck {
 
     void CheckPlace(const DialogItem& item) {
         const RECT inside = {kMargin - 1, kMargin - 1, dialog_.width - kMargin + 1, dialog_.height - kMargin + 1};
-        if (!Contains(inside, item.place)) {
+        if (!Contains(inside, PlaceOf(item))) {
             Say(item.id, "reaches into the margin");
         }
         if (IsButton(item) && (item.place.bottom - item.place.top != kButtonHeight ||
@@ -222,8 +267,8 @@ class DialogCheck {
         if (item.id == other.id && item.id != -1) {
             Say(item.id, "is there twice");
         }
-        if (Overlap(item.place, other.place) && AreSeenTogether(rules_, item.id, other.id) &&
-            !(IsFrame(item) && Contains(item.place, other.place))) {
+        if (Overlap(PlaceOf(item), PlaceOf(other)) && AreSeenTogether(rules_, item.id, other.id) &&
+            !(IsFrame(item) && Contains(item.place, PlaceOf(other)))) {
             Say(item.id, "overlaps " + std::to_string(other.id));
         }
     }

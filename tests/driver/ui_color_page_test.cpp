@@ -120,10 +120,10 @@ TEST_F(ColorPageWindow, ShowsTheDeviceModeAndThePanelsOfItsMode) {
 }
 
 TEST_F(ColorPageWindow, ChoicesReachTheDeviceModeAtApply) {
-    input_.privatePart.uiFlagE = 1;
-    input_.privatePart.uiChoice = 3;
     ThenUse([&](HWND page) {
         const SheetContext& context = host_->Context();
+        context.devMode->privatePart.uiFlagE = 1;
+        context.devMode->privatePart.uiChoice = 3;
         Select(page, kFirstTreatment, 1);  // of a panel that isn't shown
         EXPECT_FALSE(context.isChanged[kColorSlot]);
         Click(page, kMatched);

@@ -1,0 +1,390 @@
+// The Paper page and its dialogs through real windows of the layer: what they show, what they write.
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "driver/devmode/default_devmode.h"
+#include "driver/ui/paper_choices.h"
+#include "driver/ui/paper_preview.h"
+#include "tests/driver/changed_devmode.h"
+#include "tests/driver/machine.h"
+#include "tests/driver/sheet_host.h"
+#include "tests/driver/sheet_package.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+// Controls that the rules don't name.
+constexpr int kCopiesSpin = 5018;
+constexpr int kZoomSpin = 5023;
+constexpr int kDetails = 5034;
+
+class PaperPageTest : public MachineTest {
+  protected:
+    void SetUp() override {
+        Install(SheetPackage());
+        SetInstalled(0, 1);
+        host_ = std::make_unique<SheetHost>(&machine_, Printer());
+        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
+        open_ = host::StillOpen();
+    }
+    void SetInstalled(uint32_t secondTray, uint32_t optionFlags) {
+        SetDeviceInfo(Printer(), {3, secondTray, optionFlags, 0});
+    }
+    // What the user does on the page, then OK or Cancel. The steps in between are those of dialogs that the first one
+    // opens.
+    void Run(std::function<void(HWND page)> use, int button = PSBTN_OK,
+             std::vector<std::function<void(HWND)>> inner = {}) {
+        host_->Then([=, this](HWND) { use(host_->Page()); });
+        for (const auto& step : inner) {
+            host_->Then([=](HWND) { step(FrontDialog()); });
+        }
+        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
+        EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output_), 1);
+        host_->ForgetSteps();
+    }
+    // Runs it on the input with other numbers in some fields; gives what comes out.
+    const VelmoraDevMode& Edit(const std::string& settings, std::function<void(HWND page)> use,
+                               std::vector<std::function<void(HWND)>> inner = {}) {
+        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
+        input_ = With(input_, settings);
+        Run(std::move(use), PSBTN_OK, std::move(inner));
+        return output_;
+    }
+
+    VelmoraDevMode input_;
+    VelmoraDevMode output_ = {};
+    std::unique_ptr<SheetHost> host_;
+    Texts open_;
+};
+
+// The user's choice of an item of a combo box; its notification comes as it does from the keyboard.
+void Choose(HWND page, int control, uint32_t value) {
+    ASSERT_GE(SelectComboByData(page, control, value), 0) << control << " has no " << value;
+    SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
+}
+
+void Type(HWND dialog, int control, const WCHAR* text) {
+    SetFocus(GetDlgItem(dialog, control));
+    SendDlgItemMessageW(dialog, control, EM_SETSEL, 0, -1);
+    for (; *text != 0; ++text) {
+        SendDlgItemMessageW(dialog, control, WM_CHAR, *text, 1);
+    }
+}
+
+void Leave(HWND dialog, int control) {
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(control, EN_KILLFOCUS),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
+}
+
+std::string Shown(HWND dialog, int control) {
+    return ToText(TextOf(dialog, control));
+}
+
+bool IsBoxChecked(HWND dialog, int control) {
+    return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
+}
+
+bool IsOn(HWND dialog, int control) {
+    return IsWindowEnabled(GetDlgItem(dialog, control)) != FALSE;
+}
+
+std::vector<uint32_t> ValuesOf(HWND dialog, int control) {
+    std::vector<uint32_t> values;
+    const LRESULT count = SendDlgItemMessageW(dialog, control, CB_GETCOUNT, 0, 0);
+    for (WPARAM i = 0; i < static_cast<WPARAM>(count); ++i) {
+        values.push_back(static_cast<uint32_t>(SendDlgItemMessageW(dialog, control, CB_GETITEMDATA, i, 0)));
+    }
+    return values;
+}
+
+TEST_F(PaperPageTest, ShowsTheDeviceMode) {
+    SetInstalled(1, 1);
+    std::copy_n("A-1", 4, input_.privatePart.uiCode);
+    input_ = With(input_,
+                  "dmPaperSize=258 customWidth=15000 customLength=29700 customUnit=0 dmCopies=12 "
+                  "dmCollate=1 uiFlagA=1 uiRotate180=1 dmOrientation=2 colorPreset=4 resolutionIndex=2");
+    Run(
+        [&](HWND page) {
+            EXPECT_EQ(Shown(page, kPaperControl), "Custom (5.91 x 11.69 in)");
+            EXPECT_EQ(Shown(page, kFitPaperControl), "Same size");
+            EXPECT_EQ(Shown(page, kSourceControl), "Automatic");
+            EXPECT_EQ(Shown(page, kCopiesControl), "12");
+            EXPECT_EQ(Shown(page, kCodeControl), "A-1");
+            EXPECT_EQ(Shown(page, kZoomPercentControl), "100");
+            EXPECT_FALSE(IsOn(page, kZoomSpin));
+            for (const int box : {kCollateControl, kFlagAControl, kRotate180Control, kLandscapeControl}) {
+                EXPECT_TRUE(IsBoxChecked(page, box)) << box;
+            }
+            EXPECT_FALSE(IsOn(page, kDuplexControl)) << "the size is too small for both sides";
+            EXPECT_FALSE(IsOn(page, kFlagCControl));
+            EXPECT_EQ(ValuesOf(page, kLayoutControl), std::vector<uint32_t>{kOnePage});
+            Texts summary;
+            for (int control = 5036; control <= 5068; ++control) {
+                summary.push_back(Shown(page, control));
+            }
+            EXPECT_EQ(Texts(summary.begin(), summary.begin() + 12),
+                      (Texts{"Paper size", ":", "Custom", "Fit to", ":", "Same size", "Color", ":", "Monochrome",
+                             "Resolution", ":", "Fine"}));
+            EXPECT_EQ(Texts(summary.begin() + 21, summary.begin() + 27), (Texts{"Watermark", ":", "Off", "", "", ""}));
+            EXPECT_FALSE(host_->Context().isChanged[kPaperSlot]);
+        },
+        PSBTN_OK);
+    EXPECT_EQ(host_->results.size(), 0u);
+    EXPECT_EQ(host::StillOpen(), open_);
+}
+
+TEST_F(PaperPageTest, WritesWhatIsChosen) {
+    const struct {
+        const char* settings;  // of the device mode that the page opens with
+        std::function<void(HWND)> use;
+        const char* written;  // what the page changes
+    } cases[] = {
+        {"dmPaperSize=9", [](HWND page) { Choose(page, kFitPaperControl, DMPAPER_B5); },
+         "uiFitToPaper=13 scaleMode=33 scaleValue=13"},
+        {"dmPaperSize=9", [](HWND page) { Choose(page, kPaperControl, DMPAPER_A3); },
+         "dmPaperSize=8 scaleMode=33 scaleValue=9 uiZoomPercent=70"},
+        {"dmPaperSize=9", [](HWND page) { Click(page, kCollateControl); }, "dmCollate=1 collateCopy=1"},
+        {"dmPaperSize=9",
+         [](HWND page) {
+             Click(page, kZoomControl);
+             Type(page, kZoomPercentControl, TEXT("50"));
+         },
+         "uiZoomOn=1 uiZoomPercent=50 scaleMode=2 scaleValue=50"},
+        {"uiPageOrder=7", [](HWND page) { Choose(page, kLayoutControl, kFourPages); },
+         "uiPageLayout=4 pagesPerSheet=4 uiPageOrder=7 nupOrder=2"},
+        {"uiBinding=2", [](HWND page) { Click(page, kDuplexControl); }, "uiBinding=2 uiDuplex=1 dmDuplex=3"},
+        {"dmPaperSize=9", [](HWND page) { Click(page, kLandscapeControl); }, "dmOrientation=2"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.written);
+        const VelmoraDevMode& written = Edit(c.settings, c.use);
+        const VelmoraDevMode expected = With(written, c.written);
+        EXPECT_EQ(std::memcmp(&written, &expected, sizeof(written)), 0);
+        EXPECT_EQ(host_->results.size(), 1u);
+        EXPECT_STREQ(written.privatePart.uiLabel, "Back");
+    }
+    Edit("dmPaperSize=9", [](HWND page) {
+        Click(page, kFlagAControl);
+        Type(page, kCodeControl, TEXT("x\u20AC9+12345"));  // characters that codes don't have are refused
+        EXPECT_EQ(Shown(page, kCodeControl), "x912");
+    });
+    EXPECT_STREQ(output_.privatePart.uiCode, "x912");
+}
+
+TEST_F(PaperPageTest, KeepsItsControlsConsistent) {
+    Run([&](HWND page) {
+        Click(page, kDuplexControl);
+        Choose(page, kPaperControl, DMPAPER_STATEMENT);
+        EXPECT_FALSE(IsBoxChecked(page, kDuplexControl));
+        EXPECT_FALSE(IsOn(page, kDuplexControl));
+        EXPECT_FALSE(IsOn(page, kFlagBControl));
+        Choose(page, kPaperControl, DMPAPER_A3);
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(page, kZoomControl)));
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(page, kZoomSpin)));
+        Choose(page, kPaperControl, DMPAPER_A4);
+        EXPECT_TRUE(IsWindowVisible(GetDlgItem(page, kZoomControl)));
+        Choose(page, kLayoutControl, kPoster3x3);
+        EXPECT_FALSE(IsOn(page, kCollateControl));
+        EXPECT_FALSE(IsOn(page, kDetails));
+        EXPECT_EQ(Shown(page, 5053), "Poster 3x3") << "in the summary";
+        Click(page, kPaperDefaultsControl);
+        EXPECT_TRUE(IsOn(page, kCollateControl));
+        EXPECT_EQ(GetComboData(page, kLayoutControl), uint32_t{kOnePage});
+        // Another page restores all defaults.
+        Choose(page, kPaperControl, DMPAPER_LETTER);
+        host_->Context().devMode->privatePart.uiStale = 1;
+        host_->Context().paper.layout.selected = kTwoPages;
+        NMHDR activated = {GetParent(page), 0, static_cast<UINT>(PSN_SETACTIVE)};
+        SendMessageW(page, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&activated));
+        EXPECT_EQ(GetComboData(page, kLayoutControl), uint32_t{kTwoPages});
+        EXPECT_FALSE(IsWindowVisible(GetDlgItem(page, kZoomControl)));
+    });
+}
+
+TEST_F(PaperPageTest, SettlesNumbers) {
+    Run([&](HWND page) {
+        const struct {
+            const WCHAR* typed;
+            const char* settled;
+        } cases[] = {{TEXT("0"), "1"}, {TEXT("1500"), "150"}, {TEXT("a7b"), "7"}};
+        for (const auto& c : cases) {
+            Type(page, kCopiesControl, c.typed);
+            Leave(page, kCopiesControl);
+            EXPECT_EQ(Shown(page, kCopiesControl), c.settled);
+        }
+        SendDlgItemMessageW(page, kCopiesControl, WM_KEYDOWN, VK_UP, 1);
+        SendDlgItemMessageW(page, kCopiesControl, WM_MOUSEWHEEL, MAKEWPARAM(0, 3 * WHEEL_DELTA), 0);
+        EXPECT_EQ(Shown(page, kCopiesControl), "9");
+        SendDlgItemMessageW(page, kCopiesControl, WM_KEYDOWN, VK_DOWN, 1);
+        EXPECT_EQ(SendDlgItemMessageW(page, kCopiesSpin, UDM_GETPOS32, 0, 0), 8);
+        SetDlgItemTextW(page, kCopiesControl, TEXT("-"));
+        Leave(page, kCopiesControl);
+        EXPECT_EQ(Shown(page, kCopiesControl), "8");
+        Choose(page, kPaperControl, DMPAPER_LETTER);
+        Click(page, kZoomControl);
+        Type(page, kZoomPercentControl, TEXT("999"));
+        Leave(page, kZoomPercentControl);
+        EXPECT_EQ(Shown(page, kZoomPercentControl), "400");
+    });
+    EXPECT_EQ(ValueOf(output_.publicPart.dmCopies), 8);
+    EXPECT_EQ(ValueOf(output_.privatePart.uiZoomPercent), 400);
+}
+
+TEST_F(PaperPageTest, EntersACustomSize) {
+    constexpr int kWidth = 5302;
+    constexpr int kWidthSpin = 5303;
+    constexpr int kLength = 5307;
+    constexpr int kInchRadio = 5313;
+    const auto step = [](HWND dialog, int delta) {
+        NMUPDOWN change = {{GetDlgItem(dialog, kWidthSpin), kWidthSpin, UDN_DELTAPOS}, 1, delta};
+        SendMessageW(dialog, WM_NOTIFY, kWidthSpin, reinterpret_cast<LPARAM>(&change));
+    };
+    const auto choose = [](HWND page) { Choose(page, kPaperControl, kCustomSizePaper); };
+    Edit("dmPaperSize=9 uiDuplex=1", choose, {[&](HWND dialog) {
+             EXPECT_EQ(Shown(dialog, kWidth), "210.0");
+             EXPECT_EQ(Shown(dialog, 5305), "(176.0 - 215.9 mm)");
+             EXPECT_EQ(Shown(dialog, kInchRadio), "0.01 &in");
+             step(dialog, 1);
+             EXPECT_EQ(Shown(dialog, kWidth), "210.1");
+             Type(dialog, kLength, TEXT("200.0"));
+             EXPECT_EQ(Shown(dialog, 5316), "Long edge first");
+             Click(dialog, kInchRadio);
+             EXPECT_EQ(Shown(dialog, kWidth), "8.27");
+             EXPECT_EQ(Shown(dialog, kLength), "7.87");
+             EXPECT_EQ(Shown(dialog, 5310), "(9.85 - 11.69 in)");
+             Click(dialog, kInchRadio);
+             EXPECT_EQ(Shown(dialog, kWidth), "8.27");
+             Type(dialog, kWidth, TEXT("6.91"));
+             step(dialog, -1);
+             EXPECT_EQ(Shown(dialog, kWidth), "6.93") << "the least width, rounded up";
+             Type(dialog, kWidth, TEXT("5.91"));  // 150 mm, too narrow for both sides
+             Click(dialog, 5317);
+         }});
+    const VelmoraDevMode expected =
+        With(output_,
+             "dmPaperSize=258 dmPaperWidth=1760 dmPaperLength=2500 customWidth=17600 customLength=25000 customUnit=0");
+    EXPECT_EQ(std::memcmp(&output_, &expected, sizeof(output_)), 0);
+    Edit("dmPaperSize=9", choose, {[&](HWND dialog) {
+             Type(dialog, kWidth, TEXT("150.0"));
+             SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+         }});
+    EXPECT_EQ(ValueOf(output_.publicPart.dmPaperSize), 258);
+    EXPECT_EQ(ValueOf(output_.privatePart.customWidth), 21000);
+}
+
+TEST_F(PaperPageTest, EditsTheDetailsOfALayout) {
+    constexpr int kOrders = 5232;
+    constexpr int kShiftX = 5224;
+    constexpr int kShiftY = 5228;
+    constexpr int kBorder = 5234;
+    constexpr int kStyle = 5236;
+    const auto open = [](HWND page) { Click(page, kDetails); };
+    Edit("uiPageLayout=4 uiPageOrder=6 uiShiftX=5", open, {[&](HWND dialog) {
+             EXPECT_EQ(SendDlgItemMessageW(dialog, kOrders, LB_GETCOUNT, 0, 0), 4);
+             EXPECT_EQ(SendDlgItemMessageW(dialog, kOrders, LB_GETCURSEL, 0, 0), 1);
+             EXPECT_EQ(Shown(dialog, kShiftX), "5");
+             EXPECT_FALSE(IsOn(dialog, kShiftY));
+             EXPECT_FALSE(IsOn(dialog, kStyle));
+             Click(dialog, kBorder);
+             EXPECT_TRUE(IsOn(dialog, kStyle));
+             SelectComboByData(dialog, kStyle, 3);
+             Type(dialog, kShiftX, TEXT("-99"));
+             Leave(dialog, kShiftX);
+             EXPECT_EQ(Shown(dialog, kShiftX), "-60");
+             SendDlgItemMessageW(dialog, kOrders, LB_SETCURSEL, 2, 0);
+             Click(dialog, 5214);
+             Click(dialog, IDOK);
+         }});
+    const VelmoraDevMode expected = With(output_,
+                                         "uiPageOrder=7 nupOrder=2 uiShiftX=-60 uiBinding=2 uiFlagE=1 uiChoice=3 "
+                                         "layoutMode=3");
+    EXPECT_EQ(std::memcmp(&output_, &expected, sizeof(output_)), 0);
+    // Defaults change nothing but the dialog, and mark the page.
+    Edit("uiPageLayout=2 uiPageOrder=2 uiShiftX=5", open, {[&](HWND dialog) {
+             Click(dialog, 5237);
+             EXPECT_EQ(Shown(dialog, kShiftX), "0");
+             EXPECT_EQ(SendDlgItemMessageW(dialog, kOrders, LB_GETCURSEL, 0, 0), 0);
+             EXPECT_TRUE(host_->Context().isChanged[kPaperSlot]);
+             Click(dialog, IDCANCEL);
+         }});
+    EXPECT_EQ(ValueOf(output_.privatePart.uiShiftX), 5);
+    EXPECT_EQ(host_->results.size(), 1u);
+}
+
+TEST(PaperPreview, IsNamedByTheSheet) {
+    const struct {
+        PreviewSheet sheet;
+        std::u16string_view name;
+        std::u16string_view edge;
+    } cases[] = {
+        {{kOnePage, 0, 0, false, false, false}, u"IDB_PORT_A", u"IDB_PORT_LEFT"},
+        {{kOnePage, 0, 1, true, false, false}, u"IDB_LAND_A", u"IDB_LAND_BOTTOM"},
+        {{kOnePage, 0, 2, false, true, false}, u"IDB_PORT_DUP_A", u"IDB_PORT_DUP_BOTTOM"},
+        {{kOnePage, 0, 3, true, true, true}, u"IDB_LAND_DUP_RA", u"IDB_LAND_DUP_RIGHT"},
+        {{kTwoPages, 2, 0, false, false, false}, u"IDB_PORT_AB", u"IDB_LAND_TOP"},
+        {{kTwoPages, 3, 3, true, false, true}, u"IDB_LAND_RBA", u"IDB_PORT_TOP"},
+        {{kFourPages, 3, 1, false, true, false}, u"IDB_PORT_DUP_CADB", u"IDB_PORT_DUP_RIGHT"},
+        {{kPoster4x4, 0, 0, true, false, false}, u"IDB_LAND_P4X4", u""},
+    };
+    for (const auto& c : cases) {
+        const PreviewNames names = NamePreview(c.sheet);
+        EXPECT_EQ(ToText(reinterpret_cast<const char16_t*>(names.sheet)), ToText(c.name));
+        EXPECT_EQ(ToText(reinterpret_cast<const char16_t*>(names.edge)), ToText(c.edge));
+    }
+    // Each layout keeps its order while another one's is in the device mode.
+    PreviewOrders orders = {};
+    EXPECT_EQ(TakePreviewOrder(kFourPages, 7, &orders), 2u);
+    EXPECT_EQ(TakePreviewOrder(kTwoPages, 2, &orders), 1u);
+    EXPECT_EQ(TakePreviewOrder(kFourPages, 1, &orders), 2u);
+    EXPECT_EQ(TakePreviewOrder(kTwoPages, 9, &orders), 0u);
+}
+
+// Each allocation, and each call that may fail, fails once: nothing crashes, nothing stays open.
+TEST_F(PaperPageTest, SurvivesFailures) {
+    // Where this page can't be made, the sheet shows another.
+    const auto choose = [&](int control, uint32_t value) {
+        if (const HWND page = host_->Context().dialogs[kPaperSlot]) {
+            Choose(page, control, value);
+        }
+    };
+    const auto edit = [&] {
+        host_->Then([&](HWND) { choose(kPaperControl, kCustomSizePaper); });
+        host_->Then([](HWND) { SendMessageW(FrontDialog(), WM_COMMAND, 5317, 0); });
+        host_->Then([&](HWND) {
+            choose(kPaperControl, DMPAPER_A4);
+            choose(kLayoutControl, kTwoPages);
+            Click(host_->Page(), kDetails);
+        });
+        host_->Then([](HWND) { SendMessageW(FrontDialog(), WM_COMMAND, IDOK, 0); });
+        host_->Then([](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, PSBTN_OK, 0); });
+        host_->RunDocumentSheet(&input_.publicPart, &output_);
+        host_->ForgetSteps();
+    };
+    uint64_t allocations = 0;
+    for (uint64_t nth = 1; nth == 1 || nth <= allocations; nth += 1 + allocations / 16) {
+        host::FailAllocation(nth);
+        edit();
+        allocations = std::max(allocations, host::AllocationsSoFar());
+        host::ClearFaults();
+        ASSERT_EQ(host::StillOpen(), open_) << "allocation " << nth;
+    }
+    for (const char* const call : {"CreateWindowExW", "LoadBitmapW", "LoadIconW", "CreateCompatibleDC", "CreateBitmap",
+                                   "LoadStringW", "LoadLibraryW", "BeginPaint"}) {
+        const uint64_t before = host::CallsSoFar(call);
+        edit();
+        const uint64_t made = host::CallsSoFar(call) - before;
+        for (uint64_t nth = 1; nth <= made; nth += 1 + made / 6) {
+            host::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, nth);
+            edit();
+            host::ClearFaults();
+            ASSERT_EQ(host::StillOpen(), open_) << call << ' ' << nth;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmora
