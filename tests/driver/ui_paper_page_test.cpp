@@ -60,11 +60,17 @@ class PaperPageTest : public MachineTest {
     Texts open_;
 };
 
-// The user's choice of an item of a combo box; its notification comes as it does from the keyboard.
-void Choose(HWND page, int control, uint32_t value) {
-    ASSERT_GE(SelectComboByData(page, control, value), 0) << control << " has no " << value;
+// The user's choice of an item of a combo box, which the page is told of as by the keyboard. False where the box hasn't
+// the item and shows another.
+bool Select(HWND page, int control, uint32_t value) {
+    const bool isThere = SelectComboByData(page, control, value) >= 0;
     SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
+    return isThere;
+}
+
+void Choose(HWND page, int control, uint32_t value) {
+    EXPECT_TRUE(Select(page, control, value)) << control << " has no " << value;
 }
 
 void Type(HWND dialog, int control, const WCHAR* text) {
@@ -346,11 +352,11 @@ TEST(PaperPreview, IsNamedByTheSheet) {
 // Each allocation, and each call that may fail, fails once: nothing crashes, nothing stays open.
 TEST_F(PaperPageTest, SurvivesFailures) {
     const auto edit = [&] {
-        host_->Then([&](HWND) { Choose(host_->Page(), kPaperControl, kCustomSizePaper); });
+        host_->Then([&](HWND) { Select(host_->Page(), kPaperControl, kCustomSizePaper); });
         host_->Then([](HWND) { SendMessageW(FrontDialog(), WM_COMMAND, 5317, 0); });
         host_->Then([&](HWND) {
-            Choose(host_->Page(), kPaperControl, DMPAPER_A4);
-            Choose(host_->Page(), kLayoutControl, kTwoPages);
+            Select(host_->Page(), kPaperControl, DMPAPER_A4);
+            Select(host_->Page(), kLayoutControl, kTwoPages);
             Click(host_->Page(), kDetails);
         });
         host_->Then([](HWND) { SendMessageW(FrontDialog(), WM_COMMAND, IDOK, 0); });
