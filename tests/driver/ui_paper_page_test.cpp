@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "driver/devmode/default_devmode.h"
+#include "driver/ui/controls.h"
 #include "driver/ui/paper_choices.h"
 #include "driver/ui/paper_preview.h"
 #include "tests/driver/changed_devmode.h"
