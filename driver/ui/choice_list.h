@@ -1,11 +1,22 @@
-// What a combo box offers and what of it is selected, apart from the window.
+// Lists of choices: what a combo box can offer, and what of it is selected, apart from the window.
 #pragma once
 
 #include <cstdint>
 
-#include "driver/ui/controls.h"
-
 namespace velmora {
+
+// An entry of a static list of choices. A list ends with an entry whose stringId is 0.
+struct ChoiceEntry {
+    uint32_t requirement;  // bits, one of which must be in the filter; kAlwaysOffered: none needed
+    uint16_t stringId;     // of the language module
+    uint32_t value;        // the item's data
+};
+inline constexpr uint32_t kAlwaysOffered = 0xFFFFFFFF;  // a requirement
+inline constexpr uint32_t kEveryChoice = 0xFFFFFFFF;    // a filter
+
+constexpr bool IsOffered(const ChoiceEntry& choice, uint32_t filter) {
+    return choice.requirement == kAlwaysOffered || filter == kEveryChoice || (choice.requirement & filter) != 0;
+}
 
 // Where choices come from: the entries of a list that a filter lets through.
 struct ChoiceSource {

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "driver/ui/controls.h"
+#include "driver/ui/choice_list.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-// Help for the sheets' pages and controls, and the About page with its link.
+// Help for the sheets' pages and controls.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -13,8 +13,6 @@ namespace {
 constexpr const char* kModel = "VELMORA-C3200.XPI";
 constexpr int kAvailable = 11004;
 constexpr int kInstalled = 11007;
-constexpr int kClose = 1602;
-constexpr int kLink = 1570;
 
 constexpr WCHAR kEngineKey[] = TEXT("CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32");
 
@@ -122,45 +120,6 @@ TEST_F(SheetHelp, LooksForItsEngineOnce) {
     const Step registerEngine = [&] { engine.Register(); };
     ShowDeviceSheet(printer, {pressF1, registerEngine, pressF1, InSheet(PSBTN_HELP), InSheet(PSBTN_CANCEL)});
     EXPECT_EQ(engine.Requests(), "");
-}
-
-TEST_F(SheetHelp, AboutInEveryLanguage) {
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
-    for (const Language& language : kLanguages) {
-        SCOPED_TRACE(language.name);
-        environment_->SetLanguage(language.id);
-        Record(language.name);
-        const std::string picture = std::string("about-") + language.name;
-        const Step close = [] { PressButton(kClose); };
-        EXPECT_GT(ShowDocumentSheet(printer, {Describe("page"), TakePicture(*environment_, picture), close}), 0);
-    }
-    EXPECT_EQ(ShowDocumentSheet(printer, {InSheet(PSBTN_OK)}), IDOK);
-}
-
-TEST_F(SheetHelp, LinkStartsTheBrowser) {
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
-    const Step click = [] { Click(MiddleOf(Control(kLink))); };
-    const struct {
-        HKEY root;
-        const WCHAR* key;
-        const WCHAR* command;
-        const char* started;
-    } cases[] = {
-        {HKEY_CLASSES_ROOT, TEXT("http\\shell\\open\\command"), TEXT("browser.exe \"%1\" -new"),
-         "browser.exe \"https://velmora.example/c3200\" -new"},
-        {HKEY_LOCAL_MACHINE, TEXT("SOFTWARE\\Classes\\http\\shell\\open\\command"), TEXT("browser.exe %1 -new"),
-         "browser.exe  \"https://velmora.example/c3200\"  -new"},
-        {HKEY_CURRENT_USER, TEXT("SOFTWARE\\Classes\\http\\shell\\open\\command"), TEXT("browser.exe -url"),
-         "browser.exe -url \"https://velmora.example/c3200\""},
-    };
-    environment_->AddProgram(TEXT("browser.exe"));
-    std::vector<std::string> started;
-    for (const auto& c : cases) {
-        environment_->SetRegistryText(c.root, c.key, c.command);
-        ShowDocumentSheet(printer, {click, InSheet(PSBTN_CANCEL)});
-        started.emplace_back(c.started);
-        EXPECT_EQ(environment_->StartedCommands(), started);
-    }
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ DriverPackage SheetPackage() {
     constraint.papers.bytes[kConflictPaper / 8] = static_cast<uint8_t>(0x80 >> (kConflictPaper % 8));
     constraint.messageRef = builder.AddString(kConflictMessage);
     builder.Table(offsetof(velmora::DeviceModel, constraintTable), std::vector{constraint});
+    builder.fields.linkRef = builder.AddString(kModelLink);
     DriverPackage package = PackageOf(builder.Build());
     UseBuiltModules(package);
     return package;

@@ -12,6 +12,8 @@ namespace driver_test {
 inline constexpr SHORT kConflictPaper = DMPAPER_LETTER;
 inline constexpr const char* kConflictMessage = "This printer can't print on Letter paper.";
 
+inline constexpr const char* kModelLink = "https://velmora.example/model";
+
 DriverPackage SheetPackage();
 
 }  // namespace driver_test

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "driver/devmode/default_devmode.h"
+#include "driver/ui/controls.h"
 #include "driver/ui/paper_choices.h"
 #include "driver/ui/paper_preview.h"
 #include "tests/driver/changed_devmode.h"
@@ -60,11 +61,17 @@ class PaperPageTest : public MachineTest {
     Texts open_;
 };
 
-// The user's choice of an item of a combo box; its notification comes as it does from the keyboard.
-void Choose(HWND page, int control, uint32_t value) {
-    ASSERT_GE(SelectComboByData(page, control, value), 0) << control << " has no " << value;
+// The user's choice of an item of a combo box, which the page is told of as by the keyboard. False where the box hasn't
+// the item and shows another.
+bool Select(HWND page, int control, uint32_t value) {
+    const bool isThere = SelectComboByData(page, control, value) >= 0;
     SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
+    return isThere;
+}
+
+void Choose(HWND page, int control, uint32_t value) {
+    EXPECT_TRUE(Select(page, control, value)) << control << " has no " << value;
 }
 
 void Type(HWND dialog, int control, const WCHAR* text) {
@@ -345,10 +352,10 @@ TEST(PaperPreview, IsNamedByTheSheet) {
 
 // Each allocation, and each call that may fail, fails once: nothing crashes, nothing stays open.
 TEST_F(PaperPageTest, SurvivesFailures) {
-    // Where this page can't be made, the sheet shows another.
+    // Where this page can't be made, the sheet shows another; where a list can't be filled, it hasn't the item.
     const auto choose = [&](int control, uint32_t value) {
         if (const HWND page = host_->Context().dialogs[kPaperSlot]) {
-            Choose(page, control, value);
+            Select(page, control, value);
         }
     };
     const auto edit = [&] {

@@ -3,6 +3,8 @@
 
 #include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
+#include "driver/ui/about_page.h"
+#include "driver/ui/controls.h"
 #include "driver/ui/notice.h"
 #include "driver/ui/page.h"
 #include "tests/driver/machine.h"
@@ -83,6 +85,54 @@ TEST_F(Sheets, HaveTheirPages) {
         EXPECT_EQ(host::StillOpen(), open_);
     }
     EXPECT_EQ(output.publicPart.dmDriverExtra, kPrivateDevModeSize);
+}
+
+// The page of a sheet that has no other: its link opens the model's web page in the user's browser.
+TEST_F(Sheets, AboutOpensTheModelsWebPage) {
+    constexpr int kLink = 1570;
+    const OwnedSheetContext context(CreateSheetContext(Printer(), kPrinterName, nullptr));
+    Texts started;
+    machine_.SetProgram(u"browser.exe", [&](const std::string& command) { started.push_back(command); });
+    const struct {
+        HKEY root;
+        const WCHAR* key;
+        std::u16string_view command;
+        std::string started;
+    } cases[] = {
+        {HKEY_CLASSES_ROOT, TEXT("http\\shell\\open\\command"), u"browser.exe \"%1\" -new",
+         std::string("browser.exe \"") + kModelLink + "\" -new"},
+        {HKEY_CURRENT_USER, TEXT("SOFTWARE\\Classes\\http\\shell\\open\\command"), u"browser.exe -url",
+         std::string("browser.exe -url \"") + kModelLink + '"'},
+    };
+    for (const auto& c : cases) {
+        HKEY key = nullptr;
+        RegCreateKeyExW(c.root, c.key, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, nullptr);
+        RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(c.command.data()),
+                       static_cast<DWORD>((c.command.size() + 1) * sizeof(WCHAR)));
+        RegCloseKey(key);
+        machine_.SetUser([&] {
+            const auto page = reinterpret_cast<HWND>(SendMessageW(FrontDialog(), PSM_GETCURRENTPAGEHWND, 0, 0));
+            const RECT link = ControlRect(page, kLink);
+            SendMessageW(page, WM_LBUTTONUP, 0, MAKELPARAM(link.left + 2, link.top + 2));
+            Click(page, 1602);
+        });
+        PROPSHEETPAGEW page = {};
+        page.dwSize = sizeof(page);
+        page.hInstance = context.Get()->resources.Get();
+        page.pszTemplate = MAKEINTRESOURCEW(1004);
+        page.pfnDlgProc = AboutPageProc;
+        page.lParam = reinterpret_cast<LPARAM>(context.Get());
+        PROPSHEETHEADERW sheet = {};
+        sheet.dwSize = sizeof(sheet);
+        sheet.dwFlags = PSH_PROPSHEETPAGE;
+        sheet.nPages = 1;
+        sheet.ppsp = &page;
+        EXPECT_EQ(PropertySheetW(&sheet), 0);
+        ASSERT_EQ(started.size(), 1u);
+        EXPECT_EQ(started[0], c.started);
+        started.clear();
+    }
+    machine_.SetUser(nullptr);
 }
 
 TEST_F(Sheets, ARefusedPageIsTheHostsFailure) {
@@ -264,14 +314,12 @@ TEST_F(Sheets, NoticesSayAndAsk) {
 // Every allocation fails once, and calls of each kind that can fail do: nothing crashes, nothing stays open, and what
 // the user stored is there or what was there before.
 TEST_F(Sheets, SurviveFailuresWhereverTheyHappen) {
-    VelmoraDevMode output = {};
     const auto edit = [&] {
         SetOptions(0, 0);
         host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
         ThenPress(PSBTN_OK);
         host_->RunDeviceSheet();
         host_->ForgetSteps();
-        host_->RunDocumentSheet(nullptr, &output);
     };
     uint64_t allocations = 0;
     for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; nth += 1 + allocations / 40) {
