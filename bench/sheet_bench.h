@@ -1,10 +1,13 @@
-// What a property sheet costs: opened and closed, and drawn.
+// What a property sheet costs: opened and closed, drawn, and what its pages decide and compute at a user's every step.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "bench/bench.h"
 #include "driver/entry/printer_access.h"
+#include "driver/ui/color_adjustment.h"
+#include "driver/ui/paper_rules.h"
 #include "platform/host.h"
 
 namespace velmora {
@@ -18,11 +21,15 @@ class SheetBench : public Bench {
   private:
     void OpenDocumentSheet();
     void DrawDevicePage();
+    void RegisterPageWorks();
 
     host::Machine& machine_;
     TemporaryFolder folder_{"velmora-bench-sheet"};
     OwnedPrinter printer_;
     double leftOpen_ = 0;
+    PaperChoices choices_ = {};
+    AdjustmentTable table_ = {};
+    std::vector<uint32_t> sample_;
 };
 
 }  // namespace velmora
