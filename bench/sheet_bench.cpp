@@ -11,10 +11,10 @@
 namespace velmora {
 namespace {
 
-constexpr int kOpenings = 1000;
+constexpr int kSheetOpenings = 1000;
 constexpr size_t kSamplePixels = 256 * 256;
 
-constexpr const char* kOpening = "document sheet opened and closed";
+constexpr const char* kSheetOpening = "document sheet opened and closed";
 constexpr const char* kDrawing = "device page drawn to PNG";
 constexpr const char* kPaperPass = "paper choices brought into line";
 constexpr const char* kAdjustmentTable = "colour adjustment computed";
@@ -27,8 +27,8 @@ constexpr struct {
     double nanoseconds;  // of the unit
     double most;
 } kLimits[] = {
-    {kOpening, "ms", 1e6, 20}, {kDrawing, "ms", 1e6, 50},        {kPaperPass, "us", 1e3, 30},
-    {kMapping, "ms", 1e6, 2},  {kAdjustmentTable, "ms", 1e6, 2},
+    {kSheetOpening, "ms", 1e6, 20}, {kDrawing, "ms", 1e6, 50},        {kPaperPass, "us", 1e3, 30},
+    {kMapping, "ms", 1e6, 2},       {kAdjustmentTable, "ms", 1e6, 2},
 };
 
 constexpr const char* kModel = "velmora-c5400.json";
@@ -50,11 +50,11 @@ SheetBench::SheetBench(host::Machine& machine) : machine_(machine) {
     }
     Require(static_cast<bool>(printer_), "the model of the sheets isn't there");
     const size_t openBefore = host::StillOpen().size();
-    for (int i = 0; i < kOpenings; ++i) {
+    for (int i = 0; i < kSheetOpenings; ++i) {
         OpenDocumentSheet();
     }
     leftOpen_ = static_cast<double>(host::StillOpen().size()) - static_cast<double>(openBefore);
-    RegisterWork(kOpening, [this] { OpenDocumentSheet(); });
+    RegisterWork(kSheetOpening, [this] { OpenDocumentSheet(); });
     RegisterWork(kDrawing, [this] { DrawDevicePage(); });
     RegisterPageWorks();
 }
@@ -94,7 +94,8 @@ void SheetBench::DrawDevicePage() {
 }
 
 bool SheetBench::Judge(const Times& times) const {
-    bool holds = PrintFigure("open things left by " + std::to_string(kOpenings) + " document sheets", leftOpen_, "", 0);
+    bool holds =
+        PrintFigure("open things left by " + std::to_string(kSheetOpenings) + " document sheets", leftOpen_, "", 0);
     for (const auto& limit : kLimits) {
         holds &= PrintFigure(limit.work, times.at(limit.work) / limit.nanoseconds, limit.unit, limit.most);
     }
