@@ -322,7 +322,7 @@ TEST_F(Sheets, SurviveFailuresWhereverTheyHappen) {
         host_->ForgetSteps();
     };
     uint64_t allocations = 0;
-    for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; nth += 1 + allocations / 40) {
+    for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; ++nth) {
         SetOptions(0, 0);
         host::FailAllocation(nth);
         edit();
