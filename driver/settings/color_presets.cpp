@@ -116,6 +116,22 @@ int LoadColorPresets() {
     return 1;
 }
 
+void ReadColorPresetsAgain() {
+    for (size_t i = 0; i < kColorPresets; ++i) {
+        ColorPreset& preset = g_table[i];
+        WCHAR name[kNameCapacity];
+        Slot(i).ReadName(name);
+        const bool isNamed = name[0] != 0 && !TextsEqual<WCHAR>(name, kMissingName);
+        if (!isNamed || !TextsEqual<WCHAR>(name, preset.name)) {
+            preset = {};
+        }
+        if (isNamed) {
+            CopyText<WCHAR>(preset.name, ARRAYSIZE(preset.name), name);
+            Slot(i).ReadNumbers(&preset);
+        }
+    }
+}
+
 BOOL SaveColorPreset(const WCHAR* name) {
     size_t slot = FindSlot(name);
     if (slot == kColorPresets) {

@@ -36,6 +36,10 @@ ColorPreset* ColorPresetTable();
 // that lacks a slot is given ten free ones. Always 1.
 int LoadColorPresets();
 
+// Makes the table what the current settings file holds, which isn't changed: the record of a slot that is free or that
+// the file lacks becomes empty. A record whose slot has its name still keeps its working value.
+void ReadColorPresetsAgain();
+
 // Writes the table's record of this name into the slot of this name, or else into the first free one. False where the
 // table has no such record or no slot is free.
 BOOL SaveColorPreset(const WCHAR* name);

@@ -90,7 +90,7 @@ void SettleSlider(HWND dialog, const AdjustmentSlider& slider) {
     ShowSlider(dialog, slider, field);
 }
 
-void OnSliderMoved(HWND dialog, const AdjustmentSlider& slider, int code) {
+void OnSliderMoved(HWND dialog, const AdjustmentSlider& slider, int code, int position) {
     NumberField field = ReadSlider(dialog, slider);
     switch (code) {
         case SB_LINELEFT:
@@ -106,16 +106,9 @@ void OnSliderMoved(HWND dialog, const AdjustmentSlider& slider, int code) {
             SetNumber(&field, code == SB_LEFT ? field.lowest : field.highest);
             break;
         case SB_THUMBTRACK:
-        case SB_THUMBPOSITION: {
-            SCROLLINFO info = {};
-            info.cbSize = sizeof(info);
-            info.fMask = SIF_TRACKPOS;
-            if (!GetScrollInfo(ScrollBarOf(dialog, slider), SB_CTL, &info)) {
-                return;
-            }
-            SetNumber(&field, info.nTrackPos);
+        case SB_THUMBPOSITION:
+            SetNumber(&field, position);
             break;
-        }
         default:
             return;
     }
@@ -131,7 +124,7 @@ ColorPreset ReadValues(HWND dialog, const PageControls& page) {
         values.colorSample = static_cast<int32_t>(GetComboData(dialog, kSample));
         values.baseColor = static_cast<int32_t>(GetComboData(dialog, kBaseColor));
     } else {
-        values.gamma = IsDlgButtonChecked(dialog, kGamma) == BST_CHECKED ? 1 : 0;
+        values.gamma = IsChecked(dialog, kGamma) ? 1 : 0;
     }
     return values;
 }
@@ -157,9 +150,7 @@ void InvalidateSamples(HWND dialog) {
 }
 
 BOOL InitPage(HWND dialog, const SheetContext& context, const PageControls& page) {
-    for (const int control : page.texts) {
-        SetControlText(dialog, control, static_cast<UINT>(control));
-    }
+    SetOwnTexts(dialog, page.texts);
     SetControlText(dialog, page.reset, kResetText);
     FillChoiceCombo(dialog, kSample, kSampleChoices, kEveryChoice);
     FillChoiceCombo(dialog, kBaseColor, kBaseColorChoices, kEveryChoice);
@@ -196,9 +187,7 @@ void ApplyPage(HWND dialog, SheetContext* context, const PageControls& page) {
         SettleSlider(dialog, slider);
     }
     WriteAdjustment(ReadValues(dialog, page), page.part, &context->devMode->privatePart);
-    if (const HWND colorPage = context->dialogs[kColorSlot]) {
-        MarkPageChanged(colorPage, context, kColorSlot);
-    }
+    MarkColorPageChanged(context);
 }
 
 void PaintSamples(HWND dialog, SheetContext* context, HDC target) {
@@ -229,9 +218,9 @@ void Apply(HWND dialog, SheetContext* context) {
 }
 
 template <const PageControls& page>
-void Scroll(HWND dialog, SheetContext*, UINT, int code, HWND control) {
+void Scroll(HWND dialog, SheetContext*, UINT, int code, int position, HWND control) {
     if (const AdjustmentSlider* const slider = FindSlider(page, &AdjustmentSlider::scrollBar, GetDlgCtrlID(control))) {
-        OnSliderMoved(dialog, *slider, code);
+        OnSliderMoved(dialog, *slider, code, position);
     }
 }
 

@@ -17,20 +17,34 @@ namespace velmora {
 namespace {
 
 // Controls. Labels and buttons have the text of the string of their own number.
-constexpr int kPresets = 6013;
 constexpr int kManagePresets = 6014;
 constexpr int kSetIntent = 6017;
 constexpr int kTreatments[kObjectKinds] = {6021, 6023, 6025};
 constexpr int kAdjust = 6026;
-constexpr int kResolution = 6028;
-constexpr int kRendering = 6030;
-constexpr int kChoiceA = 6032;
 constexpr int kResolutionFlag = 6033;
-constexpr int kAdvanced = 6034;
 constexpr int kRestore = 6035;
 constexpr int kTexts[] = {
-    6002, 6004, 6006, 6008,    6010, 6011, 6012, kManagePresets,  6016,      kSetIntent, 6019,
-    6020, 6022, 6024, kAdjust, 6027, 6029, 6031, kResolutionFlag, kAdvanced, kRestore,
+    6002,
+    6004,
+    6006,
+    6008,
+    6010,
+    6011,
+    6012,
+    kManagePresets,
+    6016,
+    kSetIntent,
+    6019,
+    6020,
+    6022,
+    6024,
+    kAdjust,
+    6027,
+    6029,
+    6031,
+    kResolutionFlag,
+    kAdvancedControl,
+    kRestore,
 };
 
 // The lists' texts, in the language of the sheet.
@@ -58,13 +72,12 @@ void FillPresetCombo(HWND dialog, int control, const PresetList& list) {
     SendDlgItemMessageW(dialog, control, CB_RESETCONTENT, 0, 0);
     PresetItem item;
     for (int i = 0; GetPresetItem(list, i, &item); ++i) {
-        SendDlgItemMessageW(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.text));
-        SendDlgItemMessageW(dialog, control, CB_SETITEMDATA, static_cast<WPARAM>(i), static_cast<LPARAM>(item.value));
+        AddComboItem(dialog, control, item.text, item.value);
     }
 }
 
 void FillPresetCombos(HWND dialog, const ColorLists& lists) {
-    FillPresetCombo(dialog, kPresets, lists.presets);
+    FillPresetCombo(dialog, kColorPresetControl, lists.presets);
     for (const int control : kTreatments) {
         FillPresetCombo(dialog, control, lists.treatments);
     }
@@ -78,8 +91,10 @@ void SelectItem(HWND dialog, int control, int item) {
     SendDlgItemMessageW(dialog, control, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
 }
 
-bool IsChecked(HWND dialog, int control) {
-    return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
+PresetSelection ReadSelection(HWND dialog, int control) {
+    PresetSelection selection = {SelectedItem(dialog, control), GetComboData(dialog, control), {}};
+    GetDlgItemTextW(dialog, control, selection.text, ARRAYSIZE(selection.text));
+    return selection;
 }
 
 void Check(HWND dialog, int control, bool isChecked) {
@@ -93,15 +108,15 @@ ColorPage ReadControls(HWND dialog) {
             page.mode = radio.value;
         }
     }
-    page.presetItem = SelectedItem(dialog, kPresets);
+    page.preset = ReadSelection(dialog, kColorPresetControl);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        page.treatmentItems[kind] = SelectedItem(dialog, kTreatments[kind]);
+        page.treatments[kind] = ReadSelection(dialog, kTreatments[kind]);
     }
-    page.resolutionItem = SelectedItem(dialog, kResolution);
-    page.rendering = static_cast<uint16_t>(GetComboData(dialog, kRendering));
-    page.choiceA = static_cast<uint16_t>(GetComboData(dialog, kChoiceA));
+    page.resolutionItem = SelectedItem(dialog, kResolutionControl);
+    page.rendering = static_cast<uint16_t>(GetComboData(dialog, kRenderingControl));
+    page.choiceA = static_cast<uint16_t>(GetComboData(dialog, kChoiceAControl));
     page.resolutionFlag = IsChecked(dialog, kResolutionFlag);
-    page.isAdvanced = IsChecked(dialog, kAdvanced);
+    page.isAdvanced = IsChecked(dialog, kAdvancedControl);
     return page;
 }
 
@@ -109,83 +124,76 @@ void ShowPage(HWND dialog, const ColorPage& page) {
     for (const RadioValue& radio : kColorModeRadios) {
         Check(dialog, radio.control, radio.value == page.mode);
     }
-    SelectItem(dialog, kPresets, page.presetItem);
+    SelectItem(dialog, kColorPresetControl, page.preset.item);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        SelectItem(dialog, kTreatments[kind], page.treatmentItems[kind]);
+        SelectItem(dialog, kTreatments[kind], page.treatments[kind].item);
     }
-    SelectItem(dialog, kResolution, page.resolutionItem);
-    SelectComboByData(dialog, kRendering, page.rendering);
-    SelectComboByData(dialog, kChoiceA, page.choiceA);
+    SelectItem(dialog, kResolutionControl, page.resolutionItem);
+    SelectComboByData(dialog, kRenderingControl, page.rendering);
+    SelectComboByData(dialog, kChoiceAControl, page.choiceA);
     Check(dialog, kResolutionFlag, page.resolutionFlag);
-    Check(dialog, kAdvanced, page.isAdvanced);
+    Check(dialog, kAdvancedControl, page.isAdvanced);
 }
 
 void ShowPanels(HWND dialog) {
     for (const ControlState& state : UpdateColorPanels(ReadControls(dialog))) {
         if (const HWND window = GetDlgItem(dialog, state.control)) {
             ShowWindow(window, state.isShown ? SW_SHOW : SW_HIDE);
-            EnableWindow(window, state.isEnabled ? TRUE : FALSE);
         }
+        EnableControl(dialog, state.control, state.isEnabled);
     }
 }
 
 BOOL InitColorPage(HWND dialog, SheetContext* context) {
-    for (const int control : kTexts) {
-        SetControlText(dialog, control, static_cast<UINT>(control));
-    }
+    SetOwnTexts(dialog, kTexts);
     RefreshColorPresets();
     ListTexts texts;
     const ColorLists lists = LoadLists(*context, &texts);
     const ColorPage page = ReadColorPage(*context->devMode, lists);
     FillPresetCombos(dialog, lists);
-    FillChoiceCombo(dialog, kResolution, kResolutionChoices, kEveryChoice);
-    FillChoiceCombo(dialog, kRendering, kRenderingChoices, kEveryChoice);
-    FillChoiceCombo(dialog, kChoiceA, kColorChoicesA, ColorFilterA(page.mode));
+    FillChoiceCombo(dialog, kResolutionControl, kResolutionChoices, kEveryChoice);
+    FillChoiceCombo(dialog, kRenderingControl, kRenderingChoices, kEveryChoice);
+    FillChoiceCombo(dialog, kChoiceAControl, kColorChoicesA, ColorFilterA(page.mode));
     ShowPage(dialog, page);
     ShowPanels(dialog);
     return TRUE;
 }
 
-void MarkChanged(HWND dialog, SheetContext* context) {
-    MarkPageChanged(dialog, context, kColorSlot);
-}
-
 void OnMode(HWND dialog, SheetContext* context) {
     ColorPage page = ReadControls(dialog);
     ChooseColorMode(page.mode, &page, context->devMode);
-    FillChoiceCombo(dialog, kChoiceA, kColorChoicesA, ColorFilterA(page.mode));
-    SelectComboByData(dialog, kChoiceA, page.choiceA);
-    MarkChanged(dialog, context);
+    FillChoiceCombo(dialog, kChoiceAControl, kColorChoicesA, ColorFilterA(page.mode));
+    SelectComboByData(dialog, kChoiceAControl, page.choiceA);
+    MarkColorPageChanged(context);
 }
 
 void OnManagePresets(HWND dialog, SheetContext* context) {
+    ColorPage page = ReadControls(dialog);
+    RunPresetManager(dialog, context);
     ListTexts texts;
     const ColorLists lists = LoadLists(*context, &texts);
-    ColorPage page = ReadControls(dialog);
-    const ColorNames names = RememberColorNames(page, lists);
-    RunPresetManager(dialog, context);
-    RestoreColorNames(names, lists, &page);
+    FindSelectionsAgain(lists, &page);
     FillPresetCombos(dialog, lists);
     ShowPage(dialog, page);
 }
 
 void OnAdjust(HWND dialog, SheetContext* context) {
-    ListTexts texts;
     ColorPage page = ReadControls(dialog);
-    BeginAdjustment(page, LoadLists(*context, &texts), &context->devMode->privatePart);
+    BeginAdjustment(page, ColorPresetTable(), &context->devMode->privatePart);
     RunAdjustmentSheet(dialog, context, OffersAdjustmentPage(page));
-    EndAdjustment(&page);
+    ListTexts texts;
+    EndAdjustment(LoadLists(*context, &texts), &page);
     ShowPage(dialog, page);
 }
 
 void OnRestore(HWND dialog, SheetContext* context) {
     ListTexts texts;
     ColorPage page;
-    RestoreColorDefaults(LoadLists(*context, &texts), &page, context->devMode);
-    FillChoiceCombo(dialog, kRendering, kRenderingChoices, kEveryChoice);
-    FillChoiceCombo(dialog, kChoiceA, kColorChoicesA, kEveryChoice);
+    TakeColorDefaults(LoadLists(*context, &texts), &page, context->devMode);
+    FillChoiceCombo(dialog, kRenderingControl, kRenderingChoices, kEveryChoice);
+    FillChoiceCombo(dialog, kChoiceAControl, kColorChoicesA, kEveryChoice);
     ShowPage(dialog, page);
-    MarkChanged(dialog, context);
+    MarkColorPageChanged(context);
 }
 
 void OnClick(HWND dialog, SheetContext* context, int id) {
@@ -209,8 +217,8 @@ void OnClick(HWND dialog, SheetContext* context, int id) {
             OnRestore(dialog, context);
             break;
         case kResolutionFlag:
-        case kAdvanced:
-            MarkChanged(dialog, context);
+        case kAdvancedControl:
+            MarkColorPageChanged(context);
             break;
         default:
             break;
@@ -219,19 +227,19 @@ void OnClick(HWND dialog, SheetContext* context, int id) {
 
 void OnSelection(HWND dialog, SheetContext* context, int id) {
     switch (id) {
-        case kResolution:
-            ApplyBorderRule(&context->devMode->privatePart, SelectedItem(dialog, kResolution));
-            MarkChanged(dialog, context);
+        case kResolutionControl:
+            ApplyBorderRule(&context->devMode->privatePart, SelectedItem(dialog, kResolutionControl));
+            MarkColorPageChanged(context);
             break;
-        case kPresets:
-        case kRendering:
-        case kChoiceA:
-            MarkChanged(dialog, context);
+        case kColorPresetControl:
+        case kRenderingControl:
+        case kChoiceAControl:
+            MarkColorPageChanged(context);
             break;
         default:
             for (const int control : kTreatments) {
-                if (id == control && IsChecked(dialog, kAdvanced)) {
-                    MarkChanged(dialog, context);
+                if (id == control && IsChecked(dialog, kAdvancedControl)) {
+                    MarkColorPageChanged(context);
                 }
             }
             break;
@@ -248,8 +256,7 @@ void OnColorCommand(HWND dialog, SheetContext* context, int id, int code) {
 }
 
 void ApplyPage(HWND dialog, SheetContext* context) {
-    ListTexts texts;
-    ApplyColorPage(ReadControls(dialog), LoadLists(*context, &texts), context->model.Get(), context->devMode);
+    ApplyColorPage(ReadControls(dialog), ColorPresetTable(), context->model.Get(), context->devMode);
     CommitPage(context, kColorSlot);
 }
 
@@ -258,6 +265,10 @@ constexpr PageFunctions kColorPage = {
 };
 
 }  // namespace
+
+void RestoreColorDefaults(HWND page, SheetContext* context) {
+    OnColorCommand(page, context, kRestore, BN_CLICKED);
+}
 
 INT_PTR CALLBACK ColorPageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     InitCommonControls();

@@ -20,7 +20,6 @@ constexpr uint16_t kDefaultChoiceA = 1;
 constexpr uint16_t kChoiceAOfColors = 3;  // not offered in monochrome
 
 constexpr int kLastSimpleControl = 6019;  // the advanced panel follows
-constexpr int kPresetList = 6013;
 constexpr int kManagePresets = 6014;
 constexpr int kSetIntent = 6017;
 
@@ -44,15 +43,24 @@ int ItemWithValue(const PresetList& list, uint32_t value) {
     return 0;
 }
 
-const WCHAR* TextOf(const PresetList& list, int index) {
-    PresetItem item;
-    return GetPresetItem(list, index, &item) ? item.text : TEXT("");
+// As FindPresetItem for a field of the device mode, which may lack its terminator.
+template <size_t length>
+PresetSelection FindStored(const PresetList& list, int value, const WCHAR (&field)[length]) {
+    WCHAR text[length + 1];
+    CopyText<WCHAR>(text, ARRAYSIZE(text), field);
+    return SelectPresetItem(list, FindPresetItem(list, value, text));
 }
 
-// The selected preset of the user's; null where a row is selected.
-const ColorPreset* PresetOf(const PresetList& list, int index) {
-    PresetItem item;
-    return GetPresetItem(list, index, &item) ? item.preset : nullptr;
+// The selected preset of the user's; null where a row is selected or the table has it no longer.
+const ColorPreset* PresetOf(const PresetSelection& selection, const ColorPreset* presets) {
+    if (selection.value == kUserPreset) {
+        for (int i = 0; const ColorPreset* const preset = NamedPreset(presets, i); ++i) {
+            if (TextsEqual(preset->name, selection.text)) {
+                return preset;
+            }
+        }
+    }
+    return nullptr;
 }
 
 // The choice of a list that stands for a value: the first one where none has it.
@@ -74,7 +82,7 @@ void StoreColor(WORD color, VelmoraDevMode* devMode) {
     devMode->privatePart.colorMode = 1;
 }
 
-void ApplyMode(const ColorPage& page, const ColorLists& lists, VelmoraDevMode* devMode) {
+void ApplyMode(const ColorPage& page, const ColorPreset* presets, VelmoraDevMode* devMode) {
     PrivateDevMode& own = devMode->privatePart;
     const auto hasValue = [&](const RadioValue& radio) { return radio.value == page.mode; };
     if (std::any_of(std::begin(kColorModeRadios), std::end(kColorModeRadios), hasValue)) {
@@ -85,10 +93,10 @@ void ApplyMode(const ColorPage& page, const ColorLists& lists, VelmoraDevMode* d
     }
     std::fill(std::begin(own.colorPresetName), std::end(own.colorPresetName), WCHAR{0});
     if (page.mode == kPageModeAdjusted) {
-        if (const ColorPreset* const preset = PresetOf(lists.presets, page.presetItem)) {
+        if (const ColorPreset* const preset = PresetOf(page.preset, presets)) {
             WriteAdjustment(*preset, kWholeAdjustment, &own);
         }
-        CopyText<WCHAR>(own.colorPresetName, ARRAYSIZE(own.colorPresetName), TextOf(lists.presets, page.presetItem));
+        CopyText<WCHAR>(own.colorPresetName, ARRAYSIZE(own.colorPresetName), page.preset.text);
     }
 }
 
@@ -104,12 +112,12 @@ void ApplyResolution(int item, const DeviceModel* model, VelmoraDevMode* devMode
     devMode->publicPart.dmYResolution = static_cast<int16_t>(resolution->yDpi);
 }
 
-void ApplyTreatment(const PresetItem& item, ObjectColor* object) {
-    object->mode = static_cast<uint16_t>(item.value);
+void ApplyTreatment(const PresetSelection& selection, const ColorPreset* presets, ObjectColor* object) {
+    object->mode = static_cast<uint16_t>(selection.value);
     object->flag = 1;
     std::fill(std::begin(object->values), std::end(object->values), uint16_t{0});
-    if (item.preset) {
-        WriteObjectValues(*item.preset, object);
+    if (const ColorPreset* const preset = PresetOf(selection, presets)) {
+        WriteObjectValues(*preset, object);
     }
 }
 
@@ -139,14 +147,24 @@ int FindPresetItem(const PresetList& list, int value, const WCHAR* text) {
     return item >= 0 || value < 0 ? item : ItemWithValue(list, static_cast<uint32_t>(value));
 }
 
+PresetSelection SelectPresetItem(const PresetList& list, int index) {
+    PresetSelection selection = {-1, 0, {}};
+    PresetItem item;
+    if (GetPresetItem(list, index, &item)) {
+        selection.item = index;
+        selection.value = item.value;
+        CopyText<WCHAR>(selection.text, ARRAYSIZE(selection.text), item.text);
+    }
+    return selection;
+}
+
 ColorPage ReadColorPage(const VelmoraDevMode& devMode, const ColorLists& lists) {
     const PrivateDevMode& own = devMode.privatePart;
     ColorPage page = {};
     page.mode = own.colorPreset;
-    page.presetItem = FindPresetItem(lists.presets, 0, own.colorPresetName);
+    page.preset = FindStored(lists.presets, 0, own.colorPresetName);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        page.treatmentItems[kind] =
-            FindPresetItem(lists.treatments, own.objectColor[kind].mode, own.objectPresetNames[kind]);
+        page.treatments[kind] = FindStored(lists.treatments, own.objectColor[kind].mode, own.objectPresetNames[kind]);
     }
     const int resolutions = static_cast<int>(std::size(kResolutionChoices)) - 1;
     page.resolutionItem = own.resolutionIndex >= 0 && own.resolutionIndex < resolutions ? own.resolutionIndex : -1;
@@ -164,11 +182,11 @@ ColorPanels UpdateColorPanels(const ColorPage& page) {
         const bool isShown = (control > kLastSimpleControl) == page.isAdvanced;
         bool isEnabled = isShown;
         switch (control) {
-            case kPresetList:
+            case kColorPresetControl:
                 isEnabled = isShown && page.mode == kPageModeAdjusted;
                 break;
             case kManagePresets:
-                isEnabled = isShown && page.mode == kPageModeAdjusted && page.presetItem == 0;
+                isEnabled = isShown && page.mode == kPageModeAdjusted && page.preset.item == 0;
                 break;
             case kSetIntent:
                 isEnabled = isShown && page.mode == kPageModeMatched;
@@ -187,20 +205,12 @@ void ChooseColorMode(uint16_t mode, ColorPage* page, VelmoraDevMode* devMode) {
     devMode->publicPart.dmICMMethod = mode == kPageModeMatched ? DMICMMETHOD_SYSTEM : DMICMMETHOD_NONE;
 }
 
-ColorNames RememberColorNames(const ColorPage& page, const ColorLists& lists) {
-    ColorNames names;
-    CopyText<WCHAR>(names.preset, ARRAYSIZE(names.preset), TextOf(lists.presets, page.presetItem));
+void FindSelectionsAgain(const ColorLists& lists, ColorPage* page) {
+    page->preset = SelectPresetItem(lists.presets, FindPresetItem(lists.presets, 0, page->preset.text));
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        CopyText<WCHAR>(names.treatments[kind], ARRAYSIZE(names.treatments[kind]),
-                        TextOf(lists.treatments, page.treatmentItems[kind]));
-    }
-    return names;
-}
-
-void RestoreColorNames(const ColorNames& names, const ColorLists& lists, ColorPage* page) {
-    page->presetItem = FindPresetItem(lists.presets, 0, names.preset);
-    for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        page->treatmentItems[kind] = FindPresetItem(lists.treatments, kDefaultTreatments[kind], names.treatments[kind]);
+        PresetSelection& treatment = page->treatments[kind];
+        treatment = SelectPresetItem(lists.treatments,
+                                     FindPresetItem(lists.treatments, kDefaultTreatments[kind], treatment.text));
     }
 }
 
@@ -208,35 +218,38 @@ bool OffersAdjustmentPage(const ColorPage& page) {
     return page.mode == kPageModeAdjusted && !page.isAdvanced;
 }
 
-void BeginAdjustment(const ColorPage& page, const ColorLists& lists, PrivateDevMode* devMode) {
-    const ColorPreset* const preset = PresetOf(lists.presets, page.presetItem);
+void BeginAdjustment(const ColorPage& page, const ColorPreset* presets, PrivateDevMode* devMode) {
+    const ColorPreset* const preset = PresetOf(page.preset, presets);
     if (preset && OffersAdjustmentPage(page)) {
         WriteAdjustment(*preset, kWholeAdjustment, devMode);
     }
 }
 
-void EndAdjustment(ColorPage* page) {
+void EndAdjustment(const ColorLists& lists, ColorPage* page) {
     if (OffersAdjustmentPage(*page)) {
-        page->presetItem = 0;
+        page->preset = SelectPresetItem(lists.presets, 0);
     }
 }
 
-void RestoreColorDefaults(const ColorLists& lists, ColorPage* page, VelmoraDevMode* devMode) {
+void TakeColorDefaults(const ColorLists& lists, ColorPage* page, VelmoraDevMode* devMode) {
     PrivateDevMode& own = devMode->privatePart;
     *page = {};
     ChooseColorMode(kPageModeFirst, page, devMode);
-    CopyText<WCHAR>(own.colorPresetName, ARRAYSIZE(own.colorPresetName), TextOf(lists.presets, page->presetItem));
+    page->preset = SelectPresetItem(lists.presets, 0);
+    CopyText<WCHAR>(own.colorPresetName, ARRAYSIZE(own.colorPresetName), page->preset.text);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        page->treatmentItems[kind] = ItemWithValue(lists.treatments, kDefaultTreatments[kind]);
+        page->treatments[kind] =
+            SelectPresetItem(lists.treatments, ItemWithValue(lists.treatments, kDefaultTreatments[kind]));
     }
     page->resolutionItem = kDefaultResolutionItem;
     page->rendering = kDefaultRendering;
     page->choiceA = kDefaultChoiceA;
 }
 
-void ApplyColorPage(const ColorPage& page, const ColorLists& lists, const DeviceModel* model, VelmoraDevMode* devMode) {
+void ApplyColorPage(const ColorPage& page, const ColorPreset* presets, const DeviceModel* model,
+                    VelmoraDevMode* devMode) {
     PrivateDevMode& own = devMode->privatePart;
-    ApplyMode(page, lists, devMode);
+    ApplyMode(page, presets, devMode);
     ApplyResolution(page.resolutionItem, model, devMode);
     own.colorRendering = page.rendering;
     own.colorChoiceA = page.choiceA;
@@ -246,10 +259,10 @@ void ApplyColorPage(const ColorPage& page, const ColorLists& lists, const Device
         StoreColor(DMCOLOR_COLOR, devMode);
     }
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
-        PresetItem item;
-        if (GetPresetItem(lists.treatments, page.treatmentItems[kind], &item)) {
-            ApplyTreatment(item, &own.objectColor[kind]);
-            CopyText<WCHAR>(own.objectPresetNames[kind], ARRAYSIZE(own.objectPresetNames[kind]), item.text);
+        const PresetSelection& treatment = page.treatments[kind];
+        if (treatment.item >= 0) {
+            ApplyTreatment(treatment, presets, &own.objectColor[kind]);
+            CopyText<WCHAR>(own.objectPresetNames[kind], ARRAYSIZE(own.objectPresetNames[kind]), treatment.text);
         }
     }
 }

@@ -27,6 +27,13 @@ enum ColorPageMode : uint16_t {
     kPageModeMatched = 6,   // matched by the system
 };
 
+// Controls that other pages look at, too.
+inline constexpr int kColorPresetControl = 6013;
+inline constexpr int kResolutionControl = 6028;
+inline constexpr int kRenderingControl = 6030;
+inline constexpr int kChoiceAControl = 6032;
+inline constexpr int kAdvancedControl = 6034;
+
 // A radio button and the value that it stands for.
 struct RadioValue {
     int control;
@@ -76,21 +83,33 @@ bool GetPresetItem(const PresetList& list, int index, PresetItem* item);
 // text and the value is negative, -1.
 int FindPresetItem(const PresetList& list, int value, const WCHAR* text);
 
+// A list's selection as a combo box holds it. A preset is told by the text: the table may have changed since the combo
+// box was filled.
+struct PresetSelection {
+    int item;  // -1: nothing is selected
+    uint32_t value;
+    WCHAR text[kChoiceTextCapacity];
+};
+
+// The selection of an item; of nothing, without text, where the list has no such item.
+PresetSelection SelectPresetItem(const PresetList& list, int index);
+
 struct ColorLists {
     PresetList presets;     // of kPresetChoices
     PresetList treatments;  // of kTreatmentChoices, for each object kind
 };
 
-// What the page's controls hold; items are indexes.
+// What the page's controls hold. The border of pages that share a sheet follows the resolution by the rule that the
+// paper page has for that.
 struct ColorPage {
-    uint16_t mode;                     // the radio buttons
-    int presetItem;                    // 6013
-    int treatmentItems[kObjectKinds];  // 6021, 6023, 6025
-    int resolutionItem;                // 6028; -1: the device mode's resolution isn't offered
-    uint16_t rendering;                // 6030
-    uint16_t choiceA;                  // 6032
-    bool resolutionFlag;               // 6033
-    bool isAdvanced;                   // 6034
+    uint16_t mode;                             // the radio buttons
+    PresetSelection preset;                    // 6013
+    PresetSelection treatments[kObjectKinds];  // 6021, 6023, 6025
+    int resolutionItem;                        // 6028, an index; -1: the device mode's resolution isn't offered
+    uint16_t rendering;                        // 6030
+    uint16_t choiceA;                          // 6032
+    bool resolutionFlag;                       // 6033
+    bool isAdvanced;                           // 6034
 };
 
 ColorPage ReadColorPage(const VelmoraDevMode& devMode, const ColorLists& lists);
@@ -107,32 +126,25 @@ using ColorPanels = std::array<ControlState, kLastPanelControl - kFirstPanelCont
 ColorPanels UpdateColorPanels(const ColorPage& page);
 
 // A mode's radio button; colour matching follows at once. 6032 is to be filled again by the mode's filter.
-//
-// For 6028 the page only keeps the item; the border of pages that share a sheet follows it by the rule that the paper
-// page has for that.
 void ChooseColorMode(uint16_t mode, ColorPage* page, VelmoraDevMode* devMode);
 
-// 6014: the selected texts are remembered before the preset manager and found again after it, among other presets. A
+// 6014: the texts that were selected before the preset manager are found again after it, among other presets. A
 // treatment that is gone becomes that of a new device mode.
-struct ColorNames {
-    WCHAR preset[kChoiceTextCapacity];
-    WCHAR treatments[kObjectKinds][kChoiceTextCapacity];
-};
-ColorNames RememberColorNames(const ColorPage& page, const ColorLists& lists);
-void RestoreColorNames(const ColorNames& names, const ColorLists& lists, ColorPage* page);
+void FindSelectionsAgain(const ColorLists& lists, ColorPage* page);
 
 // 6026 opens a sheet of the adjustment page and the CMYK page where the former is offered, else of the CMYK page alone.
 // Before, a selected preset's values go into the device mode; afterwards they are the user's own, no preset's.
 bool OffersAdjustmentPage(const ColorPage& page);
-void BeginAdjustment(const ColorPage& page, const ColorLists& lists, PrivateDevMode* devMode);
-void EndAdjustment(ColorPage* page);
+void BeginAdjustment(const ColorPage& page, const ColorPreset* presets, PrivateDevMode* devMode);
+void EndAdjustment(const ColorLists& lists, ColorPage* page);
 
 // 6035. 6030 and 6032 are to be filled again, with every choice.
-void RestoreColorDefaults(const ColorLists& lists, ColorPage* page, VelmoraDevMode* devMode);
+void TakeColorDefaults(const ColorLists& lists, ColorPage* page, VelmoraDevMode* devMode);
 
-// Writes the page into the device mode; CommitPage comes after it. The device mode keeps its resolution where the model
-// (null: unknown) hasn't the selected one.
-void ApplyColorPage(const ColorPage& page, const ColorLists& lists, const DeviceModel* model, VelmoraDevMode* devMode);
+// Writes the page into the device mode, with the values of the selected presets of the table; CommitPage comes after
+// it. The device mode keeps its resolution where the model (null: unknown) hasn't the selected one.
+void ApplyColorPage(const ColorPage& page, const ColorPreset* presets, const DeviceModel* model,
+                    VelmoraDevMode* devMode);
 
 // The intent dialog: 6405 stores the default intent at once, OK the selected one. The colour page is changed.
 inline constexpr RadioValue kIntentRadios[] = {{6402, 1}, {6403, 2}, {6404, 3}};

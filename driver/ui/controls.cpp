@@ -83,12 +83,22 @@ void SetControlText(HWND dialog, int control, UINT stringId) {
     }
 }
 
+void SetOwnTexts(HWND dialog, std::span<const int> controls) {
+    for (const int control : controls) {
+        SetControlText(dialog, control, static_cast<UINT>(control));
+    }
+}
+
 void UpdateControlText(HWND dialog, int control, const WCHAR* text) {
     WCHAR shown[kMessageCapacity] = {};
     GetDlgItemTextW(dialog, control, shown, ARRAYSIZE(shown));
     if (!TextsEqual<WCHAR>(shown, text)) {
         SetDlgItemTextW(dialog, control, text);
     }
+}
+
+bool IsChecked(HWND dialog, int control) {
+    return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
 }
 
 void EnableControl(HWND dialog, int control, bool isEnabled) {

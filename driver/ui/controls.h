@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "driver/ui/choice_list.h"
 
@@ -29,15 +30,13 @@ uint32_t GetComboData(HWND dialog, int control);
 void SetControlText(HWND dialog, int control, UINT stringId);
 
 // As SetControlText for each of some controls, whose texts are the strings of their own numbers.
-template <size_t N>
-void SetOwnTexts(HWND dialog, const int (&controls)[N]) {
-    for (const int control : controls) {
-        SetControlText(dialog, control, static_cast<UINT>(control));
-    }
-}
+void SetOwnTexts(HWND dialog, std::span<const int> controls);
 
 // Gives a control a text that it doesn't have already.
 void UpdateControlText(HWND dialog, int control, const WCHAR* text);
+
+// Whether a check box or radio button is checked.
+bool IsChecked(HWND dialog, int control);
 
 void EnableControl(HWND dialog, int control, bool isEnabled);
 

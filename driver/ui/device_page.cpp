@@ -53,9 +53,7 @@ void FillOptionLists(HWND dialog, const SheetContext& context) {
 }
 
 BOOL InitDevicePage(HWND dialog, SheetContext* context) {
-    for (const int control : kTexts) {
-        SetControlText(dialog, control, static_cast<UINT>(control));
-    }
+    SetOwnTexts(dialog, kTexts);
     context->optionStates = ReadOptionStates(context->deviceInfo);
     FillOptionLists(dialog, *context);
     return TRUE;

@@ -24,7 +24,7 @@ void ShowIntent(HWND dialog, uint16_t intent) {
 
 uint16_t SelectedIntent(HWND dialog) {
     for (const RadioValue& radio : kIntentRadios) {
-        if (IsDlgButtonChecked(dialog, radio.control) == BST_CHECKED) {
+        if (IsChecked(dialog, radio.control)) {
             return radio.value;
         }
     }
@@ -33,7 +33,7 @@ uint16_t SelectedIntent(HWND dialog) {
 
 void Store(SheetContext* context, uint16_t intent) {
     StoreIntent(intent, context->devMode);
-    MarkPageChanged(context->dialogs[kColorSlot], context, kColorSlot);
+    MarkColorPageChanged(context);
 }
 
 void InitDialog(HWND dialog, const SheetContext& context) {

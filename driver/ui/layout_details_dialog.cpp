@@ -64,13 +64,13 @@ LayoutDetails ReadDetails(HWND dialog, const SheetContext& context) {
     LayoutDetails details = StartLayoutDetails(context.paper);
     details.order = static_cast<int>(SendDlgItemMessageW(dialog, kOrders, LB_GETCURSEL, 0, 0));
     for (size_t i = 0; i < std::size(kBindings); ++i) {
-        if (IsDlgButtonChecked(dialog, kBindings[i]) == BST_CHECKED) {
+        if (IsChecked(dialog, kBindings[i])) {
             details.binding = static_cast<uint16_t>(i);
         }
     }
     TakeShift(dialog, kShiftX, &details.shiftX);
     TakeShift(dialog, kShiftY, &details.shiftY);
-    details.isBorder = IsDlgButtonChecked(dialog, kBorder) == BST_CHECKED;
+    details.isBorder = IsChecked(dialog, kBorder);
     SelectChoice(&details.borderStyle, GetComboData(dialog, kBorderStyle));
     return details;
 }

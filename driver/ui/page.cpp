@@ -124,7 +124,8 @@ INT_PTR RoutePageMessage(const PageFunctions& page, HWND dialog, UINT message, W
         case WM_HSCROLL:
         case WM_VSCROLL:
             if (page.scroll) {
-                page.scroll(dialog, context, message, LOWORD(wParam), reinterpret_cast<HWND>(lParam));
+                page.scroll(dialog, context, message, LOWORD(wParam), static_cast<SHORT>(HIWORD(wParam)),
+                            reinterpret_cast<HWND>(lParam));
                 return TRUE;
             }
             return FALSE;
@@ -162,6 +163,12 @@ bool RouteHelpMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
 void MarkPageChanged(HWND dialog, SheetContext* context, int slot) {
     SendMessageW(GetParent(dialog), PSM_CHANGED, reinterpret_cast<WPARAM>(dialog), 0);
     context->isChanged[slot] = true;
+}
+
+void MarkColorPageChanged(SheetContext* context) {
+    if (const HWND page = context->dialogs[kColorSlot]) {
+        MarkPageChanged(page, context, kColorSlot);
+    }
 }
 
 void CommitPage(SheetContext* context, int slot) {

@@ -25,8 +25,8 @@ struct PageFunctions {
     void (*activate)(HWND dialog, SheetContext* context);
     // Paints what the controls don't: between BeginPaint and EndPaint.
     void (*paint)(HWND dialog, SheetContext* context, HDC paint);
-    // WM_HSCROLL and WM_VSCROLL of a slider or spin.
-    void (*scroll)(HWND dialog, SheetContext* context, UINT message, int code, HWND control);
+    // WM_HSCROLL and WM_VSCROLL of a slider or spin. The position is that of SB_THUMBPOSITION and SB_THUMBTRACK.
+    void (*scroll)(HWND dialog, SheetContext* context, UINT message, int code, int position, HWND control);
     // WM_MOUSEMOVE, WM_LBUTTONDOWN and WM_LBUTTONUP on the page itself, in its coordinates.
     void (*mouse)(HWND dialog, SheetContext* context, UINT message, POINT point);
 };
@@ -39,6 +39,9 @@ bool RouteHelpMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
 // Marks a page as changed: its settings wait for the sheet's Apply.
 void MarkPageChanged(HWND dialog, SheetContext* context, int slot);
+
+// The same for the Color page and what its dialogs change; nothing while the page isn't open.
+void MarkColorPageChanged(SheetContext* context);
 
 // Ends a page's apply. The last changed page to be applied commits them all: it is checked whether the device can print
 // what is asked, the host is told, and the snapshots follow. A conflict keeps the page changed and the sheet open.

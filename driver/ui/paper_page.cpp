@@ -87,18 +87,9 @@ constexpr EditFilter kCodeFilter = {kCodeCharacters, 0};
 constexpr EditFilter kCopiesFilter = {kDigits, kCopiesSpin};
 constexpr EditFilter kZoomFilter = {kDigits, kZoomSpin};
 
-// Controls of other pages, which the summary looks at while they are open.
-constexpr int kPresetName = 6013;
-constexpr int kResolution = 6028;
-constexpr int kRendering = 6030;
-constexpr int kColorChoiceA = 6032;
-constexpr int kAdvanced = 6034;
+// Controls of the Watermark page, which the summary looks at while that is open.
 constexpr int kHasWatermark = 7003;
 constexpr int kWatermarkName = 7005;
-
-bool IsChecked(HWND dialog, int control) {
-    return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
-}
 
 // Shows the record. Only controls whose part of it differs from `before` are set; null: all.
 
@@ -256,11 +247,11 @@ void ReadColorSettings(const SheetContext& context, WCHAR (&name)[kMessageCapaci
     other->presetName = name;
     if (const HWND page = context.dialogs[kColorSlot]) {
         other->colorPreset = ColorModeOf(page);
-        other->isAdvanced = IsChecked(page, kAdvanced);
-        GetDlgItemTextW(page, kPresetName, name, ARRAYSIZE(name));
-        other->resolutionIndex = static_cast<int>(GetComboData(page, kResolution));
-        other->colorRendering = static_cast<int>(GetComboData(page, kRendering));
-        other->colorChoiceA = static_cast<int>(GetComboData(page, kColorChoiceA));
+        other->isAdvanced = IsChecked(page, kAdvancedControl);
+        GetDlgItemTextW(page, kColorPresetControl, name, ARRAYSIZE(name));
+        other->resolutionIndex = static_cast<int>(GetComboData(page, kResolutionControl));
+        other->colorRendering = static_cast<int>(GetComboData(page, kRenderingControl));
+        other->colorChoiceA = static_cast<int>(GetComboData(page, kChoiceAControl));
     } else {
         other->colorPreset = own.colorPreset;
         other->isAdvanced = own.colorFlagB != 0;
@@ -404,7 +395,7 @@ void ApplyPaperPage(HWND dialog, SheetContext* context) {
     LoadText(*context, kLabelText, text, ARRAYSIZE(text));
     const HeapOwner<char> label = Narrow(text);
     const HWND colorPage = context->dialogs[kColorSlot];
-    const int resolution = colorPage ? static_cast<int>(GetComboData(colorPage, kResolution))
+    const int resolution = colorPage ? static_cast<int>(GetComboData(colorPage, kResolutionControl))
                                      : context->devMode->privatePart.resolutionIndex;
     const PaperChoices before = context->paper;
     ApplyPaperChoices(&context->paper,

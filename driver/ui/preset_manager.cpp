@@ -74,9 +74,9 @@ PresetManager ReadManager(HWND dialog) {
 }
 
 void ShowButtons(HWND dialog, const PresetManager& manager) {
-    EnableWindow(GetDlgItem(dialog, kSave), manager.canSave ? TRUE : FALSE);
-    EnableWindow(GetDlgItem(dialog, kOverwrite), manager.canChange ? TRUE : FALSE);
-    EnableWindow(GetDlgItem(dialog, kDelete), manager.canChange ? TRUE : FALSE);
+    EnableControl(dialog, kSave, manager.canSave);
+    EnableControl(dialog, kOverwrite, manager.canChange);
+    EnableControl(dialog, kDelete, manager.canChange);
 }
 
 void FillList(HWND dialog, const PresetManager& manager) {
@@ -91,12 +91,10 @@ void InitDialog(HWND dialog, const SheetContext& context) {
     WCHAR title[kTitleCapacity];
     LoadText(context, kTitle, title, ARRAYSIZE(title));
     SetWindowTextW(dialog, title);
-    for (const int control : kTexts) {
-        SetControlText(dialog, control, static_cast<UINT>(control));
-    }
+    SetOwnTexts(dialog, kTexts);
     SetControlText(dialog, IDCANCEL, kCancelText);
     FilterName(GetDlgItem(dialog, kName));
-    RefreshColorPresets();
+    ReadColorPresetsAgain();
     const PresetManager manager = OpenPresetManager(ColorPresetTable());
     FillList(dialog, manager);
     SetDlgItemTextW(dialog, kName, manager.name);
@@ -114,7 +112,7 @@ void Finish(HWND dialog, SheetContext* context, PresetSaving saving, const WCHAR
         MessageBoxW(dialog, text, caption, MB_OK | MB_ICONWARNING);
     } else if (saving == PresetSaving::kDone) {
         SaveColorPreset(name);
-        MarkPageChanged(context->dialogs[kColorSlot], context, kColorSlot);
+        MarkColorPageChanged(context);
         EndDialog(dialog, IDOK);
     }
 }
@@ -133,6 +131,9 @@ void OnDelete(HWND dialog, PresetManager* manager) {
         DeleteColorPreset(preset->name);
         DeletePreset(presets, manager);
         FillList(dialog, *manager);
+        if (!manager->canChange) {  // a button that is disabled while it has the focus leaves the keyboard nowhere
+            SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, kName)), TRUE);
+        }
         ShowButtons(dialog, *manager);
     }
 }

@@ -15,8 +15,7 @@ namespace velmora {
 // Characters of a preset's name, and bytes of it in the ANSI code page, at most.
 inline constexpr size_t kPresetNameLength = 10;
 
-// Makes the process's table what the current settings file holds: what another printer's file left in it goes. When the
-// colour page opens, and when the manager does.
+// Loads the process's table anew as the colour page opens: what another printer's file left in it goes.
 void RefreshColorPresets();
 
 // The preset at an item of the list of names, from 0, in the order of the table; null where there is none.

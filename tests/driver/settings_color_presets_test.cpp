@@ -92,5 +92,28 @@ TEST_F(ColorPresets, SavedLoadedOverwrittenAndDeleted) {
     EXPECT_EQ(WideText(ColorPresetTable()[4].name), longName.substr(0, 17));
 }
 
+TEST_F(ColorPresets, ReadAgainWithoutTouchingTheFile) {
+    LoadColorPresets();
+    for (const size_t i : {0, 2, 4}) {
+        Put(i, WideText(1, static_cast<char16_t>(u'a' + i)), 7);
+        SaveColorPreset(ColorPresetTable()[i].name);  // into slots 0 to 2
+    }
+    WritePrivateProfileStringW(u"UserEnt2", u"UserEntName", nullptr, CurrentSettingsFile());
+    Put(0, u"a", 1);
+    Put(1, u"other", 1);
+    ReadColorPresetsAgain();
+    const struct {
+        WideText name;
+        int32_t brightness;
+        int32_t workingValue;
+    } records[] = {{u"a", 7, 5}, {u"c", 7, 0}, {u"", 0, 0}, {u"", 0, 0}, {u"", 0, 0}};
+    for (size_t i = 0; i < std::size(records); ++i) {
+        EXPECT_EQ(WideText(ColorPresetTable()[i].name), records[i].name);
+        EXPECT_EQ(ColorPresetTable()[i].brightness, records[i].brightness);
+        EXPECT_EQ(ColorPresetTable()[i].workingValue, records[i].workingValue);
+    }
+    EXPECT_EQ(Stored(u"UserEnt2", u"UserEntName"), u"missing");
+}
+
 }  // namespace
 }  // namespace velmora

@@ -3,6 +3,8 @@
 
 #include "driver/devmode/default_devmode.h"
 #include "driver/settings/color_presets.h"
+#include "driver/settings/settings_folder.h"
+#include "driver/ui/color_page.h"
 #include "platform/user/controls/clipboard.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/sheet_host.h"
@@ -153,6 +155,9 @@ TEST_F(ColorPageWindow, ChoicesReachTheDeviceModeAtApply) {
         EXPECT_EQ(IsDlgButtonChecked(page, kAutomatic), UINT{BST_CHECKED});
         EXPECT_EQ(Ask(page, kChoiceA, CB_GETCOUNT), 3);
         EXPECT_TRUE(IsOn(page, kAutomatic));
+        Click(page, kMonochrome);
+        RestoreColorDefaults(page, &host_->Context());
+        EXPECT_EQ(IsDlgButtonChecked(page, kAutomatic), UINT{BST_CHECKED});
     });
     ThenPress(PSBTN_OK);
     Run();
@@ -177,9 +182,12 @@ TEST_F(ColorPageWindow, AdjustmentsFollowSlidersAndEdits) {
         EXPECT_EQ(Ask(page, kBrightness, SBM_GETPOS), -9);
         EXPECT_NE(ColorInMiddle(page, kSample), fresh);
         EXPECT_EQ(ColorInMiddle(page, kPlainSample), plain);
-        const auto scroll = [&](int bar, int code) {
-            SendMessageW(page, WM_HSCROLL, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(GetDlgItem(page, bar)));
+        const auto scroll = [&](int bar, int code, int position = 0) {
+            SendMessageW(page, WM_HSCROLL, MAKEWPARAM(code, position), reinterpret_cast<LPARAM>(GetDlgItem(page, bar)));
         };
+        scroll(kBrightness, SB_THUMBTRACK, -4);
+        EXPECT_EQ(ToText(TextOf(page, kBrightnessEdit)), "-4");
+        scroll(kBrightness, SB_THUMBPOSITION, -9);
         scroll(kBrightness, SB_LINELEFT);
         scroll(kBrightness, SB_LINELEFT);
         EXPECT_EQ(ToText(TextOf(page, kBrightnessEdit)), "-10");
@@ -286,10 +294,16 @@ TEST_F(ColorPageWindow, PresetsAreSavedUnderNamesThatFit) {
     ThenUse([&](HWND page) {
         EXPECT_EQ(ValueOf(host_->Context().devMode->privatePart.colorAdjust[0]), 7);
         Select(page, kPresets, 0);
+        ColorPresetTable()[0].workingValue = 9;
+        WritePrivateProfileStringW(TEXT("UserEnt5"), TEXT("UserEntName"), nullptr, CurrentSettingsFile());
     });
     manage([&](HWND dialog) {
+        EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), "Warm");
+        EXPECT_EQ(ColorPresetTable()[0].workingValue, 9);
+        SetFocus(GetDlgItem(dialog, kDeletePreset));
         Click(dialog, kDeletePreset);
         EXPECT_FALSE(IsOn(dialog, kOverwritePreset));
+        EXPECT_EQ(GetFocus(), GetDlgItem(dialog, kPresetName));
         SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     });
     ThenUse([&](HWND page) { EXPECT_EQ(Ask(page, kPresets, CB_GETCOUNT), 1); });

@@ -1,5 +1,6 @@
 // Colour adjustment and what the colour page and its dialogs decide, apart from their windows.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 
@@ -301,12 +302,20 @@ class ColorRules : public MachineTest {
         Copy(presets_[slot].name, name);
     }
     static std::vector<int> ChoicesOf(const ColorPage& page) {
-        return Numbers(page.mode, page.presetItem, page.treatmentItems[0], page.treatmentItems[1],
-                       page.treatmentItems[2], page.resolutionItem, page.rendering, page.choiceA, page.resolutionFlag,
+        return Numbers(page.mode, page.preset.item, page.treatments[0].item, page.treatments[1].item,
+                       page.treatments[2].item, page.resolutionItem, page.rendering, page.choiceA, page.resolutionFlag,
                        page.isAdvanced);
     }
+    // A page of these selected items.
+    ColorPage PageOf(uint16_t mode, int presetItem, const std::array<int, 3>& treatmentItems, bool isAdvanced) {
+        ColorPage page = {mode, SelectPresetItem(lists_.presets, presetItem), {}, 1, 4, 2, true, isAdvanced};
+        for (size_t kind = 0; kind < kObjectKinds; ++kind) {
+            page.treatments[kind] = SelectPresetItem(lists_.treatments, treatmentItems[kind]);
+        }
+        return page;
+    }
     ColorPage Read() { return ReadColorPage(devMode_, lists_); }
-    void Apply(const ColorPage& page) { ApplyColorPage(page, lists_, &modelRecord_, &devMode_); }
+    void Apply(const ColorPage& page) { ApplyColorPage(page, presets_, &modelRecord_, &devMode_); }
 
     ColorPreset presets_[kColorPresets] = {};
     WCHAR texts_[1][kChoiceTextCapacity] = {};
@@ -339,6 +348,7 @@ TEST_F(ColorRules, ItemsAreFoundByTextThenByValue) {
 }
 
 TEST_F(ColorRules, PanelsFollowTheModeAndTheForm) {
+    Put(0, u"Mine");
     const struct {
         uint16_t mode;
         int presetItem;
@@ -349,7 +359,7 @@ TEST_F(ColorRules, PanelsFollowTheModeAndTheForm) {
         {5, 1, false, {6014, 6017}},       {6, 0, false, {6013, 6014}},       {5, 0, true, {}},
     };
     for (const auto& c : cases) {
-        const ColorPanels panels = UpdateColorPanels({c.mode, c.presetItem, {}, 0, 0, 0, false, c.isAdvanced});
+        const ColorPanels panels = UpdateColorPanels(PageOf(c.mode, c.presetItem, {}, c.isAdvanced));
         EXPECT_EQ(panels.front().control, 6003);
         EXPECT_EQ(panels.back().control, 6025);
         for (const ControlState& state : panels) {
@@ -362,11 +372,14 @@ TEST_F(ColorRules, PanelsFollowTheModeAndTheForm) {
 
 TEST_F(ColorRules, ReadingAndApplyingKeepsAPage) {
     Put(0, u"Mine");
-    const ColorPage page = {5, 1, {2, 3, 0}, 1, 4, 2, true, false};
+    const ColorPage page = PageOf(5, 1, {2, 3, 0}, false);
     Apply(page);
     EXPECT_EQ(memcmp(own_.colorPresetName, u"Mine\0\0\0", 16), 0);
     EXPECT_EQ(WideText(own_.objectPresetNames[0]), u"Z as the d");
     EXPECT_EQ(ChoicesOf(Read()), ChoicesOf(page));
+    Put(1, WideText(11, u'x'));
+    std::fill_n(own_.objectPresetNames[1], 11, u'x');  // the next one follows without a terminator
+    EXPECT_EQ(Read().treatments[1].item, 4);
     own_.resolutionIndex = 3;
     EXPECT_EQ(Read().resolutionItem, -1);
 }
@@ -414,19 +427,20 @@ TEST_F(ColorRules, ResolutionIsTheModelsOrStays) {
         EXPECT_EQ(stored(), second);
     }
     page.resolutionItem = 0;
-    ApplyColorPage(page, lists_, nullptr, &devMode_);
+    ApplyColorPage(page, presets_, nullptr, &devMode_);
     EXPECT_EQ(stored(), second);
 }
 
-// Presets are those that the lists show, also behind a record without name; values that a field doesn't take become its
-// default.
+// Presets are those that the lists showed, whatever has become of the table; values that a field doesn't take become
+// its default.
 TEST_F(ColorRules, PresetsFillTheAdjustmentAndTheObjectKinds) {
     Put(3, u"Mine");
     presets_[3].magenta = 99;
     ColorPage page = Read();
     page.mode = 5;
-    page.presetItem = 1;
-    page.treatmentItems[1] = 3;
+    page.preset = SelectPresetItem(lists_.presets, 1);
+    page.treatments[1] = SelectPresetItem(lists_.treatments, 3);
+    Put(0, u"New");
     own_.objectColor[0].values[0] = 7;
     Apply(page);
     EXPECT_EQ(
@@ -457,12 +471,12 @@ TEST_F(ColorRules, AdjustmentSheetTakesTheSelectedPreset) {
     } cases[] = {{5, true, false}, {6, false, false}, {5, false, true}};
     for (const auto& c : cases) {
         own_.colorAdjust[1] = 1;
-        ColorPage page = {c.mode, 1, {}, 0, 1, 1, false, c.isAdvanced};
+        ColorPage page = PageOf(c.mode, 1, {}, c.isAdvanced);
         EXPECT_EQ(OffersAdjustmentPage(page), c.offers);
-        BeginAdjustment(page, lists_, &own_);
+        BeginAdjustment(page, presets_, &own_);
         EXPECT_EQ(ValueOf(own_.colorAdjust[1]), c.offers ? -9 : 1);
-        EndAdjustment(&page);
-        EXPECT_EQ(page.presetItem, c.offers ? 0 : 1);
+        EndAdjustment(lists_, &page);
+        EXPECT_EQ(page.preset.item, c.offers ? 0 : 1);
     }
 }
 
@@ -488,9 +502,9 @@ TEST_F(ColorRules, PagesOfTheAdjustmentWriteTheirOwnPart) {
 
 TEST_F(ColorRules, DefaultsAreThoseOfANewDeviceMode) {
     Put(0, u"Mine");
-    ColorPage page = {6, 1, {3, 3, 3}, 2, 4, 3, true, true};
+    ColorPage page = PageOf(6, 1, {3, 3, 3}, true);
     devMode_.publicPart.dmICMMethod = 2;
-    RestoreColorDefaults(lists_, &page, &devMode_);
+    TakeColorDefaults(lists_, &page, &devMode_);
     EXPECT_EQ(devMode_.publicPart.dmICMMethod, 1u);
     EXPECT_EQ(WideText(own_.colorPresetName), u"(none)");
     WriteDevModeTemplate(&devMode_);
@@ -503,15 +517,14 @@ TEST_F(ColorRules, DefaultsAreThoseOfANewDeviceMode) {
 TEST_F(ColorRules, SelectionsOutliveThePresetManager) {
     Put(4, u"Kept");
     Put(6, u"Gone");
-    ColorPage page = {5, 0, {3, 4, 4}, 0, 1, 1, false, false};
-    const ColorNames names = RememberColorNames(page, lists_);
+    ColorPage page = PageOf(5, 0, {3, 4, 4}, false);
     presets_[6] = {};
     Put(0, u"New");
-    RestoreColorNames(names, lists_, &page);
-    EXPECT_EQ(page.presetItem, 0);
-    EXPECT_EQ(page.treatmentItems[0], 4);  // behind the new one
-    EXPECT_EQ(page.treatmentItems[1], 2);  // value 3
-    EXPECT_EQ(page.treatmentItems[2], 1);  // value 2
+    FindSelectionsAgain(lists_, &page);
+    EXPECT_EQ(page.preset.item, 0);
+    EXPECT_EQ(page.treatments[0].item, 4);  // behind the new one
+    EXPECT_EQ(page.treatments[1].item, 2);  // value 3
+    EXPECT_EQ(page.treatments[2].item, 1);  // value 2
 }
 
 TEST_F(ColorRules, IntentIsStoredWithTheMatchedMode) {
