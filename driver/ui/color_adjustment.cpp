@@ -51,7 +51,7 @@ struct LinearChannel {
 
 LinearChannel Linearize(int balance) {
     const double exponent = 2.2 / (0.5 + 0.05 * (Bounded(balance) + kMostAdjustment));
-    LinearChannel channel;
+    LinearChannel channel = {};
     for (size_t i = 0; i < kAdjustmentSteps; ++i) {
         const double level = std::min(16.0 * static_cast<double>(i), 255.0);
         channel.levels[i] = std::pow(level / 255, exponent);

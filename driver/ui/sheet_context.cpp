@@ -116,9 +116,8 @@ void DestroySheetContext(SheetContext* context) {
 }
 
 void LoadText(const SheetContext& context, UINT id, WCHAR* text, int capacity) {
-    text[0] = 0;
-    if (context.resources) {
-        LoadStringW(context.resources.Get(), id, text, capacity);
+    if (!context.resources || LoadStringW(context.resources.Get(), id, text, capacity) == 0) {
+        *text = 0;
     }
 }
 

@@ -43,8 +43,8 @@ void PressKey(WORD key, std::initializer_list<WORD> modifiers = {});
 void Click(POINT screen, bool right = false);
 POINT MiddleOf(HWND window);  // on the screen
 
-// A step that notes what the front dialog shows in the transcript: a dialog's title, each control of its page in the order of
-// the Tab key, and which buttons of a sheet can be pressed.
+// A step that notes what the front dialog shows in the transcript: a dialog's title, each control of its page in the
+// order of the Tab key, and which buttons of a sheet can be pressed.
 Step Describe(const std::string& title);
 
 // A step that takes a picture of the front dialog: pictures/NAME.png in the test's folder.
