@@ -54,11 +54,11 @@ std::string ContentOf(HWND window) {
 
 std::string StateOf(HWND window) {
     const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
-    if ((style & WS_VISIBLE) == 0) {
-        return "hidden";
-    }
     const std::string content = ContentOf(window);
-    return ((style & WS_DISABLED) != 0 ? "off" : "on") + (content.empty() ? "" : ' ' + content);
+    return std::string((style & WS_VISIBLE) == 0    ? "hidden"
+                       : (style & WS_DISABLED) != 0 ? "off"
+                                                    : "on") +
+           (content.empty() ? "" : ' ' + content);
 }
 
 }  // namespace

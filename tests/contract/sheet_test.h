@@ -63,7 +63,7 @@ Step Type(int edit, const WideText& text);
 // Moves the focus on.
 Step Leave();
 
-// Checks what is seen of a control, and notes it in the transcript: "hidden"; "off" where it can't be used and "on"
+// Checks the state of a control, and notes it in the transcript: "hidden"; "off" where it can't be used and "on"
 // otherwise; after that "checked" or "unchecked", a combo box's selected value, a list's "item 0 of 4", a spin
 // control's "25..400 at 100", and an edit's or label's text.
 Step See(int control, const std::string& expected);
