@@ -1,10 +1,67 @@
 #include "tests/contract/sheet_test.h"
 
+#include <commctrl.h>
+
 #include <utility>
 
 #include "tests/contract/transcript.h"
+#include "tests/driver/changed_devmode.h"
 
 namespace contract {
+namespace {
+
+using velmora::VelmoraDevMode;
+
+WideText ClassOf(HWND window) {
+    WCHAR name[32] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return name;
+}
+
+std::string Number(HWND window, UINT message, WPARAM wParam = 0) {
+    return std::to_string(static_cast<int>(SendMessageW(window, message, wParam, 0)));
+}
+
+std::string ItemValue(HWND comboBox, WPARAM item) {
+    return Number(comboBox, CB_GETITEMDATA, item);
+}
+
+std::string ContentOf(HWND window) {
+    const WideText windowClass = ClassOf(window);
+    if (windowClass == TEXT("ComboBox")) {
+        const LRESULT item = SendMessageW(window, CB_GETCURSEL, 0, 0);
+        return item < 0 ? "nothing" : ItemValue(window, static_cast<WPARAM>(item));
+    }
+    if (windowClass == TEXT("ListBox")) {
+        return "item " + Number(window, LB_GETCURSEL) + " of " + Number(window, LB_GETCOUNT);
+    }
+    if (windowClass == TEXT("ScrollBar")) {
+        return "at " + Number(window, SBM_GETPOS);
+    }
+    if (windowClass == TEXT("msctls_updown32")) {
+        int lowest = 0;
+        int highest = 0;
+        SendMessageW(window, UDM_GETRANGE32, reinterpret_cast<WPARAM>(&lowest), reinterpret_cast<LPARAM>(&highest));
+        return std::to_string(lowest) + ".." + std::to_string(highest) + " at " + Number(window, UDM_GETPOS32);
+    }
+    if (windowClass == TEXT("Button")) {
+        const LRESULT code = SendMessageW(window, WM_GETDLGCODE, 0, 0);
+        const bool isPushButton = (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0;
+        return isPushButton ? "" : SendMessageW(window, BM_GETCHECK, 0, 0) == BST_CHECKED ? "checked" : "unchecked";
+    }
+    return Printable(TextOf(window));
+}
+
+std::string StateOf(HWND window) {
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    const std::string content = ContentOf(window);
+    return std::string((style & WS_VISIBLE) == 0    ? "hidden"
+                       : (style & WS_DISABLED) != 0 ? "off"
+                                                    : "on") +
+           (content.empty() ? "" : ' ' + content);
+}
+
+}  // namespace
 
 LONG SheetTest::ShowDeviceSheet(InstalledPrinter& printer, std::vector<Step> steps, size_t refusedPage) {
     DEVICEPROPERTYHEADER header = {};
@@ -21,19 +78,139 @@ LONG SheetTest::ShowDeviceSheet(InstalledPrinter& printer, std::vector<Step> ste
     return result;
 }
 
-LONG SheetTest::ShowDocumentSheet(InstalledPrinter& printer, std::vector<Step> steps) {
-    DevModeBuffer input = DefaultDevMode(printer, printer.Name());
-    DevModeBuffer output;
+LONG SheetTest::ShowDocumentSheet(InstalledPrinter& printer, std::vector<Step> steps, const VelmoraDevMode& input,
+                                  DevModeBuffer* output) {
+    VelmoraDevMode given = input;
     LONG result = 0;
     RunWithUser(*environment_, std::move(steps), [&] {
-        result = DocumentPropertiesW(nullptr, printer.Handle(), printer.NameArgument(), output.Get(), input.Get(),
-                                     DM_IN_BUFFER | DM_OUT_BUFFER | DM_PROMPT);
+        result = DocumentPropertiesW(nullptr, printer.Handle(), printer.NameArgument(), output->Get(),
+                                     &given.publicPart, DM_IN_BUFFER | DM_OUT_BUFFER | DM_PROMPT);
     });
     return result;
 }
 
+LONG SheetTest::ShowDocumentSheet(InstalledPrinter& printer, std::vector<Step> steps) {
+    DevModeBuffer output;
+    return ShowDocumentSheet(printer, std::move(steps), *DefaultDevMode(printer, printer.Name()).content, &output);
+}
+
+VelmoraDevMode SheetTest::AppliedDevMode(InstalledPrinter& printer) {
+    constexpr int kCollate = 5019;
+    constexpr int kResolutionFlag = 6033;
+    const DevModeBuffer input = DefaultDevMode(printer, printer.Name());
+    DevModeBuffer output;
+    const std::vector<Step> steps = {Press(kCollate),        Press(kCollate),        TurnTo(1),
+                                     Press(kResolutionFlag), Press(kResolutionFlag), InSheet(PSBTN_OK)};
+    EXPECT_EQ(ShowDocumentSheet(printer, steps, *input.content, &output), IDOK);
+    return *output.content;
+}
+
+void SheetTest::RunCases(InstalledPrinter& printer, const std::vector<DocumentCase>& cases) {
+    const VelmoraDevMode base = AppliedDevMode(printer);
+    for (const DocumentCase& c : cases) {
+        SCOPED_TRACE(c.title);
+        Record(c.title);
+        const VelmoraDevMode input = driver_test::With(base, c.settings);
+        std::vector<Step> steps = c.steps;
+        steps.push_back(InSheet(PSBTN_OK));
+        DevModeBuffer output;
+        EXPECT_EQ(ShowDocumentSheet(printer, steps, input, &output), IDOK);
+        const std::string written = Changes(input, *output.content);
+        EXPECT_EQ(written, c.written);
+        Record("  gets " + written);
+    }
+}
+
+std::string Changes(const VelmoraDevMode& before, const VelmoraDevMode& after) {
+    static constexpr std::string_view kIs = " is ";
+    static constexpr std::string_view kFirst = "[0]";
+    std::string text;
+    for (const std::string& line : Differences(before, after)) {
+        const size_t is = line.find(kIs);
+        std::string name = line.substr(0, is);
+        if (name.ends_with(kFirst)) {
+            name.resize(name.size() - kFirst.size());
+        }
+        const size_t value = is + kIs.size();
+        text += (text.empty() ? "" : " ") + name +
+                (is == std::string::npos ? "" : '=' + line.substr(value, line.rfind(", not ") - value));
+    }
+    return text;
+}
+
 Step InSheet(int button) {
     return [button] { PressInSheet(button); };
+}
+
+Step TurnTo(int page) {
+    return [page] {
+        SendMessageW(FrontDialog(), PSM_SETCURSEL, static_cast<WPARAM>(page), 0);
+        // Hosts differ in where the focus is then.
+        SetFocus(GetNextDlgTabItem(FrontPage(), nullptr, FALSE));
+    };
+}
+
+Step Press(int button) {
+    return [button] { PressButton(button); };
+}
+
+Step Choose(int comboBox, int value) {
+    return [=] {
+        const HWND box = Control(comboBox);
+        const LRESULT count = SendMessageW(box, CB_GETCOUNT, 0, 0);
+        for (WPARAM item = 0; item < static_cast<WPARAM>(count); ++item) {
+            if (ItemValue(box, item) == std::to_string(value)) {
+                ChooseItem(comboBox, static_cast<int>(item))();
+                return;
+            }
+        }
+        ADD_FAILURE() << comboBox << " doesn't offer " << value;
+    };
+}
+
+Step ChooseItem(int comboBox, int item) {
+    return [=] {
+        const HWND box = Control(comboBox);
+        EXPECT_EQ(SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(item), 0), item);
+        SendMessageW(FrontPage(), WM_COMMAND, MAKEWPARAM(comboBox, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
+    };
+}
+
+Step Type(int edit, const WideText& text) {
+    return [=] {
+        const HWND window = Control(edit);
+        SetFocus(window);
+        SendMessageW(window, EM_SETSEL, 0, -1);
+        SendMessageW(window, WM_CLEAR, 0, 0);
+        for (const WCHAR character : text) {
+            SendMessageW(window, WM_CHAR, character, 1);
+        }
+    };
+}
+
+Step Leave() {
+    return [] { SendMessageW(FrontPage(), WM_NEXTDLGCTL, 0, 0); };
+}
+
+Step See(int control, const std::string& expected) {
+    return [=] {
+        const std::string seen = StateOf(Control(control));
+        EXPECT_EQ(seen, expected) << "control " << control;
+        Record("  " + std::to_string(control) + ' ' + seen);
+    };
+}
+
+Step SeeOffered(int comboBox, const std::string& expected) {
+    return [=] {
+        const HWND box = Control(comboBox);
+        std::string offered;
+        const LRESULT count = SendMessageW(box, CB_GETCOUNT, 0, 0);
+        for (WPARAM item = 0; item < static_cast<WPARAM>(count); ++item) {
+            offered += (item > 0 ? " " : "") + ItemValue(box, item);
+        }
+        EXPECT_EQ(offered, expected) << "control " << comboBox;
+        Record("  " + std::to_string(comboBox) + " offers " + offered);
+    };
 }
 
 }  // namespace contract

@@ -23,12 +23,51 @@ class SheetTest : public ContractTest {
     // the transcript. The host's result.
     LONG ShowDeviceSheet(InstalledPrinter& printer, std::vector<Step> steps, size_t refusedPage = 0);
 
-    // The document sheet as an application shows it: DocumentPropertiesW with DM_PROMPT, over the printer's default.
-    // What that returns.
+    // The document sheet as an application shows it: DocumentPropertiesW with DM_PROMPT, over a device mode. What that
+    // returns; `output` takes the device mode that the application gets.
+    LONG ShowDocumentSheet(InstalledPrinter& printer, std::vector<Step> steps, const velmora::VelmoraDevMode& input,
+                           DevModeBuffer* output);
+    // The same over the printer's default, of which nothing is kept.
     LONG ShowDocumentSheet(InstalledPrinter& printer, std::vector<Step> steps);
+
+    // What an application gets from pages that were changed and changed back: what each application of them writes is
+    // in it.
+    velmora::VelmoraDevMode AppliedDevMode(InstalledPrinter& printer);
+
+    // A run of the sheet: what its user does and sees, and what the application gets.
+    struct DocumentCase {
+        const char* title;
+        const char* settings;     // of the device mode that the sheet opens with, over AppliedDevMode
+        std::vector<Step> steps;  // OK follows
+        std::string written;      // the Changes that the application gets
+    };
+    void RunCases(InstalledPrinter& printer, const std::vector<DocumentCase>& cases);
 };
 
-// A step that presses a button of a sheet: PSBTN_ (prsht.h).
+// The fields of a device mode that differ from before, in their order: "dmCopies=2 colorAdjust[1]=10 uiCode="7"".
+std::string Changes(const velmora::VelmoraDevMode& before, const velmora::VelmoraDevMode& after);
+
+// Steps. Controls are those of the front page.
+
+// Presses a button of a sheet: PSBTN_ (prsht.h).
 Step InSheet(int button);
+// Turns to a page of a sheet, counted from 0, and to its first control.
+Step TurnTo(int page);
+Step Press(int button);
+// Chooses an item of a combo box as the keyboard does, so that its page is told: the item that has a value, or one by
+// its place from 0.
+Step Choose(int comboBox, int value);
+Step ChooseItem(int comboBox, int item);
+// Types characters in place of an edit's text, and stays in it.
+Step Type(int edit, const WideText& text);
+// Moves the focus on.
+Step Leave();
+
+// Checks the state of a control, and notes it in the transcript: "hidden"; "off" where it can't be used and "on"
+// otherwise; after that "checked" or "unchecked", a combo box's selected value, a list's "item 0 of 4", a spin
+// control's "25..400 at 100", and an edit's or label's text.
+Step See(int control, const std::string& expected);
+// Checks the values that a combo box offers, "263 257", and notes them in the transcript.
+Step SeeOffered(int comboBox, const std::string& expected);
 
 }  // namespace contract

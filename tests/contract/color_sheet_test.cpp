@@ -1,0 +1,260 @@
+// The Color page of the document sheet, its adjustment sheet and its dialogs, as an application shows them.
+#include <string>
+#include <vector>
+
+#include "tests/contract/sheet_test.h"
+#include "tests/contract/transcript.h"
+
+namespace contract {
+namespace {
+
+// Controls of the page.
+constexpr int kAutomatic = 6004;
+constexpr int kVivid = 6006;
+constexpr int kPhoto = 6008;
+constexpr int kMonochrome = 6010;
+constexpr int kManual = 6012;
+constexpr int kPresets = 6013;
+constexpr int kManagePresets = 6014;
+constexpr int kMatched = 6016;
+constexpr int kSetIntent = 6017;
+constexpr int kNone = 6019;
+constexpr int kTextTreatment = 6021;
+constexpr int kImageTreatment = 6025;
+constexpr int kAdjust = 6026;
+constexpr int kResolution = 6028;
+constexpr int kRendering = 6030;
+constexpr int kChoiceA = 6032;
+constexpr int kResolutionFlag = 6033;
+constexpr int kAdvanced = 6034;
+constexpr int kDefaults = 6035;
+
+// Controls of the adjustment sheet.
+constexpr int kSample = 6104;
+constexpr int kBaseColor = 6106;
+constexpr int kBrightnessBar = 6112;
+constexpr int kBrightness = 6113;
+constexpr int kSaturation = 6119;
+constexpr int kContrast = 6125;
+constexpr int kCyanRed = 6135;
+constexpr int kMagentaGreen = 6140;
+constexpr int kYellowBlue = 6145;
+constexpr int kResetAdjustment = 6148;
+constexpr int kGamma = 6204;
+constexpr int kBlack = 6211;
+constexpr int kCyan = 6215;
+constexpr int kMagenta = 6219;
+constexpr int kYellow = 6223;
+
+// Controls of the preset manager and of the intent dialog.
+constexpr int kNames = 6303;
+constexpr int kName = 6306;
+constexpr int kSave = 6307;
+constexpr int kOverwrite = 6308;
+constexpr int kDelete = 6309;
+constexpr int kIntents[] = {6402, 6403, 6404};
+constexpr int kDefaultIntent = 6405;
+
+constexpr int kMessageText = 0xFFFF;
+
+const Step kTurnToColor = TurnTo(1);
+
+// Closes the message in front.
+void CloseMessage() {
+    SendMessageW(FrontDialog(), WM_COMMAND, IDOK, 0);
+}
+
+class ColorSheet : public SheetTest {
+  protected:
+    InstalledPrinter printer_{*environment_, PackageOf("VELMORA-C3200.XPI")};
+};
+
+TEST_F(ColorSheet, WritesModesAndQuality) {
+    const std::vector<DocumentCase> cases = {
+        {"monochrome",
+         "colorChoiceA=3",
+         {kTurnToColor, SeeOffered(kChoiceA, "2 1 3"), See(kChoiceA, "on 3"), Press(kMonochrome),
+          SeeOffered(kChoiceA, "2 1"), See(kChoiceA, "on 1")},
+         "dmColor=1 colorPreset=4 colorAuto=0 colorChoiceA=1"},
+        {"opened in monochrome",
+         "colorPreset=4 colorChoiceA=3 colorAuto=0 dmColor=1",
+         {kTurnToColor, SeeOffered(kChoiceA, "2 1"), See(kChoiceA, "on 1"), Press(kVivid),
+          SeeOffered(kChoiceA, "2 1 3")},
+         "dmColor=2 colorPreset=2 colorAuto=1 colorChoiceA=1"},
+        {"manual",
+         "",
+         {kTurnToColor, See(kPresets, "off 0"), See(kManagePresets, "off"), Press(kManual), See(kPresets, "on 0"),
+          See(kManagePresets, "on"), See(kSetIntent, "off")},
+         "colorPreset=5 colorPresetName=\"Custom\""},
+        {"matched",
+         "",
+         {kTurnToColor, Press(kMatched), See(kSetIntent, "on"), See(kPresets, "off 0")},
+         "dmICMMethod=2 colorPreset=6"},
+        {"no longer matched",
+         "colorPreset=6 dmICMMethod=2",
+         {kTurnToColor, Press(kPhoto)},
+         "dmICMMethod=1 colorPreset=3"},
+        {"no matching", "", {kTurnToColor, Press(kNone)}, "colorPreset=7"},
+        {"quality",
+         "uiPageLayout=2 pagesPerSheet=2 uiFlagE=1 uiChoice=3",
+         {kTurnToColor, SeeOffered(kResolution, "0 1 2"), Choose(kResolution, 0), SeeOffered(kRendering, "1 2 3 4"),
+          Choose(kRendering, 3), Choose(kChoiceA, 2), Press(kResolutionFlag)},
+         "dmPrintQuality=300 dmYResolution=300 resolutionId=300 layoutMode=3 nupBorderWidth=3 marginValue=59 "
+         "colorRendering=3 colorChoiceA=2 resolutionIndex=0 resolutionFlag=1"},
+        {"a treatment for each kind of objects",
+         "",
+         {kTurnToColor, Press(kAdvanced), See(kManual, "hidden unchecked"), SeeOffered(kTextTreatment, "1 2 3"),
+          See(kTextTreatment, "on 1"), Choose(kTextTreatment, 3), Choose(kImageTreatment, 1)},
+         "colorFlagB=1 objectColor.mode=3 objectColor.mode[2]=1 objectPresetNames=\"Vivid\" "
+         "objectPresetNames[2]=\"Deep\""},
+        {"defaults",
+         "colorPreset=6 dmICMMethod=2 colorChoiceA=2 colorRendering=4 resolutionFlag=1 resolutionIndex=2",
+         {kTurnToColor, Press(kAdvanced), Press(kDefaults), See(kAutomatic, "on checked"), See(kResolution, "on 1"),
+          See(kRendering, "on 1"), See(kChoiceA, "on 1"), See(kSetIntent, "off")},
+         "dmICMMethod=1 colorPreset=1 colorRendering=1 colorChoiceA=1 resolutionIndex=1 resolutionFlag=0"},
+    };
+    RunCases(printer_, cases);
+}
+
+TEST_F(ColorSheet, AdjustsByItsSheet) {
+    const std::vector<DocumentCase> cases = {
+        {"both pages",
+         "",
+         {kTurnToColor,
+          Press(kManual),
+          Press(kAdjust),
+          Choose(kSample, 2),
+          Choose(kBaseColor, 4),
+          Type(kBrightness, TEXT("-9")),
+          See(kBrightnessBar, "on at -9"),
+          Type(kSaturation, TEXT("2")),
+          Type(kContrast, TEXT("44")),
+          Leave(),
+          See(kContrast, "on 10"),
+          Type(kCyanRed, TEXT("4")),
+          Type(kMagentaGreen, TEXT("-5")),
+          Type(kYellowBlue, TEXT("6")),
+          TurnTo(1),
+          Press(kGamma),
+          Type(kBlack, TEXT("1")),
+          Type(kCyan, TEXT("-2")),
+          Type(kMagenta, TEXT("3")),
+          Type(kYellow, TEXT("-4")),
+          InSheet(PSBTN_OK)},
+         "colorPreset=5 colorAdjust=-9 colorAdjust[1]=10 colorAdjust[2]=2 colorChoiceB=4 colorBalance=4 "
+         "colorBalance[1]=-5 colorBalance[2]=6 colorFlagA=0 colorLevels=1 colorLevels[1]=-2 colorLevels[2]=3 "
+         "colorLevels[3]=-4 colorPresetName=\"Custom\" outputSetting=2"},
+        {"the toners alone",
+         "",
+         {kTurnToColor, Press(kAdjust), Type(kYellow, TEXT("7")), InSheet(PSBTN_OK)},
+         "colorLevels[3]=7"},
+        {"reset",
+         "colorPreset=5 colorAdjust=5 colorChoiceB=1",
+         {kTurnToColor, Press(kAdjust), See(kBrightness, "on 5"), Press(kResetAdjustment), See(kBrightness, "on 0"),
+          See(kBaseColor, "on 3"), InSheet(PSBTN_OK)},
+         "colorAdjust=0 colorChoiceB=3 colorPresetName=\"Custom\""},
+        {"cancelled",
+         "colorPreset=5",
+         {kTurnToColor, Press(kAdjust), Type(kBrightness, TEXT("5")), InSheet(PSBTN_CANCEL)},
+         ""},
+    };
+    RunCases(printer_, cases);
+}
+
+TEST_F(ColorSheet, KeepsPresets) {
+    std::vector<Step> save = {kTurnToColor, Press(kManual), Press(kAdjust), Type(kBrightness, TEXT("5")),
+                              InSheet(PSBTN_OK)};
+    for (WCHAR digit = '0'; digit <= '9'; ++digit) {
+        save.insert(save.end(), {Press(kManagePresets), See(kSave, digit == '0' ? "off" : "on"),
+                                 Type(kName, WideText(TEXT("Preset ")) + digit), See(kSave, "on"), Press(kSave)});
+    }
+    save.insert(save.end(),
+                {See(kPresets, "on 0"), SeeOffered(kPresets, "0 5 5 5 5 5 5 5 5 5 5"), Press(kManagePresets),
+                 See(kNames, "on item 0 of 10"), Type(kName, TEXT("Another")), See(kSave, "off"), Press(IDCANCEL)});
+    const std::vector<DocumentCase> cases = {
+        {"ten are saved", "", save, "colorPreset=5 colorAdjust=5 colorPresetName=\"Custom\""},
+        {"one is chosen",
+         "",
+         {kTurnToColor, Press(kManual), ChooseItem(kPresets, 3), See(kManagePresets, "off")},
+         "colorPreset=5 colorAdjust=5 colorPresetName=\"Preset 2\""},
+        {"one treats images",
+         "",
+         {kTurnToColor, Press(kAdvanced), SeeOffered(kImageTreatment, "1 2 3 5 5 5 5 5 5 5 5 5 5"),
+          ChooseItem(kImageTreatment, 4)},
+         "colorFlagB=1 objectColor.mode[2]=5 objectColor[2].values=5 objectColor[2].values[3]=3 "
+         "objectPresetNames[2]=\"Preset 1\""},
+        {"a name that there is, and one that is too long",
+         "colorPreset=5",
+         {kTurnToColor, Press(kManagePresets), Press(kDelete), See(kNames, "on item 0 of 9"),
+          Type(kName, TEXT("Preset 9")), Press(kSave),
+          See(kMessageText, "on There already is a preset with this name. Enter another name."), CloseMessage,
+          See(kName, "on Preset 9"), Type(kName, TEXT("abcdefghijk")), See(kName, "on abcdefghij"), Press(kSave)},
+         "colorPresetName=\"Custom\""},
+        {"overwritten",
+         "colorPreset=5 colorAdjust=7",
+         {kTurnToColor, Press(kManagePresets), [] { SelectInList(kNames, 0); }, Press(kOverwrite),
+          ChooseItem(kPresets, 1)},
+         "colorPresetName=\"abcdefghij\""},
+        {"the values that were put over it",
+         "",
+         {kTurnToColor, Press(kManual), ChooseItem(kPresets, 1)},
+         "colorPreset=5 colorAdjust=7 colorPresetName=\"abcdefghij\""},
+    };
+    RunCases(printer_, cases);
+}
+
+TEST_F(ColorSheet, StoresTheIntent) {
+    const std::vector<DocumentCase> cases = {
+        {"chosen",
+         "dmICMIntent=3",
+         {kTurnToColor, Press(kMatched), Press(kSetIntent), See(kIntents[2], "on checked"), Press(kIntents[0]),
+          Press(IDOK)},
+         "dmICMMethod=2 dmICMIntent=1 colorPreset=6"},
+        {"the default, at once",
+         "colorPreset=6 dmICMIntent=1",
+         {kTurnToColor, Press(kSetIntent), See(kIntents[0], "on checked"), Press(kDefaultIntent),
+          See(kIntents[1], "on checked"), Press(IDCANCEL)},
+         "dmICMMethod=2 dmICMIntent=2"},
+        {"cancelled",
+         "colorPreset=6 dmICMIntent=1",
+         {kTurnToColor, Press(kSetIntent), Press(kIntents[2]), Press(IDCANCEL)},
+         ""},
+    };
+    RunCases(printer_, cases);
+}
+
+TEST_F(ColorSheet, InEveryLanguage) {
+    for (const Language& language : kLanguages) {
+        SCOPED_TRACE(language.name);
+        Record(language.name);
+        environment_->SetLanguage(language.id);
+        std::vector<Step> steps = {kTurnToColor};
+        const auto act = [&](std::vector<Step> more) { steps.insert(steps.end(), more.begin(), more.end()); };
+        const auto picture = [&](const char* name) {
+            return TakePicture(*environment_, std::string(name) + '-' + language.name);
+        };
+        const auto look = [&](const char* name) { act({Describe(name), picture(name)}); };
+        look("color");
+        act({Press(kManual), Press(kAdjust)});
+        look("adjustment");
+        act({TurnTo(1)});
+        look("toners");
+        // Of ten bytes in the language's code page.
+        const bool isJapanese = language.id == 0x0411;
+        act({InSheet(PSBTN_OK), Press(kManagePresets),
+             Type(kName, isJapanese ? TEXT("\u3042\u3044\u3046\u3048\u304A\u304B") : TEXT("Warm colours")),
+             See(kName, isJapanese ? "on \\u3042\\u3044\\u3046\\u3048\\u304A" : "on Warm colou"),
+             Type(kName, TEXT("Warm")), Press(kSave), Press(kManagePresets)});
+        look("presets");
+        act({Press(kSave), picture("presets-message"), CloseMessage, Press(kDelete), Press(IDCANCEL),
+             Press(kAdvanced)});
+        look("color-advanced");
+        act({Press(kAdvanced), Press(kMatched), Press(kSetIntent)});
+        look("intent");
+        act({Press(IDOK), InSheet(PSBTN_OK)});
+        EXPECT_EQ(ShowDocumentSheet(printer_, steps), IDOK);
+    }
+}
+
+}  // namespace
+}  // namespace contract
