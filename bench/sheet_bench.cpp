@@ -62,7 +62,7 @@ SheetBench::SheetBench(host::Machine& machine) : machine_(machine) {
 void SheetBench::RegisterPageWorks() {
     VelmoraDevMode devMode;
     BuildDefaultDevMode(printer_.Get(), TEXT(""), &devMode);
-    InitPaperChoices(&choices_, devMode, {7, 1, 1, 0}, false);
+    InitPaperChoices(&choices_, &devMode, {7, 1, 1, 0}, false);
     RegisterWork(kPaperPass, [this] { UpdatePaperDependencies(&choices_, kEveryChange); });
     const ColorAdjustment values = {3, 4, -3, 5, 2, -6, 7};
     RegisterWork(kAdjustmentTable, [this, values] { BuildAdjustmentTable(values, &table_); });

@@ -30,6 +30,9 @@ int StepsOf(UINT message, WPARAM wParam) {
 LRESULT CALLBACK FilterProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
     const HWND dialog = GetParent(edit);
     const SheetContext* const context = ContextOf(dialog);
+    if (!context) {  // freed while the edit is still there, and with it what stood behind the filter
+        return DefWindowProcW(edit, message, wParam, lParam);
+    }
     const auto* const filter = reinterpret_cast<const EditFilter*>(GetWindowLongPtrW(edit, GWLP_USERDATA));
     if ((message == WM_CHAR || message == WM_IME_CHAR) && !IsAllowed(*context, *filter, static_cast<WCHAR>(wParam))) {
         return 0;

@@ -53,12 +53,6 @@ void ShowDetails(HWND dialog, const LayoutDetails& details) {
     SelectComboByData(dialog, kBorderStyle, details.borderStyle.selected);
 }
 
-void TakeShift(HWND dialog, const NumberControl& control, NumberField* shift) {
-    const auto position = static_cast<int>(SendDlgItemMessageW(dialog, control.spin, UDM_GETPOS32, 0, 0));
-    SetNumber(shift, position);
-    TakeNumber(dialog, control, shift);
-}
-
 // What the controls show.
 LayoutDetails ReadDetails(HWND dialog, const SheetContext& context) {
     LayoutDetails details = StartLayoutDetails(context.paper);
@@ -68,8 +62,8 @@ LayoutDetails ReadDetails(HWND dialog, const SheetContext& context) {
             details.binding = static_cast<uint16_t>(i);
         }
     }
-    TakeShift(dialog, kShiftX, &details.shiftX);
-    TakeShift(dialog, kShiftY, &details.shiftY);
+    TakeNumber(dialog, kShiftX, &details.shiftX);
+    TakeNumber(dialog, kShiftY, &details.shiftY);
     details.isBorder = IsChecked(dialog, kBorder);
     SelectChoice(&details.borderStyle, GetComboData(dialog, kBorderStyle));
     return details;

@@ -6,6 +6,13 @@
 #include "driver/ui/controls.h"
 
 namespace velmora {
+namespace {
+
+int PositionOf(HWND dialog, int spin) {
+    return static_cast<int>(SendDlgItemMessageW(dialog, spin, UDM_GETPOS32, 0, 0));
+}
+
+}  // namespace
 
 void InitNumber(HWND dialog, const NumberControl& control, const NumberField& field) {
     UDACCEL steps = {0, 1};
@@ -15,8 +22,13 @@ void InitNumber(HWND dialog, const NumberControl& control, const NumberField& fi
 }
 
 void ShowNumber(HWND dialog, const NumberControl& control, const NumberField& field) {
-    SendDlgItemMessageW(dialog, control.spin, UDM_SETRANGE32, static_cast<WPARAM>(field.lowest), field.highest);
-    UpdateControlText(dialog, control.edit, field.text);
+    // The spin control puts its position into the edit, which the page may take into the field.
+    const NumberField shown = field;
+    SendDlgItemMessageW(dialog, control.spin, UDM_SETRANGE32, static_cast<WPARAM>(shown.lowest), shown.highest);
+    if (PositionOf(dialog, control.spin) != shown.position) {
+        SendDlgItemMessageW(dialog, control.spin, UDM_SETPOS32, 0, shown.position);
+    }
+    UpdateControlText(dialog, control.edit, shown.text);
 }
 
 bool TakeNumber(HWND dialog, const NumberControl& control, NumberField* field) {
@@ -25,6 +37,7 @@ bool TakeNumber(HWND dialog, const NumberControl& control, NumberField* field) {
     if (TextsEqual<WCHAR>(text, field->text)) {
         return false;
     }
+    field->position = PositionOf(dialog, control.spin);
     TypeNumber(field, text);
     return true;
 }

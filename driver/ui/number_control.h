@@ -15,11 +15,12 @@ struct NumberControl {
 // Opens both: at most three characters, steps of one, the field's range and text.
 void InitNumber(HWND dialog, const NumberControl& control, const NumberField& field);
 
-// Shows the field's range and text; the spin control's position is the number in the edit.
+// Shows the field's range, position and text. A position that isn't the text is the edit's text in between, of which
+// the dialog is told as of any other.
 void ShowNumber(HWND dialog, const NumberControl& control, const NumberField& field);
 
-// Takes what stands in the edit into the field, and the spin control's position where that is no number of the range.
-// Returns whether the text is another than before.
+// Takes what stands in the edit into the field: its text and, where that is no number of the range, the spin control's
+// position. Returns whether the text is another than the field's, which stays as it is otherwise.
 bool TakeNumber(HWND dialog, const NumberControl& control, NumberField* field);
 
 }  // namespace velmora

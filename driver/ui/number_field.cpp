@@ -69,4 +69,15 @@ void SettleNumber(NumberField* field, int lowest, int highest) {
     }
 }
 
+int ApplyNumber(NumberField* field, int lowest, int highest, int otherwise) {
+    int number = otherwise;
+    ReadNumber(field->text, &number);
+    number = std::clamp(number, lowest, highest);
+    ShowNumber(field, number);
+    if (number >= field->lowest && number <= field->highest) {
+        field->position = number;
+    }
+    return number;
+}
+
 }  // namespace velmora

@@ -33,4 +33,8 @@ void TypeNumber(NumberField* field, const WCHAR* text);
 // the nearest, any other text as the spin control's position. These limits may be wider than the spin control's range.
 void SettleNumber(NumberField* field, int lowest, int highest);
 
+// The number that an edit holds, limited, or `otherwise` where it holds none. That is what the edit shows then; the
+// spin control follows where its range has it.
+int ApplyNumber(NumberField* field, int lowest, int highest, int otherwise);
+
 }  // namespace velmora

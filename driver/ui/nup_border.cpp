@@ -3,8 +3,7 @@
 namespace velmora {
 namespace {
 
-// Values of layoutMode.
-constexpr uint16_t kNoBorder = 0;
+// Values of layoutMode, beside kNoBorder.
 constexpr uint16_t kBorder = 1;
 constexpr uint16_t kBorderAndMargin = 3;
 

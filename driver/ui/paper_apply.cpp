@@ -35,12 +35,6 @@ constexpr LayoutFields kLayoutFields[] = {
     {kPoster2x2, 1, 2, 1, 1}, {kPoster3x3, 1, 3, 1, 1}, {kPoster4x4, 1, 4, 1, 1},
 };
 
-// The number that an edit holds, within limits; `otherwise` where it holds none.
-int NumberOf(const NumberField& field, int lowest, int highest, int otherwise) {
-    int number = 0;
-    return ReadNumber(field.text, &number) ? std::clamp(number, lowest, highest) : otherwise;
-}
-
 // The dmMediaType of a medium. The usual medium, and one that the model doesn't have, is the model's default one, as in
 // a new device mode.
 uint32_t MediaTypeOf(const DeviceModel* model, uint32_t medium) {
@@ -55,12 +49,6 @@ uint32_t MediaTypeOf(const DeviceModel* model, uint32_t medium) {
         }
     }
     return DMMEDIA_STANDARD;
-}
-
-// Copies a text into a field of five bytes, the last 0 and those after the text too.
-void StoreCode(const char* text, char (&field)[5]) {
-    std::fill(std::begin(field), std::end(field), '\0');
-    CopyText(field, sizeof(field), text);
 }
 
 // The steps of applying.
@@ -97,25 +85,23 @@ void ApplyCode(const PaperChoices& page, PrivateDevMode* own) {
 }
 
 void ApplyCopies(PaperChoices* page, VelmoraDevMode* devMode) {
-    const int copies = NumberOf(page->copies, 1, kMostCopies, 1);
-    SetNumber(&page->copies, copies);
-    devMode->publicPart.dmCopies = static_cast<short>(copies);
+    devMode->publicPart.dmCopies = static_cast<short>(ApplyNumber(&page->copies, 1, kMostCopies, 1));
     devMode->publicPart.dmCollate = page->collate.isChecked ? DMCOLLATE_TRUE : DMCOLLATE_FALSE;
     devMode->privatePart.collateCopy = page->collate.isChecked;
 }
 
 // A percentage beyond the limits, which Enter can bring here, is limited: no device mode with it is valid.
-void ApplyZoom(const PaperChoices& page, VelmoraDevMode* devMode) {
+void ApplyZoom(PaperChoices* page, VelmoraDevMode* devMode) {
     PrivateDevMode& own = devMode->privatePart;
-    own.uiZoomOn = page.zoom.isChecked;
-    own.uiZoomPercent = static_cast<uint16_t>(NumberOf(page.zoomPercent, kLeastZoom, kMostZoom, kUsualZoom));
-    if (page.zoom.isChecked) {
+    own.uiZoomOn = page->zoom.isChecked;
+    own.uiZoomPercent = static_cast<uint16_t>(ApplyNumber(&page->zoomPercent, kLeastZoom, kMostZoom, kUsualZoom));
+    if (page->zoom.isChecked) {
         own.scaleMode = kScaleZoomTopLeft;
         own.scaleValue = static_cast<int16_t>(own.uiZoomPercent);
         return;
     }
     own.scaleMode = kScaleFitTopLeft;
-    if (page.fitPaper.selected == kNoFitPaper && own.scaleValue == devMode->publicPart.dmPaperSize) {
+    if (page->fitPaper.selected == kNoFitPaper && own.scaleValue == devMode->publicPart.dmPaperSize) {
         own.scaleMode = kNoScaling;
         own.scaleValue = kNoScaleValue;
         own.scaleWidth = 0;
@@ -163,19 +149,24 @@ void ApplyLayout(const PaperChoices& page, PrivateDevMode* own) {
 
 void ApplyPaperChoices(PaperChoices* choices, const PaperApplication& application, VelmoraDevMode* devMode) {
     PrivateDevMode& own = devMode->privatePart;
-    WritePageDetails(choices->details, &own);
+    WritePageDetails(*choices, ReadPageDetails(own), &own);
     ApplyPaper(*choices, application, &devMode->publicPart);
     ApplyFitPaper(*choices, devMode);
     ApplySourceAndMedium(*choices, application.model, devMode);
     ApplyCode(*choices, &own);
     ApplyCopies(choices, devMode);
-    ApplyZoom(*choices, devMode);
+    ApplyZoom(choices, devMode);
     ApplyOrientation(*choices, devMode);
     ApplyDuplex(*choices, devMode);
     ApplyFlags(*choices, application.label, &own);
     ApplyLayout(*choices, &own);
     ApplyBorderRule(&own, application.resolutionIndex);
     choices->details = ReadPageDetails(own);
+}
+
+void StoreCode(const char* text, char (&field)[5]) {
+    const size_t length = WholeCharacters(text, std::min(TextLength(text), sizeof(field) - 1));
+    std::fill(std::copy_n(text, length, field), std::end(field), '\0');
 }
 
 uint16_t NupOrderOf(uint32_t pageOrder) {

@@ -24,7 +24,7 @@ inline constexpr uint32_t kUsualSource = 263;
 
 // Media (uiMediaValue) that have rules of their own. The others are 2 to 9.
 inline constexpr uint32_t kUsualMedium = 0;
-inline constexpr uint32_t kOfficeMedium = 1;     // offered with A3, A4 and Letter alone
+inline constexpr uint32_t kOfficeMedium = 1;     // of A3, A4 and Letter, and of pages that are fitted to A4 or Letter
 inline constexpr uint32_t kPostcardMedium = 10;  // offered with postcards
 
 // Page layouts: 1, 2 and 4 pages on a sheet, or a page on 2 x 2, 3 x 3 and 4 x 4 sheets.

@@ -161,7 +161,7 @@ void RefillSourcesForMedium(Update& update) {
                     isCassettePaper ? kCassette : kUsualSource);
 }
 
-// Media of papers that can be printed on both sides.
+// Media of papers that can be printed on both sides, whatever they are fitted to.
 ChoiceSource MediaBySides(const PaperChoices& page, const ChoiceSource& onOneSide) {
     if (page.duplex.isChecked) {
         return {BothSidesMediaOf(page), 0};
@@ -181,10 +181,7 @@ ChoiceSource OfferedMedia(const Update& update) {
     const PaperChoices& page = update.page;
     switch (update.Paper()) {
         case DMPAPER_A4:
-            if (page.isJapanese && update.Fit() == DMPAPER_JAPANESE_POSTCARD) {
-                return {kMedia, 2};
-            }
-            [[fallthrough]];
+            return MediaBySides(page, {kMedia, update.Fit() == DMPAPER_JAPANESE_POSTCARD ? 2u : 1u});
         case DMPAPER_LETTER:
         case DMPAPER_A3:
             return MediaBySides(page, {kMedia, 1});
@@ -250,7 +247,6 @@ void RefillLayouts(Update& update) {
                            (update.Paper() == DMPAPER_A4 && update.Fit() == DMPAPER_JAPANESE_POSTCARD);
     const bool isOnBothSides = page.duplex.isChecked || page.flagB.isChecked;
     RefillChoices(&page.layout, {kPageLayouts, isOnePage ? kOnePageOnly : LayoutFilterOf(page, isOnBothSides)});
-    page.redraws |= kRedrawPreview;
 }
 
 void ShowAndProposeZoom(Update& update) {
@@ -350,7 +346,9 @@ void FollowFlagB(Update& update) {
     if (page.flagB.isChecked) {
         ClearDuplex(&page);
         page.flagC.isEnabled = true;
-        OfferPapers(&page, page.isJapanese ? kEveryChoice : 1, true);
+        if (!page.isJapanese) {
+            OfferPapers(&page, 1, true);
+        }
     } else {
         EnableDuplex(&page, page.duplexUnit == DuplexUnit::kInstalled);
         ClearBox(&page.flagC);

@@ -161,18 +161,14 @@ void ShowChoices(HWND dialog, const SheetContext& context, const PaperChoices* b
     EnableControl(dialog, kDetails, choices.isDetailsEnabled);
 }
 
-// Repaints what the record asks for.
-void Redraw(HWND dialog, PaperChoices* choices) {
-    constexpr struct {
-        uint8_t redraw;
-        int control;
-    } kPlaces[] = {{kRedrawPreview, kPreview}, {kRedrawCollate, kCollatePicture}, {kRedrawFlagC, kFlagCControl}};
-    for (const auto& place : kPlaces) {
-        if ((choices->redraws & place.redraw) != 0) {
-            InvalidateControl(dialog, place.control);
-        }
+// Repaints the pictures that aren't as before.
+void RedrawPictures(HWND dialog, const PaperChoices& before, const PaperChoices& now) {
+    if (PreviewOf(before, before.details.uiPageOrder) != PreviewOf(now, now.details.uiPageOrder)) {
+        InvalidateControl(dialog, kPreview);
     }
-    choices->redraws = 0;
+    if (before.collate.isChecked != now.collate.isChecked) {
+        InvalidateControl(dialog, kCollatePicture);
+    }
 }
 
 // Takes what the controls show into the record.
@@ -184,9 +180,8 @@ void ReadCode(HWND dialog, char (&code)[5]) {
     char bytes[kMostBytes * sizeof(code)] = {};
     const auto length = static_cast<int>(GetDlgItemTextW(dialog, kCodeControl, text, ARRAYSIZE(text)));
     const int count = WideCharToMultiByte(CP_ACP, 0, text, length, bytes, sizeof(bytes) - 1, nullptr, nullptr);
-    bytes[WholeCharacters(bytes, std::min(static_cast<size_t>(count), sizeof(code) - 1))] = 0;
-    std::fill(std::begin(code), std::end(code), '\0');
-    CopyText<char>(code, sizeof(code), bytes);
+    bytes[count] = 0;
+    StoreCode(bytes, code);
 }
 
 bool TakeCode(HWND dialog, PaperChoices* choices) {
@@ -307,18 +302,19 @@ void UpdateSettingsSummary(HWND dialog, const SheetContext& context) {
 
 // After every change: other pages look at the device mode for what the page's dialogs edit.
 void ShowChange(HWND dialog, SheetContext* context, const PaperChoices& before) {
-    WritePageDetails(context->paper.details, &context->devMode->privatePart);
+    WritePageDetails(context->paper, before.details, &context->devMode->privatePart);
     ShowChoices(dialog, *context, &before);
-    Redraw(dialog, &context->paper);
+    RedrawPictures(dialog, before, context->paper);
     UpdateSettingsSummary(dialog, *context);
 }
 
 BOOL InitPaperPage(HWND dialog, SheetContext* context) {
     SetOwnTexts(dialog, kTexts);
     PaperChoices& choices = context->paper;
-    InitPaperChoices(&choices, *context->devMode, context->deviceInfo, context->locale.language == LANG_JAPANESE);
+    PrivateDevMode& own = context->devMode->privatePart;
+    InitPaperChoices(&choices, context->devMode, context->deviceInfo, context->locale.language == LANG_JAPANESE);
     UpdatePaperDependencies(&choices, kOpening);
-    choices.redraws = 0;
+    WritePageDetails(choices, ReadPageDetails(own), &own);
     for (const NumberEdit& row : kNumbers) {
         InitNumber(dialog, row.control, choices.*row.field);
     }
@@ -365,19 +361,11 @@ bool SettleEdit(int edit, PaperChoices* choices) {
     return false;
 }
 
-bool EditDetails(HWND dialog, SheetContext* context) {
-    if (!RunLayoutDetailsDialog(dialog, context)) {
-        return false;
-    }
-    context->paper.redraws |= kRedrawPreview;
-    return true;
-}
-
 void OnPaperCommand(HWND dialog, SheetContext* context, int id, int code) {
     const PaperChoices before = context->paper;
     const PaperCommand* const command = FindPaperCommand(id, code);
     const bool isChange = command                                ? TakeCommand(dialog, context, *command)
-                          : id == kDetails && code == BN_CLICKED ? EditDetails(dialog, context)
+                          : id == kDetails && code == BN_CLICKED ? RunLayoutDetailsDialog(dialog, context)
                           : code == EN_KILLFOCUS                 ? SettleEdit(id, &context->paper)
                                                                  : false;
     if (isChange) {
@@ -405,10 +393,17 @@ void ApplyPaperPage(HWND dialog, SheetContext* context) {
     CommitPage(context, kPaperSlot);
 }
 
-// Other pages may have changed what this one depends on and what its summary says.
+// Other pages may have changed what this one depends on, and what its summary says.
 void ActivatePaperPage(HWND dialog, SheetContext* context) {
+    PrivateDevMode& own = context->devMode->privatePart;
+    const uint32_t changes = TakeStaleMark(&own);
+    if (changes == 0) {
+        UpdateSettingsSummary(dialog, *context);
+        return;
+    }
     const PaperChoices before = context->paper;
-    UpdatePaperDependencies(&context->paper, TakeStaleMark(&context->devMode->privatePart));
+    context->paper.details = ReadPageDetails(own);
+    UpdatePaperDependencies(&context->paper, changes);
     ShowChange(dialog, context, before);
 }
 

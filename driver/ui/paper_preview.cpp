@@ -42,6 +42,11 @@ const WCHAR* LettersOf(uint32_t layout, size_t order) {
 
 }  // namespace
 
+PreviewSheet PreviewOf(const PaperChoices& choices, size_t order) {
+    return {choices.layout.selected,    order, choices.details.uiBinding, choices.isLandscape, choices.duplex.isChecked,
+            choices.rotate180.isChecked};
+}
+
 PreviewNames NamePreview(const PreviewSheet& sheet) {
     PreviewNames names = {};
     const WCHAR* const orientation = sheet.isLandscape ? TEXT("LAND") : TEXT("PORT");
@@ -79,9 +84,7 @@ void PaintPaperPreview(HWND dialog, SheetContext* context, HDC target) {
     const PaperChoices& choices = context->paper;
     const size_t order =
         TakePreviewOrder(choices.layout.selected, choices.details.uiPageOrder, &context->previewOrders);
-    const PreviewNames names =
-        NamePreview({choices.layout.selected, order, choices.details.uiBinding, choices.isLandscape,
-                     choices.duplex.isChecked, choices.rotate180.isChecked});
+    const PreviewNames names = NamePreview(PreviewOf(choices, order));
     const OwnedModule pictures = LoadImageModule(*context);
     DrawBitmapInControl(dialog, target, pictures.Get(), names.sheet, kPreview, true);
     if (names.edge[0] != 0) {

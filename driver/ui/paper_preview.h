@@ -19,7 +19,11 @@ struct PreviewSheet {
     bool isLandscape;
     bool isDuplex;
     bool isRotated;
+
+    bool operator==(const PreviewSheet&) const = default;
 };
+
+PreviewSheet PreviewOf(const PaperChoices& choices, size_t order);
 
 // Bitmaps of the module with the pictures.
 struct PreviewNames {

@@ -11,24 +11,24 @@ namespace velmora {
 namespace {
 
 constexpr PaperCommand kCommands[] = {
-    {kPaperControl, CBN_SELCHANGE, kPaperChanged, 0},
-    {kFitPaperControl, CBN_SELCHANGE, kFitPaperChanged, 0},
-    {kSourceControl, CBN_SELCHANGE, kSourceChanged, 0},
-    {kMediumControl, CBN_SELCHANGE, kMediumChanged, 0},
-    {kFlagAControl, BN_CLICKED, kFlagAChanged, 0},
-    {kCodeControl, EN_CHANGE, 0, 0},
-    {kCopiesControl, EN_CHANGE, 0, 0},
-    {kCollateControl, BN_CLICKED, 0, kRedrawCollate},
-    {kZoomControl, BN_CLICKED, kZoomChanged, 0},
-    {kZoomPercentControl, EN_CHANGE, 0, 0},
-    {kPortraitControl, BN_CLICKED, 0, kRedrawPreview},
-    {kLandscapeControl, BN_CLICKED, 0, kRedrawPreview},
-    {kRotate180Control, BN_CLICKED, 0, kRedrawPreview},
-    {kDuplexControl, BN_CLICKED, kDuplexChanged, kRedrawPreview},
-    {kFlagBControl, BN_CLICKED, kFlagBChanged, kRedrawPreview | kRedrawFlagC},
-    {kFlagCControl, BN_CLICKED, 0, 0},
-    {kLayoutControl, CBN_SELCHANGE, kLayoutChanged, kRedrawPreview},
-    {kPaperDefaultsControl, BN_CLICKED, kEveryChange, kRedrawPreview | kRedrawCollate},
+    {kPaperControl, CBN_SELCHANGE, kPaperChanged},
+    {kFitPaperControl, CBN_SELCHANGE, kFitPaperChanged},
+    {kSourceControl, CBN_SELCHANGE, kSourceChanged},
+    {kMediumControl, CBN_SELCHANGE, kMediumChanged},
+    {kFlagAControl, BN_CLICKED, kFlagAChanged},
+    {kCodeControl, EN_CHANGE, 0},
+    {kCopiesControl, EN_CHANGE, 0},
+    {kCollateControl, BN_CLICKED, 0},
+    {kZoomControl, BN_CLICKED, kZoomChanged},
+    {kZoomPercentControl, EN_CHANGE, 0},
+    {kPortraitControl, BN_CLICKED, 0},
+    {kLandscapeControl, BN_CLICKED, 0},
+    {kRotate180Control, BN_CLICKED, 0},
+    {kDuplexControl, BN_CLICKED, kDuplexChanged},
+    {kFlagBControl, BN_CLICKED, kFlagBChanged},
+    {kFlagCControl, BN_CLICKED, 0},
+    {kLayoutControl, CBN_SELCHANGE, kLayoutChanged},
+    {kPaperDefaultsControl, BN_CLICKED, kEveryChange},
 };
 
 // The choices of a device mode, list by list.
@@ -43,7 +43,7 @@ ChoiceSource InitialFitPapers(const PaperChoices& page, const VelmoraDevMode& de
     const ChoiceEntry* const papers = FitPapersOf(page);
     switch (page.paper.selected) {
         case DMPAPER_A4:
-            return {papers, page.isJapanese ? kEveryChoice : 1};
+            return {papers, page.isJapanese && !page.hasSecondTray ? kEveryChoice : 1};
         case DMPAPER_ENV_10:
             return {papers, 4};
         case DMPAPER_ENV_DL:
@@ -57,20 +57,25 @@ ChoiceSource InitialFitPapers(const PaperChoices& page, const VelmoraDevMode& de
     }
 }
 
-void InitLists(PaperChoices* page, const VelmoraDevMode& devMode) {
-    const PrivateDevMode& own = devMode.privatePart;
-    page->paper.selected = static_cast<uint32_t>(devMode.publicPart.dmPaperSize);
+void InitLists(PaperChoices* page, VelmoraDevMode* devMode) {
+    PrivateDevMode& own = devMode->privatePart;
+    page->paper.selected = static_cast<uint32_t>(devMode->publicPart.dmPaperSize);
     RefillPapers(page);
 
+    if (own.uiFitToPaper == DMPAPER_JAPANESE_POSTCARD && page->paper.selected == DMPAPER_A4 && !page->isJapanese &&
+        !page->hasSecondTray && own.uiMediaValue != kOfficeMedium) {
+        own.uiFitToPaper = kStoredNoFitPaper;
+    }
     page->fitPaper.selected = own.uiFitToPaper == kStoredNoFitPaper ? kNoFitPaper : own.uiFitToPaper;
-    RefillChoices(&page->fitPaper, InitialFitPapers(*page, devMode));
+    RefillChoices(&page->fitPaper, InitialFitPapers(*page, *devMode));
 
     const bool isTrayOffered = page->hasSecondTray && (page->paper.selected == kCustomSizePaper ||
                                                        !IsAnyOf(page->paper.selected, kCassettePapers));
-    page->source.selected = static_cast<uint32_t>(devMode.publicPart.dmDefaultSource);
-    if (!isTrayOffered && page->source.selected == kSecondTray) {
-        page->source.selected = kCassette;
+    short& source = devMode->publicPart.dmDefaultSource;
+    if (!isTrayOffered && source == static_cast<short>(kSecondTray)) {
+        source = static_cast<short>(kCassette);
     }
+    page->source.selected = static_cast<uint32_t>(source);
     RefillChoices(&page->source, {kSources, isTrayOffered ? kEveryChoice : kSourcesWithoutTray});
 
     page->medium.selected = own.uiMediaValue;
@@ -102,10 +107,9 @@ const PaperCommand* FindPaperCommand(int control, int notification) {
     return found != std::end(kCommands) ? found : nullptr;
 }
 
-void InitPaperChoices(PaperChoices* choices, const VelmoraDevMode& devMode, const DeviceInfo& installed,
-                      bool isJapanese) {
-    const DEVMODEW& open = devMode.publicPart;
-    const PrivateDevMode& own = devMode.privatePart;
+void InitPaperChoices(PaperChoices* choices, VelmoraDevMode* devMode, const DeviceInfo& installed, bool isJapanese) {
+    const DEVMODEW& open = devMode->publicPart;
+    PrivateDevMode& own = devMode->privatePart;
     *choices = {};
     choices->isJapanese = isJapanese;
     choices->hasSecondTray = installed.secondTray == 1;
@@ -129,8 +133,10 @@ void InitPaperChoices(PaperChoices* choices, const VelmoraDevMode& devMode, cons
     choices->duplex = {own.uiDuplex != 0, choices->duplexUnit == DuplexUnit::kInstalled,
                        choices->duplexUnit != DuplexUnit::kNotApplicable};
     choices->flagB = EnabledBox(own.uiFlagB != 0);
-    const bool isFlagCUsable = choices->flagB.isChecked;
-    choices->flagC = {isFlagCUsable && own.uiFlagC != 0, isFlagCUsable, true};
+    if (own.uiFlagB == 0) {
+        own.uiFlagC = 0;
+    }
+    choices->flagC = {own.uiFlagC != 0, choices->flagB.isChecked, true};
     choices->isDetailsEnabled = true;
     InitLayouts(choices, own.uiPageLayout);
 }
@@ -143,7 +149,6 @@ void TakePaperCommand(PaperChoices* choices, const PaperCommand& command) {
     if (command.control == kPaperDefaultsControl) {
         RestorePaperDefaults(choices);
     }
-    choices->redraws |= command.redraws;
     UpdatePaperDependencies(choices, command.changes);
 }
 
@@ -182,7 +187,6 @@ void ResetLayoutDetails(PageDetails* details) {
     details->uiFlagE = 0;
     details->uiChoice = kPlainBorder;
     details->nupOrder = 0;
-    details->layoutMode = 0;
 }
 
 uint32_t TakeStaleMark(PrivateDevMode* devMode) {
@@ -194,23 +198,28 @@ uint32_t TakeStaleMark(PrivateDevMode* devMode) {
 }
 
 PageDetails ReadPageDetails(const PrivateDevMode& devMode) {
-    return {devMode.customWidth, devMode.customLength, devMode.customUnit,  devMode.uiBinding,
-            devMode.uiShiftX,    devMode.uiShiftY,     devMode.uiPageOrder, devMode.uiFlagE,
-            devMode.uiChoice,    devMode.nupOrder,     devMode.layoutMode};
+    return {devMode.customWidth, devMode.customLength, devMode.customUnit, devMode.uiBinding, devMode.uiShiftX,
+            devMode.uiShiftY,    devMode.uiPageOrder,  devMode.uiFlagE,    devMode.uiChoice,  devMode.nupOrder};
 }
 
-void WritePageDetails(const PageDetails& details, PrivateDevMode* devMode) {
-    devMode->customWidth = details.customWidth;
-    devMode->customLength = details.customLength;
-    devMode->customUnit = details.customUnit;
-    devMode->uiBinding = details.uiBinding;
-    devMode->uiShiftX = details.uiShiftX;
-    devMode->uiShiftY = details.uiShiftY;
-    devMode->uiPageOrder = details.uiPageOrder;
-    devMode->uiFlagE = details.uiFlagE;
-    devMode->uiChoice = details.uiChoice;
-    devMode->nupOrder = details.nupOrder;
-    devMode->layoutMode = details.layoutMode;
+void WritePageDetails(const PaperChoices& choices, const PageDetails& before, PrivateDevMode* devMode) {
+    const PageDetails& now = choices.details;
+    const auto changed = [&](auto PageDetails::*detail, auto stored) {
+        return now.*detail != before.*detail ? now.*detail : stored;
+    };
+    devMode->customWidth = changed(&PageDetails::customWidth, devMode->customWidth);
+    devMode->customLength = changed(&PageDetails::customLength, devMode->customLength);
+    devMode->customUnit = changed(&PageDetails::customUnit, devMode->customUnit);
+    devMode->uiBinding = changed(&PageDetails::uiBinding, devMode->uiBinding);
+    devMode->uiShiftX = changed(&PageDetails::uiShiftX, devMode->uiShiftX);
+    devMode->uiShiftY = changed(&PageDetails::uiShiftY, devMode->uiShiftY);
+    devMode->uiPageOrder = changed(&PageDetails::uiPageOrder, devMode->uiPageOrder);
+    devMode->uiFlagE = changed(&PageDetails::uiFlagE, devMode->uiFlagE);
+    devMode->uiChoice = changed(&PageDetails::uiChoice, devMode->uiChoice);
+    devMode->nupOrder = changed(&PageDetails::nupOrder, devMode->nupOrder);
+    if (IsPoster(choices.layout.selected)) {
+        devMode->layoutMode = kNoBorder;
+    }
 }
 
 void SettleCopies(PaperChoices* choices) {

@@ -5,12 +5,13 @@
 //  - opening: InitPaperChoices, then UpdatePaperDependencies with kOpening, then every control is set;
 //  - a command: what the control shows goes into the record (SelectChoice for a list, isChecked for a box,
 //    TypeNumber and SettleNumber for a number), then TakePaperCommand with FindPaperCommand's row. Controls whose part
-//    of the record differs from a copy made before are set, and what `redraws` names is painted. A command that has a
-//    row marks the page as changed;
+//    of the record differs from a copy made before are set, and pictures whose part does are painted. A command that
+//    has a row marks the page as changed;
 //  - choosing the custom size opens its dialog first: StoreCustomSize of custom_size.h takes its size, then the
 //    command goes on as above. StoreLayoutDetails of layout_details.h takes what is chosen in the other dialog;
 //  - PSN_SETACTIVE: UpdatePaperDependencies with TakeStaleMark's result;
-//  - other pages look at the device mode while this one is open, so after every change WritePageDetails goes to it;
+//  - other pages look at the device mode while this one is open, so WritePageDetails goes to it as the page opens and
+//    after every change;
 //  - applying: ApplyPaperChoices.
 // Nothing here allocates or calls a window.
 #pragma once
@@ -49,16 +50,8 @@ struct PageDetails {
     uint16_t uiFlagE;
     uint16_t uiChoice;
     uint16_t nupOrder;
-    uint16_t layoutMode;
 
     bool operator==(const PageDetails&) const = default;
-};
-
-// Bits of PaperChoices.redraws.
-enum PaperRedraw : uint8_t {
-    kRedrawPreview = 1u << 0,
-    kRedrawCollate = 1u << 1,
-    kRedrawFlagC = 1u << 2,
 };
 
 struct PaperChoices {
@@ -87,7 +80,6 @@ struct PaperChoices {
     CheckBox flagC;
     bool isDetailsEnabled;  // the button for the layout's details
     PageDetails details;
-    uint8_t redraws;  // what has to be painted again; the page clears it
 
     bool operator==(const PaperChoices&) const = default;
 };
@@ -133,15 +125,15 @@ struct PaperCommand {
     int control;
     int notification;
     uint32_t changes;  // PaperChange bits, 0 for none
-    uint8_t redraws;
 };
 
 // Null where the command doesn't change the page.
 const PaperCommand* FindPaperCommand(int control, int notification);
 
-// The choices as a device mode has them. What the page doesn't offer becomes the nearest that it does.
-void InitPaperChoices(PaperChoices* choices, const VelmoraDevMode& devMode, const DeviceInfo& installed,
-                      bool isJapanese);
+// The choices as a device mode has them. What a list doesn't offer becomes its first entry, as in a combo box, and the
+// second tray the cassette; numbers are limited to their ranges. In the device mode too, a tray that isn't there
+// becomes the cassette, a postcard that A4 can't be fitted to no fit-to paper, and uiFlagC is off without uiFlagB.
+void InitPaperChoices(PaperChoices* choices, VelmoraDevMode* devMode, const DeviceInfo& installed, bool isJapanese);
 
 // Makes the choices consistent after changes (PaperChange bits; 0: does nothing).
 void UpdatePaperDependencies(PaperChoices* choices, uint32_t changes);
@@ -149,7 +141,7 @@ void UpdatePaperDependencies(PaperChoices* choices, uint32_t changes);
 // Offers every paper and the custom size. The selection stays where they have it.
 void RefillPapers(PaperChoices* choices);
 
-// What follows from a command: the defaults where it asks for them, the dependencies, what is to be painted.
+// What follows from a command: the defaults where it asks for them, and the dependencies.
 void TakePaperCommand(PaperChoices* choices, const PaperCommand& command);
 
 // The page's defaults; UpdatePaperDependencies with kEveryChange follows.
@@ -163,7 +155,9 @@ void ResetLayoutDetails(PageDetails* details);
 uint32_t TakeStaleMark(PrivateDevMode* devMode);
 
 PageDetails ReadPageDetails(const PrivateDevMode& devMode);
-void WritePageDetails(const PageDetails& details, PrivateDevMode* devMode);
+
+// Writes the details that aren't as in `before`; what others have changed meanwhile stays. A poster has no borders.
+void WritePageDetails(const PaperChoices& choices, const PageDetails& before, PrivateDevMode* devMode);
 
 // What applying needs of others.
 struct PaperApplication {
@@ -181,6 +175,9 @@ void ApplyPaperChoices(PaperChoices* choices, const PaperApplication& applicatio
 // What an edit holds is settled as the user leaves it.
 void SettleCopies(PaperChoices* choices);
 void SettleZoomPercent(PaperChoices* choices);
+
+// Copies the whole characters of a text (ANSI code page) that have room into a field like uiCode; 0 after them.
+void StoreCode(const char* text, char (&field)[5]);
 
 // The nupOrder of a uiPageOrder; 0 for one that isn't known.
 uint16_t NupOrderOf(uint32_t pageOrder);

@@ -100,7 +100,8 @@ SheetContext* CreateSheetContext(HANDLE printer, const WCHAR* printerName, Velmo
 // memory.
 SheetContext* CreateNoticeContext(HANDLE printer);
 
-// Frees a context with all that it holds, null included. Dialogs that are still open work on nothing from then on.
+// Frees a context with all that it holds, null included. Pages and dialogs that have a slot work on nothing from then
+// on where they are still open. Modal dialogs without one must have ended: they run within calls of a page.
 void DestroySheetContext(SheetContext* context);
 
 struct SheetContextTraits {
@@ -110,7 +111,7 @@ struct SheetContextTraits {
 };
 using OwnedSheetContext = HandleOwner<SheetContextTraits>;
 
-// The context that a page or dialog works on, null before its WM_INITDIALOG.
+// The context that a page or dialog works on, null before its WM_INITDIALOG and once the context is freed.
 inline SheetContext* ContextOf(HWND dialog) {
     return reinterpret_cast<SheetContext*>(GetWindowLongPtrW(dialog, DWLP_USER));
 }

@@ -212,8 +212,90 @@ TEST_F(PaperPageTest, KeepsItsControlsConsistent) {
     });
 }
 
+// The device mode is also the other pages' while this one is open.
+TEST_F(PaperPageTest, WritesNothingButChanges) {
+    Edit("uiFlagE=1 layoutMode=3 uiBinding=2 uiFlagC=1", [&](HWND page) {
+        PrivateDevMode& own = host_->Context().devMode->privatePart;
+        EXPECT_EQ(ValueOf(own.uiFlagE), 0);
+        EXPECT_EQ(ValueOf(own.uiFlagC), 0);
+        own.uiBinding = 3;
+        own.layoutMode = 1;
+        NMHDR activated = {GetParent(page), 0, static_cast<UINT>(PSN_SETACTIVE)};
+        SendMessageW(page, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&activated));
+        Click(page, kDuplexControl);
+        EXPECT_EQ(ValueOf(own.uiBinding), 3);
+        EXPECT_EQ(ValueOf(own.layoutMode), 1);
+    });
+}
+
+// Gives the page's update region to the test instead of painting it.
+RECT g_updated;
+LRESULT CALLBACK TakeUpdate(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_PAINT) {
+        PAINTSTRUCT paint;
+        BeginPaint(page, &paint);
+        g_updated = paint.rcPaint;
+        EndPaint(page, &paint);
+        return 0;
+    }
+    return DefDlgProcW(page, message, wParam, lParam);
+}
+
+TEST_F(PaperPageTest, RepaintsPicturesThatChange) {
+    constexpr int kPreview = 5002;
+    constexpr int kCollatePicture = 5020;
+    const struct {
+        const char* settings;
+        int control;
+        uint32_t value;
+        int picture;
+        bool isRepainted;
+    } cases[] = {
+        {"uiPageLayout=2 dmCollate=1", kLayoutControl, kPoster2x2, kCollatePicture, true},
+        {"uiPageLayout=2", kLayoutControl, kPoster2x2, kCollatePicture, false},
+        {"dmPaperSize=13 uiDuplex=1", kMediumControl, 2, kPreview, true},
+        {"dmPaperSize=13", kMediumControl, 2, kPreview, false},
+    };
+    for (const auto& c : cases) {
+        Edit(c.settings, [&](HWND page) {
+            UpdateWindow(page);
+            const LONG_PTR painter = SetWindowLongPtrW(page, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TakeUpdate));
+            g_updated = {};
+            Choose(page, c.control, c.value);
+            UpdateWindow(page);
+            SetWindowLongPtrW(page, GWLP_WNDPROC, painter);
+            const RECT picture = ControlRect(page, c.picture);
+            const POINT middle = {(picture.left + picture.right) / 2, (picture.top + picture.bottom) / 2};
+            EXPECT_EQ(PtInRect(&g_updated, middle) != FALSE, c.isRepainted) << c.settings;
+        });
+    }
+}
+
+// Codes and labels end with a whole character.
+TEST_F(PaperPageTest, CutsNoCharacters) {
+    machine_.SetAnsiCodePage(932);
+    char code[5];
+    StoreCode("abc\x83\x41", code);
+    EXPECT_STREQ(code, "abc");
+    StoreCode("\x83\x41\x83\x42\x83", code);
+    EXPECT_STREQ(code, "\x83\x41\x83\x42");
+}
+
+TEST_F(PaperPageTest, OutlivesItsContext) {
+    Run([&](HWND page) {
+        const LONG_PTR context = SetWindowLongPtrW(page, DWLP_USER, 0);
+        SendDlgItemMessageW(page, kCopiesControl, WM_CHAR, '7', 1);
+        SendDlgItemMessageW(page, kCopiesControl, WM_KEYDOWN, VK_UP, 1);
+        SetWindowLongPtrW(page, DWLP_USER, context);
+        EXPECT_EQ(Shown(page, kCopiesControl), "1");
+    });
+}
+
 TEST_F(PaperPageTest, SettlesNumbers) {
     Run([&](HWND page) {
+        SetDlgItemTextW(page, kCopiesControl, TEXT(""));
+        SendDlgItemMessageW(page, kCopiesControl, WM_KEYDOWN, VK_UP, 1);
+        EXPECT_EQ(Shown(page, kCopiesControl), "2") << "a step from the last number";
         const struct {
             const WCHAR* typed;
             const char* settled;
@@ -231,6 +313,11 @@ TEST_F(PaperPageTest, SettlesNumbers) {
         SetDlgItemTextW(page, kCopiesControl, TEXT("-"));
         Leave(page, kCopiesControl);
         EXPECT_EQ(Shown(page, kCopiesControl), "8");
+        // What the spin control reads is its position, what it can't read stays in the edit.
+        for (const WCHAR* const text : {TEXT("1,2"), TEXT("7 "), TEXT("08")}) {
+            SetDlgItemTextW(page, kCopiesControl, text);
+            EXPECT_EQ(TextOf(page, kCopiesControl), text);
+        }
         Choose(page, kPaperControl, DMPAPER_LETTER);
         Click(page, kZoomControl);
         Type(page, kZoomPercentControl, TEXT("999"));

@@ -38,12 +38,12 @@ struct Setting {
     uint32_t optionFlags = 1;
 };
 
-PaperChoices Open(const VelmoraDevMode& devMode, const Setting& setting = {}) {
+PaperChoices Open(VelmoraDevMode devMode, const Setting& setting = {}) {
     DeviceInfo installed = {};
     installed.secondTray = setting.secondTray;
     installed.optionFlags = setting.optionFlags;
     PaperChoices page;
-    InitPaperChoices(&page, devMode, installed, setting.isJapanese);
+    InitPaperChoices(&page, &devMode, installed, setting.isJapanese);
     UpdatePaperDependencies(&page, kOpening);
     return page;
 }
@@ -190,12 +190,41 @@ TEST(PaperPage, OffersWhatThePrinterAndTheLanguageHave) {
          {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34, 43},
          {0, 2, 3, 4, 5, 6, 10, 7, 8, 9},
          {1}},
+        {"uiFitToPaper=43 uiFlagB=1", true, {kNoFitPaper, 9, 11, 13, 1, 6, 7, 34, 43}, {0, 3, 4, 5, 6, 7}, {1}},
     };
     for (const auto& c : cases) {
         const PaperChoices opened = Open(With(NewDevMode(), c.settings), {c.isJapanese, 0, 1});
         EXPECT_EQ(ValuesOf(opened.fitPaper), c.fits) << c.settings;
         EXPECT_EQ(ValuesOf(opened.medium), c.media) << c.settings;
         EXPECT_EQ(ValuesOf(opened.layout), c.layouts) << c.settings;
+    }
+}
+
+// Stored choices that the page doesn't offer go from the device mode as it opens.
+TEST(PaperPage, CorrectsTheDeviceModeAsItOpens) {
+    constexpr const char* kStored = "uiFitToPaper=43 dmDefaultSource=258 uiFlagC=1";
+    const struct {
+        const char* settings;
+        Setting setting;
+        uint32_t selectedFit;
+        const char* corrected;
+    } cases[] = {
+        {"", {false, 0, 1}, kNoFitPaper, "uiFitToPaper=65535 dmDefaultSource=257 uiFlagC=0"},
+        {"uiFlagB=1", {true, 0, 1}, 43, "dmDefaultSource=257"},
+        {"dmDefaultSource=257", {true, 1, 1}, kNoFitPaper, "uiFlagC=0"},
+        {"dmPaperSize=13", {false, 1, 1}, kNoFitPaper, "uiFlagC=0"},
+        {"dmPaperSize=11", {false, 1, 1}, kNoFitPaper, "dmDefaultSource=257 uiFlagC=0"},
+    };
+    for (const auto& c : cases) {
+        const VelmoraDevMode stored = With(With(NewDevMode(), kStored), c.settings);
+        VelmoraDevMode devMode = stored;
+        DeviceInfo installed = {};
+        installed.secondTray = c.setting.secondTray;
+        PaperChoices page;
+        InitPaperChoices(&page, &devMode, installed, c.setting.isJapanese);
+        EXPECT_EQ(page.fitPaper.selected, c.selectedFit) << c.settings;
+        const VelmoraDevMode expected = With(stored, c.corrected);
+        EXPECT_EQ(std::memcmp(&devMode, &expected, sizeof(expected)), 0) << c.corrected;
     }
 }
 
@@ -292,6 +321,12 @@ TEST(PaperPage, HasOneWayOfPrintingOnBothSidesAtATime) {
     EXPECT_TRUE(page.duplex.isEnabled);
     EXPECT_FALSE(page.flagC.isEnabled || page.flagC.isChecked);
     EXPECT_EQ(ValuesOf(page.paper).size(), 14u);
+
+    // In Japanese the list of papers stays as a medium and a fit-to paper have made it.
+    PaperChoices japanese = Open(With(NewDevMode(), "uiFitToPaper=43 uiMediaValue=10"), {true, 0, 1});
+    Choose(&japanese, kFitPaperControl, DMPAPER_A4);
+    Click(&japanese, kFlagBControl);
+    EXPECT_EQ(ValuesOf(japanese.paper), (Values{8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 43}));
 }
 
 TEST(PaperPage, ProposesZoom) {
@@ -371,7 +406,16 @@ TEST(PaperPage, AppliesWhatIsChosen) {
         const VelmoraDevMode devMode = Applied(&page);
         EXPECT_EQ(devMode.publicPart.dmCopies, c.copies);
         EXPECT_EQ(int{devMode.privatePart.uiZoomPercent}, c.zoom);
+        int shown = 0;
+        EXPECT_TRUE(ReadNumber(page.zoomPercent.text, &shown));
+        EXPECT_EQ(shown, c.zoom);
     }
+    // More than the spin control's range has.
+    PaperChoices page = Open(With(NewDevMode(), "dmPaperSize=8"));
+    TypeNumber(&page.zoomPercent, TEXT("350"));
+    EXPECT_EQ(int{Applied(&page).privatePart.uiZoomPercent}, 350);
+    EXPECT_EQ(std::u16string(page.zoomPercent.text), u"350");
+    EXPECT_EQ(page.zoomPercent.position, 70);
 }
 
 TEST(PaperPage, TakesTheMediaTypeFromTheModel) {
@@ -414,8 +458,6 @@ TEST(PaperPage, RestoresItsDefaults) {
         std::strcpy(page.code, "12");
         TypeNumber(&page.copies, TEXT("7"));
         Do(&page, kPaperDefaultsControl, BN_CLICKED);
-        EXPECT_EQ(page.redraws & kRedrawCollate, kRedrawCollate);
-        page.redraws = fresh.redraws;
         EXPECT_TRUE(page == fresh) << isJapanese;
     }
     PrivateDevMode own = {};
@@ -719,7 +761,7 @@ TEST(PaperSummary, HasTheSettingsInTheirOrder) {
 // Every state of the page that events lead to from many device modes.
 class PaperWalk : public testing::TestWithParam<std::tuple<bool, uint32_t, uint32_t>> {
   protected:
-    // Visited states are compared by this: all but numbers and texts, which limit nothing, and what is to be painted.
+    // Visited states are compared by this: all but numbers and texts, which limit nothing.
     static uint64_t KeyOf(const PaperChoices& page) {
         uint64_t key = 14695981039346656037u;
         const auto add = [&](uint64_t value) { key = (key ^ value) * 1099511628211u; };
@@ -775,10 +817,12 @@ class PaperWalk : public testing::TestWithParam<std::tuple<bool, uint32_t, uint3
 
     // The states that one event makes of a state.
     void Follow(const PaperChoices& page) {
-        const auto after = [this](PaperChoices next, int control, int notification) {
-            next.redraws = 0;
+        const auto after = [this, &page](PaperChoices next, int control, int notification) {
             Do(&next, control, notification);
             Visit(next);
+            if (control == kDuplexControl && page.medium.selected == kPostcardMedium) {
+                return;  // duplex takes the medium away after the fit-to papers have followed that
+            }
             const Values chosen = ChosenIn(next);
             UpdatePaperDependencies(&next, FindPaperCommand(control, notification)->changes);
             ASSERT_EQ(ChosenIn(next), chosen) << "the same once more changes nothing: " << control;
