@@ -91,8 +91,6 @@ constexpr EditFilter kZoomFilter = {kDigits, kZoomSpin};
 constexpr int kHasWatermark = 7003;
 constexpr int kWatermarkName = 7005;
 
-// Shows the record. Only controls whose part of it differs from `before` are set; null: all.
-
 bool IsSameSize(const PageDetails& a, const PageDetails& b) {
     return a.customWidth == b.customWidth && a.customLength == b.customLength && a.customUnit == b.customUnit;
 }
@@ -134,6 +132,7 @@ void ShowCode(HWND dialog, const PaperChoices& choices) {
     EnableControl(dialog, kCodeControl, choices.isCodeEnabled);
 }
 
+// Shows the record. Only controls whose part of it differs from `before` are set; null: all.
 void ShowChoices(HWND dialog, const SheetContext& context, const PaperChoices* before) {
     const PaperChoices& choices = context.paper;
     for (const ListControl& row : kLists) {
