@@ -182,19 +182,7 @@ void PaintFeedDirection(HWND dialog, const SheetContext& context) {
     }
 }
 
-INT_PTR CALLBACK CustomSizeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        InitCustomSizeDialog(dialog, *ContextOf(dialog));
-        return TRUE;
-    }
-    SheetContext* const context = ContextOf(dialog);
-    if (!context) {
-        return FALSE;
-    }
-    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
-        return TRUE;
-    }
+INT_PTR AnswerCustomSize(HWND dialog, SheetContext* context, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             OnCustomSizeCommand(dialog, context, LOWORD(wParam), HIWORD(wParam));
@@ -212,6 +200,17 @@ INT_PTR CALLBACK CustomSizeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
         default:
             return FALSE;
     }
+}
+
+BOOL Open(HWND dialog, SheetContext* context) {
+    InitCustomSizeDialog(dialog, *context);
+    return TRUE;
+}
+
+constexpr DialogFunctions kDialog = {kNoSlot, Open, AnswerCustomSize};
+
+INT_PTR CALLBACK CustomSizeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return RouteDialogMessage(kDialog, dialog, message, wParam, lParam);
 }
 
 }  // namespace

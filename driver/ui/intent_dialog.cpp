@@ -50,23 +50,7 @@ void InitDialog(HWND dialog, const SheetContext& context) {
     PlaceDialog(dialog, kCentred, kCentredDown);
 }
 
-INT_PTR CALLBACK IntentProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        InitDialog(dialog, *ContextOf(dialog));
-        return TRUE;
-    }
-    SheetContext* const context = ContextOf(dialog);
-    if (!context) {
-        return FALSE;
-    }
-    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
-        return TRUE;
-    }
-    if (message == WM_DESTROY) {
-        ReleasePage(dialog, kColorDialogsSlot);
-        return TRUE;
-    }
+INT_PTR AnswerIntent(HWND dialog, SheetContext* context, UINT message, WPARAM wParam, LPARAM) {
     if (message != WM_COMMAND || HIWORD(wParam) != BN_CLICKED) {
         return FALSE;
     }
@@ -84,6 +68,17 @@ INT_PTR CALLBACK IntentProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
         default:
             return FALSE;
     }
+}
+
+BOOL Open(HWND dialog, SheetContext* context) {
+    InitDialog(dialog, *context);
+    return TRUE;
+}
+
+constexpr DialogFunctions kDialog = {kColorDialogsSlot, Open, AnswerIntent};
+
+INT_PTR CALLBACK IntentProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return RouteDialogMessage(kDialog, dialog, message, wParam, lParam);
 }
 
 }  // namespace

@@ -138,23 +138,7 @@ void OnLayoutDetailsCommand(HWND dialog, SheetContext* context, int id, int code
     ShowDetails(dialog, details);
 }
 
-INT_PTR CALLBACK LayoutDetailsProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_MEASUREITEM) {  // comes before WM_INITDIALOG
-        reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)->itemHeight = kItemSide;
-        return TRUE;
-    }
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        InitLayoutDetailsDialog(dialog, *ContextOf(dialog));
-        return TRUE;
-    }
-    SheetContext* const context = ContextOf(dialog);
-    if (!context) {
-        return FALSE;
-    }
-    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
-        return TRUE;
-    }
+INT_PTR AnswerLayoutDetails(HWND dialog, SheetContext* context, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             OnLayoutDetailsCommand(dialog, context, LOWORD(wParam), HIWORD(wParam));
@@ -165,6 +149,21 @@ INT_PTR CALLBACK LayoutDetailsProc(HWND dialog, UINT message, WPARAM wParam, LPA
         default:
             return FALSE;
     }
+}
+
+BOOL Open(HWND dialog, SheetContext* context) {
+    InitLayoutDetailsDialog(dialog, *context);
+    return TRUE;
+}
+
+constexpr DialogFunctions kDialog = {kNoSlot, Open, AnswerLayoutDetails};
+
+INT_PTR CALLBACK LayoutDetailsProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_MEASUREITEM) {  // comes before WM_INITDIALOG
+        reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)->itemHeight = kItemSide;
+        return TRUE;
+    }
+    return RouteDialogMessage(kDialog, dialog, message, wParam, lParam);
 }
 
 }  // namespace

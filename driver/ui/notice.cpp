@@ -123,15 +123,7 @@ void InitNotice(HWND dialog, const SheetContext& context) {
     }
 }
 
-INT_PTR CALLBACK NoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        InitNotice(dialog, *ContextOf(dialog));
-        return FALSE;  // the focus is where it belongs
-    }
-    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
-        return TRUE;
-    }
+INT_PTR AnswerNotice(HWND dialog, SheetContext*, UINT message, WPARAM wParam, LPARAM) {
     if (message == WM_COMMAND) {
         switch (LOWORD(wParam)) {
             case kFirstAnswer:
@@ -147,6 +139,17 @@ INT_PTR CALLBACK NoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
         }
     }
     return FALSE;
+}
+
+BOOL Open(HWND dialog, SheetContext* context) {
+    InitNotice(dialog, *context);
+    return FALSE;  // the focus is where it belongs
+}
+
+constexpr DialogFunctions kDialog = {kNoSlot, Open, AnswerNotice};
+
+INT_PTR CALLBACK NoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return RouteDialogMessage(kDialog, dialog, message, wParam, lParam);
 }
 
 }  // namespace

@@ -146,6 +146,24 @@ INT_PTR RoutePageMessage(const PageFunctions& page, HWND dialog, UINT message, W
     }
 }
 
+INT_PTR RouteDialogMessage(const DialogFunctions& functions, HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+        return functions.initialize(dialog, ContextOf(dialog));
+    }
+    SheetContext* const context = ContextOf(dialog);
+    if (!context) {
+        return FALSE;
+    }
+    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
+        return TRUE;
+    }
+    if (message == WM_DESTROY) {
+        ReleasePage(dialog, functions.slot);
+    }
+    return functions.answer(dialog, context, message, wParam, lParam);
+}
+
 bool RouteHelpMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     const SheetContext* const context = ContextOf(dialog);
     if (!context || (message != WM_HELP && message != WM_CONTEXTMENU)) {

@@ -170,23 +170,7 @@ void OnClick(HWND dialog, SheetContext* context, int id) {
     }
 }
 
-INT_PTR CALLBACK PresetManagerProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        InitDialog(dialog, *ContextOf(dialog));
-        return TRUE;
-    }
-    SheetContext* const context = ContextOf(dialog);
-    if (!context) {
-        return FALSE;
-    }
-    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
-        return TRUE;
-    }
-    if (message == WM_DESTROY) {
-        ReleasePage(dialog, kColorDialogsSlot);
-        return TRUE;
-    }
+INT_PTR AnswerPresets(HWND dialog, SheetContext* context, UINT message, WPARAM wParam, LPARAM) {
     if (message != WM_COMMAND) {
         return FALSE;
     }
@@ -200,6 +184,17 @@ INT_PTR CALLBACK PresetManagerProc(HWND dialog, UINT message, WPARAM wParam, LPA
         OnClick(dialog, context, id);
     }
     return TRUE;
+}
+
+BOOL Open(HWND dialog, SheetContext* context) {
+    InitDialog(dialog, *context);
+    return TRUE;
+}
+
+constexpr DialogFunctions kDialog = {kColorDialogsSlot, Open, AnswerPresets};
+
+INT_PTR CALLBACK PresetManagerProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return RouteDialogMessage(kDialog, dialog, message, wParam, lParam);
 }
 
 }  // namespace
