@@ -79,4 +79,16 @@ struct DeviceContextTraits {
 };
 using OwnedDeviceContext = HandleOwner<DeviceContextTraits>;
 
+// Of an object that is selected into no context.
+template <class Object>
+struct GdiObjectTraits {
+    using Handle = Object;
+    static Handle None() { return nullptr; }
+    static void Close(Handle object) { DeleteObject(object); }
+};
+using OwnedBitmap = HandleOwner<GdiObjectTraits<HBITMAP>>;
+using OwnedBrush = HandleOwner<GdiObjectTraits<HBRUSH>>;
+using OwnedFont = HandleOwner<GdiObjectTraits<HFONT>>;
+using OwnedPen = HandleOwner<GdiObjectTraits<HPEN>>;
+
 }  // namespace velmora
