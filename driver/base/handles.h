@@ -51,6 +51,13 @@ struct FileTraits {
 };
 using OwnedFile = HandleOwner<FileTraits>;
 
+struct EventTraits {
+    using Handle = HANDLE;
+    static Handle None() { return nullptr; }
+    static void Close(Handle event) { CloseHandle(event); }
+};
+using OwnedEvent = HandleOwner<EventTraits>;
+
 struct SearchTraits {
     using Handle = HANDLE;
     static Handle None() { return INVALID_HANDLE_VALUE; }
