@@ -19,6 +19,7 @@
 #include "driver/settings/font_list.h"
 #include "driver/settings/watermark_list.h"
 #include "driver/ui/paper_rules.h"
+#include "driver/ui/preview_tools.h"
 
 namespace velmora {
 
@@ -83,6 +84,7 @@ struct SheetContext {
     OptionStates optionStates;
     PaperChoices paper;  // the open Paper page's
     PreviewOrders previewOrders;
+    PreviewTools previewTools;
     WNDPROC replacedEditProc;  // what stands behind every filtered edit
 
     uint16_t noticeKind;        // a NoticeKind
