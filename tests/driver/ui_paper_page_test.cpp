@@ -275,9 +275,9 @@ TEST_F(PaperPageTest, RepaintsPicturesThatChange) {
 TEST_F(PaperPageTest, CutsNoCharacters) {
     machine_.SetAnsiCodePage(932);
     char code[5];
-    StoreCode("abc\x83\x41", code);
+    StoreAnsiText(code, sizeof(code), "abc\x83\x41");
     EXPECT_STREQ(code, "abc");
-    StoreCode("\x83\x41\x83\x42\x83", code);
+    StoreAnsiText(code, sizeof(code), "\x83\x41\x83\x42\x83");
     EXPECT_STREQ(code, "\x83\x41\x83\x42");
 }
 
