@@ -52,6 +52,11 @@ std::string Changes(const velmora::VelmoraDevMode& before, const velmora::Velmor
 // Presses a button of a sheet: PSBTN_ (prsht.h).
 Step InSheet(int button);
 // Turns to a page of a sheet, counted from 0, and to its first control.
+inline constexpr int kPaperTab = 0;  // of document sheets
+inline constexpr int kColorTab = 1;
+inline constexpr int kWatermarkTab = 2;
+inline constexpr int kOutputTab = 2;
+inline constexpr int kInformationTab = 4;
 Step TurnTo(int page);
 Step Press(int button);
 // Chooses an item of a combo box as the keyboard does, so that its page is told: the item that has a value, or one by
