@@ -19,6 +19,7 @@
 #include "driver/settings/font_list.h"
 #include "driver/settings/watermark_list.h"
 #include "driver/ui/paper_rules.h"
+#include "driver/ui/watermark_choices.h"
 
 namespace velmora {
 
@@ -82,6 +83,7 @@ struct SheetContext {
     OptionStates optionStates;
     PaperChoices paper;  // the open Paper page's
     PreviewOrders previewOrders;
+    WatermarkEdit watermarkEdit;
     WNDPROC replacedEditProc;  // what stands behind every filtered edit
 
     uint16_t noticeKind;        // a NoticeKind
