@@ -56,8 +56,8 @@ TEST_F(OutputSheet, WritesWhatIsChosen) {
             {"looked at", "", {kTurn}, ""},
             {"dividers",
              "",
-             {kTurn, See(kBefore, "off checked"), See(kSourceLabel, "off Paper source:"), See(kSource, "off 1"),
-              Press(kDividers), See(kBefore, "on checked"), See(kSourceLabel, "on Paper source:"),
+             {kTurn, See(kBefore, "off checked"), See(kSourceLabel, "off &Paper source:"), See(kSource, "off 1"),
+              Press(kDividers), See(kBefore, "on checked"), See(kSourceLabel, "on &Paper source:"),
               SeeOffered(kSource, "1"), Press(kAround), See(kBefore, "on unchecked")},
              "finishFlagA=1 finishChoice=2"},
             {"no dividers",
@@ -77,13 +77,13 @@ TEST_F(OutputSheet, WritesWhatIsChosen) {
             {"switches",
              "",
              {kTurn, Press(kBoxes[0]), Press(kBoxes[1]), Press(kBoxes[2]), See(kBinary, "on checked"), Press(kBinary)},
-             "optionFlags=524288 finishFlags=1 finishFlags[1]=1 finishFlags[2]=1 finishFlagC=0"},
+             "optionFlags=524304 finishFlags=1 finishFlags[1]=1 finishFlags[2]=1 finishFlagC=0"},
             {"defaults",
-             "finishFlagA=1 finishChoice=2 finishFlagB=1 finishFlags=1 finishFlagC=0 optionFlags=524288",
+             "finishFlagA=1 finishChoice=2 finishFlagB=1 finishFlags=1 finishFlagC=0 optionFlags=524304",
              {kTurn, See(kBinary, "on unchecked"), Type(kText, TEXT("x")), Press(kDefaults),
               See(kDividers, "on unchecked"), See(kBefore, "off checked"), See(kText, "off"),
               See(kLabel, "on unchecked"), See(kBinary, "on checked")},
-             "optionFlags=524800 finishFlagA=0 finishChoice=0 finishFlagB=0 finishFlags=0 finishFlagC=1"},
+             "optionFlags=524816 finishFlagA=0 finishChoice=0 finishFlagB=0 finishFlags=0 finishFlagC=1"},
         });
     Install(kWhole);
     RunCases(

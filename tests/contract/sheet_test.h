@@ -45,6 +45,7 @@ class SheetTest : public ContractTest {
 };
 
 // The fields of a device mode that differ from before, in their order: "dmCopies=2 colorAdjust[1]=10 uiCode="7"".
+// Of a rendered watermark's path only the extension stands, "*.WM".
 std::string Changes(const velmora::VelmoraDevMode& before, const velmora::VelmoraDevMode& after);
 
 // Steps. Controls are those of the front page.
@@ -55,7 +56,7 @@ Step InSheet(int button);
 inline constexpr int kPaperTab = 0;  // of document sheets
 inline constexpr int kColorTab = 1;
 inline constexpr int kWatermarkTab = 2;
-inline constexpr int kOutputTab = 2;
+inline constexpr int kOutputTab = 3;
 inline constexpr int kInformationTab = 4;
 Step TurnTo(int page);
 Step Press(int button);
@@ -63,7 +64,7 @@ Step Press(int button);
 // its place from 0.
 Step Choose(int comboBox, int value);
 Step ChooseItem(int comboBox, int item);
-// Types characters in place of an edit's text, and stays in it.
+// Types characters in place of the text of an edit or editable combo box, and stays in it.
 Step Type(int edit, const WideText& text);
 // Moves the focus on.
 Step Leave();
