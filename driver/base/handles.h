@@ -51,6 +51,13 @@ struct FileTraits {
 };
 using OwnedFile = HandleOwner<FileTraits>;
 
+struct EventTraits {
+    using Handle = HANDLE;
+    static Handle None() { return nullptr; }
+    static void Close(Handle event) { CloseHandle(event); }
+};
+using OwnedEvent = HandleOwner<EventTraits>;
+
 struct SearchTraits {
     using Handle = HANDLE;
     static Handle None() { return INVALID_HANDLE_VALUE; }
@@ -78,5 +85,17 @@ struct DeviceContextTraits {
     static void Close(Handle context) { DeleteDC(context); }
 };
 using OwnedDeviceContext = HandleOwner<DeviceContextTraits>;
+
+// Of an object that is selected into no context.
+template <class Object>
+struct GdiObjectTraits {
+    using Handle = Object;
+    static Handle None() { return nullptr; }
+    static void Close(Handle object) { DeleteObject(object); }
+};
+using OwnedBitmap = HandleOwner<GdiObjectTraits<HBITMAP>>;
+using OwnedBrush = HandleOwner<GdiObjectTraits<HBRUSH>>;
+using OwnedFont = HandleOwner<GdiObjectTraits<HFONT>>;
+using OwnedPen = HandleOwner<GdiObjectTraits<HPEN>>;
 
 }  // namespace velmora

@@ -8,13 +8,6 @@
 
 namespace velmora {
 
-struct BitmapTraits {
-    using Handle = HBITMAP;
-    static Handle None() { return nullptr; }
-    static void Close(Handle bitmap) { DeleteObject(bitmap); }
-};
-using OwnedBitmap = HandleOwner<BitmapTraits>;
-
 // The module with the pictures, beside the printer's rendering library; empty where there is none.
 OwnedModule LoadImageModule(const SheetContext& context);
 

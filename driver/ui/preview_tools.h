@@ -1,0 +1,31 @@
+// What the watermark's preview is drawn with. A sheet keeps it from one redraw to the next, since every change of the
+// page redraws the preview.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+
+#include "driver/base/handles.h"
+#include "driver/settings/watermark_list.h"
+
+namespace velmora {
+
+// Made on first use and given back with the sheet. Nothing stays selected into the context between redraws.
+struct PreviewTools {
+    static constexpr size_t kColorCount = 8;
+
+    OwnedDeviceContext memory;
+    OwnedBitmap bitmap;  // of the preview's size
+    SIZE bitmapSize;     // pixels
+    OwnedBrush brushes[kColorCount];
+    OwnedPen pens[kColorCount];
+    COLORREF colors[kColorCount];  // that the brush and the pen of the same index have
+    OwnedPen division;             // dotted
+    OwnedFont labelFont;
+    int labelHeight;  // of `labelFont`, pixels
+    OwnedFont watermarkFont;
+    WatermarkRecord watermark;  // that `watermarkFont` was made for
+};
+
+}  // namespace velmora
