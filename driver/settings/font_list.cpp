@@ -65,14 +65,18 @@ FontList BuildFontList(HDC context) {
     return list;
 }
 
-bool HasFont(const FontList& list, const WCHAR* face) {
+size_t FindFont(const FontList& list, const WCHAR* face) {
     const WCHAR* listed = list.faces.Get();
     for (size_t i = 0; i < list.count; ++i, listed += TextLength(listed) + 1) {
         if (TextsEqual(listed, face)) {
-            return true;
+            return i;
         }
     }
-    return false;
+    return list.count;
+}
+
+bool HasFont(const FontList& list, const WCHAR* face) {
+    return FindFont(list, face) != list.count;
 }
 
 }  // namespace velmora

@@ -25,6 +25,9 @@ struct FontList {
 // that is both is a TrueType font. Empty without a context and without memory.
 FontList BuildFontList(HDC context);
 
+// The index of the font of exactly this face; the list's count where it has none.
+size_t FindFont(const FontList& list, const WCHAR* face);
+
 // True where the list has a font of exactly this face.
 bool HasFont(const FontList& list, const WCHAR* face);
 

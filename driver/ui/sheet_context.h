@@ -20,6 +20,7 @@
 #include "driver/settings/watermark_list.h"
 #include "driver/ui/paper_rules.h"
 #include "driver/ui/preview_tools.h"
+#include "driver/ui/watermark_choices.h"
 
 namespace velmora {
 
@@ -84,6 +85,7 @@ struct SheetContext {
     OptionStates optionStates;
     PaperChoices paper;  // the open Paper page's
     PreviewOrders previewOrders;
+    WatermarkEdit watermarkEdit;
     PreviewTools previewTools;
     WNDPROC replacedEditProc;  // what stands behind every filtered edit
 
