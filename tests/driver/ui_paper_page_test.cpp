@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/ui/controls.h"
 #include "driver/ui/paper_choices.h"
