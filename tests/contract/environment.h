@@ -39,6 +39,8 @@ class ContractEnvironment {
     // waits of the driver that would run out do so at once.
     using Program = std::function<void(const std::string& commandLine)>;
     virtual void AddProgram(const WideText& fileName, Program run = nullptr) = 0;
+    // The driver package's own program that renders watermarks, which does run.
+    virtual void AddWatermarkProgram() = 0;
     // The command lines by which such programs were started, the first one first.
     const std::vector<std::string>& StartedCommands() const { return startedCommands_; }
 

@@ -7,6 +7,7 @@
 
 #include "platform/host.h"
 #include "tests/contract/environment.h"
+#include "tools/wm/watermark_program.h"
 
 namespace contract {
 namespace {
@@ -69,6 +70,13 @@ class LayerEnvironment : public ContractEnvironment {
             if (run) {
                 run(command);
             }
+        });
+    }
+
+    void AddWatermarkProgram() override {
+        machine_.SetProgram(TEXT("KV62WM.EXE"), [this](const std::string& command) {
+            startedCommands_.push_back(command);
+            velmora::RunWatermarkProgram(command.c_str());
         });
     }
 

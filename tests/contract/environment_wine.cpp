@@ -81,6 +81,11 @@ class WineEnvironment : public ContractEnvironment {
         programs_[std::string(fileName.begin(), fileName.end())] = std::move(run);
     }
 
+    void AddWatermarkProgram() override {
+        SetWaitsElapseAtOnce(false);
+        programs_["KV62WM.EXE"] = StartReally;
+    }
+
     void SetUser(std::function<void()> newUser) override {
         if (timer_ != 0) {
             KillTimer(nullptr, timer_);

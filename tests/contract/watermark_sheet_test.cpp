@@ -43,9 +43,9 @@ constexpr WCHAR kProgram[] = TEXT("KV62WM.EXE");
 
 const Step kTurn = TurnTo(kWatermarkTab);
 
-DriverPackage PackageWithProgram(const std::string& model) {
-    DriverPackage package = PackageOf(model);
-    package.dependentFiles.push_back({kProgram, {}, "no program"});
+DriverPackage PackageWithoutProgram() {
+    DriverPackage package = PackageOf("VELMORA-C3200.XPI");
+    std::erase_if(package.dependentFiles, [](const PackageFile& file) { return file.name == kProgram; });
     return package;
 }
 
@@ -70,7 +70,7 @@ Section ReadSection(const WCHAR* section, const WideText& file) {
 }
 
 // The keys that differ from before, with their values; "-KEY" where one is gone.
-std::string Changes(const Section& before, const Section& after) {
+std::string StoredChanges(const Section& before, const Section& after) {
     std::string text;
     const auto add = [&](const std::string& item) { text += (text.empty() ? "" : " ") + item; };
     for (const auto& [key, value] : after) {
@@ -129,7 +129,7 @@ class Renderer {
                 std::ofstream(environment_.HostPath(output)) << "rendered";
                 break;
             case Answer::kFailure:
-                write(TEXT("Result"), TEXT("0"));
+                write(TEXT("Result"), TEXT("-5"));
                 break;
             case Answer::kRubbish:
                 write(TEXT("Size.x"), TEXT("wide"));
@@ -178,7 +178,7 @@ class WatermarkSheet : public SheetTest {
     // A run of the sheet, after which the user's list differs from before.
     struct Case {
         DocumentCase document;
-        std::string stored;  // its Changes
+        std::string stored;  // its StoredChanges
     };
     void RunCases(InstalledPrinter& printer, const std::vector<Case>& cases) {
         AppliedDevMode(printer);  // makes the list
@@ -186,7 +186,7 @@ class WatermarkSheet : public SheetTest {
             SCOPED_TRACE(c.document.title);
             const Section before = Stored(printer);
             SheetTest::RunCases(printer, {c.document});
-            const std::string stored = Changes(before, Stored(printer));
+            const std::string stored = StoredChanges(before, Stored(printer));
             EXPECT_EQ(stored, c.stored);
             Record("  stores " + stored);
         }
@@ -255,7 +255,7 @@ class WatermarkSheet : public SheetTest {
 };
 
 TEST_F(WatermarkSheet, ChoosesAWatermark) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     RunCases(
         printer,
         {
@@ -287,7 +287,7 @@ TEST_F(WatermarkSheet, ChoosesAWatermark) {
 }
 
 TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     RunCases(
         printer,
         {
@@ -332,12 +332,12 @@ TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
     DevModeBuffer output;
     ShowDocumentSheet(printer, {kTurn, Press(kOn), ChooseItem(kName, 8), Press(kDelete), InSheet(PSBTN_CANCEL)},
                       AppliedDevMode(printer), &output);
-    EXPECT_EQ(Changes(before, Stored(printer)), "");
+    EXPECT_EQ(StoredChanges(before, Stored(printer)), "");
     EXPECT_EQ(RenderedFiles(), files);
 }
 
 TEST_F(WatermarkSheet, ChangesBuiltInOnesAtApply) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     RunCases(
         printer,
         {
@@ -355,7 +355,7 @@ TEST_F(WatermarkSheet, ChangesBuiltInOnesAtApply) {
 }
 
 TEST_F(WatermarkSheet, OverwritesInAFullList) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     AppliedDevMode(printer);
     Fill(printer, 18);
     RunCases(printer, {
@@ -377,7 +377,7 @@ TEST_F(WatermarkSheet, IsRenderedForItsPrinter) {
     for (const char* model : {"VELMORA-M2100.XPI", "VELMORA-C3200.XPI", "VELMORA-I700.XPI"}) {
         SCOPED_TRACE(model);
         Record(model);
-        InstalledPrinter printer(*environment_, PackageWithProgram(model));
+        InstalledPrinter printer(*environment_, PackageOf(model));
         RunCases(printer, {{{"on", "", {kTurn, Press(kOn)}, ""}, ""}});
     }
 }
@@ -390,17 +390,48 @@ TEST_F(WatermarkSheet, EndsWithoutARendering) {
         {"says nothing", Answer::kNothing}, {"fails", Answer::kFailure},         {"writes rubbish", Answer::kRubbish},
         {"isn't heard", Answer::kSilent},   {"renders at last", Answer::kWhole},
     };
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     for (const auto& c : cases) {
         renderer_.answer = c.answer;
         RunCases(printer, {{{c.title, "outputLevel=0", {kTurn, Press(kOn), Choose(kFamily, 0)}, ""}, ""}});
     }
-    InstalledPrinter bare(*environment_, PackageOf("VELMORA-C3200.XPI"), TEXT("Without"));
+    InstalledPrinter bare(*environment_, PackageWithoutProgram(), TEXT("Without"));
     RunCases(bare, {{{"there is no program", "", {kTurn, Press(kOn)}, ""}, ""}});
 }
 
+// By the program of the driver package.
+TEST_F(WatermarkSheet, IsReallyRendered) {
+    environment_->AddWatermarkProgram();
+    for (const auto& [model, files] :
+         {std::pair{"VELMORA-M2100.XPI", ".WM"}, {"VELMORA-C3200.XPI", ".CWM .WM"}, {"VELMORA-I700.XPI", ".WM"}}) {
+        SCOPED_TRACE(model);
+        InstalledPrinter printer(*environment_, PackageOf(model));
+        DevModeBuffer output;
+        EXPECT_EQ(ShowDocumentSheet(printer, {kTurn, Press(kOn), InSheet(PSBTN_OK)}, AppliedDevMode(printer), &output),
+                  IDOK);
+        EXPECT_EQ(RenderedFiles(), files);
+        const velmora::PrivateDevMode& own = output.PrivatePart();
+        EXPECT_EQ(own.watermarkFlags, 36u);
+        std::ifstream file(environment_->HostPath(TextOf(own.watermarkFile)), std::ios::binary);
+        struct {
+            char magic[4];
+            uint16_t headerSize;
+            uint16_t compression;
+            int32_t width;
+            int32_t height;
+            int32_t resolution;
+        } header = {};
+        file.read(reinterpret_cast<char*>(&header), sizeof(header));
+        EXPECT_EQ(std::string(header.magic, sizeof(header.magic)), "KWM1");
+        EXPECT_GT(header.width, 0);
+        EXPECT_EQ(header.width, int{own.watermarkFontSize});
+        EXPECT_EQ(header.height, int{own.watermarkAngle});
+        EXPECT_EQ(header.resolution, int{own.watermarkIndex});
+    }
+}
+
 TEST_F(WatermarkSheet, StaysWhereSettingsConflict) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     const struct { DWORD words[4]; } withDuplex = {{3, 0, 1, 5}};
     printer.SetData(TEXT("DeviceInfo"), REG_BINARY, &withDuplex, sizeof(withDuplex));
     // A banner on both sides.
@@ -415,7 +446,7 @@ TEST_F(WatermarkSheet, StaysWhereSettingsConflict) {
 }
 
 TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     RunCases(printer, {{{"arrows",
                          "outputFlag=1",
                          {kTurn,
@@ -448,7 +479,7 @@ TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
 }
 
 TEST_F(WatermarkSheet, InEveryLanguage) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     for (const Language& language : kLanguages) {
         SCOPED_TRACE(language.name);
         Record(language.name);
@@ -471,7 +502,7 @@ TEST_F(WatermarkSheet, InEveryLanguage) {
 
 // For people to look at.
 TEST_F(WatermarkSheet, PreviewsThePage) {
-    InstalledPrinter printer(*environment_, PackageWithProgram("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     std::vector<Step> steps = {kTurn, Press(kOn)};
     const auto picture = [&](const std::string& name, std::vector<Step> change) {
         steps.insert(steps.end(), change.begin(), change.end());

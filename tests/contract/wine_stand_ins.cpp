@@ -764,6 +764,13 @@ void SetProgramStarter(std::function<bool(const std::string& command)> starter) 
     programStarter = std::move(starter);
 }
 
+void StartReally(const std::string& command) {
+    constexpr UINT kFirstStarted = 32;
+    if (GENUINE_OF(WinExec, L"kernel32.dll")(command.c_str(), SW_HIDE) < kFirstStarted) {
+        throw std::runtime_error("can't start " + command);
+    }
+}
+
 void SetWaitsElapseAtOnce(bool atOnce) {
     waitsElapseAtOnce = atOnce;
 }
