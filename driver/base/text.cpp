@@ -151,4 +151,9 @@ size_t WholeCharacters(const char* text, size_t length) {
     return whole;
 }
 
+void StoreAnsiText(char* field, size_t size, const char* text) {
+    const size_t length = WholeCharacters(text, std::min(TextLength(text), size - 1));
+    std::fill(std::copy_n(text, length, field), field + size, '\0');
+}
+
 }  // namespace velmora

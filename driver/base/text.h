@@ -123,4 +123,8 @@ size_t WidenText(WCHAR* destination, size_t capacity, const char* text, size_t l
 // How many of the first `length` bytes of a text are whole characters of the ANSI code page.
 size_t WholeCharacters(const char* text, size_t length);
 
+// Fills a field of `size` bytes with the whole characters of a text (ANSI code page) that leave room for a terminator,
+// and with 0 after them.
+void StoreAnsiText(char* field, size_t size, const char* text);
+
 }  // namespace velmora

@@ -97,10 +97,6 @@ PresetSelection ReadSelection(HWND dialog, int control) {
     return selection;
 }
 
-void Check(HWND dialog, int control, bool isChecked) {
-    CheckDlgButton(dialog, control, isChecked ? BST_CHECKED : BST_UNCHECKED);
-}
-
 ColorPage ReadControls(HWND dialog) {
     ColorPage page = {};
     for (const RadioValue& radio : kColorModeRadios) {
@@ -122,7 +118,7 @@ ColorPage ReadControls(HWND dialog) {
 
 void ShowPage(HWND dialog, const ColorPage& page) {
     for (const RadioValue& radio : kColorModeRadios) {
-        Check(dialog, radio.control, radio.value == page.mode);
+        CheckControl(dialog, radio.control, radio.value == page.mode);
     }
     SelectItem(dialog, kColorPresetControl, page.preset.item);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
@@ -131,8 +127,8 @@ void ShowPage(HWND dialog, const ColorPage& page) {
     SelectItem(dialog, kResolutionControl, page.resolutionItem);
     SelectComboByData(dialog, kRenderingControl, page.rendering);
     SelectComboByData(dialog, kChoiceAControl, page.choiceA);
-    Check(dialog, kResolutionFlag, page.resolutionFlag);
-    Check(dialog, kAdvancedControl, page.isAdvanced);
+    CheckControl(dialog, kResolutionFlag, page.resolutionFlag);
+    CheckControl(dialog, kAdvancedControl, page.isAdvanced);
 }
 
 void ShowPanels(HWND dialog) {

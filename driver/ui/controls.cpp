@@ -97,8 +97,24 @@ void UpdateControlText(HWND dialog, int control, const WCHAR* text) {
     }
 }
 
+void ReadAnsiText(HWND dialog, int control, char* field, size_t size) {
+    constexpr size_t kMostBytes = 4;  // of a character
+    WCHAR text[kMessageCapacity] = {};
+    char bytes[kMostBytes * kMessageCapacity] = {};
+    const auto length = static_cast<int>(GetDlgItemTextW(dialog, control, text, ARRAYSIZE(text)));
+    const int count = WideCharToMultiByte(CP_ACP, 0, text, length, bytes, sizeof(bytes) - 1, nullptr, nullptr);
+    bytes[count] = 0;
+    StoreAnsiText(field, size, bytes);
+}
+
 bool IsChecked(HWND dialog, int control) {
     return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
+}
+
+void CheckControl(HWND dialog, int control, bool isChecked) {
+    if (IsChecked(dialog, control) != isChecked) {
+        CheckDlgButton(dialog, control, isChecked ? BST_CHECKED : BST_UNCHECKED);
+    }
 }
 
 void EnableControl(HWND dialog, int control, bool isEnabled) {

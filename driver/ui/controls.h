@@ -35,8 +35,13 @@ void SetOwnTexts(HWND dialog, std::span<const int> controls);
 // Gives a control a text that it doesn't have already.
 void UpdateControlText(HWND dialog, int control, const WCHAR* text);
 
+// Fills a field of `size` bytes with the text of an edit in the ANSI code page: with the whole characters that leave
+// room for a terminator, and with 0 after them.
+void ReadAnsiText(HWND dialog, int control, char* field, size_t size);
+
 // Whether a check box or radio button is checked.
 bool IsChecked(HWND dialog, int control);
+void CheckControl(HWND dialog, int control, bool isChecked);
 
 void EnableControl(HWND dialog, int control, bool isEnabled);
 

@@ -1,5 +1,4 @@
 // What the Paper page's choices make of a device mode.
-#include <algorithm>
 #include <iterator>
 
 #include "driver/base/text.h"
@@ -81,7 +80,7 @@ void ApplySourceAndMedium(const PaperChoices& page, const DeviceModel* model, Ve
 
 void ApplyCode(const PaperChoices& page, PrivateDevMode* own) {
     own->uiFlagA = page.isFlagA;
-    StoreCode(page.code, own->uiCode);
+    StoreAnsiText(own->uiCode, sizeof(own->uiCode), page.code);
 }
 
 void ApplyCopies(PaperChoices* page, VelmoraDevMode* devMode) {
@@ -127,7 +126,7 @@ void ApplyDuplex(const PaperChoices& page, VelmoraDevMode* devMode) {
 void ApplyFlags(const PaperChoices& page, const char* label, PrivateDevMode* own) {
     own->uiFlagB = page.flagB.isChecked;
     own->uiFlagC = page.flagC.isChecked;
-    StoreCode(label, own->uiLabel);
+    StoreAnsiText(own->uiLabel, sizeof(own->uiLabel), label);
 }
 
 void ApplyLayout(const PaperChoices& page, PrivateDevMode* own) {
@@ -162,11 +161,6 @@ void ApplyPaperChoices(PaperChoices* choices, const PaperApplication& applicatio
     ApplyLayout(*choices, &own);
     ApplyBorderRule(&own, application.resolutionIndex);
     choices->details = ReadPageDetails(own);
-}
-
-void StoreCode(const char* text, char (&field)[5]) {
-    const size_t length = WholeCharacters(text, std::min(TextLength(text), sizeof(field) - 1));
-    std::fill(std::copy_n(text, length, field), std::end(field), '\0');
 }
 
 uint16_t NupOrderOf(uint32_t pageOrder) {

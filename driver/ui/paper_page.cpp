@@ -172,20 +172,9 @@ void RedrawPictures(HWND dialog, const PaperChoices& before, const PaperChoices&
 
 // Takes what the controls show into the record.
 
-// The text of an edit as its first bytes in the ANSI code page.
-void ReadCode(HWND dialog, char (&code)[5]) {
-    constexpr int kMostBytes = 4;  // of a character
-    WCHAR text[sizeof(code)] = {};
-    char bytes[kMostBytes * sizeof(code)] = {};
-    const auto length = static_cast<int>(GetDlgItemTextW(dialog, kCodeControl, text, ARRAYSIZE(text)));
-    const int count = WideCharToMultiByte(CP_ACP, 0, text, length, bytes, sizeof(bytes) - 1, nullptr, nullptr);
-    bytes[count] = 0;
-    StoreCode(bytes, code);
-}
-
 bool TakeCode(HWND dialog, PaperChoices* choices) {
     char code[sizeof(choices->code)];
-    ReadCode(dialog, code);
+    ReadAnsiText(dialog, kCodeControl, code, sizeof(code));
     const bool isOther = !TextsEqual<char>(code, choices->code);
     std::copy(std::begin(code), std::end(code), choices->code);
     return isOther;
@@ -411,6 +400,10 @@ constexpr PageFunctions kPaperPage = {
 };
 
 }  // namespace
+
+void RestorePaperDefaults(HWND page, SheetContext* context) {
+    OnPaperCommand(page, context, kPaperDefaultsControl, BN_CLICKED);
+}
 
 INT_PTR CALLBACK PaperPageProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     return RoutePageMessage(kPaperPage, dialog, message, wParam, lParam);

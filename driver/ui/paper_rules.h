@@ -176,9 +176,6 @@ void ApplyPaperChoices(PaperChoices* choices, const PaperApplication& applicatio
 void SettleCopies(PaperChoices* choices);
 void SettleZoomPercent(PaperChoices* choices);
 
-// Copies the whole characters of a text (ANSI code page) that have room into a field like uiCode; 0 after them.
-void StoreCode(const char* text, char (&field)[5]);
-
 // The nupOrder of a uiPageOrder; 0 for one that isn't known.
 uint16_t NupOrderOf(uint32_t pageOrder);
 

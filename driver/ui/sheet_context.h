@@ -30,6 +30,7 @@ inline constexpr int kNoSlot = -1;        // of dialogs and pages that have none
 inline constexpr int kPaperSlot = 0;      // the pages that others look at, as the next ones
 inline constexpr int kColorSlot = 1;      // its dialogs mark it as changed
 inline constexpr int kWatermarkSlot = 2;
+inline constexpr int kOutputSlot = 3;            // restored with the others
 inline constexpr int kColorDialogsSlot = 8;      // the Color page's dialogs that are no sheet
 inline constexpr int kAboutSlot = 15;            // the About page's dialog
 inline constexpr size_t kTitleCapacity = 128;    // characters of a page's title

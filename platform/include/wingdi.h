@@ -563,6 +563,7 @@ HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height);
 HBITMAP WINAPI CreateBitmap(int width, int height, UINT planes, UINT bitsPerPixel, const VOID* bits);
 HBITMAP WINAPI CreateDIBSection(HDC context, const BITMAPINFO* info, UINT usage, VOID** bits, HANDLE section,
                                 DWORD offset);
+BOOL WINAPI GdiFlush();  // before a DIB section's bits are read
 int WINAPI GetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, LPBITMAPINFO info, UINT usage);
 int WINAPI SetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, const VOID* bits, const BITMAPINFO* info,
                      UINT usage);

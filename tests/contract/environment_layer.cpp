@@ -62,8 +62,14 @@ class LayerEnvironment : public ContractEnvironment {
         RegCloseKey(opened);
     }
 
-    void AddProgram(const WideText& fileName) override {
-        machine_.SetProgram(fileName, [this](const std::string& command) { startedCommands_.push_back(command); });
+    void AddProgram(const WideText& fileName, Program run) override {
+        machine_.SetWaitsElapseAtOnce(true);
+        machine_.SetProgram(fileName, [this, run](const std::string& command) {
+            startedCommands_.push_back(command);
+            if (run) {
+                run(command);
+            }
+        });
     }
 
     void SetUser(std::function<void()> user) override { machine_.SetUser(std::move(user)); }

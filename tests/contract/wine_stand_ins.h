@@ -26,6 +26,9 @@ void SetUserLanguage(LANGID language);
 // What WinExec does instead of starting a program: whether there is one for the command line. Null: there is none.
 void SetProgramStarter(std::function<bool(const std::string& command)> starter);
 
+// Lets waits that would run out do so at once, until ForgetMachine.
+void SetWaitsElapseAtOnce(bool atOnce);
+
 // Makes the stand-ins forget what they keep: of one printer; of all printers and forms.
 void ForgetPrinter(HANDLE printer);
 void ForgetMachine();

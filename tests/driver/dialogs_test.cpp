@@ -97,6 +97,18 @@ const std::vector<DialogRules> kDialogs = {
     {6201, {6202}, {{6226, {6035}}}, {}, {6211, 6212, 6213, 6215, 6216, 6217, 6219, 6220, 6221, 6223, 6224, 6225}},
     {6300, {6301}, {{IDCANCEL, {6310}}}, {}, {6303, 6306}},
     {6400, {6401}, {{6405, {6408}}, {IDOK, {6406}}, {IDCANCEL, {6407}}}, {}, {}},
+    {7000,
+     {7001},
+     {{7005, {2490, 2491, 2492, 2493, 2494, 2495}},
+      {7012, {2541, 2542, 2543, 2544}},
+      {7017, {2840, 2841, 2842, 2843, 2844, 2845, 2846, 2847}},
+      {7019, {2517, 2522, 2518, 2523, 2524, 2520, 2525}},
+      {3107, {3048, 2490, 2491, 2492, 2493, 2494, 2495}},
+      {3136, {2630, 2631}}},
+     {},
+     {7010, 7014, 7015, 7023, 7025, 7026, 7029}},
+    {9000, {9001}, {{9008, {2856, 2857}}, {9017, {9018}}, {3136, {2630, 2631}}}, {}, {9010}},
+    {10000, {10001}, {{3136, {2630, 2631}}}, {}, {10002}},
     {11000, {11001}, {{11004, {11010, 11011}}, {11007, {11010, 11011}}}, {}, {11009}},
 };
 
@@ -249,12 +261,13 @@ class DialogCheck {
                });
     }
 
-    // A scroll bar shares the label of the edit before it.
+    // A scroll bar or slider shares the label of the edit before it.
     void CheckKeyboard(const DialogItem& item, const DialogItem* before) {
         if ((item.style & WS_TABSTOP) == 0) {
             Say(item.id, "isn't reached by Tab");
         }
-        if (item.windowClass == u"SCROLLBAR" && before && before->windowClass == u"EDIT") {
+        const bool isBar = item.windowClass == u"SCROLLBAR" || item.windowClass == u"MSCTLS_TRACKBAR32";
+        if (isBar && before && before->windowClass == u"EDIT") {
             return;
         }
         if (item.windowClass != u"BUTTON" &&
