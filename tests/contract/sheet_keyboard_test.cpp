@@ -1,5 +1,7 @@
 // The sheets' pages by the keyboard alone: the Tab key reaches each control in the order of the page, and each access
 // key its control.
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include <memory>
