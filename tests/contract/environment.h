@@ -36,7 +36,9 @@ class ContractEnvironment {
 
     // A program that the driver can start by WinExec, by its file name (no folder); nothing really runs.
     virtual void AddProgram(const WideText& fileName) = 0;
-    // The command lines by which such programs were started, the first one first.
+    // The driver package's program for watermarks, KV62WM.EXE: the driver can start it from now on, and it really runs.
+    virtual void AddWatermarkProgram() = 0;
+    // The command lines by which programs were started, the first one first.
     const std::vector<std::string>& StartedCommands() const { return startedCommands_; }
 
     // `user` is called each time that this thread waits for input in a message loop, also in one that `user` itself has

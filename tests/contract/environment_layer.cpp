@@ -7,6 +7,7 @@
 
 #include "platform/host.h"
 #include "tests/contract/environment.h"
+#include "tools/wm/watermark_program.h"
 
 namespace contract {
 namespace {
@@ -64,6 +65,13 @@ class LayerEnvironment : public ContractEnvironment {
 
     void AddProgram(const WideText& fileName) override {
         machine_.SetProgram(fileName, [this](const std::string& command) { startedCommands_.push_back(command); });
+    }
+
+    void AddWatermarkProgram() override {
+        machine_.SetProgram(u"KV62WM.EXE", [this](const std::string& command) {
+            startedCommands_.push_back(command);
+            velmora::RunWatermarkProgram(command.c_str());
+        });
     }
 
     void SetUser(std::function<void()> user) override { machine_.SetUser(std::move(user)); }

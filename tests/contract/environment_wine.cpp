@@ -75,7 +75,11 @@ class WineEnvironment : public ContractEnvironment {
         }
     }
 
-    void AddProgram(const WideText& fileName) override { programs_.emplace_back(fileName.begin(), fileName.end()); }
+    void AddProgram(const WideText& fileName) override {
+        programs_.emplace_back(std::string(fileName.begin(), fileName.end()), ProgramStart::kPretended);
+    }
+
+    void AddWatermarkProgram() override { programs_.emplace_back("KV62WM.EXE", ProgramStart::kReal); }
 
     void SetUser(std::function<void()> newUser) override {
         if (timer_ != 0) {
@@ -103,17 +107,18 @@ class WineEnvironment : public ContractEnvironment {
     }
 
   private:
-    bool StartProgram(const std::string& command) {
-        const bool isThere = std::ranges::any_of(
-            programs_, [&](const std::string& name) { return command.find(name) != std::string::npos; });
-        if (isThere) {
-            startedCommands_.push_back(command);
+    ProgramStart StartProgram(const std::string& command) {
+        for (const auto& [name, start] : programs_) {
+            if (command.find(name) != std::string::npos) {
+                startedCommands_.push_back(command);
+                return start;
+            }
         }
-        return isThere;
+        return ProgramStart::kNone;
     }
 
     std::vector<std::pair<HKEY, std::wstring>> keys_;
-    std::vector<std::string> programs_;
+    std::vector<std::pair<std::string, ProgramStart>> programs_;  // by file name
     UINT_PTR timer_ = 0;
 };
 

@@ -74,7 +74,8 @@ DriverPackage PackageOf(const std::string& descriptionFile) {
                               // The render library, without an INI file and with one, and the image module beside it.
                               {TEXT("KVIME.DLL"), {}, "no library"},
                               {TEXT("KV62E.DLL"), {}, "no library"},
-                              {TEXT("KV62im.dll"), "KV62im.dll", {}}};
+                              {TEXT("KV62im.dll"), "KV62im.dll", {}},
+                              {TEXT("KV62WM.EXE"), "KV62WM.EXE", {}}};
     return package;
 }
 
