@@ -4,8 +4,12 @@
 #include <winspool.h>
 
 #include "bench/bench_printer.h"
+#include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/devmode/private_devmode.h"
+#include "driver/ui/page_preview.h"
+#include "driver/ui/paper_preview.h"
+#include "driver/ui/pictures.h"
 #include "tools/xpic/compile.h"
 
 namespace velmora {
@@ -18,6 +22,8 @@ constexpr const char* kSheetOpening = "document sheet opened and closed";
 constexpr const char* kDrawing = "device page drawn to PNG";
 constexpr const char* kPaperPass = "paper choices brought into line";
 constexpr const char* kAdjustmentTable = "colour adjustment computed";
+constexpr const char* kPaperPreview = "paper page's pictures drawn";
+constexpr const char* kPagePreview = "watermark's preview drawn";
 constexpr const char* kMapping = "a sample of 256 x 256 pixels adjusted";
 
 // The most that each may take.
@@ -28,7 +34,8 @@ constexpr struct {
     double most;
 } kLimits[] = {
     {kSheetOpening, "ms", 1e6, 20}, {kDrawing, "ms", 1e6, 50},        {kPaperPass, "us", 1e3, 30},
-    {kMapping, "ms", 1e6, 2},       {kAdjustmentTable, "ms", 1e6, 2},
+    {kMapping, "ms", 1e6, 2},       {kAdjustmentTable, "ms", 1e6, 2}, {kPaperPreview, "ms", 1e6, 3},
+    {kPagePreview, "ms", 1e6, 5},
 };
 
 constexpr const char* kModel = "velmora-c5400.json";
@@ -38,7 +45,48 @@ void CancelSheet() {
     SendMessageW(GetActiveWindow(), PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
 }
 
+WatermarkRecord SlantedWatermark() {
+    WatermarkRecord watermark = {};
+    watermark.type = kTextWatermark;
+    CopyText(watermark.text, std::size(watermark.text), TEXT("CONFIDENTIAL"));
+    CopyText(watermark.style.face, std::size(watermark.style.face), TEXT("Arial"));
+    watermark.style.size = 72;
+    watermark.style.color = RGB(255, 0, 0);
+    return watermark;
+}
+
 }  // namespace
+
+// A dialog with the controls that previews are drawn in, and what they are drawn on.
+struct SheetBench::Previews {
+    explicit Previews(HANDLE printer) {
+        BuildDefaultDevMode(printer, TEXT(""), &devMode);
+        context = OwnedSheetContext(CreateSheetContext(printer, nullptr, &devMode));
+        Require(context && LoadImageModule(*context.Get()), "the pictures aren't there");
+        dialog = CreateWindowExW(0, TEXT("Static"), TEXT(""), WS_POPUP, 0, 0, kSide, kSide, nullptr, nullptr, nullptr,
+                                 nullptr);
+        for (const INT_PTR control : {5002, 5020, 7029}) {
+            CreateWindowExW(0, TEXT("Static"), TEXT(""), WS_CHILD, 10, 10, 140, 150, dialog,
+                            reinterpret_cast<HMENU>(control), nullptr, nullptr);
+        }
+        bitmap = OwnedBitmap(CreateBitmap(kSide, kSide, 1, 32, nullptr));
+        target = OwnedDeviceContext(CreateCompatibleDC(nullptr));
+        SelectObject(target.Get(), bitmap.Get());
+    }
+    ~Previews() { DestroyWindow(dialog); }
+    Previews(const Previews&) = delete;
+    Previews& operator=(const Previews&) = delete;
+
+    static constexpr int kSide = 200;
+
+    VelmoraDevMode devMode;
+    OwnedSheetContext context;
+    HWND dialog;
+    OwnedBitmap bitmap;
+    OwnedDeviceContext target;  // ends before what it has selected
+};
+
+SheetBench::~SheetBench() = default;
 
 SheetBench::SheetBench(host::Machine& machine) : machine_(machine) {
     for (const std::filesystem::path& source : ProjectModels()) {
@@ -57,6 +105,21 @@ SheetBench::SheetBench(host::Machine& machine) : machine_(machine) {
     RegisterWork(kSheetOpening, [this] { OpenDocumentSheet(); });
     RegisterWork(kDrawing, [this] { DrawDevicePage(); });
     RegisterPageWorks();
+    RegisterPreviewWorks();
+}
+
+void SheetBench::RegisterPreviewWorks() {
+    previews_ = std::make_unique<Previews>(printer_.Get());
+    const Previews& drawn = *previews_;
+    drawn.context.Get()->paper = choices_;
+    RegisterWork(kPaperPreview, [&drawn] { PaintPaperPreview(drawn.dialog, drawn.context.Get(), drawn.target.Get()); });
+    // With four pages on a sheet, a step of the angle at each redraw: the font is made anew.
+    PreviewRequest request = MakePreviewRequest(*drawn.context.Get(), SlantedWatermark());
+    request.pagesPerSheet = 4;
+    RegisterWork(kPagePreview, [&drawn, request]() mutable {
+        request.watermark.angle = static_cast<uint16_t>((request.watermark.angle + 1) % 3600);
+        PaintPagePreview(drawn.dialog, drawn.context.Get(), drawn.target.Get(), request);
+    });
 }
 
 void SheetBench::RegisterPageWorks() {

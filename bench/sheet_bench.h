@@ -1,6 +1,7 @@
 // What a property sheet costs: opened and closed, drawn, and what its pages decide and compute at a user's every step.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,12 +17,16 @@ class SheetBench : public Bench {
   public:
     // Installs a printer on the machine, registers the works, and opens the sheets often enough to see what they leave.
     explicit SheetBench(host::Machine& machine);
+    ~SheetBench() override;
     bool Judge(const Times& times) const override;
 
   private:
+    struct Previews;
+
     void OpenDocumentSheet();
     void DrawDevicePage();
     void RegisterPageWorks();
+    void RegisterPreviewWorks();
 
     host::Machine& machine_;
     TemporaryFolder folder_{"velmora-bench-sheet"};
@@ -30,6 +35,7 @@ class SheetBench : public Bench {
     PaperChoices choices_ = {};
     AdjustmentTable table_ = {};
     std::vector<uint32_t> sample_;
+    std::unique_ptr<Previews> previews_;
 };
 
 }  // namespace velmora

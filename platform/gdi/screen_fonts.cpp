@@ -19,7 +19,7 @@
 namespace host {
 namespace {
 
-constexpr LONG kLargestHeight = 4096;
+constexpr LONG kLargestHeight = 8192;
 constexpr LONG kDefaultCell = 16;
 constexpr int kSemibold = 600;
 constexpr int kNormalWidth = 100;  // percent

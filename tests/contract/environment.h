@@ -39,9 +39,9 @@ class ContractEnvironment {
     // waits of the driver that would run out do so at once.
     using Program = std::function<void(const std::string& commandLine)>;
     virtual void AddProgram(const WideText& fileName, Program run = nullptr) = 0;
-    // The driver package's own program that renders watermarks, which does run.
+    // The driver package's program for watermarks, KV62WM.EXE: the driver can start it from now on, and it really runs.
     virtual void AddWatermarkProgram() = 0;
-    // The command lines by which such programs were started, the first one first.
+    // The command lines by which programs were started, the first one first.
     const std::vector<std::string>& StartedCommands() const { return startedCommands_; }
 
     // `user` is called each time that this thread waits for input in a message loop, also in one that `user` itself has

@@ -74,7 +74,7 @@ class LayerEnvironment : public ContractEnvironment {
     }
 
     void AddWatermarkProgram() override {
-        machine_.SetProgram(TEXT("KV62WM.EXE"), [this](const std::string& command) {
+        machine_.SetProgram(u"KV62WM.EXE", [this](const std::string& command) {
             startedCommands_.push_back(command);
             velmora::RunWatermarkProgram(command.c_str());
         });

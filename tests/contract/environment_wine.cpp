@@ -78,12 +78,12 @@ class WineEnvironment : public ContractEnvironment {
 
     void AddProgram(const WideText& fileName, Program run) override {
         SetWaitsElapseAtOnce(true);
-        programs_[std::string(fileName.begin(), fileName.end())] = std::move(run);
+        programs_[std::string(fileName.begin(), fileName.end())] = {ProgramStart::kPretended, std::move(run)};
     }
 
     void AddWatermarkProgram() override {
         SetWaitsElapseAtOnce(false);
-        programs_["KV62WM.EXE"] = StartReally;
+        programs_["KV62WM.EXE"] = {ProgramStart::kReal, nullptr};
     }
 
     void SetUser(std::function<void()> newUser) override {
@@ -112,21 +112,21 @@ class WineEnvironment : public ContractEnvironment {
     }
 
   private:
-    bool StartProgram(const std::string& command) {
-        const auto program = std::ranges::find_if(
-            programs_, [&](const auto& entry) { return command.find(entry.first) != std::string::npos; });
-        if (program == programs_.end()) {
-            return false;
+    ProgramStart StartProgram(const std::string& command) {
+        for (const auto& [name, program] : programs_) {
+            if (command.find(name) != std::string::npos) {
+                startedCommands_.push_back(command);
+                if (program.second) {
+                    program.second(command);
+                }
+                return program.first;
+            }
         }
-        startedCommands_.push_back(command);
-        if (program->second) {
-            program->second(command);
-        }
-        return true;
+        return ProgramStart::kNone;
     }
 
     std::vector<std::pair<HKEY, std::wstring>> keys_;
-    std::map<std::string, Program> programs_;  // by file name
+    std::map<std::string, std::pair<ProgramStart, Program>> programs_;  // by file name
     UINT_PTR timer_ = 0;
 };
 

@@ -74,11 +74,8 @@ DriverPackage PackageOf(const std::string& descriptionFile) {
                               // The render library, without an INI file and with one, and the image module beside it.
                               {TEXT("KVIME.DLL"), {}, "no library"},
                               {TEXT("KV62E.DLL"), {}, "no library"},
-                              {TEXT("KV62im.dll"), "KV62im.dll", {}}};
-    // Programs are built for Windows alone.
-    const std::string program = "KV62WM.EXE";
-    const bool isBuilt = std::filesystem::exists(kBuiltFiles / program);
-    package.dependentFiles.push_back({TEXT("KV62WM.EXE"), isBuilt ? program : "", "no program"});
+                              {TEXT("KV62im.dll"), "KV62im.dll", {}},
+                              {TEXT("KV62WM.EXE"), "KV62WM.EXE", {}}};
     return package;
 }
 

@@ -1,5 +1,7 @@
 // The sheets' pages by the keyboard alone: the Tab key reaches each control in the order of the page, and each access
 // key its control.
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include <memory>
@@ -184,7 +186,7 @@ TEST_F(SheetKeyboard, ReachesEverything) {
         steps_.clear();
         for (int page = 0; page < kMostPages; ++page) {
             if (page > 0) {
-                steps_.push_back([] { PressKey(VK_TAB, {VK_CONTROL}); });
+                steps_.push_back([] { PressKey(VK_NEXT, {VK_CONTROL}); });
             }
             // Behind the last page comes the first one again.
             steps_.push_back([] {

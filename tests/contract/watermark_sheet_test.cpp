@@ -1,12 +1,14 @@
 // The Watermark page of the document sheet as an application shows it, and the program that renders watermarks.
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
 #include <vector>
-
-#include <commctrl.h>
 
 #include "tests/contract/sheet_test.h"
 #include "tests/contract/transcript.h"

@@ -546,7 +546,7 @@ HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD co
 
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 LANGID userLanguage = kEnglish;
-std::function<bool(const std::string&)> programStarter;
+std::function<ProgramStart(const std::string&)> programStarter;
 
 bool Never(HANDLE) {
     return false;
@@ -577,8 +577,16 @@ LANGID WINAPI StandInGetUserDefaultLangID() {
 }
 
 // Numbers above 31 are success.
-UINT WINAPI StandInWinExec(LPCSTR command, UINT) {
-    return programStarter && programStarter(command) ? 32 : ERROR_FILE_NOT_FOUND;
+UINT WINAPI StandInWinExec(LPCSTR command, UINT show) {
+    constexpr UINT kStarted = 33;
+    switch (programStarter ? programStarter(command) : ProgramStart::kNone) {
+        case ProgramStart::kReal:
+            return GENUINE_OF(WinExec, L"kernel32.dll")(command, show);
+        case ProgramStart::kPretended:
+            return kStarted;
+        default:
+            return ERROR_FILE_NOT_FOUND;
+    }
 }
 
 bool waitsElapseAtOnce = false;
@@ -635,8 +643,8 @@ std::vector<StandIn> standIns = {
     STAND_IN_ALWAYS(MultiByteToWideChar, kNotSettable, StandInMultiByteToWideChar),
     STAND_IN_ALWAYS(WideCharToMultiByte, kNotSettable, StandInWideCharToMultiByte),
     STAND_IN_ALWAYS(IsDBCSLeadByteEx, kNotSettable, StandInIsDBCSLeadByteEx),
-    STAND_IN_ALWAYS(WinExec, "no program is to run", StandInWinExec),
-    STAND_IN_ALWAYS(WaitForSingleObject, "a program that didn't run is waited for", StandInWaitForSingleObject),
+    STAND_IN_ALWAYS(WinExec, "programs run where a test says so", StandInWinExec),
+    STAND_IN_ALWAYS(WaitForSingleObject, "nothing is to be waited for that didn't run", StandInWaitForSingleObject),
 };
 
 // Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.
@@ -760,15 +768,8 @@ void SetUserLanguage(LANGID language) {
     userLanguage = language;
 }
 
-void SetProgramStarter(std::function<bool(const std::string& command)> starter) {
+void SetProgramStarter(std::function<ProgramStart(const std::string& command)> starter) {
     programStarter = std::move(starter);
-}
-
-void StartReally(const std::string& command) {
-    constexpr UINT kFirstStarted = 32;
-    if (GENUINE_OF(WinExec, L"kernel32.dll")(command.c_str(), SW_HIDE) < kFirstStarted) {
-        throw std::runtime_error("can't start " + command);
-    }
 }
 
 void SetWaitsElapseAtOnce(bool atOnce) {

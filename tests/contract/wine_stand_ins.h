@@ -23,11 +23,10 @@ void SendMissingEvent(HMODULE driver, HANDLE printer, int event);
 // The user's language as drivers are told it, and its ANSI code page with it, until ForgetMachine.
 void SetUserLanguage(LANGID language);
 
-// What WinExec does instead of starting a program: whether there is one for the command line. Null: there is none.
-void SetProgramStarter(std::function<bool(const std::string& command)> starter);
-
-// What WinExec does. Throws std::runtime_error where the program can't be started.
-void StartReally(const std::string& command);
+// What WinExec does with a command line: fails as without such a program, succeeds without starting anything, or starts
+// it. Null: there is no program.
+enum class ProgramStart { kNone, kPretended, kReal };
+void SetProgramStarter(std::function<ProgramStart(const std::string& command)> starter);
 
 // Lets waits that would run out do so at once, until ForgetMachine.
 void SetWaitsElapseAtOnce(bool atOnce);

@@ -37,6 +37,7 @@ void UseBuiltModules(DriverPackage& package) {
         package.dependent.push_back({library, "no library"});
     }
     package.dependent.push_back(ReadModule(VELMORA_IMAGE_MODULE));
+    package.dependent.push_back({u"KV62WM.EXE", "no program"});
 }
 
 }  // namespace driver_test

@@ -10,8 +10,8 @@ namespace driver_test {
 // The language modules under their names, KV62ENUS.DLL first.
 std::vector<PackageFile> BuiltLanguageModules();
 
-// Puts them into a package in place of its own, with the image module and the render library beside which the driver
-// looks for it.
+// Puts them into a package in place of its own, with the image module, the render library beside which the driver looks
+// for it, and the program for watermarks, which runs where the machine is given a function for it.
 void UseBuiltModules(DriverPackage& package);
 
 }  // namespace driver_test

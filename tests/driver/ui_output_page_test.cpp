@@ -57,9 +57,9 @@ class OutputPageTest : public MachineTest {
     void ThenPress(int button) {
         host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
     }
-    const PrivateDevMode& Run() {
+    const VelmoraDevMode& Run() {
         EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output_), 1);
-        return output_.privatePart;
+        return output_;
     }
     bool IsChanged() const { return host_->Context().isChanged[kOutputSlot]; }
 
@@ -105,65 +105,66 @@ TEST_F(OutputPageTest, ShowsTheDeviceMode) {
     }
 }
 
-TEST_F(OutputPageTest, WritesWhatIsChangedAtApply) {
-    constexpr uint32_t kFlagCOption = 0x200;
+TEST_F(OutputPageTest, WritesWhatIsClickedAtApply) {
     SetSecondTray(1);
-    input_ = With(input_, "finishFlagA=1 finishFlagB=1 finishSide=2");
-    std::copy_n("AB", 3, input_.privatePart.outputText);
+    input_ = With(input_, "finishFlagA=1 finishFlagB=1 finishSide=2 optionFlags=0x210");
     ThenPress(PSBTN_OK);
-    const PrivateDevMode before = Run();
+    const VelmoraDevMode before = Run();
     const struct {
-        std::function<void(HWND page)> use;
+        std::vector<int> clicks;
         std::string states;
-        void (*change)(PrivateDevMode*);  // null: the page isn't changed
+        std::string settings;
+        size_t flag = 0;  // of finishFlags, from 1 on
     } cases[] = {
-        {[](HWND page) { Click(page, kFlagA); }, "OxooeeXEOOOX", [](PrivateDevMode* own) { own->finishFlagA = 0; }},
-        {[](HWND page) { Click(page, kFlagB); }, "XXOOEEOeOOOX", [](PrivateDevMode* own) { own->finishFlagB = 0; }},
-        {[](HWND page) { Click(page, 9005); }, "XOXOEEXEOOOX", [](PrivateDevMode* own) { own->finishChoice = 1; }},
-        {[](HWND page) { Click(page, 9006); }, "XOOXEEXEOOOX", [](PrivateDevMode* own) { own->finishChoice = 2; }},
-        {[](HWND page) { Select(page, kSide, 2); }, "XXOOEEXEOOOX", nullptr},
-        {[](HWND page) { Select(page, kSide, 1); }, "XXOOEEXEOOOX", [](PrivateDevMode* own) { own->finishSide = 1; }},
-        {[](HWND page) { SetDlgItemTextW(page, kText, TEXT("AB")); }, "XXOOEEXEOOOX", nullptr},
-        {[](HWND page) { SetDlgItemTextW(page, kText, TEXT("C")); }, "XXOOEEXEOOOX",
-         [](PrivateDevMode* own) { std::copy_n("C\0", 3, own->outputText); }},
-        {[](HWND page) { Click(page, 9012); }, "XXOOEEXEXOOX", [](PrivateDevMode* own) { own->finishFlags[0] = 1; }},
-        {[](HWND page) { Click(page, 9013); }, "XXOOEEXEOXOX", [](PrivateDevMode* own) { own->finishFlags[1] = 1; }},
-        {[](HWND page) { Click(page, 9014); }, "XXOOEEXEOOXX", [](PrivateDevMode* own) { own->finishFlags[2] = 1; }},
-        {[](HWND page) { Click(page, kFlagC); }, "XXOOEEXEOOOO",
-         [](PrivateDevMode* own) {
-             own->finishFlagC = 0;
-             own->optionFlags &= ~kFlagCOption;
-         }},
-        {[](HWND page) {
-             Click(page, kFlagC);
-             Click(page, 9013);
-             Click(page, 9006);
-             Click(page, kRestore);
-         },
-         "OxooeeOeOOOX",
-         [](PrivateDevMode* own) {
-             own->finishFlagA = 0;
-             own->finishFlagB = 0;
-             own->finishSide = 1;
-             std::fill(std::begin(own->outputText), std::end(own->outputText), '\0');
-         }},
+        {{}, "XXOOEEXEOOOX", ""},
+        {{kFlagA}, "OxooeeXEOOOX", "finishFlagA=0"},
+        {{kFlagB}, "XXOOEEOeOOOX", "finishFlagB=0"},
+        {{9005}, "XOXOEEXEOOOX", "finishChoice=1"},
+        {{9005, 9006}, "XOOXEEXEOOOX", "finishChoice=2"},
+        {{9012}, "XXOOEEXEXOOX", "", 1},
+        {{9013}, "XXOOEEXEOXOX", "", 2},
+        {{9014}, "XXOOEEXEOOXX", "", 3},
+        {{kFlagC}, "XXOOEEXEOOOO", "finishFlagC=0 optionFlags=0x10"},
+        {{kFlagC, 9013, 9006, kRestore}, "OxooeeOeOOOX", "finishFlagA=0 finishFlagB=0 finishSide=1 "},
     };
     for (const auto& c : cases) {
-        const size_t row = static_cast<size_t>(&c - cases);
+        SCOPED_TRACE(c.states);
         ThenUse(kOutputSlot, [&](HWND page) {
-            c.use(page);
-            EXPECT_EQ(StatesOf(page), c.states) << row;
-            EXPECT_EQ(IsChanged(), c.change != nullptr) << row;
-            EXPECT_EQ(std::memcmp(&host_->Context().devMode->privatePart, &before, sizeof(before)), 0) << row;
+            for (const int control : c.clicks) {
+                Click(page, control);
+            }
+            EXPECT_EQ(StatesOf(page), c.states);
+            EXPECT_EQ(IsChanged(), !c.clicks.empty());
+            EXPECT_EQ(std::memcmp(host_->Context().devMode, &before, sizeof(before)), 0);
         });
         ThenPress(PSBTN_OK);
-        PrivateDevMode expected = before;
-        if (c.change) {
-            c.change(&expected);
+        VelmoraDevMode expected = With(before, c.settings);
+        if (c.flag > 0) {
+            expected.privatePart.finishFlags[c.flag - 1] = 1;
         }
-        EXPECT_EQ(std::memcmp(&Run(), &expected, sizeof(expected)), 0) << row;
-        EXPECT_EQ(host_->results.size(), c.change ? 1u : 0u) << row;
+        EXPECT_EQ(std::memcmp(&Run(), &expected, sizeof(expected)), 0);
+        EXPECT_EQ(host_->results.size(), c.clicks.empty() ? 0u : 1u);
     }
+}
+
+TEST_F(OutputPageTest, IsChangedByOtherValuesAlone) {
+    SetSecondTray(1);
+    input_ = With(input_, "finishSide=2");
+    std::copy_n("AB", 3, input_.privatePart.outputText);
+    ThenUse(kOutputSlot, [&](HWND page) {
+        Select(page, kSide, 2);
+        SetDlgItemTextW(page, kText, TEXT("AB"));
+        EXPECT_FALSE(IsChanged());
+        SetDlgItemTextW(page, kText, TEXT("C"));
+        EXPECT_TRUE(IsChanged());
+        host_->Context().isChanged[kOutputSlot] = false;
+        Select(page, kSide, 1);
+        EXPECT_TRUE(IsChanged());
+    });
+    ThenPress(PSBTN_OK);
+    const PrivateDevMode& own = Run().privatePart;
+    EXPECT_EQ(ValueOf(own.finishSide), 1);
+    EXPECT_EQ(std::string(own.outputText, 3), std::string("C\0\0", 3));
 }
 
 TEST_F(OutputPageTest, CustomSizesAreNotFinished) {
@@ -179,7 +180,7 @@ TEST_F(OutputPageTest, CustomSizesAreNotFinished) {
     ThenUse(kPaperSlot, [](HWND page) { Select(page, kPaperControl, DMPAPER_A4); });
     ThenUse(kOutputSlot, [](HWND page) { EXPECT_EQ(StatesOf(page), "OxooeeOeXOOX"); });
     ThenPress(PSBTN_OK);
-    EXPECT_EQ(ValueOf(Run().finishFlagA), 0);
+    EXPECT_EQ(ValueOf(Run().privatePart.finishFlagA), 0);
 }
 
 TEST_F(OutputPageTest, TextHasCertainCharactersThatFit) {
@@ -195,15 +196,19 @@ TEST_F(OutputPageTest, TextHasCertainCharactersThatFit) {
     };
     type(u"a\u00e9bcdefghij\b0123456789");
     ThenUse(kOutputSlot, [](HWND page) { EXPECT_EQ(ToText(TextOf(page, kText)), "abcdefghi0123456"); });
-    ThenPress(PSBTN_OK);
-    EXPECT_STREQ(Run().outputText, "abcdefghi0123456");
+    ThenPress(PSBTN_APPLYNOW);
+    ThenUse(kOutputSlot, [](HWND page) {
+        Click(page, kRestore);
+        EXPECT_EQ(ToText(TextOf(page, kText)), "");
+    });
+    EXPECT_STREQ(Run().privatePart.outputText, "abcdefghi0123456");
 
     // Two bytes a character: no half of one.
     machine_.SetAnsiCodePage(932);
     ThenUse(kOutputSlot,
             [](HWND page) { SetDlgItemTextW(page, kText, u"a\u30a2\u30a2\u30a2\u30a2\u30a2\u30a2\u30a2\u30a2"); });
     ThenPress(PSBTN_OK);
-    EXPECT_STREQ(Run().outputText, "a\x83\x41\x83\x41\x83\x41\x83\x41\x83\x41\x83\x41\x83\x41");
+    EXPECT_STREQ(Run().privatePart.outputText, "a\x83\x41\x83\x41\x83\x41\x83\x41\x83\x41\x83\x41\x83\x41");
 }
 
 }  // namespace

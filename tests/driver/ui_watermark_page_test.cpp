@@ -20,7 +20,7 @@ using namespace driver_test;  // NOLINT(google-build-using-namespace): the test 
 
 constexpr int kSwitch = 7003, kName = 7005, kAdd = 7006, kChange = 7007, kDelete = 7008;
 constexpr int kFace = 7010, kStyle = 7012, kSize = 7014, kSizeSpin = 7015, kFamily = 7017, kPosition = 7019;
-constexpr int kShade = 7023, kAngle = 7025, kAngleSlider = 7026, kRestore = 7030, kReady = 3107;
+constexpr int kShade = 7023, kAngle = 7025, kAngleSlider = 7026, kPreview = 7029, kRestore = 7030, kReady = 3107;
 
 LRESULT Ask(HWND page, int control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     return SendDlgItemMessageW(page, control, message, wParam, lParam);
@@ -49,6 +49,19 @@ void TypeName(HWND page, const WCHAR* name) {
     for (; *name != 0; ++name) {
         SendMessageW(EditOf(page, kName), WM_CHAR, *name, 0);
     }
+}
+
+// Whether something black, a sheet's edge, is drawn in the picture.
+bool DrawsSheet(HWND page) {
+    UpdateWindow(page);
+    const RECT place = ControlRect(page, kPreview);
+    const HDC context = GetDC(page);
+    bool isDrawn = false;
+    for (int x = place.left; x < place.right && !isDrawn; ++x) {
+        isDrawn = GetPixel(context, x, (place.top + place.bottom) / 2) == RGB(0, 0, 0);
+    }
+    ReleaseDC(page, context);
+    return isDrawn;
 }
 
 // The buttons that can be pressed: Add, Change, Delete.
@@ -162,7 +175,9 @@ TEST_F(WatermarkPage, ShowsTheDeviceModesWatermark) {
         EXPECT_EQ(Ask(page, kReady, LB_GETITEMDATA, 0), -1);
         EXPECT_EQ(ButtonsOf(page), "--d");
         EXPECT_TRUE(IsWindowEnabled(GetDlgItem(page, kSizeSpin)));
+        EXPECT_TRUE(DrawsSheet(page));
         Click(page, kSwitch);
+        EXPECT_FALSE(DrawsSheet(page));
         EXPECT_EQ(ButtonsOf(page), "---");
         for (int control = kName; control <= kAngleSlider; ++control) {
             EXPECT_FALSE(IsWindowEnabled(GetDlgItem(page, control))) << control;

@@ -8,6 +8,8 @@
 #include <span>
 
 #include "platform/host.h"
+#include "platform/kernel/drive.h"
+#include "platform/kernel/text.h"
 #include "tools/velmora/binding_report.h"
 #include "tools/velmora/capability_report.h"
 #include "tools/velmora/command_error.h"
@@ -32,6 +34,8 @@
 #include "tools/velmora/text_list_report.h"
 #include "tools/velmora/ticket_calls.h"
 #include "tools/velmora/ticket_provider.h"
+#include "tools/velmora/watermark_report.h"
+#include "tools/wm/watermark_program.h"
 
 namespace velmora {
 namespace {
@@ -80,6 +84,8 @@ std::unique_ptr<host::Machine> OpenMachine(const Request& request) {
                            "; name another folder with --machine");
     }
     Apply(request.settings, *machine);
+    machine->SetProgram(u"KV62WM.EXE",
+                        [](const std::string& commandLine) { RunWatermarkProgram(commandLine.c_str()); });
     return machine;
 }
 
@@ -375,6 +381,30 @@ void Job(const Request& request) {
         }
     }
     TellLeftOpen(request, "the hooks", job.leftOpen);
+}
+
+// Where the file that the command line names lies for this host: a path of drive C: is the machine's.
+std::filesystem::path FileOnHost(const Request& request) {
+    if (request.file.size() < 2 || request.file[1] != ':') {
+        return request.file;
+    }
+    const auto machine = OpenMachine(request);
+    const auto path = host::HostPath(host::ToWide(request.file));
+    if (!path) {
+        throw CommandError(request.file + " isn't on the machine's drive");
+    }
+    return *path;
+}
+
+void Watermark(const Request& request) {
+    const std::filesystem::path file = FileOnHost(request);
+    const WatermarkPicture picture = ReadWatermark(file);
+    if (!request.outputFile.empty()) {
+        WriteWatermarkPng(picture, request.outputFile, file);
+    }
+    const Table table = ReportWatermark(picture);
+    const std::span tables(&table, 1);
+    request.output << (request.json ? FormatJson(ToJson(tables).at(0)) : FormatText(tables));
 }
 
 // The steps that the options of a sheet stand for, in the order in which a user takes them. Without any, the controls
@@ -681,6 +711,12 @@ void AddSettingsArguments(CLI::App& app, Request& request) {
     app.add_flag("--raw", request.raw, "Print the file as it is");
 }
 
+void AddWatermarkArguments(CLI::App& app, Request& request) {
+    app.add_option("FILE", request.file, "File of a rendered watermark (.WM, .CWM), here or on the machine's drive C:")
+        ->required();
+    AddOutputOption(app, request, "File to draw it to, as PNG, a dot a pixel");
+}
+
 void AddSheetArguments(CLI::App& app, Request& request) {
     AddPrinterArgument(app, request);
     app.add_option("--page", request.page,
@@ -740,6 +776,10 @@ constexpr Command kCommands[] = {
     {"settings", "Print the settings that the user has for a printer",
      "The settings file's path and, once something is stored, its custom sizes, watermarks and colour presets.",
      "velmora settings \"Velmora C3200\" --raw", Settings, AddSettingsArguments},
+    {"watermark", "Print what a rendered watermark is, and draw it",
+     "The driver has the watermarks of its sheet rendered to files, which velmora settings names.",
+     "velmora watermark 'C:\\Users\\User\\AppData\\Roaming\\...\\01000000.WM' -o watermark.png", Watermark,
+     AddWatermarkArguments},
     {"job", "Print what a printer's driver adds to a job",
      "Calls the driver's job hooks as a rendering side does: the blocks at the start of the job, before each sheet and "
      "at the end, with their bytes, terminators included. A device mode that the driver doesn't accept is repaired, "

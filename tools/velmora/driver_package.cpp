@@ -38,6 +38,7 @@ constexpr const char* kRenderingCore = "KV62R.DLL";
 constexpr const char* kConfigurationFile = "KV62U.DLL";
 constexpr const char* kPrintProcessorFile = "KV62PPR.DLL";
 constexpr const char* kImageModule = "KV62im.dll";
+constexpr const char* kWatermarkProgram = "KV62WM.EXE";  // run as a call; the rendering core stands for the file
 
 // The render library, beside which the driver looks for the image module: the one that the printer's data name where
 // the package has an INI file, and the one that is looked for without. Both names are as long as the driver takes them
@@ -107,6 +108,7 @@ class StagedPackage {
             fs::copy_file(files.configurationFile, folder_ / kConfigurationFile);
             fs::copy_file(files.printProcessor, folder_ / kPrintProcessorFile);
             fs::copy_file(files.imageModule, folder_ / kImageModule);
+            fs::copy_file(files.renderingCore, folder_ / kWatermarkProgram);
             for (const char* library : kRenderLibraries) {
                 fs::copy_file(files.renderingCore, folder_ / library);
             }
@@ -183,6 +185,7 @@ void AddDriver(const BuiltFiles& files, const PackagedModel& model, const Packag
         addDependent(library);
     }
     addDependent(kImageModule);
+    addDependent(kWatermarkProgram);
     if (withPrintProcessor) {
         addDependent(kPrintProcessorFile);
     }

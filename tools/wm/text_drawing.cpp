@@ -9,7 +9,7 @@
 namespace velmora {
 namespace {
 
-constexpr LONG kLargestEm = 4096;  // dots
+constexpr LONG kLargestEm = 8192;  // dots
 constexpr LONG kPointsPerInch = 72;
 constexpr LONG kBandDots = 1 << 22;     // drawn at once, 4 bytes each
 constexpr LONG kEmPerOutline = 40;      // an outline's width is a part of the font's size

@@ -15,7 +15,7 @@
 namespace velmora {
 
 inline constexpr uint32_t kLongestSide = 32767;           // dots
-inline constexpr uint64_t kMostDots = uint64_t{1} << 28;  // of a whole watermark
+inline constexpr uint64_t kMostDots = uint64_t{1} << 29;  // of a whole watermark
 inline constexpr uint32_t kWatermarkMagic = 0x314D574B;   // "KWM1"
 inline constexpr uint16_t kPackBits = 1;                  // WatermarkHeader::compression
 inline constexpr COLORREF kPaper = RGB(0xFF, 0xFF, 0xFF);

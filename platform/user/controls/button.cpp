@@ -342,17 +342,13 @@ void Button::PaintGroup(HDC context, const RECT& client) const {
 
 void Button::DrawByOwner(HDC context, const RECT& client, UINT action) const {
     AskColors(context, WM_CTLCOLORBTN);
-    const UINT id = static_cast<UINT>(GetDlgCtrlID(window_));
     DRAWITEMSTRUCT item = {};
     item.CtlType = ODT_BUTTON;
-    item.CtlID = id;
     item.itemAction = action;
-    item.itemState =
-        (pushed_ ? ODS_SELECTED : 0u) | (HasFocus() ? ODS_FOCUS : 0u) | (IsEnabled() ? 0u : UINT{ODS_DISABLED});
-    item.hwndItem = window_;
+    item.itemState = (pushed_ ? ODS_SELECTED : 0u) | (HasFocus() ? ODS_FOCUS : 0u);
     item.hDC = context;
     item.rcItem = client;
-    SendMessageW(GetParent(window_), WM_DRAWITEM, id, reinterpret_cast<LPARAM>(&item));
+    host::DrawByOwner(window_, item);
 }
 
 }  // namespace

@@ -533,15 +533,13 @@ void ComboBox::DrawFieldByOwner(HDC context, const RECT& rect) const {
     }
     DRAWITEMSTRUCT item = {};
     item.CtlType = ODT_COMBOBOX;
-    item.CtlID = static_cast<UINT>(GetDlgCtrlID(window_));
     item.itemID = static_cast<UINT>(index);
     item.itemAction = ODA_DRAWENTIRE;
-    item.itemState = ODS_COMBOBOXEDIT | (HasFocus() ? ODS_FOCUS : 0u) | (IsEnabled() ? 0u : UINT{ODS_DISABLED});
-    item.hwndItem = window_;
+    item.itemState = ODS_COMBOBOXEDIT | (HasFocus() ? ODS_FOCUS : 0u);
     item.hDC = context;
     item.rcItem = rect;
     item.itemData = static_cast<ULONG_PTR>(ToList(LB_GETITEMDATA, static_cast<WPARAM>(index)));
-    SendMessageW(GetParent(window_), WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
+    DrawByOwner(window_, item);
 }
 
 }  // namespace

@@ -172,4 +172,11 @@ int Control::TextWidth(std::u16string_view text) const {
     return size.cx;
 }
 
+void DrawByOwner(HWND window, DRAWITEMSTRUCT item) {
+    item.hwndItem = window;
+    item.CtlID = static_cast<UINT>(GetDlgCtrlID(window));
+    item.itemState |= IsWindowEnabled(window) ? 0u : UINT{ODS_DISABLED};
+    SendMessageW(GetParent(window), WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
+}
+
 }  // namespace host

@@ -76,6 +76,10 @@ LRESULT CALLBACK ControlProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
                       [](HWND own) -> std::shared_ptr<Control> { return std::make_shared<T>(own); });
 }
 
+// Has a window's parent draw it or one of its items, by WM_DRAWITEM. The window's own are set in `item`: its handle and
+// id, and ODS_DISABLED.
+void DrawByOwner(HWND window, DRAWITEMSTRUCT item);
+
 inline POINT PointOf(LPARAM lParam) {
     return {static_cast<SHORT>(LOWORD(lParam)), static_cast<SHORT>(HIWORD(lParam))};
 }

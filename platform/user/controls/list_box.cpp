@@ -611,16 +611,13 @@ void ListBox::DrawByOwner(HDC context, int index, const RECT& rect, bool selecte
     }
     DRAWITEMSTRUCT item = {};
     item.CtlType = combo_ ? ODT_COMBOBOX : ODT_LISTBOX;
-    item.CtlID = static_cast<UINT>(GetDlgCtrlID(Face()));
     item.itemID = static_cast<UINT>(index);
     item.itemAction = ODA_DRAWENTIRE;
-    item.itemState = (selected ? ODS_SELECTED : 0u) | (selected && HasFocus() ? ODS_FOCUS : 0u) |
-                     (IsEnabled() ? 0u : UINT{ODS_DISABLED});
-    item.hwndItem = Face();
+    item.itemState = (selected ? ODS_SELECTED : 0u) | (selected && HasFocus() ? ODS_FOCUS : 0u);
     item.hDC = context;
     item.rcItem = rect;
     item.itemData = items_[static_cast<size_t>(index)].data;
-    SendMessageW(GetParent(Face()), WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
+    host::DrawByOwner(Face(), item);
     RestoreDC(context, saved);
 }
 

@@ -3,29 +3,27 @@
 #include <windows.h>
 
 #include "platform/kernel/failures.h"
-#include "platform/user/controls/control.h"
 #include "platform/user/controls/controls.h"
+#include "platform/user/controls/scroll_control.h"
 #include "platform/user/controls/scroll_parts.h"
 #include "platform/user/controls/style.h"
 
 namespace host {
 namespace {
 
-class ScrollBar : public Control {
+class ScrollBar : public ScrollControl {
   public:
-    explicit ScrollBar(HWND window) : Control(window, {SBM_SETPOS, SBM_GETSCROLLINFO + 5}) {}
+    explicit ScrollBar(HWND window) : ScrollControl(window, {SBM_SETPOS, SBM_GETSCROLLINFO + 5}, SBS_VERT) {}
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    bool IsVertical() const { return (Style() & SBS_VERT) != 0; }
     int SetState(const ScrollState& state, bool redraw);
     int SetInfo(const SCROLLINFO& info, bool redraw);
     bool GetInfo(SCROLLINFO* info) const;
-    void Scroll(UINT code, int position = 0) const;
-    bool PressKey(WPARAM key);
-    void Press(POINT point);
-    void Drag(POINT point);
-    void Release();
+    void Step(UINT code) override { Tell(code); }
+    void Press(POINT point) override;
+    void Drag(POINT point) override;
+    void Release() override;
     void Paint(HDC context, const RECT& client) override;
 
     ScrollState state_;
@@ -33,7 +31,6 @@ class ScrollBar : public Control {
     ScrollLayout layoutAtPress_ = {};
     POINT grip_ = {};
     int trackPosition_ = 0;  // of the dragged thumb
-    bool scrolledByKey_ = false;
 };
 
 // The position before.
@@ -80,27 +77,6 @@ bool ScrollBar::GetInfo(SCROLLINFO* info) const {
     return (info->fMask & SIF_ALL) != 0;
 }
 
-void ScrollBar::Scroll(UINT code, int position) const {
-    SendMessageW(GetParent(window_), IsVertical() ? WM_VSCROLL : WM_HSCROLL, MAKEWPARAM(code, position),
-                 reinterpret_cast<LPARAM>(window_));
-}
-
-bool ScrollBar::PressKey(WPARAM key) {
-    static constexpr struct {
-        WPARAM key;
-        UINT code;
-    } kKeys[] = {{VK_UP, SB_LINEUP}, {VK_LEFT, SB_LINEUP}, {VK_DOWN, SB_LINEDOWN}, {VK_RIGHT, SB_LINEDOWN},
-                 {VK_HOME, SB_TOP},  {VK_END, SB_BOTTOM},  {VK_PRIOR, SB_PAGEUP},  {VK_NEXT, SB_PAGEDOWN}};
-    for (const auto& row : kKeys) {
-        if (row.key == key) {
-            scrolledByKey_ = true;
-            Scroll(row.code);
-            return true;
-        }
-    }
-    return false;
-}
-
 void ScrollBar::Press(POINT point) {
     layoutAtPress_ = LayOutScrollBar(Client(), IsVertical(), state_);
     pressed_ = state_.CanScroll() ? ScrollPartAt(layoutAtPress_, point) : ScrollPart::kNone;
@@ -116,15 +92,15 @@ void ScrollBar::Press(POINT point) {
     Redraw();
     switch (pressed_) {
         case ScrollPart::kLineBack:
-            return Scroll(SB_LINEUP);
+            return Tell(SB_LINEUP);
         case ScrollPart::kLineOn:
-            return Scroll(SB_LINEDOWN);
+            return Tell(SB_LINEDOWN);
         case ScrollPart::kPageBack:
-            return Scroll(SB_PAGEUP);
+            return Tell(SB_PAGEUP);
         case ScrollPart::kPageOn:
-            return Scroll(SB_PAGEDOWN);
+            return Tell(SB_PAGEDOWN);
         default:
-            return Scroll(SB_THUMBTRACK, trackPosition_);
+            return Tell(SB_THUMBTRACK, trackPosition_);
     }
 }
 
@@ -136,7 +112,7 @@ void ScrollBar::Drag(POINT point) {
     if (position != trackPosition_) {
         trackPosition_ = position;
         Redraw();
-        Scroll(SB_THUMBTRACK, position);
+        Tell(SB_THUMBTRACK, position);
     }
 }
 
@@ -149,41 +125,13 @@ void ScrollBar::Release() {
     ReleaseCapture();
     Redraw();
     if (released == ScrollPart::kThumb) {
-        Scroll(SB_THUMBPOSITION, trackPosition_);
+        Tell(SB_THUMBPOSITION, trackPosition_);
     }
-    Scroll(SB_ENDSCROLL);
+    Tell(SB_ENDSCROLL);
 }
 
 LRESULT ScrollBar::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_GETDLGCODE:
-            return DLGC_WANTARROWS;
-        case WM_SETFOCUS:
-        case WM_KILLFOCUS:
-            Redraw();
-            return 0;
-        case WM_KEYDOWN:
-            return PressKey(wParam) ? 0 : HandleCommon(message, wParam, lParam);
-        case WM_KEYUP:
-            if (scrolledByKey_) {
-                scrolledByKey_ = false;
-                Scroll(SB_ENDSCROLL);
-            }
-            return 0;
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
-            Press(PointOf(lParam));
-            return 0;
-        case WM_MOUSEMOVE:
-            Drag(PointOf(lParam));
-            return 0;
-        case WM_LBUTTONUP:
-            Release();
-            return 0;
-        case WM_CAPTURECHANGED:
-            Release();
-            return 0;
-
         case SBM_SETPOS: {
             ScrollState state = state_;
             state.position = static_cast<int>(wParam);
@@ -207,7 +155,7 @@ LRESULT ScrollBar::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case SBM_GETSCROLLINFO:
             return GetInfo(reinterpret_cast<SCROLLINFO*>(lParam));
         default:
-            return HandleCommon(message, wParam, lParam);
+            return HandleInput(message, wParam, lParam);
     }
 }
 

@@ -175,16 +175,12 @@ void Static::PaintText(HDC context, const RECT& client) const {
 
 void Static::DrawByOwner(HDC context, const RECT& client) const {
     AskColors(context, WM_CTLCOLORSTATIC);
-    const UINT id = static_cast<UINT>(GetDlgCtrlID(window_));
     DRAWITEMSTRUCT item = {};
     item.CtlType = ODT_STATIC;
-    item.CtlID = id;
     item.itemAction = ODA_DRAWENTIRE;
-    item.itemState = IsEnabled() ? 0u : UINT{ODS_DISABLED};
-    item.hwndItem = window_;
     item.hDC = context;
     item.rcItem = client;
-    SendMessageW(GetParent(window_), WM_DRAWITEM, id, reinterpret_cast<LPARAM>(&item));
+    host::DrawByOwner(window_, item);
 }
 
 }  // namespace

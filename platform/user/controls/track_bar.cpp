@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "platform/user/controls/control.h"
 #include "platform/user/controls/controls.h"
+#include "platform/user/controls/scroll_control.h"
 #include "platform/user/controls/style.h"
 
 namespace host {
@@ -15,22 +15,19 @@ constexpr int kThumbBreadth = 11;
 constexpr int kThumbHeight = 19;
 constexpr int kChannelHeight = 4;
 
-class TrackBar : public Control {
+class TrackBar : public ScrollControl {
   public:
-    explicit TrackBar(HWND window) : Control(window, {WM_USER, WM_USER + 0xFF}) {}
+    explicit TrackBar(HWND window) : ScrollControl(window, {WM_USER, WM_USER + 0xFF}, TBS_VERT) {}
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    bool IsVertical() const { return (Style() & TBS_VERT) != 0; }
     int PageSize() const { return pageSize_ > 0 ? pageSize_ : std::max((highest_ - lowest_) / 5, 1); }
     void SetRange(int lowest, int highest, bool redraw);
     void SetPosition(int position, bool redraw);
-    void Tell(UINT code, int position = 0) const;
-    void Move(UINT code);
-    bool PressKey(WPARAM key);
-    void Press(POINT point);
-    void Drag(POINT point);
-    void Release();
+    void Step(UINT code) override;
+    void Press(POINT point) override;
+    void Drag(POINT point) override;
+    void Release() override;
 
     // Along the channel and across it, as the slider lies.
     struct Geometry {
@@ -55,7 +52,6 @@ class TrackBar : public Control {
     bool held_ = false;      // the mouse is down on the slider
     bool dragging_ = false;  // and holds the thumb
     int gripOffset_ = 0;     // from the thumb's middle to where it is held
-    bool movedByKey_ = false;
 };
 
 void TrackBar::SetRange(int lowest, int highest, bool redraw) {
@@ -71,12 +67,7 @@ void TrackBar::SetPosition(int position, bool redraw) {
     }
 }
 
-void TrackBar::Tell(UINT code, int position) const {
-    SendMessageW(GetParent(window_), IsVertical() ? WM_VSCROLL : WM_HSCROLL, MAKEWPARAM(code, position),
-                 reinterpret_cast<LPARAM>(window_));
-}
-
-void TrackBar::Move(UINT code) {
+void TrackBar::Step(UINT code) {
     int position = position_;
     switch (code) {
         case TB_LINEUP:
@@ -105,22 +96,6 @@ void TrackBar::Move(UINT code) {
     }
 }
 
-bool TrackBar::PressKey(WPARAM key) {
-    static constexpr struct {
-        WPARAM key;
-        UINT code;
-    } kKeys[] = {{VK_UP, TB_LINEUP}, {VK_LEFT, TB_LINEUP}, {VK_DOWN, TB_LINEDOWN}, {VK_RIGHT, TB_LINEDOWN},
-                 {VK_HOME, TB_TOP},  {VK_END, TB_BOTTOM},  {VK_PRIOR, TB_PAGEUP},  {VK_NEXT, TB_PAGEDOWN}};
-    for (const auto& row : kKeys) {
-        if (row.key == key) {
-            movedByKey_ = true;
-            Move(row.code);
-            return true;
-        }
-    }
-    return false;
-}
-
 void TrackBar::Press(POINT point) {
     SetFocus(window_);
     SetCapture(window_);
@@ -131,7 +106,7 @@ void TrackBar::Press(POINT point) {
     gripOffset_ = along - OffsetOf(position_);
     Redraw();
     if (!dragging_) {
-        Move(gripOffset_ < 0 ? TB_PAGEUP : TB_PAGEDOWN);
+        Step(gripOffset_ < 0 ? TB_PAGEUP : TB_PAGEDOWN);
     }
 }
 
@@ -168,36 +143,11 @@ void TrackBar::Release() {
 LRESULT TrackBar::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     const int value = static_cast<int>(lParam);
     switch (message) {
-        case WM_GETDLGCODE:
-            return DLGC_WANTARROWS;
-        case WM_SETFOCUS:
-        case WM_KILLFOCUS:
-            Redraw();
-            return 0;
-        case WM_KEYDOWN:
-            return PressKey(wParam) ? 0 : HandleCommon(message, wParam, lParam);
-        case WM_KEYUP:
-            if (movedByKey_) {
-                movedByKey_ = false;
-                Tell(TB_ENDTRACK);
-            }
-            return 0;
         case WM_MOUSEWHEEL:
             for (int notches = WheelNotches(wParam); notches != 0; notches += notches < 0 ? 1 : -1) {
-                Move(notches > 0 ? TB_LINEUP : TB_LINEDOWN);
+                Step(notches > 0 ? TB_LINEUP : TB_LINEDOWN);
             }
             Tell(TB_ENDTRACK);
-            return 0;
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
-            Press(PointOf(lParam));
-            return 0;
-        case WM_MOUSEMOVE:
-            Drag(PointOf(lParam));
-            return 0;
-        case WM_LBUTTONUP:
-        case WM_CAPTURECHANGED:
-            Release();
             return 0;
 
         case TBM_GETPOS:
@@ -234,7 +184,7 @@ LRESULT TrackBar::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case TBM_GETLINESIZE:
             return lineSize_;
         default:
-            return HandleCommon(message, wParam, lParam);
+            return HandleInput(message, wParam, lParam);
     }
 }
 
