@@ -7,6 +7,7 @@
 #include "driver/ui/about_page.h"
 #include "driver/ui/color_page.h"
 #include "driver/ui/device_page.h"
+#include "driver/ui/information_page.h"
 #include "driver/ui/output_page.h"
 #include "driver/ui/paper_page.h"
 
@@ -25,6 +26,7 @@ constexpr PageDescriptor kPages[] = {
     {kPaperSlot, kPaperTitle, 5000, 0, PaperPageProc},
     {kColorSlot, 6001, 6000, 0, ColorPageProc},
     {kOutputSlot, 9001, 9000, 0, OutputPageProc},
+    {4, 10001, 10000, 0, InformationPageProc},
     {5, 11001, 0, 11000, DevicePageProc},
     {},
 };
