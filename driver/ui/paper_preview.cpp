@@ -67,6 +67,10 @@ PreviewNames NamePreview(const PreviewSheet& sheet) {
     return names;
 }
 
+const WCHAR* CollatePicture(bool isCollated) {
+    return isCollated ? TEXT("BMP_COLLATED") : TEXT("BMP_UNCOLLATE");
+}
+
 size_t TakePreviewOrder(uint32_t layout, uint16_t pageOrder, PreviewOrders* orders) {
     if (pageOrder > kLastOfFour) {
         *orders = {};
@@ -90,8 +94,7 @@ void PaintPaperPreview(HWND dialog, SheetContext* context, HDC target) {
     if (names.edge[0] != 0) {
         DrawBitmapTransparent(dialog, target, pictures.Get(), names.edge, kPreview);
     }
-    DrawBitmapInControl(dialog, target, pictures.Get(),
-                        choices.collate.isChecked ? TEXT("BMP_COLLATED") : TEXT("BMP_UNCOLLATE"), kCollatePicture,
+    DrawBitmapInControl(dialog, target, pictures.Get(), CollatePicture(choices.collate.isChecked), kCollatePicture,
                         true);
 }
 

@@ -33,6 +33,9 @@ struct PreviewNames {
 
 PreviewNames NamePreview(const PreviewSheet& sheet);
 
+// The bitmap of how copies are sorted.
+const WCHAR* CollatePicture(bool isCollated);
+
 // The order to show of a layout's pages. `orders` remembers the last one of each layout, since `pageOrder` (a
 // uiPageOrder) is of another layout after the layout was changed.
 size_t TakePreviewOrder(uint32_t layout, uint16_t pageOrder, PreviewOrders* orders);

@@ -13,19 +13,22 @@ namespace velmora {
 
 // Made on first use and given back with the sheet. Nothing stays selected into the context between redraws.
 struct PreviewTools {
-    static constexpr size_t kColorCount = 8;
+    static constexpr size_t kSlices = 3;
 
     OwnedDeviceContext memory;
     OwnedBitmap bitmap;  // of the preview's size
     SIZE bitmapSize;     // pixels
-    OwnedBrush brushes[kColorCount];
-    OwnedPen pens[kColorCount];
-    COLORREF colors[kColorCount];  // that the brush and the pen of the same index have
-    OwnedPen division;             // dotted
+    OwnedBrush faceBrush;
+    OwnedPen facePen;
+    COLORREF faceColor;  // of the two: the user may change the dialogs' colour
+    OwnedPen contentPen;
+    OwnedPen divisionPen;
+    OwnedBrush colorSlices[kSlices];  // of the mark
+    OwnedBrush graySlices[kSlices];
     OwnedFont labelFont;
     int labelHeight;  // of `labelFont`, pixels
     OwnedFont watermarkFont;
-    WatermarkRecord watermark;  // that `watermarkFont` was made for
+    WatermarkRecord watermark;  // that `watermarkFont` is for
 };
 
 }  // namespace velmora

@@ -155,6 +155,17 @@ bool FormPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (
     return isWhole;
 }
 
+// Whether a file that is there already would be written over: settings files are numbered in the same way.
+bool IsTaken(const WCHAR* folder, DWORD number) {
+    for (const WCHAR* const extension : {TEXT("INI"), TEXT("WM"), TEXT("CWM")}) {
+        WCHAR path[MAX_PATH];
+        if (FormPath(folder, number, extension, path) && GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool FormShortPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&path)[MAX_PATH]) {
     if (!FormPath(folder, number, extension, path)) {
         return false;
@@ -198,8 +209,11 @@ bool ReadDefaultResolution(const SheetContext& context, uint32_t* resolution) {
 }  // namespace
 
 int32_t MakeWatermarkFile(const SheetContext& context, WatermarkRecord* record, bool isMonochromeOnly) {
-    const DWORD number = GetTickCount();
     const WCHAR* const folder = context.settingsFolder;
+    DWORD number = GetTickCount();
+    while (IsTaken(folder, number)) {
+        ++number;
+    }
     const DeviceModel* const model = context.model.Get();
     const bool isImageModel = model && model->pdlType == kPdlImage;
     JobFile job;

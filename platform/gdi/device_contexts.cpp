@@ -71,6 +71,31 @@ T AttributeOf(HDC context, T ContextState::*attribute, T failure) {
     return found ? found->state.*attribute : failure;
 }
 
+// False where nothing but text is drawn in the context's scale.
+bool IsUnscaled(const DeviceContext& context) {
+    return context.state.mapping.Scale() == 1 || FailUnsupported("drawing anything but text in another scale");
+}
+
+BOOL ExchangeExtent(HDC context, int Mapping::*extent, SIZE value, LPSIZE previous) {
+    const MachineLock lock;
+    DeviceContext* const found = FindContext(context);
+    if (!found) {
+        return FALSE;
+    }
+    Mapping& mapping = found->state.mapping;
+    if (previous) {
+        *previous = {mapping.*extent, mapping.*extent};
+    }
+    if (mapping.mode == MM_TEXT) {
+        return TRUE;  // there it means nothing
+    }
+    if (value.cx <= 0 || value.cx != value.cy) {
+        return FailUnsupported("a mapping that turns pictures over or distorts them");
+    }
+    mapping.*extent = value.cx;
+    return TRUE;
+}
+
 BOOL MoveOrigin(HDC context, POINT ContextState::*origin, int x, int y, LPPOINT previous) {
     const MachineLock lock;
     DeviceContext* const found = FindContext(context);
@@ -113,6 +138,11 @@ DeviceContext* FindContext(HDC context) {
 }
 
 std::optional<Canvas> FindCanvas(HDC handle, const char* call) {
+    auto canvas = FindScaledCanvas(handle, call);
+    return canvas && IsUnscaled(*canvas->context) ? canvas : std::nullopt;
+}
+
+std::optional<Canvas> FindScaledCanvas(HDC handle, const char* call) {
     DeviceContext* const context = call && FaultAsked(call) ? nullptr : FindContext(handle);
     if (!context) {
         return std::nullopt;
@@ -131,7 +161,11 @@ std::optional<Canvas> FindCanvas(HDC handle, const char* call) {
         const RECT chosen = Moved(*state.clip, context->origin.x, context->origin.y);
         IntersectRect(&clip, &clip, &chosen);
     }
-    return Canvas{context, surface, {context->origin.x + state.viewport.x, context->origin.y + state.viewport.y}, clip};
+    return Canvas{context,
+                  surface,
+                  {context->origin.x + state.viewport.x, context->origin.y + state.viewport.y},
+                  clip,
+                  state.mapping.Scale()};
 }
 
 HDC MakeSurfaceContext(const std::shared_ptr<Surface>& surface, POINT origin, const RECT& clip) {
@@ -334,6 +368,26 @@ BOOL WINAPI SetViewportOrgEx(HDC context, int x, int y, LPPOINT previous) {
     return MoveOrigin(context, &ContextState::viewport, x, y, previous);
 }
 
+int WINAPI SetMapMode(HDC context, int mode) {
+    if (FaultAsked("SetMapMode")) {
+        return 0;
+    }
+    if (mode != MM_TEXT && mode != MM_ANISOTROPIC) {
+        return FailUnsupported("SetMapMode (to this mode)");
+    }
+    const MachineLock lock;
+    DeviceContext* const found = FindContext(context);
+    return found ? std::exchange(found->state.mapping, Mapping{mode}).mode : 0;
+}
+
+BOOL WINAPI SetWindowExtEx(HDC context, int width, int height, LPSIZE previous) {
+    return !FaultAsked("SetWindowExtEx") && ExchangeExtent(context, &Mapping::window, {width, height}, previous);
+}
+
+BOOL WINAPI SetViewportExtEx(HDC context, int width, int height, LPSIZE previous) {
+    return !FaultAsked("SetViewportExtEx") && ExchangeExtent(context, &Mapping::viewport, {width, height}, previous);
+}
+
 BOOL WINAPI MoveToEx(HDC context, int x, int y, LPPOINT previous) {
     return MoveOrigin(context, &ContextState::position, x, y, previous);
 }
@@ -359,7 +413,7 @@ int WINAPI SelectClipRgn(HDC context, HRGN region) {
 int WINAPI IntersectClipRect(HDC context, int left, int top, int right, int bottom) {
     const MachineLock lock;
     DeviceContext* const found = FindContext(context);
-    if (!found) {
+    if (!found || !IsUnscaled(*found)) {
         return 0;
     }
     ContextState& state = found->state;

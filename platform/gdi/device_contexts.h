@@ -19,6 +19,15 @@ struct Selected {
     std::shared_ptr<T> thing;
 };
 
+// Logical units and device pixels, alike across and down.
+struct Mapping {
+    int mode = MM_TEXT;
+    int window = 1;    // so many logical units lie on
+    int viewport = 1;  // so many pixels
+
+    double Scale() const { return static_cast<double>(viewport) / window; }
+};
+
 // What SaveDC keeps.
 struct ContextState {
     Selected<Pen> pen;
@@ -31,7 +40,8 @@ struct ContextState {
     UINT align = TA_LEFT | TA_TOP;
     int stretchMode;
     POINT brushOrigin = {0, 0};
-    POINT viewport = {0, 0};   // device position of logical (0, 0)
+    POINT viewport = {0, 0};  // device position of logical (0, 0)
+    Mapping mapping;
     POINT position = {0, 0};   // of the pen, logical
     std::optional<RECT> clip;  // device positions; none: no clipping
 };
@@ -62,10 +72,13 @@ struct Canvas {
     Surface* surface;
     POINT origin;  // logical (0, 0) in the surface's pixels
     RECT clip;     // in the surface's pixels and within it; empty where nothing can be seen
+    double scale;  // pixels of a logical unit
 };
 
 // None where the handle is no context or the context has no surface, or where the test wants `call` to fail (null: a
-// call that asks for that itself). Under the machine's lock.
+// call that asks for that itself). Under the machine's lock. The first is for what is drawn in every scale; the second
+// has the scale 1, and is none in another.
+std::optional<Canvas> FindScaledCanvas(HDC context, const char* call = nullptr);
 std::optional<Canvas> FindCanvas(HDC context, const char* call = nullptr);
 
 }  // namespace host

@@ -216,6 +216,11 @@ HBITMAP WINAPI CreateDIBSection(HDC, const BITMAPINFO* info, UINT usage, VOID** 
     return bitmap;
 }
 
+// What was drawn is there already: no call is put off.
+BOOL WINAPI GdiFlush() {
+    return TRUE;
+}
+
 int WINAPI GetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, LPBITMAPINFO info, UINT usage) {
     if (FaultAsked("GetDIBits")) {
         return 0;

@@ -1,6 +1,7 @@
 #include "platform/gdi/pixels.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace host {
 
@@ -13,12 +14,17 @@ uint32_t PixelOf(const Surface& surface, COLORREF color) {
 }
 
 RECT ToSurface(const Canvas& canvas, const RECT& rect) {
-    return {std::min(rect.left, rect.right) + canvas.origin.x, std::min(rect.top, rect.bottom) + canvas.origin.y,
-            std::max(rect.left, rect.right) + canvas.origin.x, std::max(rect.top, rect.bottom) + canvas.origin.y};
+    const POINT first = ToSurface(canvas, rect.left, rect.top);
+    const POINT second = ToSurface(canvas, rect.right, rect.bottom);
+    return {std::min(first.x, second.x), std::min(first.y, second.y), std::max(first.x, second.x),
+            std::max(first.y, second.y)};
 }
 
 POINT ToSurface(const Canvas& canvas, int x, int y) {
-    return {x + canvas.origin.x, y + canvas.origin.y};
+    const auto inPixels = [&](int length) {
+        return canvas.scale == 1 ? length : static_cast<LONG>(std::lround(length * canvas.scale));
+    };
+    return {inPixels(x) + canvas.origin.x, inPixels(y) + canvas.origin.y};
 }
 
 void FillPixels(const Canvas& canvas, const RECT& rect, uint32_t pixel) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 #include <string>
 #include <string_view>
@@ -21,6 +22,13 @@ constexpr UINT kLongestText = 8192;  // ExtTextOutW's limit
 
 const ScreenFont& FontOf(const DeviceContext& context) {
     LogicalFont& font = *context.state.font.thing;
+    const double scale = context.state.mapping.Scale();
+    if (scale != 1 && font.description.lfHeight != 0) {
+        LOGFONTW scaled = font.description;
+        const auto height = static_cast<LONG>(std::max(1L, std::lround(std::abs(scaled.lfHeight) * scale)));
+        scaled.lfHeight = scaled.lfHeight < 0 ? -height : height;
+        return *ScreenFontOf(scaled);
+    }
     if (!font.screenFont) {
         font.screenFont = ScreenFontOf(font.description);
     }
@@ -146,7 +154,7 @@ void DrawLine(const Canvas& canvas, const Line& line, POINT base) {
     }
 }
 
-// Where the baseline's left end lies, seen from the reference point.
+// Where the baseline's left end lies, seen from the reference point, in pixels.
 POINT BaseOf(const DeviceContext& context, int width) {
     const UINT align = context.state.align;
     const ScreenFont& font = FontOf(context);
@@ -320,8 +328,8 @@ BOOL WINAPI ExtTextOutW(HDC context, int x, int y, UINT options, const RECT* rec
         return FailUnsupported("ExtTextOutW (with these options)");
     }
     const MachineLock lock;
-    auto canvas = FindCanvas(context);
-    if (!canvas) {
+    auto canvas = FindScaledCanvas(context);
+    if (!canvas || (advances && canvas->scale != 1 && !FailUnsupported("ExtTextOutW (with advances in a scale)"))) {
         return FALSE;
     }
     if ((!text && length > 0) || length > kLongestText || (!rect && (options & (ETO_OPAQUE | ETO_CLIPPED)))) {
@@ -341,8 +349,9 @@ BOOL WINAPI ExtTextOutW(HDC context, int x, int y, UINT options, const RECT* rec
     }
     const bool rightToLeft = (options & ETO_RTLREADING) || (canvas->context->state.align & TA_RTLREADING);
     const Line line = LayOut(FontOf(*canvas->context), {text, length}, rightToLeft, advances);
+    const POINT reference = ToSurface(*canvas, x, y);
     const POINT base = BaseOf(*canvas->context, line.width);
-    DrawLine(*canvas, line, ToSurface(*canvas, x + base.x, y + base.y));
+    DrawLine(*canvas, line, {reference.x + base.x, reference.y + base.y});
     return TRUE;
 }
 
@@ -357,6 +366,9 @@ int WINAPI DrawTextW(HDC context, LPCWSTR text, int length, LPRECT rect, UINT fo
     DeviceContext* const found = FindContext(context);
     if (!found) {
         return 0;
+    }
+    if (found->state.mapping.Scale() != 1) {
+        return FailUnsupported("DrawTextW (in another scale)");
     }
     if (!rect || !text || length < -1) {
         return Fail(ERROR_INVALID_PARAMETER);
@@ -445,7 +457,9 @@ BOOL WINAPI GetTextExtentPoint32W(HDC context, LPCWSTR text, int length, LPSIZE 
         return Fail(ERROR_INVALID_PARAMETER);
     }
     const ScreenFont& font = FontOf(*found);
-    *size = {WidthOf(font, {text, static_cast<size_t>(length)}), font.Height()};
+    const double scale = found->state.mapping.Scale();
+    const auto inUnits = [&](int pixels) { return static_cast<LONG>(std::lround(pixels / scale)); };
+    *size = {inUnits(WidthOf(font, {text, static_cast<size_t>(length)})), inUnits(font.Height())};
     return TRUE;
 }
 
@@ -457,6 +471,9 @@ BOOL WINAPI GetTextMetricsW(HDC context, TEXTMETRICW* metrics) {
     const DeviceContext* const found = FindContext(context);
     if (!found) {
         return FALSE;
+    }
+    if (found->state.mapping.Scale() != 1) {
+        return FailUnsupported("GetTextMetricsW (in another scale)");
     }
     if (!metrics) {
         return Fail(ERROR_INVALID_PARAMETER);

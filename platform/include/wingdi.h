@@ -532,6 +532,9 @@ struct LOGBRUSH {
 #define SIMPLEREGION 2
 #define COMPLEXREGION 3
 
+#define MM_TEXT 1
+#define MM_ANISOTROPIC 8
+
 #define LOGPIXELSX 88
 #define LOGPIXELSY 90
 #define BITSPIXEL 12
@@ -563,6 +566,7 @@ HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height);
 HBITMAP WINAPI CreateBitmap(int width, int height, UINT planes, UINT bitsPerPixel, const VOID* bits);
 HBITMAP WINAPI CreateDIBSection(HDC context, const BITMAPINFO* info, UINT usage, VOID** bits, HANDLE section,
                                 DWORD offset);
+BOOL WINAPI GdiFlush();  // before a DIB section's bits are read
 int WINAPI GetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, LPVOID bits, LPBITMAPINFO info, UINT usage);
 int WINAPI SetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, const VOID* bits, const BITMAPINFO* info,
                      UINT usage);
@@ -578,6 +582,9 @@ UINT WINAPI GetTextAlign(HDC context);
 int WINAPI SetStretchBltMode(HDC context, int mode);
 BOOL WINAPI SetBrushOrgEx(HDC context, int x, int y, LPPOINT previous);
 BOOL WINAPI SetViewportOrgEx(HDC context, int x, int y, LPPOINT previous);
+int WINAPI SetMapMode(HDC context, int mode);
+BOOL WINAPI SetWindowExtEx(HDC context, int width, int height, LPSIZE previous);
+BOOL WINAPI SetViewportExtEx(HDC context, int width, int height, LPSIZE previous);
 
 BOOL WINAPI MoveToEx(HDC context, int x, int y, LPPOINT previous);
 BOOL WINAPI LineTo(HDC context, int x, int y);

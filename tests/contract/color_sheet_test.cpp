@@ -103,8 +103,9 @@ TEST_F(ColorSheet, WritesModesAndQuality) {
          "colorRendering=3 colorChoiceA=2 resolutionIndex=0 resolutionFlag=1"},
         {"a treatment for each kind of objects",
          "",
-         {kTurnToColor, Press(kAdvanced), See(kManual, "hidden unchecked"), SeeOffered(kTextTreatment, "1 2 3"),
-          See(kTextTreatment, "on 1"), Choose(kTextTreatment, 3), Choose(kImageTreatment, 1)},
+         {kTurnToColor, See(kTextTreatment, "hidden 1"), Press(kAdvanced), See(kManual, "hidden unchecked"),
+          SeeOffered(kTextTreatment, "1 2 3"), See(kTextTreatment, "on 1"), Choose(kTextTreatment, 3),
+          Choose(kImageTreatment, 1)},
          "colorFlagB=1 objectColor.mode=3 objectColor.mode[2]=1 objectPresetNames=\"Vivid\" "
          "objectPresetNames[2]=\"Deep\""},
         {"defaults",

@@ -46,6 +46,7 @@ constexpr int kShiftY = 5228;
 constexpr int kOrders = 5232;
 constexpr int kBorder = 5234;
 constexpr int kBorderStyle = 5236;
+constexpr int kDetailsDefaults = 5237;
 
 constexpr int kCustomSize = 258;  // value of the list of papers
 
@@ -245,6 +246,11 @@ TEST_F(DocumentSheet, LaysPagesOut) {
                   "uiPageLayout=2 uiPageOrder=2",
                   {Press(kDetails), See(kOrders, "on item 1 of 2"), Press(kBorder), Press(IDCANCEL), Press(kRotated)},
                   "rotate180=1 pagesPerSheet=2 nupOrder=1 uiRotate180=1"},
+                 {"details' defaults",
+                  "uiPageLayout=2 uiPageOrder=2 uiShiftX=5",
+                  {Press(kDetails), Press(kDetailsDefaults), See(kShiftX, "on 0"), See(kOrders, "on item 0 of 2"),
+                   Press(IDOK)},
+                  "pagesPerSheet=2 uiShiftX=0 uiPageOrder=1"},
                  {"defaults",
                   "dmPaperSize=258 customWidth=15000 uiPageLayout=1 dmCopies=3 uiZoomOn=1 dmOrientation=2",
                   {Press(kDefaults), See(kPaper, "on 9"), See(kZoom, "on unchecked"), See(kDuplex, "on unchecked"),

@@ -34,8 +34,13 @@ class ContractEnvironment {
     // Makes a text the default value (REG_SZ) of a registry key, which is made where it isn't there.
     virtual void SetRegistryText(HKEY root, const WideText& key, const WideText& text) = 0;
 
-    // A program that the driver can start by WinExec, by its file name (no folder); nothing really runs.
-    virtual void AddProgram(const WideText& fileName) = 0;
+    // A program that the driver can start by WinExec, by its file name (no folder). Nothing really runs: `run` (null:
+    // nothing) is called with the command line in its place, before WinExec returns. Nothing else is done by then, so
+    // waits of the driver that would run out do so at once.
+    using Program = std::function<void(const std::string& commandLine)>;
+    virtual void AddProgram(const WideText& fileName, Program run = nullptr) = 0;
+    // The driver package's own program that renders watermarks, which does run.
+    virtual void AddWatermarkProgram() = 0;
     // The command lines by which such programs were started, the first one first.
     const std::vector<std::string>& StartedCommands() const { return startedCommands_; }
 

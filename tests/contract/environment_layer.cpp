@@ -7,6 +7,7 @@
 
 #include "platform/host.h"
 #include "tests/contract/environment.h"
+#include "tools/wm/watermark_program.h"
 
 namespace contract {
 namespace {
@@ -62,8 +63,21 @@ class LayerEnvironment : public ContractEnvironment {
         RegCloseKey(opened);
     }
 
-    void AddProgram(const WideText& fileName) override {
-        machine_.SetProgram(fileName, [this](const std::string& command) { startedCommands_.push_back(command); });
+    void AddProgram(const WideText& fileName, Program run) override {
+        machine_.SetWaitsElapseAtOnce(true);
+        machine_.SetProgram(fileName, [this, run](const std::string& command) {
+            startedCommands_.push_back(command);
+            if (run) {
+                run(command);
+            }
+        });
+    }
+
+    void AddWatermarkProgram() override {
+        machine_.SetProgram(TEXT("KV62WM.EXE"), [this](const std::string& command) {
+            startedCommands_.push_back(command);
+            velmora::RunWatermarkProgram(command.c_str());
+        });
     }
 
     void SetUser(std::function<void()> user) override { machine_.SetUser(std::move(user)); }

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -75,7 +76,15 @@ class WineEnvironment : public ContractEnvironment {
         }
     }
 
-    void AddProgram(const WideText& fileName) override { programs_.emplace_back(fileName.begin(), fileName.end()); }
+    void AddProgram(const WideText& fileName, Program run) override {
+        SetWaitsElapseAtOnce(true);
+        programs_[std::string(fileName.begin(), fileName.end())] = std::move(run);
+    }
+
+    void AddWatermarkProgram() override {
+        SetWaitsElapseAtOnce(false);
+        programs_["KV62WM.EXE"] = StartReally;
+    }
 
     void SetUser(std::function<void()> newUser) override {
         if (timer_ != 0) {
@@ -104,16 +113,20 @@ class WineEnvironment : public ContractEnvironment {
 
   private:
     bool StartProgram(const std::string& command) {
-        const bool isThere = std::ranges::any_of(
-            programs_, [&](const std::string& name) { return command.find(name) != std::string::npos; });
-        if (isThere) {
-            startedCommands_.push_back(command);
+        const auto program = std::ranges::find_if(
+            programs_, [&](const auto& entry) { return command.find(entry.first) != std::string::npos; });
+        if (program == programs_.end()) {
+            return false;
         }
-        return isThere;
+        startedCommands_.push_back(command);
+        if (program->second) {
+            program->second(command);
+        }
+        return true;
     }
 
     std::vector<std::pair<HKEY, std::wstring>> keys_;
-    std::vector<std::string> programs_;
+    std::map<std::string, Program> programs_;  // by file name
     UINT_PTR timer_ = 0;
 };
 

@@ -75,6 +75,10 @@ DriverPackage PackageOf(const std::string& descriptionFile) {
                               {TEXT("KVIME.DLL"), {}, "no library"},
                               {TEXT("KV62E.DLL"), {}, "no library"},
                               {TEXT("KV62im.dll"), "KV62im.dll", {}}};
+    // Programs are built for Windows alone.
+    const std::string program = "KV62WM.EXE";
+    const bool isBuilt = std::filesystem::exists(kBuiltFiles / program);
+    package.dependentFiles.push_back({TEXT("KV62WM.EXE"), isBuilt ? program : "", "no program"});
     return package;
 }
 

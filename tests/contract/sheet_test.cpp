@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <cstring>
+#include <type_traits>
 #include <utility>
 
 #include "tests/contract/transcript.h"
@@ -16,6 +18,15 @@ WideText ClassOf(HWND window) {
     WCHAR name[32] = {};
     GetClassNameW(window, name, static_cast<int>(std::size(name)));
     return name;
+}
+
+// The part of an editable combo box that is typed into.
+HWND EditOf(HWND comboBox) {
+    HWND child = GetWindow(comboBox, GW_CHILD);
+    while (child != nullptr && ClassOf(child) != TEXT("Edit")) {
+        child = GetWindow(child, GW_HWNDNEXT);
+    }
+    return child;
 }
 
 std::string Number(HWND window, UINT message, WPARAM wParam = 0) {
@@ -59,6 +70,18 @@ std::string StateOf(HWND window) {
                        : (style & WS_DISABLED) != 0 ? "off"
                                                     : "on") +
            (content.empty() ? "" : ' ' + content);
+}
+
+// Of a rendered watermark's path, which is named by the time, only the extension stands.
+VelmoraDevMode WithoutPath(const VelmoraDevMode& devMode) {
+    VelmoraDevMode changed = devMode;
+    const WideText path = TextOf(devMode.privatePart.watermarkFile);
+    if (path.find('\\') != WideText::npos) {
+        WCHAR name[std::extent_v<decltype(devMode.privatePart.watermarkFile)>] = {'*'};
+        path.substr(path.rfind('.')).copy(name + 1, std::size(name) - 2);
+        memcpy(changed.privatePart.watermarkFile, name, sizeof(name));
+    }
+    return changed;
 }
 
 }  // namespace
@@ -125,7 +148,7 @@ std::string Changes(const VelmoraDevMode& before, const VelmoraDevMode& after) {
     static constexpr std::string_view kIs = " is ";
     static constexpr std::string_view kFirst = "[0]";
     std::string text;
-    for (const std::string& line : Differences(before, after)) {
+    for (const std::string& line : Differences(WithoutPath(before), WithoutPath(after))) {
         const size_t is = line.find(kIs);
         std::string name = line.substr(0, is);
         if (name.ends_with(kFirst)) {
@@ -178,7 +201,8 @@ Step ChooseItem(int comboBox, int item) {
 
 Step Type(int edit, const WideText& text) {
     return [=] {
-        const HWND window = Control(edit);
+        const HWND control = Control(edit);
+        const HWND window = ClassOf(control) == TEXT("ComboBox") ? EditOf(control) : control;
         SetFocus(window);
         SendMessageW(window, EM_SETSEL, 0, -1);
         SendMessageW(window, WM_CLEAR, 0, 0);

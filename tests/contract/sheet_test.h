@@ -45,6 +45,7 @@ class SheetTest : public ContractTest {
 };
 
 // The fields of a device mode that differ from before, in their order: "dmCopies=2 colorAdjust[1]=10 uiCode="7"".
+// Of a rendered watermark's path only the extension stands, "*.WM".
 std::string Changes(const velmora::VelmoraDevMode& before, const velmora::VelmoraDevMode& after);
 
 // Steps. Controls are those of the front page.
@@ -52,13 +53,18 @@ std::string Changes(const velmora::VelmoraDevMode& before, const velmora::Velmor
 // Presses a button of a sheet: PSBTN_ (prsht.h).
 Step InSheet(int button);
 // Turns to a page of a sheet, counted from 0, and to its first control.
+inline constexpr int kPaperTab = 0;  // of document sheets
+inline constexpr int kColorTab = 1;
+inline constexpr int kWatermarkTab = 2;
+inline constexpr int kOutputTab = 3;
+inline constexpr int kInformationTab = 4;
 Step TurnTo(int page);
 Step Press(int button);
 // Chooses an item of a combo box as the keyboard does, so that its page is told: the item that has a value, or one by
 // its place from 0.
 Step Choose(int comboBox, int value);
 Step ChooseItem(int comboBox, int item);
-// Types characters in place of an edit's text, and stays in it.
+// Types characters in place of the text of an edit or editable combo box, and stays in it.
 Step Type(int edit, const WideText& text);
 // Moves the focus on.
 Step Leave();

@@ -542,7 +542,7 @@ HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD co
     return manager->QueryInterface(interfaceId, object);
 }
 
-// --- The user: GetUserDefaultLangID and the ANSI code page, WinExec
+// --- The user: GetUserDefaultLangID and the ANSI code page; WinExec and waits for what it started
 
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 LANGID userLanguage = kEnglish;
@@ -579,6 +579,13 @@ LANGID WINAPI StandInGetUserDefaultLangID() {
 // Numbers above 31 are success.
 UINT WINAPI StandInWinExec(LPCSTR command, UINT) {
     return programStarter && programStarter(command) ? 32 : ERROR_FILE_NOT_FOUND;
+}
+
+bool waitsElapseAtOnce = false;
+
+DWORD WINAPI StandInWaitForSingleObject(HANDLE object, DWORD milliseconds) {
+    const bool runsOut = milliseconds != INFINITE;
+    return GENUINE_OF(WaitForSingleObject, L"kernel32.dll")(object, waitsElapseAtOnce && runsOut ? 0 : milliseconds);
 }
 
 // --- Which are used, and where
@@ -629,6 +636,7 @@ std::vector<StandIn> standIns = {
     STAND_IN_ALWAYS(WideCharToMultiByte, kNotSettable, StandInWideCharToMultiByte),
     STAND_IN_ALWAYS(IsDBCSLeadByteEx, kNotSettable, StandInIsDBCSLeadByteEx),
     STAND_IN_ALWAYS(WinExec, "no program is to run", StandInWinExec),
+    STAND_IN_ALWAYS(WaitForSingleObject, "a program that didn't run is waited for", StandInWaitForSingleObject),
 };
 
 // Whether the driver was told of its new printer when it was added: it gives every printer a settings file's name.
@@ -756,8 +764,20 @@ void SetProgramStarter(std::function<bool(const std::string& command)> starter) 
     programStarter = std::move(starter);
 }
 
+void StartReally(const std::string& command) {
+    constexpr UINT kFirstStarted = 32;
+    if (GENUINE_OF(WinExec, L"kernel32.dll")(command.c_str(), SW_HIDE) < kFirstStarted) {
+        throw std::runtime_error("can't start " + command);
+    }
+}
+
+void SetWaitsElapseAtOnce(bool atOnce) {
+    waitsElapseAtOnce = atOnce;
+}
+
 void ForgetMachine() {
     userLanguage = kEnglish;
+    waitsElapseAtOnce = false;
     keptDevModes.clear();
     keptForms.clear();
 }

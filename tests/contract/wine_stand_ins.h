@@ -26,6 +26,12 @@ void SetUserLanguage(LANGID language);
 // What WinExec does instead of starting a program: whether there is one for the command line. Null: there is none.
 void SetProgramStarter(std::function<bool(const std::string& command)> starter);
 
+// What WinExec does. Throws std::runtime_error where the program can't be started.
+void StartReally(const std::string& command);
+
+// Lets waits that would run out do so at once, until ForgetMachine.
+void SetWaitsElapseAtOnce(bool atOnce);
+
 // Makes the stand-ins forget what they keep: of one printer; of all printers and forms.
 void ForgetPrinter(HANDLE printer);
 void ForgetMachine();

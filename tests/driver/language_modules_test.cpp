@@ -1,11 +1,9 @@
-// The resource modules as they are built: those of languages hold the same resources and are found by their language,
-// the one of pictures is found beside the render library.
+// The language modules as they are built: they hold the same resources and are found by their language.
 #include <map>
 #include <optional>
 
 #include "driver/entry/printer_access.h"
 #include "driver/entry/resource_module.h"
-#include "driver/install/driver_files.h"
 #include "platform/kernel/text.h"
 #include "tests/driver/built_modules.h"
 #include "tests/driver/machine.h"
@@ -134,67 +132,6 @@ TEST_F(LanguageModule, IsTheOneOfTheUsersLanguage) {
         EXPECT_EQ(TextOf(c.language, 2117), c.customSize);
     }
 }
-
-// The names of a pattern: "{A,B}_C" is A_C and B_C.
-Texts NamesOf(const std::string& pattern) {
-    const size_t open = pattern.find('{');
-    if (open == std::string::npos) {
-        return {pattern};
-    }
-    const size_t close = pattern.find('}', open);
-    Texts names;
-    for (size_t at = open; at != close;) {
-        const size_t end = pattern.find_first_of(",}", at + 1);
-        const Texts whole =
-            NamesOf(pattern.substr(0, open) + pattern.substr(at + 1, end - at - 1) + pattern.substr(close + 1));
-        names.insert(names.end(), whole.begin(), whole.end());
-        at = end;
-    }
-    return names;
-}
-
-constexpr const char* kBitmaps[] = {
-    "IDB_{TRAY1A,TRAY2A,DUP1A,DUP2A}",
-    "IDB_{PORT,LAND}{,_DUP}_{,R}{A,AB,BA,ABCD,ACBD,BADC,CADB}",
-    "IDB_{PORT,LAND}_{LEFT,TOP,RIGHT,BOTTOM,DUP_RIGHT,DUP_BOTTOM}",
-    "IDB_{PORT,LAND}_{P2X2,P3X3,P4X4}",
-    "BMP_{COLLATED,UNCOLLATE}",
-    "IDB_{BRIGHTNESS,SATURATION,CONTRAST,CYAN2RED,MAGENTA2GREEN,YELLOW2BLUE}_16M",
-    "IDB_{CYAN,MAGENTA,YELLOW,BLACK}",
-    "M7700_{B1,D1,D2,D3,D4}",
-};
-constexpr const char* kIcons[] = {
-    "ICO_{,SEL_}{PORT,LAND}_{AB,BA,ABCD,ACBD,BADC,BDAC}",
-    "ICO_{LANDSCAPE,PORTRAIT}_FEED",
-};
-
-class ImageModule : public MachineTest, public testing::WithParamInterface<const char*> {};
-
-TEST_P(ImageModule, LiesBesideTheRenderLibraryWithThePagesPictures) {
-    DriverPackage package = PackageOf("", GetParam());
-    UseBuiltModules(package);
-    Install(package);
-    SetRendererNames(Printer());
-    WCHAR library[MAX_PATH];
-    ASSERT_TRUE(FindDriverFile(Printer(), u"RenderLib", u"IME.DLL", library));
-    const WideText path(library);
-    const OwnedModule module(LoadLibraryW((path.substr(0, path.size() - 9) + u"KV62im.dll").c_str()));
-    ASSERT_TRUE(module);
-    for (const char* pattern : kBitmaps) {
-        for (const std::string& name : NamesOf(pattern)) {
-            const HBITMAP bitmap = LoadBitmapW(module.Get(), host::ToWide(name).c_str());
-            EXPECT_NE(bitmap, nullptr) << name;
-            DeleteObject(bitmap);
-        }
-    }
-    for (const char* pattern : kIcons) {
-        for (const std::string& name : NamesOf(pattern)) {
-            EXPECT_NE(LoadIconW(module.Get(), host::ToWide(name).c_str()), nullptr) << name;
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(WithoutAndWithAnIniFile, ImageModule, testing::Values("", "[PrinterDriver]\r\n"));
 
 }  // namespace
 }  // namespace velmora

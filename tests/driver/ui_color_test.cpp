@@ -212,13 +212,7 @@ TEST(AdjustmentTable, TakesValuesBeyondTheirRangeAsTheNearest) {
     }
 }
 
-// A pixel's channel on the way from the origin of its cell, `way` sixteenths along the axis, to the face across it.
-uint32_t OnTheWay(uint32_t origin, const uint32_t (&face)[2][2], uint32_t way, uint32_t first, uint32_t second) {
-    const uint32_t sum = (face[0][0] * (way - first) + face[1][0] * first) * (way - second) +
-                         (face[0][1] * (way - first) + face[1][1] * first) * second;
-    return (origin + ((sum * (65536 / way)) >> 20) - ((origin * way) >> 4)) & 0xFF;
-}
-
+// The pixel once more, each pyramid by its own sums.
 uint32_t MapPlainly(const AdjustmentTable& table, uint32_t pixel) {
     const uint32_t r = pixel >> 16 & 0xFF;
     const uint32_t g = pixel >> 8 & 0xFF;
@@ -231,16 +225,24 @@ uint32_t MapPlainly(const AdjustmentTable& table, uint32_t pixel) {
         const auto c = [&](uint32_t i, uint32_t j, uint32_t k) -> uint32_t {
             return table.nodes[r / 16 + i][g / 16 + j][b / 16 + k][channel];
         };
-        uint32_t level = c(0, 0, 0);
-        if (fr + fg + fb == 0) {
-        } else if (fr >= fg && fr >= fb) {
-            level = OnTheWay(level, {{c(1, 0, 0), c(1, 0, 1)}, {c(1, 1, 0), c(1, 1, 1)}}, fr, fg, fb);
+        uint32_t longest = fr;
+        uint32_t sum = 0;
+        if (fr >= fg && fr >= fb) {
+            sum = (c(1, 0, 0) * (fr - fg) + c(1, 1, 0) * fg) * (fr - fb) +
+                  (c(1, 0, 1) * (fr - fg) + c(1, 1, 1) * fg) * fb;
         } else if (fg < fr || fg < fb) {
-            level = OnTheWay(level, {{c(0, 0, 1), c(1, 0, 1)}, {c(0, 1, 1), c(1, 1, 1)}}, fb, fg, fr);
+            longest = fb;
+            sum = (c(0, 1, 1) * (fb - fr) + c(1, 1, 1) * fr) * fg +
+                  (c(0, 0, 1) * (fb - fr) + c(1, 0, 1) * fr) * (fb - fg);
         } else {
-            level = OnTheWay(level, {{c(0, 1, 0), c(1, 1, 0)}, {c(0, 1, 1), c(1, 1, 1)}}, fg, fb, fr);
+            longest = fg;
+            sum = (c(0, 1, 1) * (fg - fr) + c(1, 1, 1) * fr) * fb +
+                  (c(0, 1, 0) * (fg - fr) + c(1, 1, 0) * fr) * (fg - fb);
         }
-        mapped |= level << (16 - 8 * channel);
+        const uint32_t origin = c(0, 0, 0);
+        const uint32_t level =
+            longest == 0 ? origin : origin + (sum * (65536 / longest) >> 20) - (origin * longest >> 4);
+        mapped |= (level & 0xFF) << (16 - 8 * channel);
     }
     return mapped;
 }
@@ -252,10 +254,10 @@ TEST(MapPixels, InterpolatesInTheThreePyramidsOfACell) {
         noise = noise * 1664525 + 1013904223;
         *byte = static_cast<uint8_t>(noise >> 24);
     }
-    // All colours whose channels are multiples of 7, 5 and 3: every cell and every mix of fractions.
+    // All colours whose channels are multiples of 3: every cell, also the last one, and every mix of fractions.
     std::vector<uint32_t> pixels;
-    for (uint32_t red = 0; red < 256; red += 7) {
-        for (uint32_t green = 0; green < 256; green += 5) {
+    for (uint32_t red = 0; red < 256; red += 3) {
+        for (uint32_t green = 0; green < 256; green += 3) {
             for (uint32_t blue = 0; blue < 256; blue += 3) {
                 pixels.push_back(0xA5000000 | red << 16 | green << 8 | blue);
             }

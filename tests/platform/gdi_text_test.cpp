@@ -105,6 +105,50 @@ TEST_F(GdiTextTest, Turns) {
     EXPECT_TRUE(slanted.top < 45 && slanted.right > 60 && slanted.bottom <= 81);
 }
 
+// A mapping makes text as much smaller or larger as all else that is told in logical units.
+TEST_F(GdiTextTest, Scales) {
+    SelectFont(24);
+    const RECT plain = InkOfText(60, 30, u"HHH");
+    SelectFont(96);
+    SetTextAlign(canvas_, TA_LEFT | TA_TOP);
+    const int saved = SaveDC(canvas_);
+    EXPECT_EQ(SetMapMode(canvas_, MM_ANISOTROPIC), MM_TEXT);
+    EXPECT_TRUE(SetWindowExtEx(canvas_, 400, 400, nullptr));
+    SIZE window = {};
+    EXPECT_TRUE(SetWindowExtEx(canvas_, 4, 4, &window));
+    EXPECT_EQ(window.cx, 400);
+    const SIZE extent = ExtentOf(u"HHH");
+    EXPECT_EQ(extent.cy, 96);
+    EXPECT_EQ(ErrorOf([&] { SetPixel(canvas_, 0, 0, kRed); }), ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(ErrorOf([&] { SetViewportExtEx(canvas_, 100, 50, nullptr); }), ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(ErrorOf([&] { SetMapMode(canvas_, 2); }), ERROR_NOT_SUPPORTED);
+    const auto inkOf = [&](const RECT& area, UINT align) {
+        RestoreDC(canvas_, saved);
+        PatBlt(canvas_, 0, 0, kWidth, kHeight, WHITENESS);
+        SaveDC(canvas_);
+        SetMapMode(canvas_, MM_ANISOTROPIC);
+        SetWindowExtEx(canvas_, 4, 4, nullptr);
+        SetViewportExtEx(canvas_, 1, 1, nullptr);
+        SetViewportOrgEx(canvas_, 60, 0, nullptr);
+        SetTextAlign(canvas_, align);
+        EXPECT_TRUE(ExtTextOutW(canvas_, 0, 120, ETO_CLIPPED, &area, u"HHH", 3, nullptr));
+        SetMapMode(canvas_, MM_TEXT);
+        SetViewportOrgEx(canvas_, 0, 0, nullptr);
+        return Ink(canvas_, kWidth, kHeight);
+    };
+    const RECT everywhere = {-1000, 0, 1000, 1000};
+    const RECT scaled = inkOf(everywhere, TA_LEFT);
+    EXPECT_TRUE(EqualRect(&scaled, &plain));
+    const RECT middle = inkOf(everywhere, TA_CENTER);
+    EXPECT_NEAR(plain.left - middle.left, extent.cx / 8, 1);
+    const RECT cut = inkOf({-1000, 0, 40, 1000}, TA_LEFT);
+    EXPECT_EQ(cut.left, plain.left);
+    EXPECT_EQ(cut.right, 70);
+    // Without a mapping the extents mean nothing.
+    EXPECT_TRUE(SetWindowExtEx(canvas_, 9, 9, nullptr));
+    EXPECT_EQ(ExtentOf(u"HHH").cy, 96);
+}
+
 TEST_F(GdiTextTest, BackgroundAndClipping) {
     SelectFont(-20);
     const RECT area = {10, 10, 40, 20};

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kSide = 96;
 constexpr double kSheetLength = 78;
-constexpr double kFold = 15;  // the turned corner of a sheet that is printed on both sides, at the bottom right
+constexpr double kFold = 10;  // the turned corner of a sheet that is printed on both sides, at the bottom right
 
 // What the pages of all layouts are called: one, two in both orders, four in all orders.
 constexpr const char* kLetters[] = {"A", "AB", "BA", "ABCD", "ACBD", "BADC", "CADB"};
@@ -44,10 +44,6 @@ void DrawFold(Canvas& canvas, const Rect& sheet) {
     canvas.FillPolygon({top, {top.x + 4, top.y}, {top.x + 4, left.y + 4}, {left.x, left.y + 4}, left}, kDialogFace);
     canvas.DrawLine({top.x + 2, top.y}, {left.x + 2, left.y}, kShadow, 2);
     canvas.FillEdgedPolygon({top, left, {left.x, top.y}}, kAccentLight, kLine);
-    for (const double share : {0.3, 0.55}) {
-        const double y = std::floor(top.y + kFold * share) + 0.5;
-        canvas.DrawLine({left.x + 3, y}, {top.x - kFold * share - 3, y}, kAccent, 1);
-    }
 }
 
 // A page's letter with lines of text below it.
@@ -55,10 +51,11 @@ void DrawPage(Canvas& canvas, const Rect& page, std::string_view letter) {
     const double height = std::round(0.42 * std::min(page.width, page.height));
     DrawLetters(canvas, letter, {page.Center().x, page.y + 0.36 * page.height}, height, kAccent, 0.9 + height * 0.075);
     const double gap = page.height > 50 ? 5 : 4;
-    const double end = page.y + 0.86 * page.height;
-    for (double y = std::floor(page.y + 0.66 * page.height) + 0.5; y < end; y += gap) {
-        const double width = y + gap < end ? 0.64 : 0.4;  // the last line is shorter
-        canvas.FillRect({std::round(page.x + 0.18 * page.width), y - 0.5, std::round(width * page.width), 1}, kFrame);
+    const int lines = 1 + static_cast<int>(0.2 * page.height / gap);
+    for (int i = 0; i < lines; ++i) {
+        const double y = std::floor(page.y + 0.66 * page.height) + i * gap;
+        const double width = i + 1 < lines ? 0.64 : 0.4;  // the last line is shorter
+        canvas.FillRect({std::round(page.x + 0.18 * page.width), y, std::round(width * page.width), 1}, kFrame);
     }
 }
 
@@ -90,15 +87,15 @@ void DrawPages(Canvas& canvas, const PageGrid& grid, bool isDuplex, bool isRotat
 
 // Rings along an edge of the sheet, clear of the turned corner where it has one.
 void DrawBinding(Canvas& canvas, const Rect& sheet, std::string_view edge, bool isDuplex) {
-    constexpr double kMargin = 9;
-    constexpr double kGap = 11;
+    constexpr double kMargin = 8;  // at least
+    constexpr double kGap = 12;
     constexpr double kOutside = 3.5;
     constexpr double kRing = 4;  // inside
     const bool isUpright = edge == "LEFT" || edge == "RIGHT";
     const double length = (isUpright ? sheet.height : sheet.width) - (isDuplex ? kFold - kMargin / 2 : 0);
-    const double gaps = std::round((length - 2 * kMargin) / kGap);
+    const double gaps = std::floor((length - 2 * kMargin) / kGap);
     for (int i = 0; i <= gaps; ++i) {
-        const double along = std::round(kMargin + i * (length - 2 * kMargin) / gaps);
+        const double along = std::floor((length - gaps * kGap) / 2) + i * kGap;
         const double inward = edge == "LEFT" || edge == "TOP" ? 1 : -1;
         const Point at = isUpright ? Point{inward > 0 ? sheet.x : sheet.Right(), sheet.y + along}
                                    : Point{sheet.x + along, inward > 0 ? sheet.y : sheet.Bottom()};
@@ -115,7 +112,7 @@ void DrawPoster(Canvas& canvas, int count, bool isLandscape) {
     canvas.DrawFrame(kFrame);
     const Rect poster = PlaceSheet(kSide, kSheetLength + 4, isLandscape);
     canvas.FillRect(poster, kPaper);
-    const double letter = 0.64 * std::min(poster.width * 1.15, poster.height);
+    const double letter = 0.8 * std::min(poster.width * 1.08, poster.height);
     DrawLetters(canvas, "A", poster.Center(), letter, kAccent, 6);
     const double width = (poster.width - (count - 1) * kGap) / count;
     const double height = (poster.height - (count - 1) * kGap) / count;
@@ -138,9 +135,9 @@ void DrawPoster(Canvas& canvas, int count, bool isLandscape) {
 
 // Stacks of sheets, the first in front; `letters` of all stacks, one after the other.
 void DrawCopies(Canvas& canvas, std::string_view letters, int stacks) {
-    constexpr double kWidth = 18;
+    constexpr double kWidth = 17;
     constexpr double kHeight = 24;
-    constexpr Point kStep = {8, -4};  // to the sheet behind
+    constexpr Point kStep = {9, -4};  // to the sheet behind
     constexpr double kGap = 5;
     canvas.DrawFrame(kFrame);
     const int sheets = static_cast<int>(letters.size()) / stacks;

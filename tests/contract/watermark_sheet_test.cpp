@@ -1,0 +1,531 @@
+// The Watermark page of the document sheet as an application shows it, and the program that renders watermarks.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <commctrl.h>
+
+#include "tests/contract/sheet_test.h"
+#include "tests/contract/transcript.h"
+#include "tests/driver/changed_devmode.h"
+
+namespace contract {
+namespace {
+
+// Controls of the page.
+constexpr int kOn = 7003;
+constexpr int kName = 7005;
+constexpr int kAdd = 7006;
+constexpr int kChange = 7007;
+constexpr int kDelete = 7008;
+constexpr int kFace = 7010;
+constexpr int kStyle = 7012;
+constexpr int kSize = 7014;
+constexpr int kSizeSpin = 7015;
+constexpr int kFamily = 7017;
+constexpr int kPosition = 7019;
+constexpr int kShade = 7023;
+constexpr int kAngle = 7025;
+constexpr int kAngleSlider = 7026;
+constexpr int kRestore = 7030;
+constexpr int kReady = 3107;
+
+// Of the Paper page.
+constexpr int kLandscape = 5027;
+constexpr int kLayout = 5033;
+
+constexpr int kNoticeOk = 1604;
+
+constexpr WCHAR kProgram[] = TEXT("KV62WM.EXE");
+
+const Step kTurn = TurnTo(kWatermarkTab);
+
+DriverPackage PackageWithoutProgram() {
+    DriverPackage package = PackageOf("VELMORA-C3200.XPI");
+    std::erase_if(package.dependentFiles, [](const PackageFile& file) { return file.name == kProgram; });
+    return package;
+}
+
+WideText Wide(const std::string& text) {
+    return WideText(text.begin(), text.end());
+}
+
+// A section of an INI file: values by key. Of paths only the extensions stand, since the names are the time's.
+using Section = std::map<std::string, std::string>;
+Section ReadSection(const WCHAR* section, const WideText& file) {
+    std::vector<WCHAR> block(32768);
+    GetPrivateProfileSectionW(section, block.data(), static_cast<DWORD>(block.size()), file.c_str());
+    Section values;
+    for (const WCHAR* line = block.data(); *line != 0; line += WideText(line).size() + 1) {
+        const std::string text = Printable(line);
+        const size_t equals = text.find('=');
+        const std::string value = text.substr(equals + 1);
+        values[text.substr(0, equals)] =
+            value.find("\\\\") == std::string::npos ? value : '*' + value.substr(value.rfind('.'));
+    }
+    return values;
+}
+
+// The keys that differ from before, with their values; "-KEY" where one is gone.
+std::string StoredChanges(const Section& before, const Section& after) {
+    std::string text;
+    const auto add = [&](const std::string& item) { text += (text.empty() ? "" : " ") + item; };
+    for (const auto& [key, value] : after) {
+        const auto found = before.find(key);
+        if (found == before.end() || found->second != value) {
+            add(key + '=' + value);
+        }
+    }
+    for (const auto& entry : before) {
+        if (!after.contains(entry.first)) {
+            add('-' + entry.first);
+        }
+    }
+    return text;
+}
+
+// How a program that renders answers.
+enum class Answer {
+    kWhole,    // renders
+    kSilent,   // renders, but tells nobody
+    kFailure,  // says that it couldn't
+    kRubbish,  // writes what is no answer
+    kNothing,  // ends, or hangs
+};
+
+// Stands in for the program that renders watermarks.
+class Renderer {
+  public:
+    explicit Renderer(ContractEnvironment& environment) : environment_(environment) {
+        environment.AddProgram(kProgram, [this](const std::string& command) { Run(command); });
+    }
+
+    Answer answer = Answer::kWhole;
+
+  private:
+    void Run(const std::string& command) {
+        const std::string program(kProgram, kProgram + std::size(kProgram) - 1);
+        const WideText jobFile = Wide(command.substr(command.find(program) + program.size() + 1));
+        Record("  is to render");
+        for (const auto& [key, value] : ReadSection(TEXT("MAKEWM"), jobFile)) {
+            Record("    " + key + '=' + value);
+        }
+        const auto write = [&](const WCHAR* key, const WCHAR* value) {
+            WritePrivateProfileStringW(TEXT("MAKEWM"), key, value, jobFile.c_str());
+        };
+        switch (answer) {
+            case Answer::kWhole:
+            case Answer::kSilent:
+                write(TEXT("Size.x"), TEXT("200"));
+                write(TEXT("Size.y"), TEXT("100"));
+                write(TEXT("Result"), TEXT("1"));
+                write(TEXT("text.FontChange"), TEXT("0"));
+                WCHAR output[MAX_PATH];
+                GetPrivateProfileStringW(TEXT("MAKEWM"), TEXT("OutputFile"), TEXT(""), output, MAX_PATH,
+                                         jobFile.c_str());
+                std::ofstream(environment_.HostPath(output)) << "rendered";
+                break;
+            case Answer::kFailure:
+                write(TEXT("Result"), TEXT("-5"));
+                break;
+            case Answer::kRubbish:
+                write(TEXT("Size.x"), TEXT("wide"));
+                write(TEXT("Size.y"), TEXT("-99999999999"));
+                write(TEXT("Result"), TEXT("?"));
+                break;
+            case Answer::kNothing:
+                return;
+        }
+        if (answer != Answer::kSilent) {
+            const HANDLE done = OpenEventW(EVENT_MODIFY_STATE, FALSE, FileName(jobFile).c_str());
+            EXPECT_TRUE(done != nullptr && SetEvent(done) && CloseHandle(done)) << "nobody waits";
+        }
+    }
+
+    ContractEnvironment& environment_;
+};
+
+// Types a name into the editable part of the combo box.
+Step Name(const WideText& name) {
+    return Type(kName, name);
+}
+
+// Drags a slider's thumb to a position.
+Step Slide(int slider, int position) {
+    return [=] {
+        const HWND window = Control(slider);
+        SendMessageW(window, TBM_SETPOS, TRUE, position);
+        for (const int code : {TB_THUMBTRACK, TB_THUMBPOSITION, TB_ENDTRACK}) {
+            SendMessageW(FrontPage(), WM_HSCROLL, MAKEWPARAM(code, code == TB_ENDTRACK ? 0 : position),
+                         reinterpret_cast<LPARAM>(window));
+        }
+    };
+}
+
+Step FocusOn(int control) {
+    return [control] { SetFocus(Control(control)); };
+}
+
+Step Key(WORD key) {
+    return [key] { PressKey(key); };
+}
+
+class WatermarkSheet : public SheetTest {
+  protected:
+    // A run of the sheet, after which the user's list differs from before.
+    struct Case {
+        DocumentCase document;
+        std::string stored;  // its StoredChanges
+    };
+    void RunCases(InstalledPrinter& printer, const std::vector<Case>& cases) {
+        AppliedDevMode(printer);  // makes the list
+        for (const Case& c : cases) {
+            SCOPED_TRACE(c.document.title);
+            const Section before = Stored(printer);
+            SheetTest::RunCases(printer, {c.document});
+            const std::string stored = StoredChanges(before, Stored(printer));
+            EXPECT_EQ(stored, c.stored);
+            Record("  stores " + stored);
+        }
+    }
+
+    WideText SettingsFolder() const {
+        WCHAR folder[MAX_PATH] = {};
+        GetEnvironmentVariableW(TEXT("APPDATA"), folder, MAX_PATH);
+        return WideText(folder) + TEXT("\\Kestranix Inc.\\Velmora Contract\\");
+    }
+
+    WideText SettingsFile(const InstalledPrinter& printer) const {
+        const PrinterValue name = printer.Data().at(TEXT("Settings"));
+        return SettingsFolder() + reinterpret_cast<const WCHAR*>(name.bytes.data());
+    }
+
+    Section Stored(const InstalledPrinter& printer) const {
+        return ReadSection(TEXT("Watermarks"), SettingsFile(printer));
+    }
+
+    // Adds a user's watermarks to the stored list until it has so many.
+    void Fill(const InstalledPrinter& printer, int count) {
+        const WideText file = SettingsFile(printer);
+        const auto write = [&](const std::string& key, const std::string& value) {
+            WritePrivateProfileStringW(TEXT("Watermarks"), Wide(key).c_str(), Wide(value).c_str(), file.c_str());
+        };
+        for (int i = 8; i < count; ++i) {
+            const std::string index = std::to_string(i);
+            write("WMString" + index, "Own " + index);
+            for (const auto& [key, value] : Section{{"WMType", "1"},
+                                                    {"WMFace", "Arial"},
+                                                    {"WMCharSet", "0"},
+                                                    {"WMBold", "0"},
+                                                    {"WMItalic", "0"},
+                                                    {"WMSize", "40"},
+                                                    {"WMOutline", "0"},
+                                                    {"WMColor", "00000000"},
+                                                    {"WMAngle", "0"},
+                                                    {"WMPlacement", "0"},
+                                                    {"WMPositionX", "0"},
+                                                    {"WMPositionY", "0"}}) {
+                write(key + index, value);
+            }
+        }
+        write("NumWatermarks", std::to_string(count));
+    }
+
+    // The rendered files in the user's folder, by their extensions.
+    std::string RenderedFiles() const {
+        std::vector<std::string> extensions;
+        for (const auto& entry : std::filesystem::directory_iterator(environment_->HostPath(SettingsFolder()))) {
+            const std::string extension = entry.path().extension().string();
+            if (extension != ".ini") {
+                extensions.push_back(extension);
+            }
+        }
+        std::sort(extensions.begin(), extensions.end());
+        std::string text;
+        for (const std::string& extension : extensions) {
+            text += (text.empty() ? "" : " ") + extension;
+        }
+        return text;
+    }
+
+    Renderer renderer_{*environment_};
+};
+
+TEST_F(WatermarkSheet, ChoosesAWatermark) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    RunCases(
+        printer,
+        {
+            {{"looked at",
+              "",
+              {kTurn, See(kOn, "on unchecked"), See(kName, "off 0"), See(kDelete, "off"), See(kStyle, "off 0"),
+               See(kSize, "off 50"), See(kFamily, "off 1"), See(kPosition, "off 0"), See(kAngle, "off 45"),
+               See(kReady, "on item 0 of 1")},
+              ""},
+             ""},
+            {{"on",
+              "",
+              {kTurn, Press(kOn), See(kName, "on 0"), See(kAdd, "off"), See(kChange, "off"), See(kDelete, "off"),
+               SeeOffered(kName, "0 1 2 3 4 5 6 7"), SeeOffered(kStyle, "0 1 2 3"),
+               SeeOffered(kFamily, "0 1 2 3 4 5 6 7"), SeeOffered(kPosition, "0 6 2 7 8 4 9"),
+               See(kSizeSpin, "on 8..400 at 50")},
+              ""},
+             ""},
+            {{"another", "outputFlag=1", {kTurn, ChooseItem(kName, 2), See(kChange, "off")}, ""}, ""},
+            {{"the one that is rendered already", "outputFlag=1 outputLevel=2", {kTurn, ChooseItem(kName, 0)}, ""}, ""},
+            {{"in black", "outputFlag=1 dmColor=1", {kTurn, ChooseItem(kName, 2)}, ""}, ""},
+            {{"off",
+              "outputFlag=1 watermarkFlags=36 watermarkFontSize=200 watermarkAngle=100 watermarkIndex=600",
+              {kTurn, Press(kOn), See(kName, "off 0")},
+              ""},
+             ""},
+            {{"one that there isn't", "outputLevel=17", {kTurn, See(kName, "off 0")}, ""}, ""},
+        });
+}
+
+TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    RunCases(
+        printer,
+        {
+            {{"added",
+              "",
+              {kTurn, Press(kOn), Name(TEXT("Mine")), See(kAdd, "on"), See(kChange, "off"), Choose(kStyle, 3),
+               Type(kSize, TEXT("36")), Choose(kFamily, 3), Slide(kShade, 15), Choose(kPosition, 9),
+               Slide(kAngleSlider, 47), See(kAngle, "on 45"), Slide(kAngleSlider, 30), Press(kAdd), See(kName, "on 8"),
+               See(kAdd, "off"), See(kChange, "on"), See(kDelete, "on")},
+              ""},
+             ""},
+            {{"two more, with a name that there is",
+              "outputFlag=1 outputLevel=8",
+              {kTurn, See(kName, "on 8"), Name(TEXT("Second")), Press(kAdd), Name(TEXT("Mine")), See(kAdd, "off"),
+               See(kDelete, "on"), Name(TEXT("")), See(kDelete, "off"), Name(TEXT("Third")), Press(kAdd)},
+              ""},
+             ""},
+            {{"changed",
+              "outputFlag=1 outputLevel=8",
+              {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
+              ""},
+             ""},
+            {{"renamed",
+              "outputFlag=1 outputLevel=8",
+              {kTurn, Name(TEXT("Yours")), See(kAdd, "on"), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
+              ""},
+             ""},
+            {{"edited and not stored by a button",
+              "outputFlag=1 outputLevel=8",
+              {kTurn, Type(kSize, TEXT("900")), Leave(), See(kSize, "on 400"), Type(kSize, TEXT("3")), Leave(),
+               See(kSize, "on 8"), Type(kSize, TEXT("x")), Leave(), See(kSize, "on 8")},
+              ""},
+             ""},
+            {{"deleted",
+              "outputFlag=1 outputLevel=9",
+              {kTurn, ChooseItem(kName, 8), Press(kDelete), See(kName, "on 0"), SeeOffered(kName, "0 1 2 3 4 5 6 7 8")},
+              ""},
+             ""},
+        });
+    const Section before = Stored(printer);
+    const std::string files = RenderedFiles();
+    DevModeBuffer output;
+    ShowDocumentSheet(printer, {kTurn, Press(kOn), ChooseItem(kName, 8), Press(kDelete), InSheet(PSBTN_CANCEL)},
+                      AppliedDevMode(printer), &output);
+    EXPECT_EQ(StoredChanges(before, Stored(printer)), "");
+    EXPECT_EQ(RenderedFiles(), files);
+}
+
+TEST_F(WatermarkSheet, ChangesBuiltInOnesAtApply) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    RunCases(
+        printer,
+        {
+            {{"colours", "outputFlag=1", {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "off")}, ""}, ""},
+            {{"white", "outputFlag=1 outputLevel=1", {kTurn, Choose(kFamily, 7), Slide(kShade, 3)}, ""}, ""},
+            {{"the place", "outputFlag=1 outputLevel=2", {kTurn, Choose(kPosition, 4), Slide(kAngleSlider, 355)}, ""},
+             ""},
+            {{"restored",
+              "outputFlag=1 outputLevel=2",
+              {kTurn, See(kAngle, "on 355"), Press(kRestore), See(kOn, "on unchecked"), See(kName, "off 0"),
+               See(kAngle, "off 45"), See(kFamily, "off 1")},
+              ""},
+             ""},
+        });
+}
+
+TEST_F(WatermarkSheet, OverwritesInAFullList) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    AppliedDevMode(printer);
+    Fill(printer, 18);
+    RunCases(printer, {
+                          {{"a new name",
+                            "outputFlag=1 outputLevel=17",
+                            {kTurn, See(kName, "on 17"), Name(TEXT("Another")), See(kAdd, "off"), See(kChange, "on"),
+                             See(kDelete, "off"), Type(kSize, TEXT("60"))},
+                            ""},
+                           ""},
+                          {{"room again",
+                            "outputFlag=1 outputLevel=17",
+                            {kTurn, Press(kDelete), Name(TEXT("Another")), See(kAdd, "on"), Press(kAdd)},
+                            ""},
+                           ""},
+                      });
+}
+
+TEST_F(WatermarkSheet, IsRenderedForItsPrinter) {
+    for (const char* model : {"VELMORA-M2100.XPI", "VELMORA-C3200.XPI", "VELMORA-I700.XPI"}) {
+        SCOPED_TRACE(model);
+        Record(model);
+        InstalledPrinter printer(*environment_, PackageOf(model));
+        RunCases(printer, {{{"on", "", {kTurn, Press(kOn)}, ""}, ""}});
+    }
+}
+
+TEST_F(WatermarkSheet, EndsWithoutARendering) {
+    const struct {
+        const char* title;
+        Answer answer;
+    } cases[] = {
+        {"says nothing", Answer::kNothing}, {"fails", Answer::kFailure},         {"writes rubbish", Answer::kRubbish},
+        {"isn't heard", Answer::kSilent},   {"renders at last", Answer::kWhole},
+    };
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    for (const auto& c : cases) {
+        renderer_.answer = c.answer;
+        RunCases(printer, {{{c.title, "outputLevel=0", {kTurn, Press(kOn), Choose(kFamily, 0)}, ""}, ""}});
+    }
+    InstalledPrinter bare(*environment_, PackageWithoutProgram(), TEXT("Without"));
+    RunCases(bare, {{{"there is no program", "", {kTurn, Press(kOn)}, ""}, ""}});
+}
+
+// By the program of the driver package.
+TEST_F(WatermarkSheet, IsReallyRendered) {
+    environment_->AddWatermarkProgram();
+    for (const auto& [model, files] :
+         {std::pair{"VELMORA-M2100.XPI", ".WM"}, {"VELMORA-C3200.XPI", ".CWM .WM"}, {"VELMORA-I700.XPI", ".WM"}}) {
+        SCOPED_TRACE(model);
+        InstalledPrinter printer(*environment_, PackageOf(model));
+        DevModeBuffer output;
+        EXPECT_EQ(ShowDocumentSheet(printer, {kTurn, Press(kOn), InSheet(PSBTN_OK)}, AppliedDevMode(printer), &output),
+                  IDOK);
+        EXPECT_EQ(RenderedFiles(), files);
+        const velmora::PrivateDevMode& own = output.PrivatePart();
+        EXPECT_EQ(own.watermarkFlags, 36u);
+        std::ifstream file(environment_->HostPath(TextOf(own.watermarkFile)), std::ios::binary);
+        struct {
+            char magic[4];
+            uint16_t headerSize;
+            uint16_t compression;
+            int32_t width;
+            int32_t height;
+            int32_t resolution;
+        } header = {};
+        file.read(reinterpret_cast<char*>(&header), sizeof(header));
+        EXPECT_EQ(std::string(header.magic, sizeof(header.magic)), "KWM1");
+        EXPECT_GT(header.width, 0);
+        EXPECT_EQ(header.width, int{own.watermarkFontSize});
+        EXPECT_EQ(header.height, int{own.watermarkAngle});
+        EXPECT_EQ(header.resolution, int{own.watermarkIndex});
+    }
+}
+
+TEST_F(WatermarkSheet, StaysWhereSettingsConflict) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    const struct { DWORD words[4]; } withDuplex = {{3, 0, 1, 5}};
+    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, &withDuplex, sizeof(withDuplex));
+    // A banner on both sides.
+    const velmora::VelmoraDevMode input = driver_test::With(AppliedDevMode(printer), "dmPaperSize=600 dmDuplex=2");
+    DevModeBuffer output;
+    ShowDocumentSheet(
+        printer,
+        {kTurn, Press(kOn), InSheet(PSBTN_OK), Press(kNoticeOk), See(kOn, "on checked"), InSheet(PSBTN_CANCEL)}, input,
+        &output);
+    // Hosts may hand back the device mode that they were given.
+    EXPECT_TRUE(output.Untouched() || Changes(input, *output.content).empty());
+}
+
+TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    RunCases(printer, {{{"arrows",
+                         "outputFlag=1",
+                         {kTurn,
+                          FocusOn(kAngleSlider),
+                          Key(VK_RIGHT),
+                          See(kAngle, "on 50"),
+                          Key(VK_NEXT),
+                          See(kAngle, "on 80"),
+                          Key(VK_HOME),
+                          See(kAngle, "on 0"),
+                          Key(VK_END),
+                          See(kAngle, "on 355"),
+                          FocusOn(kShade),
+                          Key(VK_LEFT),
+                          Key(VK_NEXT),
+                          FocusOn(kSize),
+                          Key(VK_UP),
+                          See(kSize, "on 51"),
+                          Key(VK_DOWN),
+                          Key(VK_DOWN),
+                          See(kSize, "on 49"),
+                          FocusOn(kPosition),
+                          Key(VK_DOWN),
+                          See(kPosition, "on 6"),
+                          FocusOn(kName),
+                          Key(VK_DOWN),
+                          See(kName, "on 1")},
+                         ""},
+                        ""}});
+}
+
+TEST_F(WatermarkSheet, InEveryLanguage) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    for (const Language& language : kLanguages) {
+        SCOPED_TRACE(language.name);
+        Record(language.name);
+        environment_->SetLanguage(language.id);
+        std::vector<Step> steps;
+        const auto act = [&](std::vector<Step> more) { steps.insert(steps.end(), more.begin(), more.end()); };
+        const auto look = [&](const std::string& name) {
+            act({Describe(name), TakePicture(*environment_, name + '-' + language.name)});
+        };
+        act({kTurn});
+        look("watermark");
+        act({Press(kOn), Name(TEXT("Mine"))});
+        look("watermark-new");
+        act({Press(kAdd), Choose(kFamily, 3)});
+        look("watermark-own");
+        act({Press(kDelete), InSheet(PSBTN_OK)});
+        EXPECT_EQ(ShowDocumentSheet(printer, steps), IDOK);
+    }
+}
+
+// For people to look at.
+TEST_F(WatermarkSheet, PreviewsThePage) {
+    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    std::vector<Step> steps = {kTurn, Press(kOn)};
+    const auto picture = [&](const std::string& name, std::vector<Step> change) {
+        steps.insert(steps.end(), change.begin(), change.end());
+        steps.push_back(TakePicture(*environment_, "watermark-" + name));
+    };
+    const auto layOut = [](int layout) { return std::vector<Step>{TurnTo(kPaperTab), Choose(kLayout, layout), kTurn}; };
+    picture("portrait", {});
+    for (const int position : {2, 4, 6, 7, 8, 9}) {
+        picture("position-" + std::to_string(position), {Choose(kPosition, position)});
+    }
+    for (const int angle : {0, 90, 180, 270}) {
+        picture("angle-" + std::to_string(angle), {Choose(kPosition, 0), Slide(kAngleSlider, angle)});
+    }
+    picture("bold-italic", {Slide(kAngleSlider, 45), Choose(kStyle, 3), Type(kSize, TEXT("80"))});
+    picture("two-up", layOut(2));
+    picture("four-up", layOut(4));
+    picture("poster", layOut(6));
+    picture("landscape", {TurnTo(kPaperTab), Press(kLandscape), kTurn});
+    picture("two-up-landscape", layOut(2));
+    picture("off", {Press(kOn)});
+    steps.push_back(InSheet(PSBTN_CANCEL));
+    ShowDocumentSheet(printer, steps);
+}
+
+}  // namespace
+}  // namespace contract

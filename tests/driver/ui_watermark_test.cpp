@@ -1,0 +1,627 @@
+// The colours, edits of the list and applies of the Watermark page, apart from its windows.
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <set>
+
+#include "driver/base/text.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/devmode/validate_devmode.h"
+#include "driver/settings/settings_folder.h"
+#include "driver/ui/watermark_colors.h"
+#include "driver/ui/watermark_rules.h"
+#include "tests/driver/machine.h"
+#include "tests/driver/sheet_package.h"
+
+namespace velmora {
+
+std::ostream& operator<<(std::ostream& out, const WatermarkButtons& buttons) {
+    return out << (buttons.canAdd ? "add " : "") << (buttons.canChange ? "change " : "")
+               << (buttons.canDelete ? "delete" : "");
+}
+
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+TEST(WatermarkColors, AreShadesOfFamilies) {
+    const struct {
+        ShadedColor shaded;
+        COLORREF color;
+    } colors[] = {
+        {{0, 0, false}, RGB(240, 240, 240)}, {{0, 15, true}, RGB(0, 0, 0)},       {{1, 8, false}, RGB(255, 112, 112)},
+        {{2, 15, true}, RGB(0, 255, 0)},     {{3, 1, false}, RGB(224, 224, 255)}, {{4, 14, false}, RGB(16, 255, 255)},
+        {{5, 15, true}, RGB(255, 0, 255)},   {{6, 2, false}, RGB(255, 255, 208)}, {{7, 3, false}, RGB(255, 255, 255)},
+    };
+    for (const auto& row : colors) {
+        EXPECT_EQ(ColorOf(row.shaded), row.color);
+        EXPECT_EQ(ShadeOf(row.shaded.family, row.shaded.shade), row.shaded);
+        EXPECT_EQ(FindOpeningShade(row.color, 3), row.shaded);
+    }
+    for (int family = kGrayFamily; family < kWhiteFamily; ++family) {
+        for (int shade = 0; shade <= kLastShade; ++shade) {
+            const ShadedColor shaded = ShadeOf(family, shade);
+            EXPECT_EQ(FindOpeningShade(ColorOf(shaded), 0), shaded);
+            EXPECT_EQ(FindSelectedShade(ColorOf(shaded)), shaded);
+        }
+    }
+}
+
+TEST(WatermarkColors, OfNoFamilyShowAtTheEndOfOne) {
+    const ShadedColor noWhite = {kWhiteFamily, kLastShade, false};
+    EXPECT_EQ(FindOpeningShade(RGB(1, 2, 3), 4), (ShadedColor{kGrayFamily, kLastShade, true}));
+    EXPECT_EQ(FindSelectedShade(RGB(1, 2, 3)), noWhite);
+    EXPECT_EQ(FindSelectedShade(RGB(255, 255, 255)), noWhite);
+    EXPECT_EQ(FindOpeningShade(RGB(255, 255, 255), 99), (ShadedColor{kWhiteFamily, kLastShade, true}));
+    EXPECT_EQ(FindOpeningShade(RGB(255, 255, 255), -1), (ShadedColor{kWhiteFamily, 0, false}));
+}
+
+// A program that renders a file of its own for each watermark.
+struct Renderer {
+    int calls = 0;
+    int32_t result = 1;
+    Texts files;
+};
+Renderer renderer;
+
+int32_t Render(const SheetContext&, WatermarkRecord* record, bool) {
+    const std::string number = std::to_string(++renderer.calls);
+    const WideText file = u"C:\\" + WideText(number.begin(), number.end());
+    CopyText(record->fileName, ARRAYSIZE(record->fileName), (file + u".WM").c_str());
+    CopyText(record->colorFileName, ARRAYSIZE(record->colorFileName), (file + u".CWM").c_str());
+    record->resolution = 600;
+    if (renderer.result == 1) {
+        record->width = 1200;
+        record->height = 400;
+        for (const WCHAR* path : {record->fileName, record->colorFileName}) {
+            WriteDriveFile(path, "");
+            renderer.files.push_back(driver_test::ToText(path));
+        }
+    }
+    return renderer.result;
+}
+
+WatermarkRecord UserMark(int number) {
+    WatermarkRecord record;
+    MakeBlankWatermark(&record);
+    record.type = kTextWatermark;
+    record.needsRemake = 0;
+    const WCHAR name[] = {u'U', static_cast<WCHAR>(u'a' + number), 0};
+    CopyText(record.text, ARRAYSIZE(record.text), name);
+    return record;
+}
+
+class WatermarkRules : public MachineTest {
+  protected:
+    void SetUp() override {
+        renderer = {};
+        Install(SheetPackage());
+        BuildDefaultDevMode(Printer(), kPrinterName, &devMode_);
+        PrepareSettingsFile(kPrinterName);
+    }
+
+    // Opens the page over the stored list with more entries behind it: "Ua", "Ub"... behind the built-in ones.
+    void Open(int own, int chosen = 0) {
+        context_.Close();
+        std::vector<WatermarkRecord> records = Records(LoadWatermarkList(kPrinterName));
+        for (int i = 0; i < own; ++i) {
+            records.push_back(UserMark(static_cast<int>(records.size()) - 8));
+        }
+        Open(records, chosen);
+    }
+    void Open(const std::vector<WatermarkRecord>& records, int chosen) {
+        SaveWatermarkList(kPrinterName, records.data(), static_cast<uint16_t>(records.size()));
+        devMode_.privatePart.outputLevel = static_cast<int16_t>(chosen);
+        context_ = OwnedSheetContext(CreateSheetContext(Printer(), kPrinterName, &devMode_));
+        OpenWatermarks(Context());
+        SwitchWatermark(Context(), true);
+    }
+    void TearDown() override {
+        context_.Close();
+        MachineTest::TearDown();
+    }
+
+    SheetContext* Context() const { return context_.Get(); }
+    WatermarkEdit& Edit() const { return Context()->watermarkEdit; }
+    PrivateDevMode& Own() { return devMode_.privatePart; }
+    WatermarkRecord& Entry(size_t index) const { return Context()->watermarks.records.Get()[index]; }
+    static std::vector<WatermarkRecord> Records(const WatermarkList& list) {
+        return {list.records.Get(), list.records.Get() + list.count};
+    }
+    Texts Names() const {
+        Texts names;
+        for (const WatermarkRecord& record : Records(Context()->watermarks)) {
+            names.push_back(driver_test::ToText(record.text));
+        }
+        return names;
+    }
+    void SetSize(int size) {
+        SetNumber(&Edit().choices.size, size);
+        EditWatermark(Context());
+    }
+    // The device mode must be one that the next sheet accepts.
+    void Apply() {
+        ApplyWatermarks(Context(), Render);
+        Context()->committedPrivate = Own();
+        PrivateDevMode checked = Own();
+        ValidationReport report;
+        ValidatePrivateDevMode(Printer(), &checked, Context()->descriptionFile.Get(), Context()->model.Get(), &report);
+        for (const std::string& name : RepairsOf(report)) {
+            EXPECT_FALSE(name.starts_with("watermark") || name.starts_with("output")) << name;
+        }
+    }
+    bool IsSaved() const {
+        const WatermarkList stored = LoadWatermarkList(kPrinterName);
+        const WatermarkList& list = Context()->watermarks;
+        return stored.count == list.count &&
+               memcmp(stored.records.Get(), list.records.Get(), list.count * sizeof(WatermarkRecord)) == 0;
+    }
+
+    VelmoraDevMode devMode_ = {};
+    OwnedSheetContext context_;
+};
+
+TEST_F(WatermarkRules, ButtonsFollowWhatIsTypedSelectedAndEdited) {
+    constexpr WatermarkButtons kNone = {}, kAdd = {true, false, false}, kChange = {false, true, false};
+    constexpr WatermarkButtons kDelete = {false, false, true}, kOwn = {false, true, true};
+    constexpr size_t kBuiltIn = 1, kUsers = 8;
+    const struct {
+        const char* what;
+        int own;             // entries of the user; 10 fill the list
+        size_t selected;     // entry
+        const WCHAR* typed;  // null: nothing
+        int size;            // 0: the entry's
+        WatermarkButtons buttons;
+        bool isEditedBack = false;
+    } rows[] = {
+        {"a built-in entry", 2, kBuiltIn, nullptr, 0, kNone},
+        {"the user's", 2, kUsers, nullptr, 0, kOwn},
+        {"no name", 2, kUsers, TEXT(""), 0, kNone},
+        {"no name, another size", 2, kUsers, TEXT(""), 9, kNone},
+        {"a new name", 2, kBuiltIn, TEXT("New"), 0, kAdd},
+        {"a new name for the user's", 2, kUsers, TEXT("New"), 0, {true, true, false}},
+        {"the other of the user's", 2, kBuiltIn, TEXT("Ub"), 0, kDelete},
+        {"the name of a built-in one", 2, kUsers, TEXT("Draft"), 0, kNone},
+        {"a built-in entry's size", 2, kBuiltIn, nullptr, 9, kNone},
+        {"the user's entry's size", 2, kUsers, nullptr, 9, kOwn},
+        {"the user's entry's size and back", 2, kUsers, nullptr, 9, kOwn, true},
+        {"a new name and size", 2, kBuiltIn, TEXT("New"), 9, kAdd},
+        {"a new name and size and back", 2, kBuiltIn, TEXT("New"), 9, kAdd, true},
+        {"a built-in name and another size", 2, kUsers, TEXT("Draft"), 9, kNone},
+        {"full: the user's", 10, kUsers, nullptr, 0, kOwn},
+        {"full: a new name", 10, kBuiltIn, TEXT("New"), 0, kNone},
+        {"full: a new name for the user's", 10, kUsers, TEXT("New"), 0, kChange},
+        {"full: the other of the user's", 10, kBuiltIn, TEXT("Ub"), 0, kOwn},
+        {"full: the name of a built-in one", 10, kUsers, TEXT("Draft"), 0, kAdd},
+        {"full: the name of a built-in one, and size", 10, kUsers, TEXT("Draft"), 9, kNone},
+        {"full: size", 10, kUsers, nullptr, 9, kOwn},
+        {"full: a built-in entry's size", 10, kBuiltIn, nullptr, 9, kNone},
+    };
+    int own = 0;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        if (own != row.own) {
+            Open(row.own - own);
+            own = row.own;
+        }
+        SelectWatermark(Context(), row.selected);
+        const int size = Edit().choices.size.position;
+        if (row.typed) {
+            EditWatermarkName(Context(), row.typed);
+        }
+        if (row.size != 0) {
+            SetSize(row.size);
+        }
+        if (row.isEditedBack) {
+            SetSize(size);
+        }
+        EXPECT_EQ(Edit().buttons, row.buttons);
+        SwitchWatermark(Context(), false);
+        EXPECT_EQ(Edit().buttons, kNone);
+        SwitchWatermark(Context(), true);
+        EXPECT_EQ(Edit().buttons, row.selected == kUsers ? kDelete : kNone);
+    }
+}
+
+TEST_F(WatermarkRules, JapaneseHasFewerBuiltInOnesAndLessRoom) {
+    machine_.SetLanguage(MAKELANGID(LANG_JAPANESE, SUBLANG_DEFAULT));
+    Open(10);
+    ASSERT_EQ(Context()->watermarks.count, 16);
+    EXPECT_FALSE(IsUserWatermark(*Context(), 5));
+    EXPECT_TRUE(IsUserWatermark(*Context(), 6));
+    EditWatermarkName(Context(), TEXT("New"));
+    StoreWatermark(Context());
+    EXPECT_EQ(Context()->watermarks.count, 16);
+}
+
+TEST_F(WatermarkRules, AddsChangesAndDeletes) {
+    Open(1);
+    WatermarkChoices& choices = Edit().choices;
+    EditWatermarkName(Context(), TEXT("New"));
+    CopyText(choices.face, ARRAYSIZE(choices.face), TEXT("Symbol"));
+    choices.isRightToLeft = true;
+    choices.style = kItalicStyle;
+    choices.size = {TEXT("1"), 50, kFewestPoints, kMostPoints};
+    choices.position = 9;
+    choices.angle = 370;
+    ChooseWatermarkColor(Context(), kWhiteFamily, 4);
+    EXPECT_EQ(ValueOf(Own().outputStep), 4);
+    StoreWatermark(Context());
+    ASSERT_EQ(Names().size(), 10u);
+    EXPECT_EQ(Edit().current, 9u);
+    EXPECT_EQ(Edit().buttons, (WatermarkButtons{false, true, true}));
+    const WatermarkRecord& added = Entry(9);
+    EXPECT_EQ(driver_test::ToText(added.text), "New");
+    EXPECT_EQ(driver_test::ToText(added.style.face), "Symbol");
+    EXPECT_EQ(added.style.charSet, SYMBOL_CHARSET);
+    EXPECT_EQ(added.style.rightToLeft, 1u);
+    EXPECT_EQ(added.style.bold, 0u);
+    EXPECT_EQ(added.style.italic, 1u);
+    EXPECT_EQ(added.style.size, kFewestPoints);
+    EXPECT_EQ(added.style.color, RGB(255, 255, 255));
+    EXPECT_EQ(added.angle, 3550);
+    EXPECT_EQ(added.placement, 9);
+    EXPECT_EQ(added.needsRemake, 1u);
+    EXPECT_EQ(Entry(10).type, 0u);
+
+    // The user's other entry by its name; a face that isn't listed stays.
+    EditWatermarkName(Context(), TEXT("Ua"));
+    choices.face[0] = 0;
+    choices.size = {TEXT("x"), 60, kFewestPoints, kMostPoints};
+    StoreWatermark(Context());
+    EXPECT_EQ(Edit().current, 8u);
+    EXPECT_EQ(driver_test::ToText(Entry(8).style.face), "Arial");
+    EXPECT_EQ(Entry(8).style.size, 60);
+
+    SelectWatermark(Context(), 9);
+    EXPECT_EQ(choices.shade, (ShadedColor{kWhiteFamily, kLastShade, false}));
+    EXPECT_EQ(Own().shadeMaxFlag, 0);
+    Own().outputLevel = 9;
+    DeleteWatermark(Context());
+    EXPECT_EQ(Names().back(), "Ua");
+    EXPECT_EQ(Edit().current, 0u);
+    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
+    EXPECT_EQ(Edit().deletedCount, 1u);
+    DeleteWatermark(Context());  // a built-in one
+    EditWatermarkName(Context(), TEXT("Unknown"));
+    DeleteWatermark(Context());
+    EXPECT_EQ(Names().size(), 9u);
+}
+
+TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
+    WatermarkRecord image = UserMark(0);
+    image.type = kImageWatermark;
+    std::fill(std::begin(image.imageName), std::end(image.imageName), u'\u1234');
+    image.imageName[MAX_PATH - 1] = 0;
+    image.scaleX = image.scaleY = 50;
+    WatermarkRecord odd = UserMark(1);
+    odd.style.size = 2000;
+    odd.angle = 7777;
+    odd.placement = 77;
+    CopyText(odd.style.face, ARRAYSIZE(odd.style.face), TEXT("No such face"));
+    Open({image, odd}, 0);
+    for (const size_t index : {0, 1}) {
+        SelectWatermark(Context(), index);
+        Own().outputFlag = 1;
+        Context()->committedPrivate.outputLevel = static_cast<int16_t>(index);
+        EXPECT_FALSE(IsWatermarkChanged(*Context())) << index;
+    }
+    EXPECT_EQ(Edit().choices.size.position, kMostPoints);
+    EXPECT_EQ(Edit().choices.angle, kMostDegrees);
+    EXPECT_EQ(Edit().choices.face[0], 0);
+    SelectWatermark(Context(), 1);
+    Apply();
+    EXPECT_EQ(Entry(1).placement, 77);
+    EXPECT_EQ(ValueOf(Own().watermarkPosition), 0u);
+    SelectWatermark(Context(), 0);
+    Apply();
+    EXPECT_EQ(Entry(0).type, kImageWatermark);
+    SetSize(33);
+    Apply();
+    EXPECT_EQ(Entry(0).type, kTextWatermark);
+    EXPECT_EQ(driver_test::ToText(Entry(0).style.face), "Arial");
+    EXPECT_TRUE(IsSaved());  // nothing of the picture is left
+
+    std::vector<WatermarkRecord> many(30, UserMark(0));
+    for (size_t i = 0; i < many.size(); ++i) {
+        many[i].text[1] = static_cast<WCHAR>(u'A' + i);
+        CopyText(many[i].fileName, ARRAYSIZE(many[i].fileName), TEXT("C:\\many.WM"));
+        many[i].resolution = many[i].height = many[i].width = UINT32_MAX;
+    }
+    Open(many, 0);
+    SelectWatermark(Context(), 29);
+    Apply();
+    EXPECT_EQ(Names().size(), 30u);
+    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
+    EXPECT_EQ(driver_test::ToText(Own().watermarkFile), driver_test::ToText(Entry(29).fileName));
+
+    for (const int chosen : {2, 19, -1, INT16_MAX, INT16_MIN}) {
+        Open({odd, odd}, chosen);
+        EXPECT_EQ(Edit().current, 0u);
+    }
+    Open(std::vector<WatermarkRecord>(), 3);
+    SetSize(10);
+    StoreWatermark(Context());
+    DeleteWatermark(Context());
+    RestoreWatermarks(Context());
+    SwitchWatermark(Context(), true);
+    Apply();
+    EXPECT_EQ(Context()->watermarks.count, 0);
+    EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);
+    Context()->watermarks.records.Reset(nullptr);
+    EditWatermarkName(Context(), TEXT("New"));
+    StoreWatermark(Context());
+    EXPECT_EQ(Names(), Texts({"New"}));
+}
+
+TEST_F(WatermarkRules, ChangesAreToldFromWhatIsCommittedAndStored) {
+    const struct {
+        const char* what;
+        std::function<void()> change;
+    } changes[] = {
+        {"switch", [&] { SwitchWatermark(Context(), false); }},
+        {"entry", [&] { SelectWatermark(Context(), 1); }},
+        {"face", [&] { CopyText(Edit().choices.face, 32, TEXT("Symbol")); }},
+        {"style", [&] { Edit().choices.style = kBoldStyle; }},
+        {"size", [&] { SetSize(51); }},
+        {"color", [&] { ChooseWatermarkColor(Context(), 2, 8); }},
+        {"position", [&] { Edit().choices.position = 4; }},
+        {"angle", [&] { Edit().choices.angle = 50; }},
+        {"added",
+         [&] {
+             EditWatermarkName(Context(), TEXT("New"));
+             StoreWatermark(Context());
+             SelectWatermark(Context(), 0);
+         }},
+        {"list",
+         [&] {
+             EditWatermarkName(Context(), TEXT("Ua"));
+             StoreWatermark(Context());
+             SelectWatermark(Context(), 0);
+         }},
+    };
+    Own().outputFlag = 1;
+    const std::vector<WatermarkRecord> records = (Open(1), Records(Context()->watermarks));
+    for (const auto& row : changes) {
+        Open(records, 0);
+        EXPECT_FALSE(IsWatermarkChanged(*Context())) << row.what;
+        row.change();
+        EXPECT_TRUE(IsWatermarkChanged(*Context())) << row.what;
+    }
+}
+
+TEST_F(WatermarkRules, RestoresTheBuiltInOnes) {
+    Open(1, 8);
+    Own().watermarkFlags = 36;
+    const std::vector<WatermarkRecord> fresh = Records(Context()->watermarks);
+    for (size_t i = 0; i < 9; ++i) {
+        Entry(i).style.bold = Entry(i).style.italic = 1;
+        Entry(i).style.size = 9;
+        Entry(i).style.color = 0;
+        Entry(i).angle = Entry(i).placement = 9;
+        CopyText(Entry(i).style.face, ARRAYSIZE(Entry(i).style.face), TEXT("Symbol"));
+        Entry(i).style.charSet = SYMBOL_CHARSET;
+    }
+    RestoreWatermarks(Context());
+    for (size_t i = 0; i < 8; ++i) {
+        EXPECT_EQ(Entry(i).needsRemake, 1u);
+        Entry(i).needsRemake = 0;
+        EXPECT_EQ(memcmp(&Entry(i), &fresh[i], sizeof(fresh[i])), 0) << i;
+    }
+    EXPECT_EQ(Entry(8).style.size, 9);
+    EXPECT_FALSE(Edit().choices.isOn);
+    EXPECT_EQ(Edit().current, 0u);
+    const VelmoraDevMode once = devMode_;
+    RestoreWatermarks(Context());
+    EXPECT_EQ(memcmp(&once, &devMode_, sizeof(once)), 0);
+
+    Entry(3).style.size = 9;
+    Own().outputFlag = 1;
+    Own().outputLevel = 8;
+    ResetBuiltinWatermarks(Context());
+    EXPECT_EQ(Entry(3).style.size, 50);
+    EXPECT_EQ(ValueOf(Own().outputFlag), 0);
+    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
+    EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);
+}
+
+TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
+    const struct {
+        uint32_t colorMode;
+        short dmColor;
+        bool isColor;
+    } rows[] = {{42, DMCOLOR_MONOCHROME, true},
+                {1, DMCOLOR_COLOR, true},
+                {1, DMCOLOR_MONOCHROME, false},
+                {2, DMCOLOR_COLOR, false}};
+    Open(1);
+    SelectWatermark(Context(), 8);
+    Edit().choices.position = 7;
+    for (const auto& row : rows) {
+        Own().colorMode = row.colorMode;
+        devMode_.publicPart.dmColor = row.dmColor;
+        Apply();
+        EXPECT_EQ(driver_test::ToText(Own().watermarkFile),
+                  driver_test::ToText(row.isColor ? Entry(8).colorFileName : Entry(8).fileName));
+    }
+    EXPECT_EQ(renderer.calls, 1);
+    EXPECT_EQ(ValueOf(Own().outputFlag), 1);
+    EXPECT_EQ(ValueOf(Own().outputLevel), 8);
+    EXPECT_EQ(ValueOf(Own().watermarkFlags), 36u);
+    EXPECT_EQ(ValueOf(Own().watermarkFontSize), 1200);
+    EXPECT_EQ(ValueOf(Own().watermarkAngle), 400);
+    EXPECT_EQ(ValueOf(Own().watermarkIndex), 600);
+    EXPECT_EQ(ValueOf(Own().watermarkPosition), 7u);
+    EXPECT_FALSE(IsWatermarkChanged(*Context()));
+
+    Own().watermarkPages = 1;
+    Own().watermarkColor = 1;
+    Own().watermarkBold = Own().watermarkItalic = 1;
+    Own().watermarkOffsetX = Own().watermarkOffsetY = 1;
+    SwitchWatermark(Context(), false);
+    Apply();
+    EXPECT_EQ(ValueOf(Own().outputFlag), 0);
+    const auto* const bytes = reinterpret_cast<const uint8_t*>(&Own());
+    const size_t first = offsetof(PrivateDevMode, watermarkFlags);
+    const size_t end = offsetof(PrivateDevMode, watermarkPosition) + sizeof(Own().watermarkPosition);
+    EXPECT_EQ(std::count(bytes + first, bytes + end, 0), static_cast<ptrdiff_t>(end - first));
+}
+
+TEST_F(WatermarkRules, AWatermarkThatCantBeRenderedIsTriedAgain) {
+    Open(0, 2);
+    for (const int32_t result : {0, -1}) {
+        renderer.result = result;
+        Apply();
+        EXPECT_EQ(ValueOf(Own().outputFlag), 1);
+        EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);  // without a size, 36 isn't valid
+        EXPECT_TRUE(IsSaved());
+        EXPECT_EQ(Names().size(), 8u);
+    }
+    renderer.result = 1;
+    Apply();
+    EXPECT_EQ(renderer.calls, 3);
+    EXPECT_NE(Own().watermarkFile[0], 0);
+}
+
+TEST_F(WatermarkRules, ApplyStoresByName) {
+    const std::vector<WatermarkRecord> builtIns = (Open(0), Records(Context()->watermarks));
+    // A new name.
+    EditWatermarkName(Context(), TEXT("New"));
+    SetSize(20);
+    Apply();
+    EXPECT_EQ(Names().back(), "New");
+    EXPECT_EQ(ValueOf(Own().outputLevel), 8);
+    // Another entry's, whose attributes are these.
+    EditWatermarkName(Context(), TEXT("Draft"));
+    SetSize(50);
+    Entry(8).needsRemake = 0;
+    Apply();
+    EXPECT_EQ(ValueOf(Own().outputLevel), 1);
+    EXPECT_EQ(Entry(8).style.size, 20);
+    // No name: that of the device mode.
+    EditWatermarkName(Context(), TEXT(""));
+    SetSize(30);
+    Apply();
+    EXPECT_EQ(Entry(1).style.size, 30);
+    EXPECT_EQ(driver_test::ToText(Edit().choices.name), "Draft");
+
+    // A full list has no room for a new name.
+    Open(builtIns, 0);
+    Open(10, 9);
+    EditWatermarkName(Context(), TEXT("New"));
+    SetSize(20);
+    Apply();
+    EXPECT_EQ(Names().size(), 18u);
+    EXPECT_EQ(driver_test::ToText(Entry(9).text), "Ub");
+    EXPECT_EQ(Entry(9).style.size, 20);
+    EXPECT_TRUE(IsSaved());
+}
+
+// Files that were rendered and still are there.
+std::set<std::string> Files() {
+    std::set<std::string> files;
+    for (const std::string& file : renderer.files) {
+        if (std::filesystem::exists(DrivePath(WideText(file.begin(), file.end())))) {
+            files.insert(file);
+        }
+    }
+    return files;
+}
+
+TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
+    Open(3);
+    const Texts first = Names();
+    std::mt19937 random(1);
+    const auto pick = [&](size_t count) { return random() % count; };
+    size_t most = 0;
+    for (int i = 0; i < 600; ++i) {
+        const std::set<std::string> before = Files();
+        bool isApplied = false;
+        switch (pick(8)) {
+            case 0:
+                SelectWatermark(Context(), pick(Context()->watermarks.count));
+                break;
+            case 1:
+            case 2:
+                EditWatermarkName(Context(), UserMark(static_cast<int>(pick(20))).text);
+                break;
+            case 3:
+                SetSize(static_cast<int>(pick(500)));
+                break;
+            case 4:
+                if (Edit().buttons.canDelete) {
+                    DeleteWatermark(Context());
+                }
+                break;
+            case 5:
+                if (pick(10) == 0) {
+                    RestoreWatermarks(Context());
+                }
+                SwitchWatermark(Context(), true);
+                break;
+            case 6:
+                isApplied = pick(6) == 0;
+                if (isApplied) {
+                    Apply();
+                }
+                break;
+            default:
+                if (Edit().buttons.canAdd || Edit().buttons.canChange) {
+                    StoreWatermark(Context());
+                }
+                break;
+        }
+        const Texts names = Names();
+        most = std::max(most, names.size());
+        ASSERT_LE(names.size(), 18u);
+        ASSERT_EQ(std::set(names.begin(), names.end()).size(), names.size());
+        ASSERT_TRUE(std::equal(first.begin(), first.begin() + 8, names.begin()));
+        ASSERT_LT(Edit().current, names.size());
+        ASSERT_EQ(Entry(names.size()).type, 0u);
+        if (isApplied) {
+            std::set<std::string> listed;
+            for (const WatermarkRecord& record : Records(Context()->watermarks)) {
+                if (record.fileName[0] != 0) {
+                    listed.insert({driver_test::ToText(record.fileName), driver_test::ToText(record.colorFileName)});
+                }
+            }
+            ASSERT_EQ(Files(), listed) << i;
+            ASSERT_FALSE(IsWatermarkChanged(*Context())) << i;
+        } else {
+            ASSERT_EQ(Files(), before) << i;
+        }
+    }
+    EXPECT_EQ(most, 18u);
+}
+
+TEST_F(WatermarkRules, WithoutMemoryTheListStays) {
+    using Step = void (*)(SheetContext*);
+    const Step steps[] = {StoreWatermark, DeleteWatermark, RestoreWatermarks,
+                          [](SheetContext* context) { ApplyWatermarks(context, Render); }};
+    const std::vector<WatermarkRecord> records = (Open(2), Records(Context()->watermarks));
+    const Texts before = Names();
+    for (const Step step : steps) {
+        for (uint64_t nth = 1, count = nth; nth <= count; ++nth) {
+            Open(records, 0);
+            EditWatermarkName(Context(), step == DeleteWatermark ? TEXT("Ub") : TEXT("New"));
+            host::FailAllocation(nth);
+            step(Context());
+            count = host::AllocationsSoFar();
+            host::ClearFaults();
+            Texts names = Names();
+            EXPECT_EQ(Entry(names.size()).type, 0u);
+            if (names.size() > before.size()) {
+                EXPECT_EQ(names.back(), "New");
+                names.pop_back();
+            } else if (names.size() < before.size()) {
+                EXPECT_EQ(Edit().deletedCount, 1u);
+                names.push_back("Ub");
+            }
+            EXPECT_EQ(names, before) << nth;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmora
