@@ -19,7 +19,7 @@ namespace {
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
 constexpr int kInformationSlot = 4;
-constexpr UINT kLastPage = 3;  // of the sheet: the information page
+constexpr UINT kLastPage = 4;  // of the sheet: the information page
 constexpr int kLogo = 10002, kRestoreAll = 10009;
 
 template <class T, size_t count>
@@ -171,7 +171,7 @@ TEST_F(InformationPageTest, OpenPagesAreAppliedWithTheirDefaults) {
                   "dmPaperSize=258 customWidth=15000 customLength=25000 customUnit=0 dmCopies=7 dmOrientation=2 "
                   "colorPreset=4 colorFlagB=1 finishFlagA=1 finishFlagB=1 finishSide=2 finishFlagC=0 optionFlags=0x10 "
                   "outputFlag=1 uiBinding=3 uiShiftX=-9");
-    const int slots[] = {kPaperSlot, kColorSlot, kOutputSlot};
+    const int slots[] = {kPaperSlot, kColorSlot, kWatermarkSlot, kOutputSlot};
     VelmoraDevMode opened;
     VelmoraDevMode restored[2];
     VelmoraDevMode applied[2];
