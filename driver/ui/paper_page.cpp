@@ -17,6 +17,7 @@
 #include "driver/ui/paper_preview.h"
 #include "driver/ui/paper_rules.h"
 #include "driver/ui/paper_summary.h"
+#include "driver/ui/watermark_rules.h"
 
 namespace velmora {
 namespace {
@@ -86,10 +87,6 @@ constexpr NumberEdit kNumbers[] = {
 constexpr EditFilter kCodeFilter = {kCodeCharacters, 0};
 constexpr EditFilter kCopiesFilter = {kDigits, kCopiesSpin};
 constexpr EditFilter kZoomFilter = {kDigits, kZoomSpin};
-
-// Controls of the Watermark page, which the summary looks at while that is open.
-constexpr int kHasWatermark = 7003;
-constexpr int kWatermarkName = 7005;
 
 bool IsSameSize(const PageDetails& a, const PageDetails& b) {
     return a.customWidth == b.customWidth && a.customLength == b.customLength && a.customUnit == b.customUnit;
@@ -249,7 +246,7 @@ void ReadColorSettings(const SheetContext& context, WCHAR (&name)[kMessageCapaci
 void ReadWatermark(const SheetContext& context, WCHAR (&name)[kMessageCapacity], OtherSettings* other) {
     const PrivateDevMode& own = context.devMode->privatePart;
     const HWND page = context.dialogs[kWatermarkSlot];
-    if (page ? !IsChecked(page, kHasWatermark) : own.outputFlag == 0) {
+    if (page ? !IsChecked(page, kWatermarkSwitch) : own.outputFlag == 0) {
         return;
     }
     other->watermark = name;

@@ -9,6 +9,7 @@
 #include "driver/ui/device_page.h"
 #include "driver/ui/output_page.h"
 #include "driver/ui/paper_page.h"
+#include "driver/ui/watermark_page.h"
 
 namespace velmora {
 namespace {
@@ -24,6 +25,7 @@ constexpr uint16_t kPaperTitle = 5001;
 constexpr PageDescriptor kPages[] = {
     {kPaperSlot, kPaperTitle, 5000, 0, PaperPageProc},
     {kColorSlot, 6001, 6000, 0, ColorPageProc},
+    {kWatermarkSlot, 7001, 7000, 0, WatermarkPageProc},
     {kOutputSlot, 9001, 9000, 0, OutputPageProc},
     {5, 11001, 0, 11000, DevicePageProc},
     {},

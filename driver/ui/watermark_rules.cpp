@@ -21,6 +21,10 @@ constexpr UINT kRestoredFace = 2498;  // string
 
 constexpr int kTenthsPerDegree = 10;
 
+// What the device mode's fields can hold.
+constexpr size_t kLastLevel = 19;       // outputLevel
+constexpr uint16_t kLastPlacement = 9;  // watermarkPosition
+
 bool IsJapanese(const SheetContext& context) {
     return context.locale.language == LANG_JAPANESE;
 }
@@ -229,8 +233,9 @@ void ResetBuiltIns(SheetContext* context) {
 
 // --- Apply
 
-// A full list takes no new name: the current entry keeps its own.
-void StoreAtApply(SheetContext* context) {
+// Stores the choices where they aren't stored already and returns the index of the entry that the job uses. A full list
+// takes no new name: the current entry keeps its own.
+size_t StoreAtApply(SheetContext* context) {
     WatermarkChoices& choices = context->watermarkEdit.choices;
     const WatermarkRecord* const chosen = WatermarkAt(*context, ChosenIndex(*context));
     if (choices.name[0] == 0 && chosen) {
@@ -247,10 +252,11 @@ void StoreAtApply(SheetContext* context) {
     }
     const bool isStored = found && HasChoices(*context, *found);
     if (!isStored && (choices.name[0] == 0 || !StoreEntry(context, &index))) {
-        return;
+        return ChosenIndex(*context);
     }
-    Own(context).outputLevel = static_cast<int16_t>(index);
+    Own(context).outputLevel = static_cast<int16_t>(index <= kLastLevel ? index : 0);
     TakeEntry(context, index);
+    return index;
 }
 
 void RemoveRendering(WatermarkRecord* record) {
@@ -276,10 +282,17 @@ void RemoveOldRenderings(SheetContext* context) {
     }
 }
 
-// A rendering without a size would make the stored list invalid.
+// Whether a watermark is rendered, in a size and resolution that device modes can have.
+bool IsRendered(const WatermarkRecord& record) {
+    return record.fileName[0] != 0 && record.resolution != 0 && record.resolution <= INT16_MAX && record.width != 0 &&
+           record.width <= INT32_MAX && record.height != 0 && record.height <= INT32_MAX;
+}
+
+// A failed rendering leaves nothing behind: a list is invalid where a file has no size.
 void Render(const SheetContext& context, WatermarkMaker make, WatermarkRecord* record) {
+    RemoveRendering(record);
     const int32_t result = make(context, record, false);
-    if (result == 0 || result == -1 || record->resolution == 0 || record->width == 0 || record->height == 0) {
+    if (result == 0 || result == -1 || !IsRendered(*record)) {
         RemoveRendering(record);
     }
 }
@@ -306,25 +319,27 @@ void ClearWatermark(PrivateDevMode* own) {
     ZeroMemory(own->watermarkFile, sizeof(own->watermarkFile));
 }
 
-void WriteWatermark(SheetContext* context, WatermarkMaker make) {
+// Writes the entry at an index, or none, into the device mode: only what makes a valid one.
+void WriteWatermark(SheetContext* context, size_t index, WatermarkMaker make) {
     PrivateDevMode& own = Own(context);
     const bool isOn = context->watermarkEdit.choices.isOn;
     own.outputFlag = isOn ? 1 : 0;
-    if (!isOn || !WatermarkAt(*context, ChosenIndex(*context))) {
+    WatermarkRecord* const record =
+        isOn && WatermarkAt(*context, index) ? context->watermarks.records.Get() + index : nullptr;
+    if (record && !IsRendered(*record)) {
+        Render(*context, make, record);
+    }
+    if (!record || !IsRendered(*record)) {
         ClearWatermark(&own);
         return;
     }
-    WatermarkRecord& record = context->watermarks.records.Get()[ChosenIndex(*context)];
-    if (record.fileName[0] == 0) {
-        Render(*context, make, &record);
-    }
     own.watermarkFlags = kWatermarkUnderPage | kWatermarkIsRendered;
     ZeroMemory(own.watermarkFile, sizeof(own.watermarkFile));
-    CopyText(own.watermarkFile, ARRAYSIZE(own.watermarkFile), RenderedFile(*context->devMode, record));
-    own.watermarkFontSize = static_cast<int32_t>(record.width);
-    own.watermarkAngle = static_cast<int32_t>(record.height);
-    own.watermarkIndex = static_cast<int16_t>(record.resolution);
-    own.watermarkPosition = record.placement;
+    CopyText(own.watermarkFile, ARRAYSIZE(own.watermarkFile), RenderedFile(*context->devMode, *record));
+    own.watermarkFontSize = static_cast<int32_t>(record->width);
+    own.watermarkAngle = static_cast<int32_t>(record->height);
+    own.watermarkIndex = static_cast<int16_t>(record->resolution);
+    own.watermarkPosition = record->placement <= kLastPlacement ? record->placement : 0u;
 }
 
 }  // namespace
@@ -477,11 +492,9 @@ bool IsWatermarkChanged(const SheetContext& context) {
 }
 
 void ApplyWatermarks(SheetContext* context, WatermarkMaker make) {
-    if (context->watermarkEdit.choices.isOn) {
-        StoreAtApply(context);
-    }
+    const size_t index = context->watermarkEdit.choices.isOn ? StoreAtApply(context) : ChosenIndex(*context);
     RemoveOldRenderings(context);
-    WriteWatermark(context, make);
+    WriteWatermark(context, index, make);
     if (context->watermarks.records) {
         SaveWatermarkList(context->printerName, context->watermarks.records.Get(), context->watermarks.count);
     }

@@ -21,9 +21,7 @@ inline constexpr int kWatermarkName = 7005;
 inline constexpr int kFewestPoints = 8;
 inline constexpr int kMostPoints = 400;
 inline constexpr int kMostDegrees = 355;
-inline constexpr int kAngleStep = 5;                  // degrees that the slider's thumb stops at
-inline constexpr int kNameLimit = 32;                 // characters that can be typed
-inline constexpr uint32_t kNoWatermark = UINT32_MAX;  // value of the first item of 3107
+inline constexpr int kNameLimit = 32;  // characters that can be typed
 
 // WatermarkChoices::style.
 inline constexpr uint32_t kBoldStyle = 1;
@@ -99,8 +97,8 @@ bool IsWatermarkChanged(const SheetContext& context);
 using WatermarkMaker = int32_t (*)(const SheetContext& context, WatermarkRecord* record, bool isMonochromeOnly);
 
 // Writes the choices into the list and the device mode, removes rendered files that aren't of use any more, renders the
-// chosen watermark where it has no file, and stores the list; CommitPage comes after it. A watermark that can't be
-// rendered has no file, in the device mode too, and is tried again by the next apply.
+// chosen watermark where it has no file, and stores the list; CommitPage comes after it. With a watermark that can't be
+// rendered the switch stays on, but the job has none until an apply renders it.
 void ApplyWatermarks(SheetContext* context, WatermarkMaker make);
 
 }  // namespace velmora

@@ -7,6 +7,7 @@
 
 #include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
+#include "driver/devmode/validate_devmode.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/ui/watermark_colors.h"
 #include "driver/ui/watermark_rules.h"
@@ -139,9 +140,16 @@ class WatermarkRules : public MachineTest {
         SetNumber(&Edit().choices.size, size);
         EditWatermark(Context());
     }
+    // The device mode must be one that the next sheet accepts.
     void Apply() {
         ApplyWatermarks(Context(), Render);
         Context()->committedPrivate = Own();
+        PrivateDevMode checked = Own();
+        ValidationReport report;
+        ValidatePrivateDevMode(Printer(), &checked, Context()->descriptionFile.Get(), Context()->model.Get(), &report);
+        for (const std::string& name : RepairsOf(report)) {
+            EXPECT_FALSE(name.starts_with("watermark") || name.starts_with("output")) << name;
+        }
     }
     bool IsSaved() const {
         const WatermarkList stored = LoadWatermarkList(kPrinterName);
@@ -302,6 +310,10 @@ TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
     EXPECT_EQ(Edit().choices.size.position, kMostPoints);
     EXPECT_EQ(Edit().choices.angle, kMostDegrees);
     EXPECT_EQ(Edit().choices.face[0], 0);
+    SelectWatermark(Context(), 1);
+    Apply();
+    EXPECT_EQ(Entry(1).placement, 77);
+    EXPECT_EQ(ValueOf(Own().watermarkPosition), 0u);
     SelectWatermark(Context(), 0);
     Apply();
     EXPECT_EQ(Entry(0).type, kImageWatermark);
@@ -310,6 +322,19 @@ TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
     EXPECT_EQ(Entry(0).type, kTextWatermark);
     EXPECT_EQ(driver_test::ToText(Entry(0).style.face), "Arial");
     EXPECT_TRUE(IsSaved());  // nothing of the picture is left
+
+    std::vector<WatermarkRecord> many(21, UserMark(0));
+    for (size_t i = 0; i < many.size(); ++i) {
+        many[i].text[1] = static_cast<WCHAR>(u'A' + i);
+        CopyText(many[i].fileName, ARRAYSIZE(many[i].fileName), TEXT("C:\\many.WM"));
+        many[i].resolution = many[i].height = many[i].width = UINT32_MAX;
+    }
+    Open(many, 0);
+    SelectWatermark(Context(), 20);
+    Apply();
+    EXPECT_EQ(Names().size(), 21u);
+    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
+    EXPECT_EQ(driver_test::ToText(Own().watermarkFile), driver_test::ToText(Entry(20).fileName));
 
     for (const int chosen : {2, 19, -1, INT16_MAX, INT16_MIN}) {
         Open({odd, odd}, chosen);
@@ -448,8 +473,8 @@ TEST_F(WatermarkRules, AWatermarkThatCantBeRenderedIsTriedAgain) {
     for (const int32_t result : {0, -1}) {
         renderer.result = result;
         Apply();
-        EXPECT_EQ(ValueOf(Own().watermarkFlags), 36u);
-        EXPECT_EQ(Own().watermarkFile[0], 0);
+        EXPECT_EQ(ValueOf(Own().outputFlag), 1);
+        EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);  // without a size, 36 isn't valid
         EXPECT_TRUE(IsSaved());
         EXPECT_EQ(Names().size(), 8u);
     }
@@ -510,7 +535,7 @@ TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
     std::mt19937 random(1);
     const auto pick = [&](size_t count) { return random() % count; };
     size_t most = 0;
-    for (int i = 0; i < 600; ++i) {
+    for (int i = 0; i < 500; ++i) {
         const std::set<std::string> before = Files();
         bool isApplied = false;
         switch (pick(8)) {
@@ -536,7 +561,7 @@ TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
                 SwitchWatermark(Context(), true);
                 break;
             case 6:
-                isApplied = pick(6) == 0;
+                isApplied = pick(8) == 0;
                 if (isApplied) {
                     Apply();
                 }
