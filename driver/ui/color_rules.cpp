@@ -11,9 +11,6 @@
 namespace velmora {
 namespace {
 
-// The object kinds' treatments in a new device mode.
-constexpr uint16_t kDefaultTreatments[kObjectKinds] = {1, 3, 2};
-
 constexpr int kDefaultResolutionItem = 1;
 constexpr uint16_t kDefaultRendering = 1;
 constexpr uint16_t kDefaultChoiceA = 1;

@@ -54,6 +54,9 @@ inline constexpr ChoiceEntry kRenderingChoices[] = {
     {kAlwaysOffered, 5097, 1}, {kAlwaysOffered, 5098, 2}, {kAlwaysOffered, 5099, 3}, {kAlwaysOffered, 5100, 4}, {}};
 inline constexpr ChoiceEntry kColorChoicesA[] = {{1, 5102, 2}, {1, 5101, 1}, {2, 5103, 3}, {}};
 
+// The object kinds' treatments in a new device mode.
+inline constexpr uint16_t kDefaultTreatments[kObjectKinds] = {1, 3, 2};
+
 // The filter of kColorChoicesA in a mode.
 constexpr uint32_t ColorFilterA(uint16_t mode) {
     return mode == kPageModeMonochrome ? 1 : 3;

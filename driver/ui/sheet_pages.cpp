@@ -7,6 +7,7 @@
 #include "driver/ui/about_page.h"
 #include "driver/ui/color_page.h"
 #include "driver/ui/device_page.h"
+#include "driver/ui/information_page.h"
 #include "driver/ui/output_page.h"
 #include "driver/ui/paper_page.h"
 #include "driver/ui/watermark_page.h"
@@ -27,6 +28,7 @@ constexpr PageDescriptor kPages[] = {
     {kColorSlot, 6001, 6000, 0, ColorPageProc},
     {kWatermarkSlot, 7001, 7000, 0, WatermarkPageProc},
     {kOutputSlot, 9001, 9000, 0, OutputPageProc},
+    {4, 10001, 10000, 0, InformationPageProc},
     {5, 11001, 0, 11000, DevicePageProc},
     {},
 };

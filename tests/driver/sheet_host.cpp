@@ -70,6 +70,7 @@ LONG SheetHost::Run(Entry entry, void* header) {
         PROPSHEETHEADERW sheet = {};
         sheet.dwSize = sizeof(sheet);
         sheet.pszCaption = TEXT("Sheet");
+        sheet.nStartPage = startPage;
         sheet.nPages = static_cast<UINT>(handles_.size());
         sheet.phpage = handles_.data();
         PropertySheetW(&sheet);

@@ -38,6 +38,8 @@ class SheetHost {
     HWND Page() const;  // the current page
     velmora::SheetContext& Context() const { return *reinterpret_cast<velmora::SheetContext*>(info_.UserData); }
 
+    // The page that the sheet opens with.
+    UINT startPage = 0;
     // The page that is refused, from 1 on; 0: none.
     size_t refusedPage = 0;
     // The sizes and flags of the pages that were added, and their titles.

@@ -68,7 +68,8 @@ TEST_F(Sheets, HaveTheirPages) {
         std::function<LONG()> run;
     } sheets[] = {
         {{"Device settings"}, [&] { return host.RunDeviceSheet(); }},
-        {{"Paper", "Color", "Watermark", "Output"}, [&] { return host.RunDocumentSheet(nullptr, &output); }},
+        {{"Paper", "Color", "Watermark", "Output", "Information"},
+         [&] { return host.RunDocumentSheet(nullptr, &output); }},
     };
     for (const auto& sheet : sheets) {
         SCOPED_TRACE(sheet.titles[0]);

@@ -1,0 +1,224 @@
+// Restoring the defaults of all pages at once, through real windows of the layer.
+#include <algorithm>
+#include <iterator>
+
+#include "driver/base/text.h"
+#include "driver/devmode/default_devmode.h"
+#include "driver/settings/settings_folder.h"
+#include "driver/settings/watermark_list.h"
+#include "driver/ui/controls.h"
+#include "driver/ui/paper_choices.h"
+#include "tests/driver/changed_devmode.h"
+#include "tests/driver/machine.h"
+#include "tests/driver/sheet_host.h"
+#include "tests/driver/sheet_package.h"
+
+namespace velmora {
+namespace {
+
+using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
+
+constexpr int kInformationSlot = 4;
+constexpr UINT kLastPage = 4;  // of the sheet: the information page
+constexpr int kLogo = 10002, kRestoreAll = 10009;
+
+template <class T, size_t count>
+void Fill(T (&field)[count], T value) {
+    std::fill(std::begin(field), std::end(field), value);
+}
+
+class InformationPageTest : public MachineTest {
+  protected:
+    void SetUp() override {
+        Install(SheetPackage());
+        SetDeviceInfo(Printer(), {3, 1, 1, 0});
+        host_ = std::make_unique<SheetHost>(&machine_, Printer());
+        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
+    }
+    void ThenOpen(int slot) {
+        host_->Then([=, this](HWND sheet) { SendMessageW(sheet, PSM_SETCURSEL, 0, Context().hostPages[slot]); });
+    }
+    void ThenRestore(int answer = IDOK) {
+        ThenOpen(kInformationSlot);
+        host_->Then([this](HWND) { Click(host_->Page(), kRestoreAll); });
+        host_->Then([=](HWND) {
+            EXPECT_EQ(ToText(TextOf(FrontDialog())), "Restore defaults");
+            Click(FrontDialog(), answer);
+        });
+    }
+    void ThenPress(int button) {
+        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
+    }
+    // Keeps what the sheet has made of the device mode by then.
+    void ThenKeep(VelmoraDevMode* kept) {
+        host_->Then([=, this](HWND) { *kept = *Context().devMode; });
+    }
+    void Run() {
+        VelmoraDevMode output = {};
+        EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output), 1);
+    }
+    SheetContext& Context() const { return host_->Context(); }
+
+    std::unique_ptr<SheetHost> host_;
+    VelmoraDevMode input_;
+};
+
+// Where two device modes differ.
+using Offsets = std::vector<size_t>;
+Offsets Differences(const VelmoraDevMode& a, const VelmoraDevMode& b) {
+    Offsets offsets;
+    for (size_t i = 0; i < sizeof(a); ++i) {
+        if (reinterpret_cast<const uint8_t*>(&a)[i] != reinterpret_cast<const uint8_t*>(&b)[i]) {
+            offsets.push_back(i);
+        }
+    }
+    return offsets;
+}
+
+TEST_F(InformationPageTest, ShowsTheLogoInItsSheet) {
+    host_->Then([this](HWND) {
+        const HWND paperPage = host_->Page();
+        RECT place = {};
+        GetWindowRect(paperPage, &place);
+        SendMessageW(GetParent(paperPage), PSM_SETCURSEL, 0, Context().hostPages[kInformationSlot]);
+        const HWND page = host_->Page();
+        RECT placeNow = {};
+        GetWindowRect(page, &placeNow);
+        EXPECT_TRUE(EqualRect(&placeNow, &place));
+        EXPECT_EQ(ToText(TextOf(page, 10004)), "Velmora printer driver");
+        UpdateWindow(page);
+        const RECT logo = ControlRect(page, kLogo);
+        const HDC context = GetDC(page);
+        const COLORREF background = GetPixel(context, logo.left - 1, logo.top);
+        int pixels = 0;
+        for (int x = logo.left; x < logo.right; ++x) {
+            pixels += GetPixel(context, x, (logo.top + logo.bottom) / 2) != background;
+        }
+        ReleaseDC(page, context);
+        EXPECT_GT(pixels, 0);
+        EXPECT_LT(pixels, logo.right - logo.left);
+    });
+    Run();
+}
+
+TEST_F(InformationPageTest, WritesTheDefaultsOfClosedPages) {
+    host_->startPage = kLastPage;
+    PrepareSettingsFile(kPrinterName);
+    const WatermarkList stored = LoadWatermarkList(kPrinterName);
+    stored.records.Get()[0].style.size = 99;
+    SaveWatermarkList(kPrinterName, stored.records.Get(), stored.count);
+    VelmoraDevMode before;
+    VelmoraDevMode restored;
+    VelmoraDevMode again;
+    host_->Then([this](HWND) {
+        VelmoraDevMode& devMode = *Context().devMode;
+        PrivateDevMode& own = devMode.privatePart;
+        std::fill_n(reinterpret_cast<uint8_t*>(&own) + offsetof(PrivateDevMode, uiBinding),
+                    offsetof(PrivateDevMode, uiStale) - offsetof(PrivateDevMode, uiBinding), uint8_t{0xA5});
+        own.optionFlags = 0x10;
+        own.watermarkFlags = 36;
+        own.resolutionId = 300;
+        own.colorMode = 0;
+        own.layoutMode = 3;
+        devMode = With(devMode, "dmColor=1 dmPrintQuality=300 dmYResolution=300 dmICMMethod=2 dmICMIntent=3");
+    });
+    ThenKeep(&before);
+    ThenRestore();
+    ThenKeep(&restored);
+    host_->Then([this](HWND) {
+        EXPECT_EQ(Context().watermarks.records.Get()[0].style.size, 50);
+        EXPECT_EQ(std::count(std::begin(Context().isChanged), std::end(Context().isChanged), true), 0);
+    });
+    ThenRestore();
+    ThenKeep(&again);
+    ThenPress(PSBTN_OK);
+    Run();
+    EXPECT_EQ(host_->results.size(), 0u);
+    EXPECT_EQ(LoadWatermarkList(kPrinterName).records.Get()[0].style.size, 99);
+    EXPECT_EQ(Differences(restored, again), Offsets());
+
+    VelmoraDevMode expected = With(
+        before,
+        "dmColor=2 dmPrintQuality=600 dmYResolution=600 dmICMMethod=1 dmICMIntent=2 optionFlags=0x210 watermarkFlags=0 "
+        "resolutionId=600 colorMode=1 colorPreset=1 colorAuto=1 resolutionIndex=1 colorRendering=1 colorChoiceA=1 "
+        "resolutionFlag=0 colorFlagB=0 outputSetting=0 colorChoiceB=0 colorFlagA=1 outputFlag=0 outputLevel=0 "
+        "finishFlagA=0 finishChoice=0 finishSide=0 finishFlagB=0 finishFlagC=1");
+    PrivateDevMode& own = expected.privatePart;
+    Fill<int16_t>(own.colorAdjust, 0);
+    Fill<int16_t>(own.colorBalance, 0);
+    Fill<int16_t>(own.colorLevels, 0);
+    Fill<WCHAR>(own.colorPresetName, 0);
+    CopyText<WCHAR>(own.colorPresetName, 32, TEXT("Custom"));
+    const struct {
+        uint16_t mode;
+        const WCHAR* name;
+    } treatments[] = {{1, TEXT("Deep")}, {3, TEXT("Vivid")}, {2, TEXT("Standard")}};
+    for (size_t i = 0; i < std::size(treatments); ++i) {
+        own.objectColor[i].mode = treatments[i].mode;
+        own.objectColor[i].flag = 0;
+        Fill<uint16_t>(own.objectColor[i].values, 0);
+        Fill<WCHAR>(own.objectPresetNames[i], 0);
+        CopyText<WCHAR>(own.objectPresetNames[i], 11, treatments[i].name);
+    }
+    Fill<uint8_t>(own.reserved3038, 0);
+    std::fill_n(own.outputText, 16, '\0');
+    Fill<uint8_t>(own.finishFlags, 0);
+    EXPECT_EQ(Differences(restored, expected), Offsets());
+}
+
+TEST_F(InformationPageTest, OpenPagesAreAppliedWithTheirDefaults) {
+    input_ = With(input_,
+                  "dmPaperSize=258 customWidth=15000 customLength=25000 customUnit=0 dmCopies=7 dmOrientation=2 "
+                  "colorPreset=4 colorFlagB=1 finishFlagA=1 finishFlagB=1 finishSide=2 finishFlagC=0 optionFlags=0x10 "
+                  "outputFlag=1 uiBinding=3 uiShiftX=-9");
+    const int slots[] = {kPaperSlot, kColorSlot, kWatermarkSlot, kOutputSlot};
+    VelmoraDevMode opened;
+    VelmoraDevMode restored[2];
+    VelmoraDevMode applied[2];
+    for (const int slot : slots) {
+        ThenOpen(slot);
+    }
+    ThenKeep(&opened);
+    ThenRestore(IDCANCEL);
+    host_->Then([&](HWND) {
+        EXPECT_EQ(Differences(*Context().devMode, opened), Offsets());
+        EXPECT_EQ(std::count(std::begin(Context().isChanged), std::end(Context().isChanged), true), 0);
+    });
+    for (VelmoraDevMode& devMode : restored) {
+        ThenRestore();
+        ThenKeep(&devMode);
+    }
+    host_->Then([&](HWND) {
+        for (const int slot : slots) {
+            EXPECT_TRUE(Context().isChanged[slot]) << slot;
+        }
+        EXPECT_FALSE(Context().isChanged[kInformationSlot]);
+        EXPECT_EQ(ValueOf(Context().devMode->privatePart.uiStale), 1);
+    });
+    ThenOpen(kPaperSlot);
+    host_->Then([&](HWND) {
+        EXPECT_EQ(ValueOf(Context().devMode->privatePart.uiStale), 0);
+        EXPECT_EQ(ToText(TextOf(host_->Page(), kPaperControl)), "A4");
+        SendDlgItemMessageW(host_->Page(), kPaperControl, CB_SETCURSEL, 13, 0);
+        EXPECT_EQ(ToText(TextOf(host_->Page(), kPaperControl)), "Custom (210.0 x 297.0 mm)");
+        SelectComboByData(host_->Page(), kPaperControl, DMPAPER_A4);
+    });
+    for (VelmoraDevMode& devMode : applied) {
+        ThenRestore();
+        ThenPress(PSBTN_APPLYNOW);
+        ThenKeep(&devMode);
+    }
+    Run();
+    EXPECT_EQ(host_->results.size(), 2u);
+    EXPECT_EQ(Differences(restored[0], restored[1]), Offsets());
+    EXPECT_EQ(Differences(applied[0], applied[1]), Offsets());
+    const VelmoraDevMode expected = With(
+        applied[0],
+        "dmPaperSize=9 dmCopies=1 dmOrientation=1 customWidth=21000 "
+        "customLength=29700 customUnit=1 uiBinding=0 uiShiftX=0 colorPreset=1 colorFlagB=0 dmColor=2 finishFlagA=0 "
+        "finishFlagB=0 finishSide=1 finishFlagC=1 optionFlags=0x210 outputFlag=0 watermarkFlags=0");
+    EXPECT_EQ(Differences(applied[0], expected), Offsets());
+}
+
+}  // namespace
+}  // namespace velmora
