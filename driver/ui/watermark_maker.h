@@ -17,8 +17,8 @@ namespace velmora {
 // too. Files that the record named before are neither used nor deleted. Blocks for at most 10 seconds for each file.
 //
 // Returns what the program answers for the first file, above 0 where it is made (docs/watermarks.md); -1 where it
-// answers nothing in time, and 0 where it can't be started or memory runs out. The record may have been changed by then:
-// use a copy where the old one must stay.
+// answers nothing in time, and 0 where it can't be started or memory runs out. The record may have been changed by
+// then: use a copy where the old one must stay.
 int32_t MakeWatermarkFile(const SheetContext& context, WatermarkRecord* record, bool isMonochromeOnly);
 
 }  // namespace velmora

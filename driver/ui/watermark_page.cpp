@@ -308,9 +308,12 @@ bool TakeClick(HWND dialog, SheetContext* context, int id) {
             SwitchWatermark(context, IsChecked(dialog, kWatermarkSwitch));
             return true;
         case kAdd:
+            TakeReadingOrder(dialog, context);
+            AddWatermark(context);
+            break;
         case kChange:
             TakeReadingOrder(dialog, context);
-            StoreWatermark(context);
+            ChangeWatermark(context);
             break;
         case kDelete:
             DeleteWatermark(context);

@@ -422,7 +422,7 @@ void ChooseWatermarkColor(SheetContext* context, int family, int shade) {
     EditWatermark(context);
 }
 
-void StoreWatermark(SheetContext* context) {
+void AddWatermark(SheetContext* context) {
     const WatermarkEdit& edit = context->watermarkEdit;
     size_t index = FindName(*context, edit.choices.name);
     if (index == context->watermarks.count && !(edit.isNewName && !IsFull(*context))) {
@@ -431,6 +431,11 @@ void StoreWatermark(SheetContext* context) {
     if (edit.choices.name[0] != 0 && StoreEntry(context, &index)) {
         TakeEntry(context, index);
     }
+}
+
+void ChangeWatermark(SheetContext* context) {
+    context->watermarkEdit.isNewName = false;
+    AddWatermark(context);
 }
 
 void DeleteWatermark(SheetContext* context) {

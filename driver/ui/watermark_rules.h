@@ -73,9 +73,10 @@ void EditWatermark(SheetContext* context);
 // 7017 and 7023.
 void ChooseWatermarkColor(SheetContext* context, int family, int shade);
 
-// 7006 and 7007: the choices go into the entry of their name, into a new one or into the current one. Does nothing
-// without a name.
-void StoreWatermark(SheetContext* context);
+// 7006 and 7007: the choices go into the entry of their name. Where there is none, the former makes a new one while the
+// list has room, and otherwise both give the current one the name. Do nothing without a name.
+void AddWatermark(SheetContext* context);
+void ChangeWatermark(SheetContext* context);
 
 // 7008: takes the entry with the name from the list; does nothing where that is built in or there is none.
 void DeleteWatermark(SheetContext* context);

@@ -250,7 +250,10 @@ TEST_F(WatermarkPage, NamesAreTypedAddedRenamedAndDeleted) {
         TypeName(page, TEXT("Other"));
         EXPECT_EQ(ButtonsOf(page), "ac-");
         EXPECT_FALSE(host_->Context().watermarkEdit.choices.name[0] == 0);
-        Click(page, kChange);  // a new name with room in the list
+        Click(page, kChange);
+        EXPECT_EQ(ToText(Entry(8).text), "Other");
+        TypeName(page, TEXT("Third"));
+        Click(page, kAdd);
         EXPECT_EQ(Ask(page, kName, CB_GETCOUNT), 10);
         Click(page, kDelete);
         EXPECT_EQ(Ask(page, kName, CB_GETCOUNT), 9);
@@ -264,12 +267,12 @@ TEST_F(WatermarkPage, NamesAreTypedAddedRenamedAndDeleted) {
         for (int control = 5036; control <= 5068; ++control) {
             summary += ToText(TextOf(page, control)) + '\n';
         }
-        EXPECT_NE(summary.find("\nNew\n"), std::string::npos) << summary;
+        EXPECT_NE(summary.find("\nOther\n"), std::string::npos) << summary;
     });
     ThenPress(PSBTN_APPLYNOW);
     ThenUse([&](HWND page) {
         EXPECT_FALSE(IsChanged());
-        EXPECT_EQ(ItemsOf(page, kReady), Texts({"None", "New"}));
+        EXPECT_EQ(ItemsOf(page, kReady), Texts({"None", "Other"}));
         EXPECT_EQ(Ask(page, kReady, LB_GETCURSEL), 1);
         EXPECT_EQ(StoredCount(), 9u);
         Click(page, kRestore);

@@ -231,7 +231,7 @@ TEST_F(WatermarkRules, JapaneseHasFewerBuiltInOnesAndLessRoom) {
     EXPECT_FALSE(IsUserWatermark(*Context(), 5));
     EXPECT_TRUE(IsUserWatermark(*Context(), 6));
     EditWatermarkName(Context(), TEXT("New"));
-    StoreWatermark(Context());
+    AddWatermark(Context());
     EXPECT_EQ(Context()->watermarks.count, 16);
 }
 
@@ -247,7 +247,7 @@ TEST_F(WatermarkRules, AddsChangesAndDeletes) {
     choices.angle = 370;
     ChooseWatermarkColor(Context(), kWhiteFamily, 4);
     EXPECT_EQ(ValueOf(Own().outputStep), 4);
-    StoreWatermark(Context());
+    AddWatermark(Context());
     ASSERT_EQ(Names().size(), 10u);
     EXPECT_EQ(Edit().current, 9u);
     EXPECT_EQ(Edit().buttons, (WatermarkButtons{false, true, true}));
@@ -265,11 +265,17 @@ TEST_F(WatermarkRules, AddsChangesAndDeletes) {
     EXPECT_EQ(added.needsRemake, 1u);
     EXPECT_EQ(Entry(10).type, 0u);
 
+    // A new name for it.
+    EditWatermarkName(Context(), TEXT("Newer"));
+    ChangeWatermark(Context());
+    EXPECT_EQ(Names().size(), 10u);
+    EXPECT_EQ(Names().back(), "Newer");
+
     // The user's other entry by its name; a face that isn't listed stays.
     EditWatermarkName(Context(), TEXT("Ua"));
     choices.face[0] = 0;
     choices.size = {TEXT("x"), 60, kFewestPoints, kMostPoints};
-    StoreWatermark(Context());
+    AddWatermark(Context());
     EXPECT_EQ(Edit().current, 8u);
     EXPECT_EQ(driver_test::ToText(Entry(8).style.face), "Arial");
     EXPECT_EQ(Entry(8).style.size, 60);
@@ -342,7 +348,7 @@ TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
     }
     Open(std::vector<WatermarkRecord>(), 3);
     SetSize(10);
-    StoreWatermark(Context());
+    AddWatermark(Context());
     DeleteWatermark(Context());
     RestoreWatermarks(Context());
     SwitchWatermark(Context(), true);
@@ -351,7 +357,7 @@ TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
     EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);
     Context()->watermarks.records.Reset(nullptr);
     EditWatermarkName(Context(), TEXT("New"));
-    StoreWatermark(Context());
+    AddWatermark(Context());
     EXPECT_EQ(Names(), Texts({"New"}));
 }
 
@@ -371,13 +377,13 @@ TEST_F(WatermarkRules, ChangesAreToldFromWhatIsCommittedAndStored) {
         {"added",
          [&] {
              EditWatermarkName(Context(), TEXT("New"));
-             StoreWatermark(Context());
+             AddWatermark(Context());
              SelectWatermark(Context(), 0);
          }},
         {"list",
          [&] {
              EditWatermarkName(Context(), TEXT("Ua"));
-             StoreWatermark(Context());
+             AddWatermark(Context());
              SelectWatermark(Context(), 0);
          }},
     };
@@ -567,8 +573,10 @@ TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
                 }
                 break;
             default:
-                if (Edit().buttons.canAdd || Edit().buttons.canChange) {
-                    StoreWatermark(Context());
+                if (Edit().buttons.canAdd) {
+                    AddWatermark(Context());
+                } else if (Edit().buttons.canChange) {
+                    ChangeWatermark(Context());
                 }
                 break;
         }
@@ -597,7 +605,7 @@ TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
 
 TEST_F(WatermarkRules, WithoutMemoryTheListStays) {
     using Step = void (*)(SheetContext*);
-    const Step steps[] = {StoreWatermark, DeleteWatermark, RestoreWatermarks,
+    const Step steps[] = {AddWatermark, DeleteWatermark, RestoreWatermarks,
                           [](SheetContext* context) { ApplyWatermarks(context, Render); }};
     const std::vector<WatermarkRecord> records = (Open(2), Records(Context()->watermarks));
     const Texts before = Names();
