@@ -118,7 +118,7 @@ ColorPage ReadControls(HWND dialog) {
 
 void ShowPage(HWND dialog, const ColorPage& page) {
     for (const RadioValue& radio : kColorModeRadios) {
-        CheckControl(dialog, radio.control, radio.value == page.mode);
+        CheckDlgButton(dialog, radio.control, radio.value == page.mode ? BST_CHECKED : BST_UNCHECKED);
     }
     SelectItem(dialog, kColorPresetControl, page.preset.item);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {

@@ -10,6 +10,7 @@
 #include "driver/ui/color_rules.h"
 #include "driver/ui/nup_border.h"
 #include "driver/ui/output_rules.h"
+#include "driver/ui/paper_choices.h"
 
 namespace velmora {
 namespace {
@@ -20,13 +21,18 @@ struct FieldValue {
     int64_t value;
 };
 constexpr FieldValue kLayoutSettings[] = {
-    {PrivateField("customUnit"), 1},         {PrivateField("customWidth"), 21000},
-    {PrivateField("customLength"), 29700},   {PrivateField("uiBinding"), 0},
-    {PrivateField("uiShiftX"), 0},           {PrivateField("uiShiftY"), 0},
-    {PrivateField("uiPageOrder"), 0},        {PrivateField("uiFlagE"), 0},
-    {PrivateField("layoutMode"), kNoBorder}, {PrivateField("uiChoice"), kPlainBorder},
+    {PrivateField("customUnit"), kMillimetres},
+    {PrivateField("customWidth"), kUsualCustomWidth},
+    {PrivateField("customLength"), kUsualCustomLength},
+    {PrivateField("uiBinding"), 0},
+    {PrivateField("uiShiftX"), 0},
+    {PrivateField("uiShiftY"), 0},
+    {PrivateField("uiPageOrder"), 0},
+    {PrivateField("uiFlagE"), 0},
+    {PrivateField("layoutMode"), kNoBorder},
+    {PrivateField("uiChoice"), kPlainBorder},
 };
-constexpr int64_t kResolution = 600;  // dots per inch, of resolutionTable's record 1
+constexpr int64_t kResolution = 600;  // dots per inch, whatever the model's first resolution is
 constexpr FieldValue kPublicColorSettings[] = {
     {PublicField("dmColor"), DMCOLOR_COLOR},      {PublicField("dmPrintQuality"), kResolution},
     {PublicField("dmYResolution"), kResolution},  {PublicField("dmICMMethod"), DMICMMETHOD_NONE},

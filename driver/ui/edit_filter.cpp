@@ -2,16 +2,52 @@
 
 #include <commctrl.h>
 
-#include "driver/ui/paper_rules.h"
+#include <algorithm>
+
+#include "driver/base/text.h"
+#include "driver/ui/clipboard_text.h"
 #include "driver/ui/sheet_context.h"
 
 namespace velmora {
 namespace {
 
-bool IsAllowed(const SheetContext& context, const EditFilter& filter, WCHAR character) {
+constexpr WCHAR kFirstPrintable = TEXT(' ');
+constexpr WCHAR kPasteKey = 0x16;  // what Ctrl+V types
+
+// The characters of a text that the filter allows stay.
+void KeepAllowed(const SheetContext& context, const EditFilter& filter, WCHAR* text) {
     WCHAR allowed[kMessageCapacity];
     LoadText(context, filter.allowed, allowed, ARRAYSIZE(allowed));
-    return IsTypeable(allowed, character);
+    const WCHAR* const allowedEnd = allowed + TextLength(allowed);
+    WCHAR* const end = std::remove_if(text, text + TextLength(text), [&](WCHAR character) {
+        return std::find(static_cast<const WCHAR*>(allowed), allowedEnd, character) == allowedEnd;
+    });
+    *end = 0;
+}
+
+bool IsAllowed(const SheetContext& context, const EditFilter& filter, WCHAR character) {
+    WCHAR text[] = {character, 0};
+    KeepAllowed(context, filter, text);
+    return text[0] != 0;
+}
+
+// How many characters can take the selection's place.
+size_t RoomIn(HWND edit) {
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    const LRESULT room =
+        SendMessageW(edit, EM_GETLIMITTEXT, 0, 0) - GetWindowTextLengthW(edit) + static_cast<LRESULT>(end - start);
+    return static_cast<size_t>(std::max<LRESULT>(room, 0));
+}
+
+void Paste(HWND edit, const SheetContext& context, const EditFilter& filter) {
+    WCHAR text[kMessageCapacity];
+    if (ReadClipboardText(edit, text, ARRAYSIZE(text))) {
+        KeepAllowed(context, filter, text);
+        text[std::min(RoomIn(edit), TextLength(text))] = 0;
+        SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
+    }
 }
 
 void StepSpin(HWND dialog, int spin, int steps) {
@@ -34,7 +70,13 @@ LRESULT CALLBACK FilterProc(HWND edit, UINT message, WPARAM wParam, LPARAM lPara
         return DefWindowProcW(edit, message, wParam, lParam);
     }
     const auto* const filter = reinterpret_cast<const EditFilter*>(GetWindowLongPtrW(edit, GWLP_USERDATA));
-    if ((message == WM_CHAR || message == WM_IME_CHAR) && !IsAllowed(*context, *filter, static_cast<WCHAR>(wParam))) {
+    const bool isTyped = message == WM_CHAR || message == WM_IME_CHAR;
+    const auto character = static_cast<WCHAR>(wParam);
+    if (message == WM_PASTE || (message == WM_CHAR && character == kPasteKey)) {
+        Paste(edit, *context, *filter);
+        return 0;
+    }
+    if (isTyped && character >= kFirstPrintable && !IsAllowed(*context, *filter, character)) {
         return 0;
     }
     const int steps = filter->spin != 0 ? StepsOf(message, wParam) : 0;

@@ -15,8 +15,9 @@ struct EditFilter {
 inline constexpr uint16_t kCodeCharacters = 11020;  // strings for EditFilter.allowed
 inline constexpr uint16_t kDigits = 11024;
 
-// Puts the filter before an edit of a page or dialog with a context. `filter` must outlive the edit. Text that is set
-// or pasted isn't filtered.
+// Puts the filter before an edit of a page or dialog with a context. `filter` must outlive the edit. Of what is pasted
+// the allowed characters are taken; text that is set isn't filtered. Keys that type nothing work as ever (Backspace,
+// Ctrl+C).
 void FilterEdit(HWND dialog, int edit, const EditFilter* filter);
 
 }  // namespace velmora

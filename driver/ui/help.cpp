@@ -82,15 +82,20 @@ uint32_t FindTopic(int control) {
     return kNoTopic;
 }
 
-// The first control with a topic whose window is at a point of the screen; 0 where there is none. Of the panels that
-// lie over each other on a page only the shown one counts.
+// Of the panels that lie over each other on a page only the shown one counts: ShowControl disables the others. The
+// places of pictures are hidden, but can be reached.
+bool CanBePointedAt(HWND control) {
+    const LONG_PTR style = GetWindowLongPtrW(control, GWL_STYLE);
+    return (style & WS_VISIBLE) != 0 || (style & WS_DISABLED) == 0;
+}
+
+// The first control with a topic whose window is at a point of the screen; 0 where there is none.
 int ControlAt(HWND dialog, POINT point) {
     for (const HelpTopicRange& range : kHelpTopics) {
         for (uint32_t control = range.firstControl; control <= range.lastControl; ++control) {
             const HWND window = GetDlgItem(dialog, static_cast<int>(control));
             RECT rect;
-            if (window && (GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0 && GetWindowRect(window, &rect) &&
-                PtInRect(&rect, point)) {
+            if (window && CanBePointedAt(window) && GetWindowRect(window, &rect) && PtInRect(&rect, point)) {
                 return static_cast<int>(control);
             }
         }

@@ -15,8 +15,6 @@
 namespace velmora {
 namespace {
 
-constexpr int kSlot = 4;
-
 // Controls. Lines of text and the button have the text of the string of their own number.
 constexpr int kLogo = 10002;
 constexpr int kRestoreAll = 10009;
@@ -51,8 +49,8 @@ void RestorePaperPage(HWND page, SheetContext* context) {
     own.uiStale = 1;
 }
 
-// Open pages show their defaults, and write what they show when the sheet is applied. For the others the device mode
-// takes the defaults here.
+// Open pages show their defaults, and write what they show when the sheet is applied. Where they aren't open, the
+// device mode takes the defaults here, but for the Paper page's: that one is closed only in sheets that never show it.
 void RestoreAllDefaults(SheetContext* context) {
     if (const HWND page = context->dialogs[kPaperSlot]) {
         RestorePaperPage(page, context);
@@ -87,7 +85,8 @@ void PaintInformationPage(HWND dialog, SheetContext* context, HDC target) {
 }
 
 constexpr PageFunctions kInformationPage = {
-    kSlot, InitInformationPage, OnInformationCommand, nullptr, nullptr, PaintInformationPage, nullptr, nullptr,
+    kInformationSlot, InitInformationPage, OnInformationCommand, nullptr, nullptr, PaintInformationPage, nullptr,
+    nullptr,
 };
 
 }  // namespace

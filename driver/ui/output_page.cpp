@@ -48,7 +48,7 @@ void EnableDependents(HWND dialog) {
 
 void ShowPage(HWND dialog, const OutputPage& page) {
     for (size_t i = 0; i < std::size(kChoices); ++i) {
-        CheckControl(dialog, kChoices[i], i == page.choice);
+        CheckDlgButton(dialog, kChoices[i], i == page.choice ? BST_CHECKED : BST_UNCHECKED);
     }
     SelectComboByData(dialog, kSide, page.side);
     CheckControl(dialog, kFlagA, page.isFlagA);

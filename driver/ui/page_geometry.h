@@ -50,7 +50,8 @@ RECT LabelBox(const RECT& sheet, SIZE paper);
 RECT MarkBox(const RECT& sheet, SIZE paper, const RECT& label);
 
 // Where the middle of a text's baseline lies on a page. `placement` is the watermark's, `text` the text's extent as if
-// it weren't turned. The text moves down by `offset`, turned as the text is.
+// it weren't turned. `offset`, which RotatePoint has turned, is
+// added.
 POINT PlaceText(uint16_t placement, const RECT& page, SIZE text, POINT offset);
 
 }  // namespace velmora

@@ -40,8 +40,10 @@ const CustomSizeRecord* FindOwnSize(const SheetContext& context, size_t index) {
     return nullptr;
 }
 
-int32_t ToLength(uint32_t length) {
-    return static_cast<int32_t>(std::min<uint32_t>(length, std::numeric_limits<int32_t>::max()));
+// U.S. records count in 1/25.4 of the metric unit.
+int32_t ToHundredths(uint32_t length, uint32_t isMetric) {
+    const uint64_t hundredths = isMetric != 0 ? length : uint64_t{length} * 10 / 254;
+    return static_cast<int32_t>(std::min<uint64_t>(hundredths, std::numeric_limits<int32_t>::max()));
 }
 
 // In 0.01 mm.
@@ -52,7 +54,7 @@ SIZE SizeOfPaper(const SheetContext& context, int paperId) {
     }
     if (paperId >= kFirstCustomPaper) {
         if (const auto* const own = FindOwnSize(context, static_cast<size_t>(paperId - kFirstCustomPaper))) {
-            return {ToLength(own->width), ToLength(own->length)};
+            return {ToHundredths(own->width, own->metric), ToHundredths(own->length, own->metric)};
         }
     }
     const StandardPaperSize& usual = kStandardPaperSizes[DefaultPaperForLocale()];
@@ -316,7 +318,7 @@ PreviewRequest MakePreviewRequest(const SheetContext& context, const WatermarkRe
     request.paperLength = paper.cy;
     request.isLandscape = isLandscape;
     request.pagesPerSheet = layout == kTwoPages || layout == kFourPages ? layout : 1;
-    request.posterSide = IsPoster(layout) ? layout - kPoster2x2 + 2 : 1;
+    request.posterSide = IsPoster(layout) ? PosterSide(layout) : 1;
     request.isColor = context.model && !IsMonochrome(context.model->colorCapability);
     request.control = kPreviewControl;
     request.watermark = watermark;

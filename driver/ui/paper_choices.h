@@ -41,6 +41,11 @@ constexpr bool IsPoster(uint32_t layout) {
     return layout >= kPoster2x2 && layout <= kPoster4x4;
 }
 
+// Sheets along each side of a poster.
+constexpr uint32_t PosterSide(uint32_t poster) {
+    return poster - kPoster2x2 + 2;
+}
+
 // Lists of choices.
 
 inline constexpr ChoiceEntry kEndOfChoices = {0, 0, 0};

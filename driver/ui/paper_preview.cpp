@@ -51,7 +51,7 @@ PreviewNames NamePreview(const PreviewSheet& sheet) {
     PreviewNames names = {};
     const WCHAR* const orientation = sheet.isLandscape ? TEXT("LAND") : TEXT("PORT");
     if (IsPoster(sheet.layout)) {
-        const uint32_t side = sheet.layout - kPoster2x2 + 2;
+        const uint32_t side = PosterSide(sheet.layout);
         FormatWide(names.sheet, std::size(names.sheet), TEXT("IDB_%s_P%dX%d"), orientation, side, side);
         return names;
     }

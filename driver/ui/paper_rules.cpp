@@ -230,15 +230,4 @@ void SettleZoomPercent(PaperChoices* choices) {
     SettleNumber(&choices->zoomPercent, kLeastZoom, kMostZoom);
 }
 
-bool IsTypeable(const WCHAR* allowed, WCHAR character) {
-    constexpr WCHAR kFirstPrintable = TEXT(' ');
-    if (character < kFirstPrintable) {
-        return true;
-    }
-    while (*allowed != 0 && *allowed != character) {
-        ++allowed;
-    }
-    return *allowed != 0;
-}
-
 }  // namespace velmora

@@ -179,8 +179,4 @@ void SettleZoomPercent(PaperChoices* choices);
 // The nupOrder of a uiPageOrder; 0 for one that isn't known.
 uint16_t NupOrderOf(uint32_t pageOrder);
 
-// Whether an edit takes a typed character: the module's text for the edit has it, or it is none of a text (Backspace,
-// Ctrl+C).
-bool IsTypeable(const WCHAR* allowed, WCHAR character);
-
 }  // namespace velmora

@@ -40,10 +40,11 @@ void StretchBitmap(HDC target, HBITMAP bitmap, const RECT& place) {
         return;
     }
     const HGDIOBJ replaced = SelectObject(memory.Get(), bitmap);
-    SetStretchBltMode(target, HALFTONE);
+    const int mode = SetStretchBltMode(target, HALFTONE);
     SetBrushOrgEx(target, 0, 0, nullptr);
     StretchBlt(target, place.left, place.top, place.right - place.left, place.bottom - place.top, memory.Get(), 0, 0,
                size.bmWidth, size.bmHeight, SRCCOPY);
+    SetStretchBltMode(target, mode);
     SelectObject(memory.Get(), replaced);
 }
 

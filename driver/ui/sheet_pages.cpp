@@ -28,7 +28,7 @@ constexpr PageDescriptor kPages[] = {
     {kColorSlot, 6001, 6000, 0, ColorPageProc},
     {kWatermarkSlot, 7001, 7000, 0, WatermarkPageProc},
     {kOutputSlot, 9001, 9000, 0, OutputPageProc},
-    {4, 10001, 10000, 0, InformationPageProc},
+    {kInformationSlot, 10001, 10000, 0, InformationPageProc},
     {5, 11001, 0, 11000, DevicePageProc},
     {},
 };

@@ -7,6 +7,7 @@
 #include "driver/ui/output_page.h"
 #include "driver/ui/output_rules.h"
 #include "driver/ui/paper_choices.h"
+#include "platform/user/controls/clipboard.h"
 #include "tests/driver/changed_devmode.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/sheet_host.h"
@@ -195,13 +196,22 @@ TEST_F(OutputPageTest, TextHasCertainCharactersThatFit) {
         });
     };
     type(u"a\u00e9bcdefghij\b0123456789");
-    ThenUse(kOutputSlot, [](HWND page) { EXPECT_EQ(ToText(TextOf(page, kText)), "abcdefghi0123456"); });
+    ThenUse(kOutputSlot, [](HWND page) {
+        EXPECT_EQ(ToText(TextOf(page, kText)), "abcdefghi0123456");
+        host::SetClipboardText(u"\u00e9X!yZ");
+        SendDlgItemMessageW(page, kText, EM_SETSEL, 1, 3);
+        SendDlgItemMessageW(page, kText, WM_PASTE, 0, 0);
+        EXPECT_EQ(ToText(TextOf(page, kText)), "aXydefghi0123456");
+        SendDlgItemMessageW(page, kText, EM_SETSEL, 1, 3);
+        SendDlgItemMessageW(page, kText, WM_CHAR, 0x16, 1);
+        EXPECT_EQ(ToText(TextOf(page, kText)), "aXydefghi0123456");
+    });
     ThenPress(PSBTN_APPLYNOW);
     ThenUse(kOutputSlot, [](HWND page) {
         Click(page, kRestore);
         EXPECT_EQ(ToText(TextOf(page, kText)), "");
     });
-    EXPECT_STREQ(Run().privatePart.outputText, "abcdefghi0123456");
+    EXPECT_STREQ(Run().privatePart.outputText, "aXydefghi0123456");
 
     // Two bytes a character: no half of one.
     machine_.SetAnsiCodePage(932);

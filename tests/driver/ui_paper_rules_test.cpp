@@ -511,10 +511,6 @@ TEST(NumberField, SettlesWhatIsTyped) {
     EXPECT_EQ(std::u16string(page.zoomPercent.text), u"25");
     int number = 0;
     EXPECT_TRUE(ReadNumber(std::u16string(1000, u'9').c_str(), &number));
-
-    EXPECT_TRUE(IsTypeable(TEXT("0123"), TEXT('3')));
-    EXPECT_FALSE(IsTypeable(TEXT("0123"), TEXT('4')));
-    EXPECT_TRUE(IsTypeable(TEXT(""), TEXT('\b')));
 }
 
 std::u16string Formatted(int32_t length, uint16_t unit, LengthRounding rounding = LengthRounding::kNearest,
