@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "tests/contract/sheet_test.h"
 #include "tests/contract/transcript.h"
 #include "tests/driver/changed_devmode.h"
+#include "tools/wm/watermark_file.h"
 
 namespace contract {
 namespace {
@@ -41,6 +41,12 @@ constexpr int kLayout = 5033;
 
 constexpr int kNoticeOk = 1604;
 
+// What is written of a watermark that the program's stand-in has rendered.
+const std::string kRendered =
+    "watermarkFlags=36 watermarkIndex=600 watermarkText=\"*.CWM\" watermarkFontSize=200 watermarkAngle=100";
+const std::string kRenderedInBlack =
+    "watermarkFlags=36 watermarkIndex=600 watermarkText=\"*.WM\" watermarkFontSize=200 watermarkAngle=100";
+
 constexpr WCHAR kProgram[] = TEXT("KV62WM.EXE");
 
 const Step kTurn = TurnTo(kWatermarkTab);
@@ -55,35 +61,47 @@ WideText Wide(const std::string& text) {
     return WideText(text.begin(), text.end());
 }
 
-// A section of an INI file: values by key. Of paths only the extensions stand, since the names are the time's.
+// A section of an INI file: values by key. Of paths only the extensions stand, since files are named by the time.
 using Section = std::map<std::string, std::string>;
 Section ReadSection(const WCHAR* section, const WideText& file) {
     std::vector<WCHAR> block(32768);
     GetPrivateProfileSectionW(section, block.data(), static_cast<DWORD>(block.size()), file.c_str());
     Section values;
     for (const WCHAR* line = block.data(); *line != 0; line += WideText(line).size() + 1) {
-        const std::string text = Printable(line);
+        const WideText text = line;
         const size_t equals = text.find('=');
-        const std::string value = text.substr(equals + 1);
-        values[text.substr(0, equals)] =
-            value.find("\\\\") == std::string::npos ? value : '*' + value.substr(value.rfind('.'));
+        const WideText value = text.substr(equals + 1);
+        values[Printable(text.substr(0, equals).c_str())] =
+            value.find('\\') == WideText::npos ? Printable(value) : '*' + Printable(value.substr(value.rfind('.')));
     }
     return values;
 }
 
-// The keys that differ from before, with their values; "-KEY" where one is gone.
-std::string StoredChanges(const Section& before, const Section& after) {
-    std::string text;
-    const auto add = [&](const std::string& item) { text += (text.empty() ? "" : " ") + item; };
-    for (const auto& [key, value] : after) {
-        const auto found = before.find(key);
-        if (found == before.end() || found->second != value) {
-            add(key + '=' + value);
+// The stored watermarks: "Mine, 36 bold italic 00FF0000, 300 at 9, 200 x 100 *.WM *.CWM".
+using Entries = std::vector<std::string>;
+Entries ReadEntries(const WideText& file) {
+    Section section = ReadSection(TEXT("Watermarks"), file);
+    Entries entries;
+    for (int i = 0; i < std::stoi(section["NumWatermarks"]); ++i) {
+        const auto value = [&](const char* key) { return section[std::string("WM") + key + std::to_string(i)]; };
+        std::string entry = value("String") + ", " + value("Size") + (value("Bold") == "1" ? " bold" : "") +
+                            (value("Italic") == "1" ? " italic" : "") + ' ' + value("Color") + ", " + value("Angle") +
+                            " at " + value("Placement");
+        if (!value("FileName").empty()) {
+            entry += ", " + value("Width") + " x " + value("Height") + ' ' + value("FileName");
+            entry += value("ColorFile").empty() ? "" : ' ' + value("ColorFile");
         }
+        entries.push_back(entry);
     }
-    for (const auto& entry : before) {
-        if (!after.contains(entry.first)) {
-            add('-' + entry.first);
+    return entries;
+}
+
+// The entries that differ from before, "[8] Mine, ...", and how many there are where that differs.
+std::string StoredChanges(const Entries& before, const Entries& after) {
+    std::string text = before.size() == after.size() ? "" : "now " + std::to_string(after.size());
+    for (size_t i = 0; i < after.size(); ++i) {
+        if (i >= before.size() || before[i] != after[i]) {
+            text += (text.empty() ? "[" : " [") + std::to_string(i) + "] " + after[i];
         }
     }
     return text;
@@ -101,7 +119,7 @@ enum class Answer {
 // Stands in for the program that renders watermarks.
 class Renderer {
   public:
-    explicit Renderer(ContractEnvironment& environment) : environment_(environment) {
+    explicit Renderer(ContractEnvironment& environment) {
         environment.AddProgram(kProgram, [this](const std::string& command) { Run(command); });
     }
 
@@ -111,10 +129,11 @@ class Renderer {
     void Run(const std::string& command) {
         const std::string program(kProgram, kProgram + std::size(kProgram) - 1);
         const WideText jobFile = Wide(command.substr(command.find(program) + program.size() + 1));
-        Record("  is to render");
+        std::string job = "  renders";
         for (const auto& [key, value] : ReadSection(TEXT("MAKEWM"), jobFile)) {
-            Record("    " + key + '=' + value);
+            job += ' ' + key + '=' + value;
         }
+        Record(job);
         const auto write = [&](const WCHAR* key, const WCHAR* value) {
             WritePrivateProfileStringW(TEXT("MAKEWM"), key, value, jobFile.c_str());
         };
@@ -128,7 +147,7 @@ class Renderer {
                 WCHAR output[MAX_PATH];
                 GetPrivateProfileStringW(TEXT("MAKEWM"), TEXT("OutputFile"), TEXT(""), output, MAX_PATH,
                                          jobFile.c_str());
-                std::ofstream(environment_.HostPath(output)) << "rendered";
+                WriteContent(output);
                 break;
             case Answer::kFailure:
                 write(TEXT("Result"), TEXT("-5"));
@@ -147,7 +166,12 @@ class Renderer {
         }
     }
 
-    ContractEnvironment& environment_;
+    static void WriteContent(const WCHAR* path) {
+        DWORD size = 0;
+        const HANDLE file = CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        EXPECT_TRUE(WriteFile(file, "rendered", 8, &size, nullptr)) << "the file is there already, or can't be made";
+        CloseHandle(file);
+    }
 };
 
 // Types a name into the editable part of the combo box.
@@ -175,6 +199,18 @@ Step Key(WORD key) {
     return [key] { PressKey(key); };
 }
 
+// A file by its path, which may be a short one.
+std::string ContentOf(const WideText& path) {
+    std::string bytes(1 << 22, 0);
+    DWORD size = 0;
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    EXPECT_TRUE(ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &size, nullptr));
+    CloseHandle(file);
+    bytes.resize(size);
+    return bytes;
+}
+
 class WatermarkSheet : public SheetTest {
   protected:
     // A run of the sheet, after which the user's list differs from before.
@@ -186,7 +222,7 @@ class WatermarkSheet : public SheetTest {
         AppliedDevMode(printer);  // makes the list
         for (const Case& c : cases) {
             SCOPED_TRACE(c.document.title);
-            const Section before = Stored(printer);
+            const Entries before = Stored(printer);
             SheetTest::RunCases(printer, {c.document});
             const std::string stored = StoredChanges(before, Stored(printer));
             EXPECT_EQ(stored, c.stored);
@@ -205,9 +241,7 @@ class WatermarkSheet : public SheetTest {
         return SettingsFolder() + reinterpret_cast<const WCHAR*>(name.bytes.data());
     }
 
-    Section Stored(const InstalledPrinter& printer) const {
-        return ReadSection(TEXT("Watermarks"), SettingsFile(printer));
-    }
+    Entries Stored(const InstalledPrinter& printer) const { return ReadEntries(SettingsFile(printer)); }
 
     // Adds a user's watermarks to the stored list until it has so many.
     void Fill(const InstalledPrinter& printer, int count) {
@@ -274,17 +308,26 @@ TEST_F(WatermarkSheet, ChoosesAWatermark) {
                SeeOffered(kName, "0 1 2 3 4 5 6 7"), SeeOffered(kStyle, "0 1 2 3"),
                SeeOffered(kFamily, "0 1 2 3 4 5 6 7"), SeeOffered(kPosition, "0 6 2 7 8 4 9"),
                See(kSizeSpin, "on 8..400 at 50")},
-              ""},
+              kRendered + " outputFlag=1"},
+             "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
+            {{"another",
+              "outputFlag=1",
+              {kTurn, ChooseItem(kName, 2), See(kChange, "off")},
+              kRendered + " outputLevel=2"},
+             "[2] Copy, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
+            {{"the one that is rendered already",
+              "outputFlag=1 outputLevel=2",
+              {kTurn, ChooseItem(kName, 0)},
+              kRendered + " outputLevel=0"},
              ""},
-            {{"another", "outputFlag=1", {kTurn, ChooseItem(kName, 2), See(kChange, "off")}, ""}, ""},
-            {{"the one that is rendered already", "outputFlag=1 outputLevel=2", {kTurn, ChooseItem(kName, 0)}, ""}, ""},
-            {{"in black", "outputFlag=1 dmColor=1", {kTurn, ChooseItem(kName, 2)}, ""}, ""},
+            {{"in black", "outputFlag=1 dmColor=1", {kTurn, ChooseItem(kName, 2)}, kRenderedInBlack + " outputLevel=2"},
+             ""},
             {{"off",
               "outputFlag=1 watermarkFlags=36 watermarkFontSize=200 watermarkAngle=100 watermarkIndex=600",
               {kTurn, Press(kOn), See(kName, "off 0")},
-              ""},
+              "watermarkFlags=0 watermarkIndex=0 watermarkFontSize=0 watermarkAngle=0 outputFlag=0"},
              ""},
-            {{"one that there isn't", "outputLevel=17", {kTurn, See(kName, "off 0")}, ""}, ""},
+            {{"one that there isn't", "outputLevel=17", {kTurn, See(kName, "off 0")}, "outputLevel=0"}, ""},
         });
 }
 
@@ -299,38 +342,42 @@ TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
                Type(kSize, TEXT("36")), Choose(kFamily, 3), Slide(kShade, 15), Choose(kPosition, 9),
                Slide(kAngleSlider, 47), See(kAngle, "on 45"), Slide(kAngleSlider, 30), Press(kAdd), See(kName, "on 8"),
                See(kAdd, "off"), See(kChange, "on"), See(kDelete, "on")},
-              ""},
-             ""},
+              kRendered + " watermarkPosition=9 outputFlag=1 outputLevel=8 shadeMaxFlag=1"},
+             "now 9 [8] Mine, 36 bold italic 00FF0000, 300 at 9, 200 x 100 *.WM *.CWM"},
             {{"two more, with a name that there is",
               "outputFlag=1 outputLevel=8",
               {kTurn, See(kName, "on 8"), Name(TEXT("Second")), Press(kAdd), Name(TEXT("Mine")), See(kAdd, "off"),
                See(kDelete, "on"), Name(TEXT("")), See(kDelete, "off"), Name(TEXT("Third")), Press(kAdd)},
-              ""},
-             ""},
+              kRendered + " watermarkPosition=9 outputLevel=10 shadeMaxFlag=1"},
+             "now 11 [9] Second, 36 bold italic 00FF0000, 300 at 9 [10] Third, 36 bold italic 00FF0000, 300 at 9, 200 "
+             "x 100 *.WM *.CWM"},
             {{"changed",
               "outputFlag=1 outputLevel=8",
               {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
-              ""},
-             ""},
+              kRendered + " watermarkPosition=9"},
+             "[8] Mine, 36 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
             {{"renamed",
               "outputFlag=1 outputLevel=8",
               {kTurn, Name(TEXT("Yours")), See(kAdd, "on"), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
-              ""},
-             ""},
+              kRendered + " watermarkPosition=9"},
+             "[8] Yours, 36 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
             {{"edited and not stored by a button",
               "outputFlag=1 outputLevel=8",
               {kTurn, Type(kSize, TEXT("900")), Leave(), See(kSize, "on 400"), Type(kSize, TEXT("3")), Leave(),
                See(kSize, "on 8"), Type(kSize, TEXT("x")), Leave(), See(kSize, "on 8")},
-              ""},
-             ""},
+              kRendered + " watermarkPosition=9"},
+             "[8] Yours, 8 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
             {{"deleted",
               "outputFlag=1 outputLevel=9",
-              {kTurn, ChooseItem(kName, 8), Press(kDelete), See(kName, "on 0"), SeeOffered(kName, "0 1 2 3 4 5 6 7 8")},
-              ""},
-             ""},
+              {kTurn, ChooseItem(kName, 8), Press(kDelete), See(kName, "on 0"),
+               SeeOffered(kName, "0 1 2 3 4 5 6 7 8 9")},
+              kRendered + " outputLevel=0"},
+             "now 10 [0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM [8] Second, 36 bold italic "
+             "00FF0000, 300 at 9 [9] Third, 36 bold italic 00FF0000, 300 at 9, 200 x 100 *.WM *.CWM"},
         });
-    const Section before = Stored(printer);
-    const std::string files = RenderedFiles();
+    const Entries before = Stored(printer);
+    const std::string files = ".CWM .CWM .WM .WM";  // of those that there are still
+    EXPECT_EQ(RenderedFiles(), files);
     DevModeBuffer output;
     ShowDocumentSheet(printer, {kTurn, Press(kOn), ChooseItem(kName, 8), Press(kDelete), InSheet(PSBTN_CANCEL)},
                       AppliedDevMode(printer), &output);
@@ -343,16 +390,25 @@ TEST_F(WatermarkSheet, ChangesBuiltInOnesAtApply) {
     RunCases(
         printer,
         {
-            {{"colours", "outputFlag=1", {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "off")}, ""}, ""},
-            {{"white", "outputFlag=1 outputLevel=1", {kTurn, Choose(kFamily, 7), Slide(kShade, 3)}, ""}, ""},
-            {{"the place", "outputFlag=1 outputLevel=2", {kTurn, Choose(kPosition, 4), Slide(kAngleSlider, 355)}, ""},
-             ""},
+            {{"colours", "outputFlag=1", {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "off")}, kRendered},
+             "[0] Confidential, 50 00F0F0F0, 450 at 0, 200 x 100 *.WM *.CWM"},
+            {{"white",
+              "outputFlag=1 outputLevel=1",
+              {kTurn, Choose(kFamily, 7), Slide(kShade, 3)},
+              kRendered + " outputStep=3"},
+             "[1] Draft, 50 00FFFFFF, 450 at 0, 200 x 100 *.WM *.CWM"},
+            {{"the place",
+              "outputFlag=1 outputLevel=2",
+              {kTurn, Choose(kPosition, 4), Slide(kAngleSlider, 355)},
+              kRendered + " watermarkPosition=4"},
+             "[2] Copy, 50 007070FF, 3550 at 4, 200 x 100 *.WM *.CWM"},
             {{"restored",
               "outputFlag=1 outputLevel=2",
               {kTurn, See(kAngle, "on 355"), Press(kRestore), See(kOn, "on unchecked"), See(kName, "off 0"),
                See(kAngle, "off 45"), See(kFamily, "off 1")},
-              ""},
-             ""},
+              "outputFlag=0 outputLevel=0"},
+             "[0] Confidential, 50 007070FF, 450 at 0 [1] Draft, 50 007070FF, 450 at 0 [2] Copy, 50 007070FF, 450 at "
+             "0"},
         });
 }
 
@@ -365,22 +421,32 @@ TEST_F(WatermarkSheet, OverwritesInAFullList) {
                             "outputFlag=1 outputLevel=17",
                             {kTurn, See(kName, "on 17"), Name(TEXT("Another")), See(kAdd, "off"), See(kChange, "on"),
                              See(kDelete, "off"), Type(kSize, TEXT("60"))},
-                            ""},
-                           ""},
+                            kRendered + " shadeMaxFlag=1"},
+                           "[17] Own 17, 60 00000000, 0 at 0, 200 x 100 *.WM *.CWM"},
                           {{"room again",
                             "outputFlag=1 outputLevel=17",
                             {kTurn, Press(kDelete), Name(TEXT("Another")), See(kAdd, "on"), Press(kAdd)},
-                            ""},
-                           ""},
+                            kRendered},
+                           "[17] Another, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
                       });
 }
 
 TEST_F(WatermarkSheet, IsRenderedForItsPrinter) {
-    for (const char* model : {"VELMORA-M2100.XPI", "VELMORA-C3200.XPI", "VELMORA-I700.XPI"}) {
-        SCOPED_TRACE(model);
-        Record(model);
-        InstalledPrinter printer(*environment_, PackageOf(model));
-        RunCases(printer, {{{"on", "", {kTurn, Press(kOn)}, ""}, ""}});
+    const struct {
+        const char* model;
+        std::string written;
+        const char* files;
+    } cases[] = {
+        {"VELMORA-M2100.XPI", "dmColor=0 " + kRenderedInBlack, "*.WM"},
+        {"VELMORA-C3200.XPI", kRendered, "*.WM *.CWM"},
+        {"VELMORA-I700.XPI", kRenderedInBlack, "*.WM *.WM"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.model);
+        Record(c.model);
+        InstalledPrinter printer(*environment_, PackageOf(c.model));
+        RunCases(printer, {{{"on", "", {kTurn, Press(kOn)}, c.written + " outputFlag=1"},
+                            std::string("[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 ") + c.files}});
     }
 }
 
@@ -388,17 +454,23 @@ TEST_F(WatermarkSheet, EndsWithoutARendering) {
     const struct {
         const char* title;
         Answer answer;
+        std::string written;
+        std::string stored;
     } cases[] = {
-        {"says nothing", Answer::kNothing}, {"fails", Answer::kFailure},         {"writes rubbish", Answer::kRubbish},
-        {"isn't heard", Answer::kSilent},   {"renders at last", Answer::kWhole},
+        {"says nothing", Answer::kNothing, "", ""},
+        {"fails", Answer::kFailure, "", ""},
+        {"writes rubbish", Answer::kRubbish, "", ""},
+        {"isn't heard", Answer::kSilent, kRendered + ' ',
+         "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
     };
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
     for (const auto& c : cases) {
         renderer_.answer = c.answer;
-        RunCases(printer, {{{c.title, "outputLevel=0", {kTurn, Press(kOn), Choose(kFamily, 0)}, ""}, ""}});
+        InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+        RunCases(printer, {{{c.title, "", {kTurn, Press(kOn)}, c.written + "outputFlag=1"}, c.stored}});
+        EXPECT_EQ(RenderedFiles(), c.stored.empty() ? "" : ".CWM .WM");
     }
-    InstalledPrinter bare(*environment_, PackageWithoutProgram(), TEXT("Without"));
-    RunCases(bare, {{{"there is no program", "", {kTurn, Press(kOn)}, ""}, ""}});
+    InstalledPrinter printer(*environment_, PackageWithoutProgram());
+    RunCases(printer, {{{"there is no program", "", {kTurn, Press(kOn)}, "outputFlag=1"}, ""}});
 }
 
 // By the program of the driver package.
@@ -414,21 +486,14 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
         EXPECT_EQ(RenderedFiles(), files);
         const velmora::PrivateDevMode& own = output.PrivatePart();
         EXPECT_EQ(own.watermarkFlags, 36u);
-        std::ifstream file(environment_->HostPath(TextOf(own.watermarkFile)), std::ios::binary);
-        struct {
-            char magic[4];
-            uint16_t headerSize;
-            uint16_t compression;
-            int32_t width;
-            int32_t height;
-            int32_t resolution;
-        } header = {};
-        file.read(reinterpret_cast<char*>(&header), sizeof(header));
-        EXPECT_EQ(std::string(header.magic, sizeof(header.magic)), "KWM1");
-        EXPECT_GT(header.width, 0);
-        EXPECT_EQ(header.width, int{own.watermarkFontSize});
-        EXPECT_EQ(header.height, int{own.watermarkAngle});
-        EXPECT_EQ(header.resolution, int{own.watermarkIndex});
+        const std::string bytes = ContentOf(TextOf(own.watermarkFile));
+        const char* fault = "";
+        const auto picture =
+            velmora::ReadWatermarkFile({reinterpret_cast<const BYTE*>(bytes.data()), bytes.size()}, &fault);
+        ASSERT_TRUE(picture) << fault;
+        EXPECT_EQ(int{own.watermarkFontSize}, static_cast<int>(picture->header.width));
+        EXPECT_EQ(int{own.watermarkAngle}, static_cast<int>(picture->header.height));
+        EXPECT_EQ(int{own.watermarkIndex}, static_cast<int>(picture->header.resolution));
     }
 }
 
@@ -476,8 +541,8 @@ TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
                           FocusOn(kName),
                           Key(VK_DOWN),
                           See(kName, "on 1")},
-                         ""},
-                        ""}});
+                         kRendered + " outputLevel=1"},
+                        "[1] Draft, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"}});
 }
 
 TEST_F(WatermarkSheet, InEveryLanguage) {

@@ -1,0 +1,100 @@
+// The Information page of the document sheet as an application shows it, and the defaults that it restores.
+#include <string>
+#include <vector>
+
+#include "tests/contract/sheet_test.h"
+#include "tests/contract/transcript.h"
+
+namespace contract {
+namespace {
+
+constexpr int kRestoreAll = 10009;
+constexpr int kQuestion = 0xFFFF;
+
+// Of the other pages.
+constexpr int kCopies = 5017;
+constexpr int kMonochrome = 6010;
+constexpr int kWatermark = 7003;
+constexpr int kDividers = 9003;
+
+const Step kTurn = TurnTo(kInformationTab);
+
+// Presses a button of the message in front.
+Step Answer(int button) {
+    return [button] { SendMessageW(FrontDialog(), WM_COMMAND, static_cast<WPARAM>(button), 0); };
+}
+
+std::vector<Step> RestoreAll() {
+    return {kTurn, Press(kRestoreAll), Answer(IDOK)};
+}
+
+std::vector<Step> operator+(std::vector<Step> steps, const std::vector<Step>& more) {
+    steps.insert(steps.end(), more.begin(), more.end());
+    return steps;
+}
+
+class InformationSheet : public SheetTest {
+  protected:
+    InstalledPrinter printer_{*environment_, PackageOf("VELMORA-C3200.XPI")};
+};
+
+TEST_F(InformationSheet, RestoresTheDefaultsOfAllPages) {
+    // Some of each page.
+    constexpr char kSettings[] =
+        "dmCopies=5 dmOrientation=2 uiPageLayout=4 uiPageOrder=6 uiBinding=2 colorPreset=4 dmColor=1 colorAuto=0 "
+        "colorAdjust=7 resolutionIndex=2 dmPrintQuality=1200 dmYResolution=1200 resolutionId=1200 outputFlag=1 "
+        "outputLevel=3 finishFlagA=1 finishChoice=2 finishFlagB=1 finishFlags=1 finishFlagC=0 optionFlags=524304";
+    // What pages write that show their defaults, and what is written for pages that weren't open.
+    const std::string shown =
+        "dmOrientation=1 dmCopies=1 dmPrintQuality=600 dmColor=2 dmYResolution=600 resolutionId=600 optionFlags=524816 "
+        "uiPageLayout=1 uiBinding=0 uiPageOrder=1 colorPreset=1 colorAuto=1 colorAdjust=0 colorChoiceB=0 "
+        "resolutionIndex=1 "
+        "outputFlag=0 outputLevel=0 finishFlagA=0 finishChoice=0 finishFlagB=0 finishFlags=0 finishFlagC=1";
+    const std::string unopened =
+        "dmOrientation=1 dmCopies=1 dmPrintQuality=600 dmColor=2 dmYResolution=600 resolutionId=600 optionFlags=524816 "
+        "uiPageLayout=1 uiBinding=0 uiPageOrder=1 colorPreset=1 colorAuto=1 colorAdjust=0 colorChoiceB=0 "
+        "colorPresetName=\"Custom\" "
+        "resolutionIndex=1 objectColor.flag=0 objectColor.flag[1]=0 objectColor.flag[2]=0 outputFlag=0 outputLevel=0 "
+        "finishFlagA=0 finishChoice=0 finishSide=0 finishFlagB=0 finishFlags=0 finishFlagC=1";
+    const std::vector<Step> open = {TurnTo(kColorTab), TurnTo(kWatermarkTab), TurnTo(kOutputTab)};
+    const std::vector<Step> seen = {TurnTo(kPaperTab),     See(kCopies, "on 1"),
+                                    TurnTo(kColorTab),     See(kMonochrome, "on unchecked"),
+                                    TurnTo(kWatermarkTab), See(kWatermark, "on unchecked"),
+                                    TurnTo(kOutputTab),    See(kDividers, "on unchecked")};
+    RunCases(
+        printer_,
+        {
+            {"cancelled",
+             kSettings,
+             {kTurn, Press(kRestoreAll),
+              See(kQuestion,
+                  "on Restore the defaults of all pages? The watermarks that came with the driver are restored "
+                  "too."),
+              Answer(IDCANCEL)},
+             ""},
+            {"no other page was open", kSettings, RestoreAll(), unopened + " uiStale=1"},
+            {"all pages were open", kSettings, open + RestoreAll(), shown + " uiStale=1"},
+            {"all pages are opened then", kSettings, RestoreAll() + seen, unopened},
+            {"twice", kSettings, open + RestoreAll() + RestoreAll(), shown + " uiStale=1"},
+            {"changed after that", "", open + RestoreAll() + std::vector<Step>{TurnTo(kOutputTab), Press(kDividers)},
+             "colorChoiceB=0 finishFlagA=1 uiStale=1"},
+        });
+}
+
+TEST_F(InformationSheet, InEveryLanguage) {
+    for (const Language& language : kLanguages) {
+        SCOPED_TRACE(language.name);
+        Record(language.name);
+        environment_->SetLanguage(language.id);
+        const auto look = [&](const std::string& name) {
+            return std::vector<Step>{Describe(name), TakePicture(*environment_, name + '-' + language.name)};
+        };
+        const std::vector<Step> steps = std::vector<Step>{kTurn} + look("information") +
+                                        std::vector<Step>{Press(kRestoreAll)} + look("information-question") +
+                                        std::vector<Step>{Answer(IDOK), InSheet(PSBTN_OK)};
+        EXPECT_EQ(ShowDocumentSheet(printer_, steps), IDOK);
+    }
+}
+
+}  // namespace
+}  // namespace contract
