@@ -66,11 +66,7 @@ TEST_F(InformationSheet, RestoresTheDefaultsOfAllPages) {
         {
             {"cancelled",
              kSettings,
-             {kTurn, Press(kRestoreAll),
-              See(kQuestion,
-                  "on Restore the defaults of all pages? The watermarks that came with the driver are restored "
-                  "too."),
-              Answer(IDCANCEL)},
+             {kTurn, Press(kRestoreAll), See(kQuestion, "on Restore the defaults of all pages?"), Answer(IDCANCEL)},
              ""},
             {"no other page was open", kSettings, RestoreAll(), unopened + " uiStale=1"},
             {"all pages were open", kSettings, open + RestoreAll(), shown + " uiStale=1"},
