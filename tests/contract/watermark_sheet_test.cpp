@@ -155,7 +155,7 @@ class Renderer {
             case Answer::kRubbish:
                 write(TEXT("Size.x"), TEXT("wide"));
                 write(TEXT("Size.y"), TEXT("-99999999999"));
-                write(TEXT("Result"), TEXT("dmPaperSize=9 dmDuplex=0 " + kRendered + " outputFlag=1"));
+                write(TEXT("Result"), TEXT("?"));
                 break;
             case Answer::kNothing:
                 return;
@@ -500,14 +500,14 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
 
 TEST_F(WatermarkSheet, StaysWhereSettingsConflict) {
     InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    const struct { DWORD words[4]; } withDuplex = {{3, 0, 1, 5}};
-    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, &withDuplex, sizeof(withDuplex));
+    constexpr DWORD kWithDuplex[] = {3, 0, 1, 5};
+    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, kWithDuplex, sizeof(kWithDuplex));
     RunCases(printer, {{{"a banner on both sides",
                          "dmPaperSize=600 dmDuplex=2",
                          {kTurn, Press(kOn), InSheet(PSBTN_OK), Press(kNoticeOk), See(kOn, "on checked"),
                           TurnTo(kPaperTab), Choose(kPaper, 9)},
-                         "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
-                        "?"}});
+                         "dmPaperSize=9 dmDuplex=0 " + kRendered + " outputFlag=1"},
+                        "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"}});
 }
 
 TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
