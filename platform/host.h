@@ -57,7 +57,7 @@ class Machine {
     void SetVariable(std::u16string_view name, std::u16string_view value);
 
     // The display's fonts. A fresh machine has Arial, Courier New, Symbol and Times New Roman, one that is kept in a
-    // folder those of the host.
+    // folder those of the host besides.
     void SetFonts(std::vector<Font> fonts);
 
     // What OpenPrinterW grants and whether SetPrinterDataW may write. All by default.

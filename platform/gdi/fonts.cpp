@@ -62,7 +62,7 @@ std::vector<Font> ReadHostFonts() {
     const Owned<FcObjectSet> objects(
         FcObjectSetBuild(FC_FAMILY, FC_FONTFORMAT, FC_SCALABLE, FC_SYMBOL, FC_LANG, static_cast<const char*>(nullptr)));
     const Owned<FcFontSet> found(FcFontList(config.get(), all.get(), objects.get()));
-    std::vector<Font> fonts;
+    std::vector<Font> fonts = FreshFonts();
     for (int i = 0; found && i < found->nfont; ++i) {
         FcPattern* const pattern = found->fonts[i];
         fonts.push_back({ToWide(TextOf(pattern, FC_FAMILY)), TypeOf(pattern), CharSetOf(pattern)});
