@@ -85,9 +85,11 @@ TEST_F(InformationSheet, InEveryLanguage) {
         const auto look = [&](const std::string& name) {
             return std::vector<Step>{Describe(name), TakePicture(*environment_, name + '-' + language.name)};
         };
-        const std::vector<Step> steps = std::vector<Step>{kTurn} + look("information") +
-                                        std::vector<Step>{Press(kRestoreAll)} + look("information-question") +
-                                        std::vector<Step>{Answer(IDOK), InSheet(PSBTN_OK)};
+        const std::vector<Step> steps =
+            std::vector<Step>{kTurn} + look("information") +
+            std::vector<Step>{Press(kRestoreAll),
+                              TakePicture(*environment_, std::string("information-question-") + language.name),
+                              Answer(IDOK), InSheet(PSBTN_OK)};
         EXPECT_EQ(ShowDocumentSheet(printer_, steps), IDOK);
     }
 }

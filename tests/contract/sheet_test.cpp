@@ -128,19 +128,23 @@ VelmoraDevMode SheetTest::AppliedDevMode(InstalledPrinter& printer) {
     return *output.content;
 }
 
+void SheetTest::RunCase(InstalledPrinter& printer, const VelmoraDevMode& base, const DocumentCase& documentCase) {
+    SCOPED_TRACE(documentCase.title);
+    Record(documentCase.title);
+    const VelmoraDevMode input = driver_test::With(base, documentCase.settings);
+    std::vector<Step> steps = documentCase.steps;
+    steps.push_back(InSheet(PSBTN_OK));
+    DevModeBuffer output;
+    EXPECT_EQ(ShowDocumentSheet(printer, steps, input, &output), IDOK);
+    const std::string written = Changes(input, *output.content);
+    EXPECT_EQ(written, documentCase.written);
+    Record("  gets " + written);
+}
+
 void SheetTest::RunCases(InstalledPrinter& printer, const std::vector<DocumentCase>& cases) {
     const VelmoraDevMode base = AppliedDevMode(printer);
     for (const DocumentCase& c : cases) {
-        SCOPED_TRACE(c.title);
-        Record(c.title);
-        const VelmoraDevMode input = driver_test::With(base, c.settings);
-        std::vector<Step> steps = c.steps;
-        steps.push_back(InSheet(PSBTN_OK));
-        DevModeBuffer output;
-        EXPECT_EQ(ShowDocumentSheet(printer, steps, input, &output), IDOK);
-        const std::string written = Changes(input, *output.content);
-        EXPECT_EQ(written, c.written);
-        Record("  gets " + written);
+        RunCase(printer, base, c);
     }
 }
 

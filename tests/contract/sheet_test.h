@@ -42,6 +42,8 @@ class SheetTest : public ContractTest {
         std::string written;      // the Changes that the application gets
     };
     void RunCases(InstalledPrinter& printer, const std::vector<DocumentCase>& cases);
+    // `base` in place of AppliedDevMode.
+    void RunCase(InstalledPrinter& printer, const velmora::VelmoraDevMode& base, const DocumentCase& documentCase);
 };
 
 // The fields of a device mode that differ from before, in their order: "dmCopies=2 colorAdjust[1]=10 uiCode="7"".

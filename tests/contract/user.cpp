@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -54,10 +55,14 @@ std::string DescribeControl(HWND window) {
     line += (style & WS_VISIBLE) == 0 ? " hidden" : "";
     line += (style & WS_DISABLED) != 0 ? " disabled" : "";
     line += GetFocus() == window ? " focus" : "";
-    if (windowClass == TEXT("ListBox")) {
-        return line + ItemsOf(window) + " selected " + std::to_string(SendMessageW(window, LB_GETCURSEL, 0, 0));
+    return line;
+}
+
+std::string DescribeContent(HWND window) {
+    if (ClassOf(window) == TEXT("ListBox")) {
+        return ItemsOf(window) + " selected " + std::to_string(SendMessageW(window, LB_GETCURSEL, 0, 0));
     }
-    return line + " \"" + Printable(TextOf(window)) + '"';
+    return " \"" + Printable(TextOf(window)) + '"';
 }
 
 // One run of a program with its user.
@@ -227,15 +232,16 @@ POINT MiddleOf(HWND window) {
     return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
 }
 
-Step Describe(const std::string& title) {
-    return [title] {
+Step Describe(const std::string& title, const std::vector<int>& hostsOwn) {
+    return [title, hostsOwn] {
         const HWND dialog = FrontDialog();
         const HWND page = FrontPage();
         // What a sheet is called is its host's.
         Record(title + (page == dialog ? ": \"" + Printable(TextOf(dialog)) + '"' : ":"));
         for (HWND child = page != nullptr ? GetWindow(page, GW_CHILD) : nullptr; child != nullptr;
              child = GetWindow(child, GW_HWNDNEXT)) {
-            Record("  " + DescribeControl(child));
+            const bool isHostsOwn = std::ranges::find(hostsOwn, GetDlgCtrlID(child)) != hostsOwn.end();
+            Record("  " + DescribeControl(child) + (isHostsOwn ? "" : DescribeContent(child)));
         }
         if (page == dialog) {
             return;

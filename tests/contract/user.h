@@ -44,8 +44,8 @@ void Click(POINT screen, bool right = false);
 POINT MiddleOf(HWND window);  // on the screen
 
 // A step that notes what the front dialog shows in the transcript: a dialog's title, each control of its page in the
-// order of the Tab key, and which buttons of a sheet can be pressed.
-Step Describe(const std::string& title);
+// order of the Tab key, and which buttons of a sheet can be pressed. Texts of the controls in `hostsOwn` are left out.
+Step Describe(const std::string& title, const std::vector<int>& hostsOwn = {});
 
 // A step that takes a picture of the front dialog: pictures/NAME.png in the test's folder.
 Step TakePicture(ContractEnvironment& environment, const std::string& name);

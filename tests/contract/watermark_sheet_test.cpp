@@ -11,7 +11,6 @@
 
 #include "tests/contract/sheet_test.h"
 #include "tests/contract/transcript.h"
-#include "tests/driver/changed_devmode.h"
 #include "tools/wm/watermark_file.h"
 
 namespace contract {
@@ -36,6 +35,7 @@ constexpr int kRestore = 7030;
 constexpr int kReady = 3107;
 
 // Of the Paper page.
+constexpr int kPaper = 5006;
 constexpr int kLandscape = 5027;
 constexpr int kLayout = 5033;
 
@@ -219,11 +219,11 @@ class WatermarkSheet : public SheetTest {
         std::string stored;  // its StoredChanges
     };
     void RunCases(InstalledPrinter& printer, const std::vector<Case>& cases) {
-        AppliedDevMode(printer);  // makes the list
+        const velmora::VelmoraDevMode base = AppliedDevMode(printer);  // makes the list, too
         for (const Case& c : cases) {
             SCOPED_TRACE(c.document.title);
             const Entries before = Stored(printer);
-            SheetTest::RunCases(printer, {c.document});
+            RunCase(printer, base, c.document);
             const std::string stored = StoredChanges(before, Stored(printer));
             EXPECT_EQ(stored, c.stored);
             Record("  stores " + stored);
@@ -476,14 +476,15 @@ TEST_F(WatermarkSheet, EndsWithoutARendering) {
 // By the program of the driver package.
 TEST_F(WatermarkSheet, IsReallyRendered) {
     environment_->AddWatermarkProgram();
-    for (const auto& [model, files] :
-         {std::pair{"VELMORA-M2100.XPI", ".WM"}, {"VELMORA-C3200.XPI", ".CWM .WM"}, {"VELMORA-I700.XPI", ".WM"}}) {
+    for (const auto& [model, files] : {std::pair{"VELMORA-M2100.XPI", " *.WM"},
+                                       {"VELMORA-C3200.XPI", " *.WM *.CWM"},
+                                       {"VELMORA-I700.XPI", " *.WM *.WM"}}) {
         SCOPED_TRACE(model);
         InstalledPrinter printer(*environment_, PackageOf(model));
         DevModeBuffer output;
         EXPECT_EQ(ShowDocumentSheet(printer, {kTurn, Press(kOn), InSheet(PSBTN_OK)}, AppliedDevMode(printer), &output),
                   IDOK);
-        EXPECT_EQ(RenderedFiles(), files);
+        EXPECT_TRUE(Stored(printer)[0].ends_with(files)) << Stored(printer)[0];
         const velmora::PrivateDevMode& own = output.PrivatePart();
         EXPECT_EQ(own.watermarkFlags, 36u);
         const std::string bytes = ContentOf(TextOf(own.watermarkFile));
@@ -499,17 +500,14 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
 
 TEST_F(WatermarkSheet, StaysWhereSettingsConflict) {
     InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    const struct { DWORD words[4]; } withDuplex = {{3, 0, 1, 5}};
-    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, &withDuplex, sizeof(withDuplex));
-    // A banner on both sides.
-    const velmora::VelmoraDevMode input = driver_test::With(AppliedDevMode(printer), "dmPaperSize=600 dmDuplex=2");
-    DevModeBuffer output;
-    ShowDocumentSheet(
-        printer,
-        {kTurn, Press(kOn), InSheet(PSBTN_OK), Press(kNoticeOk), See(kOn, "on checked"), InSheet(PSBTN_CANCEL)}, input,
-        &output);
-    // Hosts may hand back the device mode that they were given.
-    EXPECT_TRUE(output.Untouched() || Changes(input, *output.content).empty());
+    constexpr DWORD kWithDuplex[] = {3, 0, 1, 5};
+    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, kWithDuplex, sizeof(kWithDuplex));
+    RunCases(printer, {{{"a banner on both sides",
+                         "dmPaperSize=600 dmDuplex=2",
+                         {kTurn, Press(kOn), InSheet(PSBTN_OK), Press(kNoticeOk), See(kOn, "on checked"),
+                          TurnTo(kPaperTab), Choose(kPaper, 9)},
+                         "dmPaperSize=9 dmDuplex=0 " + kRendered + " outputFlag=1"},
+                        "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"}});
 }
 
 TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
@@ -554,7 +552,8 @@ TEST_F(WatermarkSheet, InEveryLanguage) {
         std::vector<Step> steps;
         const auto act = [&](std::vector<Step> more) { steps.insert(steps.end(), more.begin(), more.end()); };
         const auto look = [&](const std::string& name) {
-            act({Describe(name), TakePicture(*environment_, name + '-' + language.name)});
+            // Hosts differ in their fonts, and in what they keep of Japanese texts.
+            act({Describe(name, {kName, kFace}), TakePicture(*environment_, name + '-' + language.name)});
         };
         act({kTurn});
         look("watermark");
@@ -562,8 +561,8 @@ TEST_F(WatermarkSheet, InEveryLanguage) {
         look("watermark-new");
         act({Press(kAdd), Choose(kFamily, 3)});
         look("watermark-own");
-        act({Press(kDelete), InSheet(PSBTN_OK)});
-        EXPECT_EQ(ShowDocumentSheet(printer, steps), IDOK);
+        act({InSheet(PSBTN_CANCEL)});
+        ShowDocumentSheet(printer, steps);
     }
 }
 
