@@ -43,7 +43,7 @@ std::string ItemsOf(HWND listBox) {
     for (WPARAM i = 0; i < static_cast<WPARAM>(count); ++i) {
         WideText item(static_cast<size_t>(SendMessageW(listBox, LB_GETTEXTLEN, i, 0)) + 1, 0);
         SendMessageW(listBox, LB_GETTEXT, i, reinterpret_cast<LPARAM>(item.data()));
-        items += " [" + Printable(item) + ']';
+        items += " [" + Printable(item.c_str()) + ']';
     }
     return items;
 }
