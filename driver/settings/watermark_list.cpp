@@ -25,19 +25,12 @@ constexpr const WCHAR* kTextKey = TEXT("WMString");
 constexpr const WCHAR* kNeverWritten = TEXT("NotStrings");  // the language of a file that names none
 constexpr const WCHAR* kJapanese = TEXT("JAPA");
 
-// Built-in watermarks of a language and, fewer, of Japanese.
-constexpr unsigned kBuiltIns = 8;
-constexpr unsigned kJapaneseBuiltIns = 6;
-constexpr unsigned kFewerBuiltIns = kBuiltIns - kJapaneseBuiltIns;
+constexpr unsigned kFewerBuiltIns = kBuiltInWatermarks - kJapaneseBuiltIns;
 
 // Strings of the language module.
 constexpr UINT kFirstTextString = 2490;  // a text for each built-in watermark
-constexpr UINT kFaceString = 2498;
 constexpr UINT kCharSetString = 2499;
 constexpr UINT kLanguageString = 2500;  // the module's language code
-
-constexpr uint32_t kColor = 0x7070FF;  // a light red
-constexpr uint16_t kAngle = 450;
 
 constexpr uint32_t kMissing = static_cast<uint32_t>(-1);
 constexpr uint32_t kWordLimit = 65535;  // sizes and angles are below it
@@ -389,9 +382,9 @@ void UpdateWatermarkDefaults(const WCHAR* printerName, const WCHAR* iniFile) {
         WriteDefaults(iniFile, defaults, charSet);
         WriteNumberKey(kSection, kCountKey, defaults.count, iniFile);
     } else if (TextsEqual<WCHAR>(language, kJapanese)) {
-        const unsigned end = EndOfEntries(iniFile, kBuiltIns, count);
+        const unsigned end = EndOfEntries(iniFile, kBuiltInWatermarks, count);
         WriteDefaults(iniFile, defaults, charSet);
-        for (unsigned i = defaults.count; i < kBuiltIns; ++i) {
+        for (unsigned i = defaults.count; i < kBuiltInWatermarks; ++i) {
             DeleteEntry(iniFile, i);
         }
         for (unsigned i = defaults.count; i + kFewerBuiltIns < end; ++i) {
@@ -419,9 +412,12 @@ void DeleteWatermarkFiles(const WCHAR* iniFile) {
 
 void DeleteRenderedFiles(WatermarkRecord* record) {
     for (const WatermarkKey& key : kKeys) {
-        if (HasUse(key, kRenderedFile) && TextOf(record, key)[0] != 0) {
-            DeleteFileW(TextOf(record, key));
-            memset(TextOf(record, key), 0, key.size);
+        if (HasUse(key, kRenderedFile)) {
+            WCHAR* const file = TextOf(record, key);
+            if (file[0] != 0) {
+                DeleteFileW(file);
+            }
+            memset(file, 0, key.size);
         }
     }
 }
@@ -430,25 +426,25 @@ void MakeBlankWatermark(WatermarkRecord* record) {
     memset(record, 0, sizeof(*record));
     CopyText(record->style.face, ARRAYSIZE(record->style.face), TEXT("Arial"));
     record->style.size = 72;
-    record->style.color = kColor;
-    record->angle = kAngle;
+    record->style.color = kWatermarkColor;
+    record->angle = kWatermarkAngle;
     record->needsRemake = 1;
 }
 
 WatermarkList BuildDefaultWatermarkList(HMODULE module) {
-    WatermarkList list = MakeList(kBuiltIns);
+    WatermarkList list = MakeList(kBuiltInWatermarks);
     if (!list.records) {
         return list;
     }
     WCHAR charSet[16];
     WatermarkStyle style = {};
     LoadText(module, kCharSetString, charSet);
-    LoadText(module, kFaceString, style.face);
+    LoadText(module, kBuiltInFaceString, style.face);
     style.charSet = TextsEqual<WCHAR>(charSet, TEXT("128")) ? SHIFTJIS_CHARSET : ANSI_CHARSET;
-    style.size = 50;
-    style.color = kColor;
+    style.size = kBuiltInPoints;
+    style.color = kWatermarkColor;
     list.count = 0;
-    for (; style.face[0] != 0 && list.count < kBuiltIns; ++list.count) {
+    for (; style.face[0] != 0 && list.count < kBuiltInWatermarks; ++list.count) {
         WatermarkRecord& record = list.records.Get()[list.count];
         LoadText(module, kFirstTextString + list.count, record.text);
         if (record.text[0] == 0) {
@@ -456,7 +452,7 @@ WatermarkList BuildDefaultWatermarkList(HMODULE module) {
         }
         record.type = kTextWatermark;
         record.style = style;
-        record.angle = kAngle;
+        record.angle = kWatermarkAngle;
     }
     MakeBlankWatermark(list.records.Get() + list.count);
     return list;

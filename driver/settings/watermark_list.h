@@ -16,6 +16,16 @@ namespace velmora {
 inline constexpr uint32_t kTextWatermark = 1;
 inline constexpr uint32_t kImageWatermark = 2;
 
+// Built-in watermarks of a language; fewer of Japanese.
+inline constexpr uint16_t kBuiltInWatermarks = 8;
+inline constexpr uint16_t kJapaneseBuiltIns = 6;
+
+// How the built-in ones are drawn; a blank record has this colour and angle, too.
+inline constexpr UINT kBuiltInFaceString = 2498;  // of the language module
+inline constexpr uint16_t kBuiltInPoints = 50;
+inline constexpr uint32_t kWatermarkColor = 0x7070FF;  // a light red
+inline constexpr uint16_t kWatermarkAngle = 450;       // 0.1 degree
+
 // How the text of a text watermark is drawn.
 struct WatermarkStyle {
     WCHAR face[32];

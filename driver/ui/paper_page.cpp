@@ -17,6 +17,7 @@
 #include "driver/ui/paper_preview.h"
 #include "driver/ui/paper_rules.h"
 #include "driver/ui/paper_summary.h"
+#include "driver/ui/watermark_page.h"
 #include "driver/ui/watermark_rules.h"
 
 namespace velmora {
@@ -252,8 +253,8 @@ void ReadWatermark(const SheetContext& context, WCHAR (&name)[kMessageCapacity],
     other->watermark = name;
     if (page) {
         GetDlgItemTextW(page, kWatermarkName, name, ARRAYSIZE(name));
-    } else if (own.outputLevel >= 0 && own.outputLevel < context.watermarks.count) {
-        CopyText<WCHAR>(name, ARRAYSIZE(name), context.watermarks.records.Get()[own.outputLevel].text);
+    } else if (const WatermarkRecord* const record = WatermarkAt(context, static_cast<size_t>(own.outputLevel))) {
+        CopyText<WCHAR>(name, ARRAYSIZE(name), record->text);
     }
 }
 

@@ -38,10 +38,8 @@ struct WatermarkButtons {
 struct WatermarkEdit {
     WatermarkChoices choices;
     WatermarkButtons buttons;
-    size_t current;           // index of the entry that the page shows; a notice may stand before the page meanwhile
+    size_t current;           // index of the entry that the page shows
     uint16_t committedCount;  // of the list, when the page was opened or last applied
-    bool isNameEdited;        // since an entry was selected
-    bool isNewName;           // the edited name is no entry's
     bool isFillingNames;      // 7005's text isn't the user's
     size_t deletedCount;
     HeapOwner<WatermarkRecord> deleted;  // their rendered files go at the next apply

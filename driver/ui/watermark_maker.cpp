@@ -118,13 +118,13 @@ struct Answer {
     bool IsWhole() const { return width != kNoAnswer && height != kNoAnswer && result != kNoAnswer; }
 };
 
-int32_t ReadNumber(const WCHAR* key, int fallback, const WCHAR* jobFile) {
+int32_t ReadNumberKey(const WCHAR* key, int fallback, const WCHAR* jobFile) {
     return static_cast<int32_t>(GetPrivateProfileIntW(kSection, key, fallback, jobFile));
 }
 
 Answer ReadAnswer(const WCHAR* jobFile) {
-    return {ReadNumber(kWidthKey, kNoAnswer, jobFile), ReadNumber(kHeightKey, kNoAnswer, jobFile),
-            ReadNumber(kResultKey, kNoAnswer, jobFile)};
+    return {ReadNumberKey(kWidthKey, kNoAnswer, jobFile), ReadNumberKey(kHeightKey, kNoAnswer, jobFile),
+            ReadNumberKey(kResultKey, kNoAnswer, jobFile)};
 }
 
 // Runs the program on the job; false where it can't be started.
@@ -166,11 +166,15 @@ bool IsTaken(const WCHAR* folder, DWORD number) {
     return false;
 }
 
-bool FormShortPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&path)[MAX_PATH]) {
+// The same in a record's field, as a short path; zero behind it, as the store's texts are.
+bool FormShortPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&field)[MAX_PATH]) {
+    WCHAR path[MAX_PATH];
+    ZeroMemory(field, sizeof(field));
     if (!FormPath(folder, number, extension, path)) {
         return false;
     }
     GetShortPath(path, ARRAYSIZE(path));
+    CopyText<WCHAR>(field, ARRAYSIZE(field), path);
     return true;
 }
 
@@ -231,10 +235,10 @@ int32_t MakeWatermarkFile(const SheetContext& context, WatermarkRecord* record, 
     record->width = static_cast<uint32_t>(answer.width);
     record->height = static_cast<uint32_t>(answer.height);
     if (record->type == kTextWatermark) {
-        record->needsRemake = static_cast<uint32_t>(ReadNumber(kFontChangeKey, 0, job.path));
+        record->needsRemake = static_cast<uint32_t>(ReadNumberKey(kFontChangeKey, 0, job.path));
     }
 
-    record->colorFileName[0] = 0;
+    ZeroMemory(record->colorFileName, sizeof(record->colorFileName));
     if (isImageModel) {
         CopyText<WCHAR>(record->colorFileName, ARRAYSIZE(record->colorFileName), record->fileName);
     } else if (!isMonochromeOnly && model && !IsMonochrome(model->colorCapability)) {

@@ -2,8 +2,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
-
 #include "driver/base/format.h"
 #include "driver/base/text.h"
 #include "driver/ui/controls.h"
@@ -68,7 +66,6 @@ constexpr SliderRange kSliders[] = {
     {kShade, kLastShade, 1, 3, 1},
     {kAngleSlider, kMostDegrees, 5, 30, 10},
 };
-constexpr int kThumbStep = 5;  // degrees at which the angle's thumb stops
 
 void MoveSlider(HWND dialog, int slider, int position) {
     SendDlgItemMessageW(dialog, slider, TBM_SETPOS, TRUE, position);
@@ -130,24 +127,16 @@ void AddReadyItem(HWND dialog, const WCHAR* text, int value) {
 
 // The watermarks that are rendered, with that of the device mode selected.
 void ShowReady(HWND dialog, const SheetContext& context) {
-    constexpr int kNone = -1;
     WCHAR none[kMessageCapacity];
     LoadText(context, kNoneText, none, ARRAYSIZE(none));
     SendDlgItemMessageW(dialog, kReady, LB_RESETCONTENT, 0, 0);
-    AddReadyItem(dialog, none, kNone);
-    const PrivateDevMode& own = context.devMode->privatePart;
-    const WatermarkRecord* const chosen = (own.watermarkFlags & kWatermarkIsRendered) != 0
-                                              ? FindWatermarkByFile(context.watermarks, own.watermarkFile)
-                                              : nullptr;
-    int selected = kNone;
+    AddReadyItem(dialog, none, kNoneReady);
     for (size_t i = 0; i < context.watermarks.count; ++i) {
-        const WatermarkRecord* const record = WatermarkAt(context, i);
-        if (record && record->fileName[0] != 0) {
-            AddReadyItem(dialog, record->text, static_cast<int>(i));
-            selected = record == chosen ? static_cast<int>(i) : selected;
+        if (IsReady(context, i)) {
+            AddReadyItem(dialog, WatermarkAt(context, i)->text, static_cast<int>(i));
         }
     }
-    SelectListByData(dialog, kReady, static_cast<uint32_t>(selected));
+    SelectListByData(dialog, kReady, static_cast<uint32_t>(SelectedReady(context)));
 }
 
 void ShowFace(HWND dialog, const SheetContext& context) {
@@ -224,19 +213,20 @@ BOOL InitWatermarkPage(HWND dialog, SheetContext* context) {
 }
 
 // What the user typed as the angle, where it is a number. False where that is what the slider shows.
-bool TakeAngle(HWND dialog, WatermarkChoices* choices) {
+bool TakeAngle(HWND dialog, SheetContext* context) {
+    const WatermarkChoices& choices = context->watermarkEdit.choices;
+    const int before = choices.angle;
     WCHAR text[kAngleDigits + 1] = {};
     int angle = 0;
     GetDlgItemTextW(dialog, kAngle, text, ARRAYSIZE(text));
     if (!ReadNumber(text, &angle)) {
         return false;
     }
-    angle = std::clamp(angle, 0, kMostDegrees);
-    if (angle == choices->angle) {
+    TurnWatermark(context, angle, false);
+    if (choices.angle == before) {
         return false;
     }
-    choices->angle = angle;
-    MoveSlider(dialog, kAngleSlider, angle);
+    MoveSlider(dialog, kAngleSlider, choices.angle);
     return true;
 }
 
@@ -244,7 +234,7 @@ bool TakeAngle(HWND dialog, WatermarkChoices* choices) {
 bool TakeText(HWND dialog, SheetContext* context, int id) {
     WatermarkChoices& choices = context->watermarkEdit.choices;
     if (id == kAngle) {
-        return TakeAngle(dialog, &choices);
+        return TakeAngle(dialog, context);
     }
     if (id == kSize.edit && TakeNumber(dialog, kSize, &choices.size)) {
         EditWatermark(context);
@@ -276,24 +266,29 @@ void TakeFace(HWND dialog, WatermarkChoices* choices) {
     }
 }
 
+// Combo boxes may tell that nothing is selected any more; the choice stays then.
 bool TakeSelection(HWND dialog, SheetContext* context, int id) {
     WatermarkChoices& choices = context->watermarkEdit.choices;
+    const uint32_t selected = GetComboData(dialog, id);
+    if (selected == UINT32_MAX) {
+        return false;
+    }
     switch (id) {
         case kWatermarkName:
-            SelectWatermark(context, GetComboData(dialog, kWatermarkName));
+            SelectWatermark(context, selected);
             LoadWatermarkControls(dialog, *context);
             return true;
         case kFamily:
-            ChooseWatermarkColor(context, static_cast<int>(GetComboData(dialog, kFamily)), choices.shade.shade);
+            ChooseWatermarkColor(context, static_cast<int>(selected), choices.shade.shade);
             return true;
         case kFace:
             TakeFace(dialog, &choices);
             break;
         case kStyle:
-            choices.style = GetComboData(dialog, kStyle);
+            choices.style = selected;
             break;
         case kPosition:
-            choices.position = GetComboData(dialog, kPosition);
+            choices.position = selected;
             break;
         default:
             return false;
@@ -388,7 +383,7 @@ void OnWatermarkScroll(HWND dialog, SheetContext* context, UINT message, int cod
             ChooseWatermarkColor(context, choices.shade.family, position);
             break;
         case kAngleSlider:
-            choices.angle = std::clamp(isThumb ? position - position % kThumbStep : position, 0, kMostDegrees);
+            TurnWatermark(context, position, isThumb);
             ShowAngle(dialog, choices.angle);
             break;
         default:
@@ -410,8 +405,9 @@ void ApplyWatermarkPage(HWND dialog, SheetContext* context) {
 
 void PaintWatermarkPage(HWND dialog, SheetContext* context, HDC target) {
     if (context->watermarkEdit.choices.isOn) {
-        TakeReadingOrder(dialog, context);
-        PaintPagePreview(dialog, context, target, MakePreviewRequest(*context, ShownWatermark(*context)));
+        WatermarkRecord shown = ShownWatermark(*context);
+        shown.style.rightToLeft = ReadsNameFromRight(dialog) ? 1 : 0;
+        PaintPagePreview(dialog, context, target, MakePreviewRequest(*context, shown));
     }
 }
 

@@ -8,18 +8,12 @@
 namespace velmora {
 namespace {
 
-// Watermarks of a list, and those of them that are built in. Japanese has fewer.
+// Watermarks of a list. Japanese has fewer.
 constexpr size_t kMostWatermarks = 18;
 constexpr size_t kMostJapanese = 16;
-constexpr size_t kBuiltIns = 8;
-constexpr size_t kJapaneseBuiltIns = 6;
-
-constexpr uint32_t kRestoredColor = RGB(255, 112, 112);
-constexpr uint16_t kRestoredSize = 50;
-constexpr uint16_t kRestoredAngle = 450;
-constexpr UINT kRestoredFace = 2498;  // string
 
 constexpr int kTenthsPerDegree = 10;
+constexpr int kThumbStep = 5;  // degrees
 
 // What the device mode's fields can hold.
 constexpr size_t kLastLevel = 19;       // outputLevel
@@ -30,7 +24,7 @@ bool IsJapanese(const SheetContext& context) {
 }
 
 size_t BuiltIns(const SheetContext& context) {
-    return IsJapanese(context) ? kJapaneseBuiltIns : kBuiltIns;
+    return IsJapanese(context) ? kJapaneseBuiltIns : kBuiltInWatermarks;
 }
 
 bool IsFull(const SheetContext& context) {
@@ -58,10 +52,11 @@ size_t FindName(const SheetContext& context, const WCHAR* name) {
     return context.watermarks.count;
 }
 
-// Leaves the entries in use, with a blank record behind them. `index`, an entry's, becomes the one that it has then.
+// Leaves the entries in use of a list with records, and a blank one behind them. `index`, an entry's, becomes the one
+// that it has then.
 bool Compact(WatermarkList* list, size_t* index) {
     const WatermarkRecord* const records = list->records.Get();
-    const size_t length = records ? list->count : 0;
+    const size_t length = list->count;
     const auto used = [&](size_t end) {
         return static_cast<uint16_t>(
             std::count_if(records, records + end, [](const WatermarkRecord& record) { return record.type != 0; }));
@@ -156,18 +151,19 @@ void StoreChoices(const SheetContext& context, WatermarkRecord* record) {
     record->style.size = static_cast<uint16_t>(PointsOf(choices));
     record->style.color = choices.color;
     record->style.rightToLeft = choices.isRightToLeft ? 1 : 0;
-    record->angle = static_cast<uint16_t>(std::clamp(choices.angle, 0, kMostDegrees) * kTenthsPerDegree);
+    record->angle = static_cast<uint16_t>(choices.angle * kTenthsPerDegree);
     record->placement = static_cast<uint16_t>(choices.position);
     record->needsRemake = 1;
 }
 
-// The same into an entry of the list, or into a new one at its end; `index` becomes the one that it has then.
+// The same into an entry of the list, or into a new one at its end; `index` becomes the one that it has then. False
+// where the list is full, or couldn't be loaded: the user's own is still in the store.
 bool StoreEntry(SheetContext* context, size_t* index) {
     WatermarkList& list = context->watermarks;
-    if (!list.records && !Compact(&list, index)) {
+    const bool isNew = *index >= list.count;
+    if (!list.records || (isNew && IsFull(*context))) {
         return false;
     }
-    const bool isNew = *index >= list.count;
     if (isNew) {
         *index = list.count;
         ++list.count;
@@ -187,8 +183,6 @@ void TakeEntry(SheetContext* context, size_t index) {
     WatermarkEdit& edit = context->watermarkEdit;
     const bool isUsers = IsUserWatermark(*context, index);
     edit.current = index;
-    edit.isNameEdited = false;
-    edit.isNewName = false;
     edit.buttons = {false, isUsers, isUsers};
     const WatermarkRecord* const record = WatermarkAt(*context, index);
     CopyText(edit.choices.name, ARRAYSIZE(edit.choices.name), record ? record->text : nullptr);
@@ -206,6 +200,18 @@ void ShowEntry(SheetContext* context, size_t index) {
     TakeEntry(context, index);
 }
 
+// The choices into the entry of their name; where there is none into a new one, or into the current one.
+void StoreNamed(SheetContext* context, bool mayAdd) {
+    const WatermarkEdit& edit = context->watermarkEdit;
+    size_t index = FindName(*context, edit.choices.name);
+    if (index == context->watermarks.count && (!mayAdd || IsFull(*context))) {
+        index = edit.current;
+    }
+    if (edit.choices.name[0] != 0 && StoreEntry(context, &index)) {
+        TakeEntry(context, index);
+    }
+}
+
 void ShowShade(SheetContext* context, const ShadedColor& shade) {
     context->watermarkEdit.choices.shade = shade;
     Own(context).shadeMaxFlag = shade.isLastShade ? 1 : 0;
@@ -213,18 +219,18 @@ void ShowShade(SheetContext* context, const ShadedColor& shade) {
 
 void ResetBuiltIns(SheetContext* context) {
     WCHAR face[ARRAYSIZE(WatermarkStyle::face)];
-    LoadText(*context, kRestoredFace, face, ARRAYSIZE(face));
-    const size_t count = std::min<size_t>(BuiltIns(*context), context->watermarks.count);
-    for (size_t i = 0; face[0] != 0 && i < count; ++i) {
+    LoadText(*context, kBuiltInFaceString, face, ARRAYSIZE(face));
+    const size_t count = face[0] != 0 ? std::min<size_t>(BuiltIns(*context), context->watermarks.count) : 0;
+    for (size_t i = 0; i < count; ++i) {
         WatermarkRecord& record = context->watermarks.records.Get()[i];
         MakeTextWatermark(&record);
         StoreFace(context->fonts, face, &record.style);
         record.style.bold = 0;
         record.style.italic = 0;
-        record.style.size = kRestoredSize;
-        record.style.color = kRestoredColor;
+        record.style.size = kBuiltInPoints;
+        record.style.color = kWatermarkColor;
         record.placement = 0;
-        record.angle = kRestoredAngle;
+        record.angle = kWatermarkAngle;
         record.needsRemake = 1;
     }
     Own(context).watermarkFlags = 0;
@@ -233,8 +239,8 @@ void ResetBuiltIns(SheetContext* context) {
 
 // --- Apply
 
-// Stores the choices where they aren't stored already and returns the index of the entry that the job uses. A full list
-// takes no new name: the current entry keeps its own.
+// Stores the choices where they aren't stored already and returns the index of the entry that the job uses, beyond
+// every list where the device mode can't name it. A full list takes no new name: the current entry keeps its own.
 size_t StoreAtApply(SheetContext* context) {
     WatermarkChoices& choices = context->watermarkEdit.choices;
     const WatermarkRecord* const chosen = WatermarkAt(*context, ChosenIndex(*context));
@@ -254,9 +260,10 @@ size_t StoreAtApply(SheetContext* context) {
     if (!isStored && (choices.name[0] == 0 || !StoreEntry(context, &index))) {
         return ChosenIndex(*context);
     }
-    Own(context).outputLevel = static_cast<int16_t>(index <= kLastLevel ? index : 0);
     TakeEntry(context, index);
-    return index;
+    const bool isNamed = index <= kLastLevel;
+    Own(context).outputLevel = static_cast<int16_t>(isNamed ? index : 0);
+    return isNamed ? index : SIZE_MAX;
 }
 
 void RemoveRendering(WatermarkRecord* record) {
@@ -283,7 +290,7 @@ void RemoveOldRenderings(SheetContext* context) {
 }
 
 // Whether a watermark is rendered, in a size and resolution that device modes can have.
-bool IsRendered(const WatermarkRecord& record) {
+bool HasUsableRendering(const WatermarkRecord& record) {
     return record.fileName[0] != 0 && record.resolution != 0 && record.resolution <= INT16_MAX && record.width != 0 &&
            record.width <= INT32_MAX && record.height != 0 && record.height <= INT32_MAX;
 }
@@ -292,16 +299,18 @@ bool IsRendered(const WatermarkRecord& record) {
 void Render(const SheetContext& context, WatermarkMaker make, WatermarkRecord* record) {
     RemoveRendering(record);
     const int32_t result = make(context, record, false);
-    if (result == 0 || result == -1 || !IsRendered(*record)) {
+    if (result == 0 || result == -1 || !HasUsableRendering(*record)) {
         RemoveRendering(record);
     }
 }
 
-// The file to print. A printer without colour has no colour file.
-const WCHAR* RenderedFile(const VelmoraDevMode& devMode, const WatermarkRecord& record) {
-    const uint32_t mode = devMode.privatePart.colorMode;
-    const bool isColor = mode == kColorSecondKind || (mode == kColor && devMode.publicPart.dmColor == DMCOLOR_COLOR);
-    return isColor && record.colorFileName[0] != 0 ? record.colorFileName : record.fileName;
+// The file to print. Device modes of printers without colour can have colour modes, too, until they are validated.
+const WCHAR* RenderedFile(const SheetContext& context, const WatermarkRecord& record) {
+    const DeviceModel* const model = context.model.Get();
+    const uint32_t mode = context.devMode->privatePart.colorMode;
+    const bool isColor =
+        mode == kColorSecondKind || (mode == kColor && context.devMode->publicPart.dmColor == DMCOLOR_COLOR);
+    return isColor && model && !IsMonochrome(model->colorCapability) ? record.colorFileName : record.fileName;
 }
 
 void ClearWatermark(PrivateDevMode* own) {
@@ -326,16 +335,16 @@ void WriteWatermark(SheetContext* context, size_t index, WatermarkMaker make) {
     own.outputFlag = isOn ? 1 : 0;
     WatermarkRecord* const record =
         isOn && WatermarkAt(*context, index) ? context->watermarks.records.Get() + index : nullptr;
-    if (record && !IsRendered(*record)) {
+    if (record && !HasUsableRendering(*record)) {
         Render(*context, make, record);
     }
-    if (!record || !IsRendered(*record)) {
+    if (!record || !HasUsableRendering(*record)) {
         ClearWatermark(&own);
         return;
     }
     own.watermarkFlags = kWatermarkUnderPage | kWatermarkIsRendered;
     ZeroMemory(own.watermarkFile, sizeof(own.watermarkFile));
-    CopyText(own.watermarkFile, ARRAYSIZE(own.watermarkFile), RenderedFile(*context->devMode, *record));
+    CopyText(own.watermarkFile, ARRAYSIZE(own.watermarkFile), RenderedFile(*context, *record));
     own.watermarkFontSize = static_cast<int32_t>(record->width);
     own.watermarkAngle = static_cast<int32_t>(record->height);
     own.watermarkIndex = static_cast<int16_t>(record->resolution);
@@ -374,19 +383,17 @@ void SwitchWatermark(SheetContext* context, bool isOn) {
 void EditWatermarkName(SheetContext* context, const WCHAR* name) {
     WatermarkEdit& edit = context->watermarkEdit;
     CopyText(edit.choices.name, ARRAYSIZE(edit.choices.name), name);
-    edit.isNameEdited = true;
-    edit.isNewName = true;
     edit.buttons = {};
     if (name[0] == 0) {
         return;
     }
     const size_t named = FindName(*context, name);
-    edit.isNewName = named == context->watermarks.count;
-    const bool isUsers = IsUserWatermark(*context, edit.isNewName ? edit.current : named);
+    const bool isNew = named == context->watermarks.count;
+    const bool isUsers = IsUserWatermark(*context, isNew ? edit.current : named);
     if (IsFull(*context)) {
-        edit.buttons = {!edit.isNewName && !isUsers, isUsers, !edit.isNewName && isUsers};
+        edit.buttons = {!isNew && !isUsers, isUsers, !isNew && isUsers};
     } else {
-        edit.buttons = {edit.isNewName, edit.isNewName && isUsers, !edit.isNewName && isUsers};
+        edit.buttons = {isNew, isNew && isUsers, !isNew && isUsers};
     }
 }
 
@@ -395,14 +402,16 @@ void SelectWatermark(SheetContext* context, size_t index) {
     ShowShade(context, FindSelectedShade(context->watermarkEdit.choices.color));
 }
 
+void TurnWatermark(SheetContext* context, int degrees, bool isThumb) {
+    context->watermarkEdit.choices.angle =
+        std::clamp(isThumb ? degrees - degrees % kThumbStep : degrees, 0, kMostDegrees);
+}
+
 void EditWatermark(SheetContext* context) {
     WatermarkEdit& edit = context->watermarkEdit;
     const WatermarkRecord* const current = WatermarkAt(*context, edit.current);
-    if (edit.choices.name[0] == 0) {
-        return;
-    }
-    if (current && HasChoices(*context, *current)) {
-        edit.buttons.canAdd = edit.buttons.canAdd && edit.isNameEdited;
+    // A button that a typed name allows stays.
+    if (edit.choices.name[0] == 0 || (current && HasChoices(*context, *current))) {
         return;
     }
     if (IsFull(*context)) {
@@ -423,19 +432,11 @@ void ChooseWatermarkColor(SheetContext* context, int family, int shade) {
 }
 
 void AddWatermark(SheetContext* context) {
-    const WatermarkEdit& edit = context->watermarkEdit;
-    size_t index = FindName(*context, edit.choices.name);
-    if (index == context->watermarks.count && !(edit.isNewName && !IsFull(*context))) {
-        index = edit.current;
-    }
-    if (edit.choices.name[0] != 0 && StoreEntry(context, &index)) {
-        TakeEntry(context, index);
-    }
+    StoreNamed(context, true);
 }
 
 void ChangeWatermark(SheetContext* context) {
-    context->watermarkEdit.isNewName = false;
-    AddWatermark(context);
+    StoreNamed(context, false);
 }
 
 void DeleteWatermark(SheetContext* context) {
@@ -463,8 +464,10 @@ void DeleteWatermark(SheetContext* context) {
 
 void RestoreWatermarks(SheetContext* context) {
     ResetBuiltIns(context);
-    size_t first = 0;
-    Compact(&context->watermarks, &first);
+    if (context->watermarks.records) {
+        size_t first = 0;
+        Compact(&context->watermarks, &first);
+    }
     SelectWatermark(context, 0);
     SwitchWatermark(context, false);
 }
@@ -472,6 +475,20 @@ void RestoreWatermarks(SheetContext* context) {
 void ResetBuiltinWatermarks(SheetContext* context) {
     ResetBuiltIns(context);
     Own(context).outputFlag = 0;
+}
+
+bool IsReady(const SheetContext& context, size_t index) {
+    const WatermarkRecord* const record = WatermarkAt(context, index);
+    return record && record->fileName[0] != 0;
+}
+
+int SelectedReady(const SheetContext& context) {
+    const PrivateDevMode& own = context.devMode->privatePart;
+    const WatermarkRecord* const chosen = (own.watermarkFlags & kWatermarkIsRendered) != 0
+                                              ? FindWatermarkByFile(context.watermarks, own.watermarkFile)
+                                              : nullptr;
+    const auto index = static_cast<size_t>(chosen ? chosen - context.watermarks.records.Get() : 0);
+    return chosen && IsReady(context, index) ? static_cast<int>(index) : kNoneReady;
 }
 
 WatermarkRecord ShownWatermark(const SheetContext& context) {

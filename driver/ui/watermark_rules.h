@@ -14,10 +14,6 @@
 
 namespace velmora {
 
-// Controls that other pages look at, too.
-inline constexpr int kWatermarkSwitch = 7003;
-inline constexpr int kWatermarkName = 7005;
-
 inline constexpr int kFewestPoints = 8;
 inline constexpr int kMostPoints = 400;
 inline constexpr int kMostDegrees = 355;
@@ -67,6 +63,9 @@ void SwitchWatermark(SheetContext* context, bool isOn);
 void EditWatermarkName(SheetContext* context, const WCHAR* name);
 void SelectWatermark(SheetContext* context, size_t index);
 
+// 7025, typed, and 7026; `isThumb` where the thumb is dragged, which stops at every 5 degrees.
+void TurnWatermark(SheetContext* context, int degrees, bool isThumb);
+
 // 7010, 7012, 7014 and 7019, once the choices have what the user chose.
 void EditWatermark(SheetContext* context);
 
@@ -74,18 +73,23 @@ void EditWatermark(SheetContext* context);
 void ChooseWatermarkColor(SheetContext* context, int family, int shade);
 
 // 7006 and 7007: the choices go into the entry of their name. Where there is none, the former makes a new one while the
-// list has room, and otherwise both give the current one the name. Do nothing without a name.
+// list has room, and otherwise both give the current one the name. Do nothing without a name or a list.
 void AddWatermark(SheetContext* context);
 void ChangeWatermark(SheetContext* context);
 
 // 7008: takes the entry with the name from the list; does nothing where that is built in or there is none.
 void DeleteWatermark(SheetContext* context);
 
-// 7030, with the page open. Names stay; an entry stays as it is where the module has no font for it.
+// 7030, with the page open. Names stay; all entries stay as they are where the module names no font for them.
 void RestoreWatermarks(SheetContext* context);
 
 // The same where the page isn't open: the watermark is switched off at once.
 void ResetBuiltinWatermarks(SheetContext* context);
+
+// 3107: whether it lists the entry at an index, and the index that it selects, kNoneReady for its first item.
+inline constexpr int kNoneReady = -1;
+bool IsReady(const SheetContext& context, size_t index);
+int SelectedReady(const SheetContext& context);
 
 // The choices as a text watermark that is in no list.
 WatermarkRecord ShownWatermark(const SheetContext& context);
@@ -99,7 +103,8 @@ using WatermarkMaker = int32_t (*)(const SheetContext& context, WatermarkRecord*
 
 // Writes the choices into the list and the device mode, removes rendered files that aren't of use any more, renders the
 // chosen watermark where it has no file, and stores the list; CommitPage comes after it. With a watermark that can't be
-// rendered the switch stays on, but the job has none until an apply renders it.
+// rendered the switch stays on, but the job has none until the apply of a changed page renders it. A list that couldn't
+// be loaded isn't stored.
 void ApplyWatermarks(SheetContext* context, WatermarkMaker make);
 
 }  // namespace velmora

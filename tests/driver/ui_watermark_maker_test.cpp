@@ -4,6 +4,7 @@
 #include "driver/base/text.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/ui/watermark_maker.h"
+#include "driver/ui/watermark_rules.h"
 #include "tests/driver/machine.h"
 #include "tools/wm/render_job.h"
 #include "tools/wm/watermark_file.h"
@@ -272,6 +273,26 @@ TEST_F(WatermarkMaker, StartsNothingWithoutMemory) {
         EXPECT_FALSE(DriveFileExists(jobFile_)) << nth;
     }
     EXPECT_GT(nth, 4u);
+}
+
+// Lists are compared with the store byte for byte, and short paths are shorter than the long ones.
+TEST_F(WatermarkMaker, LeavesRecordsAsTheyAreStored) {
+    Install(kPdlPcl6, kColor);
+    program_ = [this] {
+        Answer();
+        Write(u"text.FontChange", u"0");
+    };
+    PrepareSettingsFile(kPrinterName);
+    const WatermarkRecord record = TextMark();
+    SaveWatermarkList(kPrinterName, &record, 1);
+    VelmoraDevMode devMode = {};
+    devMode.privatePart.outputFlag = 1;
+    const OwnedSheetContext context(CreateSheetContext(Printer(), kPrinterName, &devMode));
+    OpenWatermarks(context.Get());
+    machine_.SetTickCount(kTick);
+    ApplyWatermarks(context.Get(), MakeWatermarkFile);
+    EXPECT_EQ(ToText(context.Get()->watermarks.records->colorFileName), ToText(colorFile_));
+    EXPECT_FALSE(IsWatermarkChanged(*context.Get()));
 }
 
 // The program of the package itself.

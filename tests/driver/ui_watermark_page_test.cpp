@@ -2,7 +2,6 @@
 #include <commctrl.h>
 
 #include <cstring>
-#include <fstream>
 
 #include "driver/devmode/default_devmode.h"
 #include "driver/settings/settings_folder.h"
@@ -18,9 +17,8 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-constexpr int kSwitch = 7003, kName = 7005, kAdd = 7006, kChange = 7007, kDelete = 7008;
-constexpr int kFace = 7010, kStyle = 7012, kSize = 7014, kSizeSpin = 7015, kFamily = 7017, kPosition = 7019;
-constexpr int kShade = 7023, kAngle = 7025, kAngleSlider = 7026, kPreview = 7029, kRestore = 7030, kReady = 3107;
+constexpr int kAdd = 7006, kFace = 7010, kStyle = 7012, kFamily = 7017, kPosition = 7019;
+constexpr int kAngle = 7025, kAngleSlider = 7026, kPreview = 7029, kReady = 3107;
 
 LRESULT Ask(HWND page, int control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     return SendDlgItemMessageW(page, control, message, wParam, lParam);
@@ -30,25 +28,18 @@ void Notify(HWND page, int control, int code) {
     SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
 }
 
-void Select(HWND page, int control, uint32_t value) {
-    EXPECT_GE(SelectComboByData(page, control, value), 0) << value;
-    Notify(page, control, CBN_SELCHANGE);
+void SelectName(HWND page, uint32_t entry) {
+    EXPECT_GE(SelectComboByData(page, kWatermarkName, entry), 0);
+    Notify(page, kWatermarkName, CBN_SELCHANGE);
 }
 
-void Slide(HWND page, int slider, int code, int position) {
-    SendMessageW(page, WM_HSCROLL, MAKEWPARAM(code, position), reinterpret_cast<LPARAM>(GetDlgItem(page, slider)));
+// The edit within the name's combo box.
+HWND NameEdit(HWND page) {
+    return GetWindow(GetDlgItem(page, kWatermarkName), GW_CHILD);
 }
 
-// The edit within a combo box.
-HWND EditOf(HWND page, int combo) {
-    return GetWindow(GetDlgItem(page, combo), GW_CHILD);
-}
-
-void TypeName(HWND page, const WCHAR* name) {
-    SendMessageW(EditOf(page, kName), EM_SETSEL, 0, -1);
-    for (; *name != 0; ++name) {
-        SendMessageW(EditOf(page, kName), WM_CHAR, *name, 0);
-    }
+bool ReadsNameFromRight(HWND page) {
+    return (GetWindowLongPtrW(NameEdit(page), GWL_EXSTYLE) & WS_EX_RTLREADING) != 0;
 }
 
 // Whether something black, a sheet's edge, is drawn in the picture.
@@ -62,15 +53,6 @@ bool DrawsSheet(HWND page) {
     }
     ReleaseDC(page, context);
     return isDrawn;
-}
-
-// The buttons that can be pressed: Add, Change, Delete.
-std::string ButtonsOf(HWND page) {
-    std::string buttons;
-    for (const int button : {kAdd, kChange, kDelete}) {
-        buttons += IsWindowEnabled(GetDlgItem(page, button)) ? "acd"[button - kAdd] : '-';
-    }
-    return buttons;
 }
 
 class WatermarkPage : public MachineTest {
@@ -112,41 +94,12 @@ class WatermarkPage : public MachineTest {
         EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output_), 1);
         return output_.privatePart;
     }
-    bool IsChanged() const { return host_->Context().isChanged[kWatermarkSlot]; }
-    const WatermarkRecord& Entry(size_t index) const { return host_->Context().watermarks.records.Get()[index]; }
-
-    // Stores a watermark of the user behind the built-in ones, rendered.
-    void AddUsers(const WCHAR* name) {
-        PrepareSettingsFile(kPrinterName);
-        const WatermarkList list = LoadWatermarkList(kPrinterName);
-        std::vector<WatermarkRecord> records(list.records.Get(), list.records.Get() + list.count);
-        records.push_back(records[0]);
-        WatermarkRecord& record = records.back();
-        memset(record.text, 0, sizeof(record.text));
-        memcpy(record.text, name, WideText(name).size() * sizeof(WCHAR));
-        memcpy(record.fileName, kFile, sizeof(kFile));
-        record.resolution = record.width = record.height = 600;
-        record.style.rightToLeft = 1;
-        SaveWatermarkList(kPrinterName, records.data(), static_cast<uint16_t>(records.size()));
-        WriteDriveFile(kFile, "");
-    }
-    static constexpr WCHAR kFile[] = u"C:\\mine.WM";
-    static size_t StoredCount() { return LoadWatermarkList(kPrinterName).count; }
-
     std::unique_ptr<SheetHost> host_;
     VelmoraDevMode input_;
     VelmoraDevMode output_ = {};
 };
 
-TEST_F(WatermarkPage, ShowsTheDeviceModesWatermark) {
-    AddUsers(TEXT("Mine"));
-    PrivateDevMode& own = input_.privatePart;
-    own.outputFlag = 1;
-    own.outputLevel = 8;
-    own.watermarkFlags = 36;
-    own.watermarkIndex = 600;
-    own.watermarkFontSize = own.watermarkAngle = 600;
-    memcpy(own.watermarkFile, kFile, sizeof(kFile));
+TEST_F(WatermarkPage, GivesTheListOfRenderedOnesTheFocus) {
     // Sheets give the focus to the first control of a page that they show.
     host_->Then([&](HWND sheet) {
         PROPSHEETPAGEW page = {};
@@ -156,109 +109,48 @@ TEST_F(WatermarkPage, ShowsTheDeviceModesWatermark) {
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, kReady));
         DestroyWindow(dialog);
     });
-    ThenUse([&](HWND page) {
-        EXPECT_EQ(ToText(TextOf(page, kName)), "Mine");
-        EXPECT_EQ(Ask(page, kName, CB_GETCOUNT), 9);
-        EXPECT_EQ(ToText(TextOf(page, kFace)), "Arial");
-        EXPECT_EQ(Ask(page, kFace, CB_GETCOUNT), 4);
-        EXPECT_EQ(GetComboData(page, kStyle), 0u);
-        EXPECT_EQ(ToText(TextOf(page, kSize)), "50");
-        EXPECT_EQ(Ask(page, kSizeSpin, UDM_GETPOS32), 50);
-        EXPECT_EQ(GetComboData(page, kFamily), 1u);
-        EXPECT_EQ(Ask(page, kShade, TBM_GETPOS), 8);
-        EXPECT_EQ(GetComboData(page, kPosition), 0u);
-        EXPECT_EQ(ToText(TextOf(page, kAngle)), "45");
-        EXPECT_EQ(Ask(page, kAngleSlider, TBM_GETPOS), 45);
-        EXPECT_NE(GetWindowLongPtrW(EditOf(page, kName), GWL_EXSTYLE) & WS_EX_RTLREADING, 0);
-        EXPECT_EQ(ItemsOf(page, kReady), Texts({"None", "Mine"}));
-        EXPECT_EQ(Ask(page, kReady, LB_GETCURSEL), 1);
-        EXPECT_EQ(Ask(page, kReady, LB_GETITEMDATA, 0), -1);
-        EXPECT_EQ(ButtonsOf(page), "--d");
-        EXPECT_TRUE(IsWindowEnabled(GetDlgItem(page, kSizeSpin)));
-        EXPECT_TRUE(DrawsSheet(page));
-        Click(page, kSwitch);
-        EXPECT_FALSE(DrawsSheet(page));
-        EXPECT_EQ(ButtonsOf(page), "---");
-        for (int control = kName; control <= kAngleSlider; ++control) {
-            EXPECT_FALSE(IsWindowEnabled(GetDlgItem(page, control))) << control;
-        }
-        EXPECT_TRUE(IsChanged());
-    });
     Run();
 }
 
-TEST_F(WatermarkPage, EditsFollowEachOther) {
+TEST_F(WatermarkPage, TakesOnlyWhatIsChosenOrTyped) {
     input_.privatePart.outputFlag = 1;
     ThenUse([&](HWND page) {
-        EXPECT_FALSE(IsChanged());
-        Slide(page, kAngleSlider, TB_THUMBTRACK, 47);
-        EXPECT_FALSE(IsChanged());
-        EXPECT_EQ(ToText(TextOf(page, kAngle)), "45");
-        EXPECT_EQ(Ask(page, kAngleSlider, TBM_GETPOS), 45);
-        Slide(page, kAngleSlider, TB_THUMBPOSITION, 359);
-        EXPECT_EQ(ToText(TextOf(page, kAngle)), "355");
-        EXPECT_TRUE(IsChanged());
-        Ask(page, kAngleSlider, TBM_SETPOS, TRUE, 52);
-        Slide(page, kAngleSlider, TB_LINEDOWN, 0);
-        EXPECT_EQ(ToText(TextOf(page, kAngle)), "52");
+        const WatermarkRecord shown = ShownWatermark(host_->Context());
+        for (const int combo : {kWatermarkName, kFace, kStyle, kFamily, kPosition}) {
+            Ask(page, combo, CB_SETCURSEL, static_cast<WPARAM>(-1));
+            Notify(page, combo, CBN_SELCHANGE);
+            const WatermarkRecord now = ShownWatermark(host_->Context());
+            EXPECT_EQ(memcmp(&now, &shown, sizeof(now)), 0) << combo;
+        }
+        EXPECT_EQ(host_->Context().watermarkEdit.current, 0u);
+        EXPECT_FALSE(host_->Context().isChanged[kWatermarkSlot]);
         SetDlgItemTextW(page, kAngle, TEXT("400"));
         EXPECT_EQ(Ask(page, kAngleSlider, TBM_GETPOS), 355);
-
-        Select(page, kFamily, 0);
-        Slide(page, kShade, TB_THUMBTRACK, 15);
-        EXPECT_EQ(host_->Context().watermarkEdit.choices.color, RGB(0, 0, 0));
-        EXPECT_EQ(host_->Context().devMode->privatePart.shadeMaxFlag, 1);
-
-        const struct {
-            const WCHAR* typed;
-            const char* shown;
-        } sizes[] = {{TEXT("7"), "8"}, {TEXT("999"), "400"}, {TEXT("40"), "40"}, {TEXT(""), "40"}};
-        for (const auto& size : sizes) {
-            SetDlgItemTextW(page, kSize, size.typed);
-            Notify(page, kSize, EN_KILLFOCUS);
-            EXPECT_EQ(ToText(TextOf(page, kSize)), size.shown);
-        }
-        SendMessageW(page, WM_VSCROLL, SB_LINEUP, reinterpret_cast<LPARAM>(GetDlgItem(page, kSizeSpin)));
-        EXPECT_EQ(ToText(TextOf(page, kSize)), "40");
-        Ask(page, kSize, WM_KEYDOWN, VK_UP);
-        EXPECT_EQ(host_->Context().watermarkEdit.choices.size.position, 41);
+        SetDlgItemTextW(page, kAngle, TEXT("-"));
+        Notify(page, kAngle, EN_KILLFOCUS);
+        EXPECT_EQ(ToText(TextOf(page, kAngle)), "355");
+        EXPECT_TRUE(DrawsSheet(page));
+        Click(page, kWatermarkSwitch);
+        EXPECT_FALSE(DrawsSheet(page));
     });
     Run();
 }
 
-TEST_F(WatermarkPage, NamesAreTypedAddedRenamedAndDeleted) {
+TEST_F(WatermarkPage, KeepsANamesReadingOrder) {
     UseRenderer();
     ThenUse([&](HWND page) {
-        Click(page, kSwitch);
-        TypeName(page, TEXT("New"));
-        EXPECT_EQ(ButtonsOf(page), "a--");
-        const HWND edit = EditOf(page, kName);
+        Click(page, kWatermarkSwitch);
+        SetWindowTextW(NameEdit(page), TEXT("Mine"));
+        Notify(page, kWatermarkName, CBN_EDITCHANGE);
+        const HWND edit = NameEdit(page);
         SetWindowLongPtrW(edit, GWL_EXSTYLE, GetWindowLongPtrW(edit, GWL_EXSTYLE) | WS_EX_RTLREADING);
-        Select(page, kStyle, 3);
-        Select(page, kPosition, 9);
+        UpdateWindow(page);
+        EXPECT_FALSE(host_->Context().watermarkEdit.choices.isRightToLeft);  // painting takes nothing
         Click(page, kAdd);
-        EXPECT_EQ(ButtonsOf(page), "-cd");
-        EXPECT_EQ(Ask(page, kName, CB_GETCURSEL), 8);
-        EXPECT_EQ(ToText(TextOf(page, kName)), "New");
-        EXPECT_EQ(Entry(8).style.rightToLeft, 1u);
-        EXPECT_EQ(Entry(8).style.bold + Entry(8).style.italic, 2u);
-        Select(page, kName, 0);
-        EXPECT_EQ(GetComboData(page, kStyle), 0u);
-        EXPECT_EQ(ButtonsOf(page), "---");
-        Select(page, kName, 8);
-        EXPECT_EQ(GetComboData(page, kPosition), 9u);
-        TypeName(page, TEXT("Other"));
-        EXPECT_EQ(ButtonsOf(page), "ac-");
-        Click(page, kChange);
-        EXPECT_EQ(ToText(Entry(8).text), "Other");
-        TypeName(page, TEXT("Third"));
-        Click(page, kAdd);
-        EXPECT_EQ(Ask(page, kName, CB_GETCOUNT), 10);
-        Click(page, kDelete);
-        EXPECT_EQ(Ask(page, kName, CB_GETCOUNT), 9);
-        EXPECT_EQ(ToText(TextOf(page, kName)), "Confidential");
-        EXPECT_EQ(ButtonsOf(page), "---");
-        Select(page, kName, 8);
+        SelectName(page, 0);
+        EXPECT_FALSE(ReadsNameFromRight(page));
+        SelectName(page, 8);
+        EXPECT_TRUE(ReadsNameFromRight(page));
     });
     // The Paper page says what this one shows.
     ThenUse(kPaperSlot, [&](HWND page) {
@@ -266,32 +158,18 @@ TEST_F(WatermarkPage, NamesAreTypedAddedRenamedAndDeleted) {
         for (int control = 5036; control <= 5068; ++control) {
             summary += ToText(TextOf(page, control)) + '\n';
         }
-        EXPECT_NE(summary.find("\nOther\n"), std::string::npos) << summary;
+        EXPECT_NE(summary.find("\nMine\n"), std::string::npos) << summary;
     });
-    ThenPress(PSBTN_APPLYNOW);
+    ThenPress(PSBTN_OK);
+    Run();
+    input_ = output_;
     ThenUse([&](HWND page) {
-        EXPECT_FALSE(IsChanged());
-        EXPECT_EQ(ItemsOf(page, kReady), Texts({"None", "Other"}));
-        EXPECT_EQ(StoredCount(), 9u);
-        Click(page, kRestore);
-        EXPECT_EQ(IsDlgButtonChecked(page, kSwitch), UINT{BST_UNCHECKED});
-        EXPECT_EQ(ToText(TextOf(page, kName)), "Confidential");
+        EXPECT_EQ(ToText(TextOf(page, kWatermarkName)), "Mine");
+        EXPECT_TRUE(ReadsNameFromRight(page));
+        EXPECT_EQ(ItemsOf(page, kReady), Texts({"None", "Mine"}));
+        EXPECT_EQ(Ask(page, kReady, LB_GETCURSEL), 1);
     });
-    EXPECT_EQ(ValueOf(Run().watermarkPosition), 9u);
-}
-
-TEST_F(WatermarkPage, CancelLeavesTheStoreAndTheFiles) {
-    AddUsers(TEXT("Mine"));
-    input_.privatePart.outputFlag = 1;
-    input_.privatePart.outputLevel = 8;
-    for (const int button : {PSBTN_CANCEL, PSBTN_OK}) {
-        ThenUse([&](HWND page) { Click(page, kDelete); });
-        ThenPress(button);
-        Run();
-        const bool isCancelled = button == PSBTN_CANCEL;
-        EXPECT_EQ(StoredCount(), isCancelled ? 9u : 8u);
-        EXPECT_EQ(DriveFileExists(kFile), isCancelled);
-    }
+    Run();
 }
 
 }  // namespace

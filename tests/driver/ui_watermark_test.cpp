@@ -4,6 +4,7 @@
 #include <functional>
 #include <random>
 #include <set>
+#include <utility>
 
 #include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
@@ -60,7 +61,6 @@ TEST(WatermarkColors, OfNoFamilyShowAtTheEndOfOne) {
 // A program that renders a file of its own for each watermark.
 struct Renderer {
     int calls = 0;
-    int32_t result = 1;
     Texts files;
 };
 Renderer renderer;
@@ -71,15 +71,13 @@ int32_t Render(const SheetContext&, WatermarkRecord* record, bool) {
     CopyText(record->fileName, ARRAYSIZE(record->fileName), (file + u".WM").c_str());
     CopyText(record->colorFileName, ARRAYSIZE(record->colorFileName), (file + u".CWM").c_str());
     record->resolution = 600;
-    if (renderer.result == 1) {
-        record->width = 1200;
-        record->height = 400;
-        for (const WCHAR* path : {record->fileName, record->colorFileName}) {
-            WriteDriveFile(path, "");
-            renderer.files.push_back(driver_test::ToText(path));
-        }
+    record->width = 1200;
+    record->height = 400;
+    for (const WCHAR* path : {record->fileName, record->colorFileName}) {
+        WriteDriveFile(path, "");
+        renderer.files.push_back(driver_test::ToText(path));
     }
-    return renderer.result;
+    return 1;
 }
 
 WatermarkRecord UserMark(int number) {
@@ -234,64 +232,39 @@ TEST_F(WatermarkRules, JapaneseHasFewerBuiltInOnesAndLessRoom) {
     EXPECT_EQ(Context()->watermarks.count, 16);
 }
 
-TEST_F(WatermarkRules, AddsChangesAndDeletes) {
+TEST_F(WatermarkRules, StoresNumbersWithinTheirRangesAndFacesOfTheList) {
     Open(1);
     WatermarkChoices& choices = Edit().choices;
     EditWatermarkName(Context(), TEXT("New"));
     CopyText(choices.face, ARRAYSIZE(choices.face), TEXT("Symbol"));
-    choices.isRightToLeft = true;
-    choices.style = kItalicStyle;
     choices.size = {TEXT("1"), 50, kFewestPoints, kMostPoints};
-    choices.position = 9;
-    choices.angle = 370;
+    TurnWatermark(Context(), 370, false);
     ChooseWatermarkColor(Context(), kWhiteFamily, 4);
-    EXPECT_EQ(ValueOf(Own().outputStep), 4);
     AddWatermark(Context());
     ASSERT_EQ(Names().size(), 10u);
-    EXPECT_EQ(Edit().current, 9u);
-    EXPECT_EQ(Edit().buttons, (WatermarkButtons{false, true, true}));
-    const WatermarkRecord& added = Entry(9);
-    EXPECT_EQ(driver_test::ToText(added.text), "New");
-    EXPECT_EQ(driver_test::ToText(added.style.face), "Symbol");
-    EXPECT_EQ(added.style.charSet, SYMBOL_CHARSET);
-    EXPECT_EQ(added.style.rightToLeft, 1u);
-    EXPECT_EQ(added.style.bold, 0u);
-    EXPECT_EQ(added.style.italic, 1u);
-    EXPECT_EQ(added.style.size, kFewestPoints);
-    EXPECT_EQ(added.style.color, RGB(255, 255, 255));
-    EXPECT_EQ(added.angle, 3550);
-    EXPECT_EQ(added.placement, 9);
-    EXPECT_EQ(added.needsRemake, 1u);
+    EXPECT_EQ(driver_test::ToText(Entry(9).style.face), "Symbol");
+    EXPECT_EQ(Entry(9).style.charSet, SYMBOL_CHARSET);
+    EXPECT_EQ(Entry(9).style.size, kFewestPoints);
+    EXPECT_EQ(Entry(9).angle, 3550);
     EXPECT_EQ(Entry(10).type, 0u);
+    SelectWatermark(Context(), 9);
+    EXPECT_EQ(choices.shade, (ShadedColor{kWhiteFamily, kLastShade, false}));
+    EXPECT_EQ(Own().shadeMaxFlag, 0);
 
-    // A new name for it.
-    EditWatermarkName(Context(), TEXT("Newer"));
-    ChangeWatermark(Context());
-    EXPECT_EQ(Names().size(), 10u);
-    EXPECT_EQ(Names().back(), "Newer");
-
-    // The user's other entry by its name; a face that isn't listed stays.
+    // Another of the user's by its name.
     EditWatermarkName(Context(), TEXT("Ua"));
     choices.face[0] = 0;
     choices.size = {TEXT("x"), 60, kFewestPoints, kMostPoints};
-    AddWatermark(Context());
+    ChangeWatermark(Context());
     EXPECT_EQ(Edit().current, 8u);
     EXPECT_EQ(driver_test::ToText(Entry(8).style.face), "Arial");
     EXPECT_EQ(Entry(8).style.size, 60);
 
-    SelectWatermark(Context(), 9);
-    EXPECT_EQ(choices.shade, (ShadedColor{kWhiteFamily, kLastShade, false}));
-    EXPECT_EQ(Own().shadeMaxFlag, 0);
-    Own().outputLevel = 9;
-    DeleteWatermark(Context());
-    EXPECT_EQ(Names().back(), "Ua");
-    EXPECT_EQ(Edit().current, 0u);
-    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
-    EXPECT_EQ(Edit().deletedCount, 1u);
-    DeleteWatermark(Context());  // a built-in one
-    EditWatermarkName(Context(), TEXT("Unknown"));
-    DeleteWatermark(Context());
-    EXPECT_EQ(Names().size(), 9u);
+    for (const WCHAR* name : {TEXT("Draft"), TEXT("Unknown")}) {
+        EditWatermarkName(Context(), name);
+        DeleteWatermark(Context());
+        EXPECT_EQ(Names().size(), 10u);
+    }
 }
 
 TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
@@ -338,26 +311,34 @@ TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
     SelectWatermark(Context(), 20);
     Apply();
     EXPECT_EQ(Names().size(), 21u);
-    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
-    EXPECT_EQ(driver_test::ToText(Own().watermarkFile), driver_test::ToText(Entry(20).fileName));
-
-    for (const int chosen : {2, 19, -1, INT16_MAX, INT16_MIN}) {
-        Open({odd, odd}, chosen);
-        EXPECT_EQ(Edit().current, 0u);
-    }
-    Open(std::vector<WatermarkRecord>(), 3);
-    SetSize(10);
+    EXPECT_EQ(ValueOf(Own().outputLevel), 0);  // can't name it
+    EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);
+    Edit().current = SIZE_MAX;
+    EditWatermarkName(Context(), TEXT("New"));
     AddWatermark(Context());
+    EXPECT_EQ(Names().size(), 21u);
+
+    Open({odd, odd}, INT16_MIN);
+    EXPECT_EQ(Edit().current, 0u);
+    Open(std::vector<WatermarkRecord>(), 3);
     DeleteWatermark(Context());
     RestoreWatermarks(Context());
     SwitchWatermark(Context(), true);
     Apply();
     EXPECT_EQ(Context()->watermarks.count, 0);
     EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);
-    Context()->watermarks.records.Reset(nullptr);
+
+    // A list that there was no memory for leaves the stored one.
+    Open({odd}, 0);
+    Context()->watermarks = {};
     EditWatermarkName(Context(), TEXT("New"));
     AddWatermark(Context());
-    EXPECT_EQ(Names(), Texts({"New"}));
+    DeleteWatermark(Context());
+    RestoreWatermarks(Context());
+    SwitchWatermark(Context(), true);
+    Apply();
+    EXPECT_EQ(Names(), Texts());
+    EXPECT_EQ(LoadWatermarkList(kPrinterName).count, 1);
 }
 
 TEST_F(WatermarkRules, ChangesAreToldFromWhatIsCommittedAndStored) {
@@ -372,78 +353,61 @@ TEST_F(WatermarkRules, ChangesAreToldFromWhatIsCommittedAndStored) {
         {"size", [&] { SetSize(51); }},
         {"color", [&] { ChooseWatermarkColor(Context(), 2, 8); }},
         {"position", [&] { Edit().choices.position = 4; }},
-        {"angle", [&] { Edit().choices.angle = 50; }},
-        {"added",
-         [&] {
-             EditWatermarkName(Context(), TEXT("New"));
-             AddWatermark(Context());
-             SelectWatermark(Context(), 0);
-         }},
-        {"list",
-         [&] {
-             EditWatermarkName(Context(), TEXT("Ua"));
-             AddWatermark(Context());
-             SelectWatermark(Context(), 0);
-         }},
+        {"angle", [&] { TurnWatermark(Context(), 52, true); }},
     };
     Own().outputFlag = 1;
-    const std::vector<WatermarkRecord> records = (Open(1), Records(Context()->watermarks));
+    Open(1);
     for (const auto& row : changes) {
-        Open(records, 0);
         EXPECT_FALSE(IsWatermarkChanged(*Context())) << row.what;
         row.change();
         EXPECT_TRUE(IsWatermarkChanged(*Context())) << row.what;
+        SelectWatermark(Context(), 0);
+        SwitchWatermark(Context(), true);
+    }
+    for (const WCHAR* name : {TEXT("Ua"), TEXT("New")}) {
+        EditWatermarkName(Context(), name);
+        AddWatermark(Context());
+        SelectWatermark(Context(), 0);
+        EXPECT_TRUE(IsWatermarkChanged(*Context()));
+        Apply();
+        EXPECT_FALSE(IsWatermarkChanged(*Context()));
     }
 }
 
 TEST_F(WatermarkRules, RestoresTheBuiltInOnes) {
     Open(1, 8);
-    Own().watermarkFlags = 36;
-    const std::vector<WatermarkRecord> fresh = Records(Context()->watermarks);
-    for (size_t i = 0; i < 9; ++i) {
-        Entry(i).style.bold = Entry(i).style.italic = 1;
-        Entry(i).style.size = 9;
-        Entry(i).style.color = 0;
-        Entry(i).angle = Entry(i).placement = 9;
-        CopyText(Entry(i).style.face, ARRAYSIZE(Entry(i).style.face), TEXT("Symbol"));
-        Entry(i).style.charSet = SYMBOL_CHARSET;
-    }
-    RestoreWatermarks(Context());
-    for (size_t i = 0; i < 8; ++i) {
-        EXPECT_EQ(Entry(i).needsRemake, 1u);
-        Entry(i).needsRemake = 0;
-        EXPECT_EQ(memcmp(&Entry(i), &fresh[i], sizeof(fresh[i])), 0) << i;
-    }
-    EXPECT_EQ(Entry(8).style.size, 9);
-    EXPECT_FALSE(Edit().choices.isOn);
-    EXPECT_EQ(Edit().current, 0u);
-    const VelmoraDevMode once = devMode_;
-    RestoreWatermarks(Context());
-    EXPECT_EQ(memcmp(&once, &devMode_, sizeof(once)), 0);
-
-    Entry(3).style.size = 9;
     Own().outputFlag = 1;
-    Own().outputLevel = 8;
-    ResetBuiltinWatermarks(Context());
-    EXPECT_EQ(Entry(3).style.size, 50);
+    const std::vector<WatermarkRecord> fresh = Records(Context()->watermarks);
+    for (auto* const restore : {RestoreWatermarks, ResetBuiltinWatermarks}) {
+        for (size_t i = 0; i < 9; ++i) {
+            Entry(i).style = {TEXT("Symbol"), SYMBOL_CHARSET, {}, 1, 1, 9, 0, 0, 0, 0};
+            Entry(i).angle = Entry(i).placement = 9;
+        }
+        restore(Context());
+        for (size_t i = 0; i < 8; ++i) {
+            EXPECT_EQ(std::exchange(Entry(i).needsRemake, 0u), 1u);
+            EXPECT_EQ(memcmp(&Entry(i), &fresh[i], sizeof(fresh[i])), 0) << i;
+        }
+        EXPECT_EQ(Entry(8).style.size, 9);
+        EXPECT_EQ(ValueOf(Own().outputLevel), 0);
+    }
+    EXPECT_FALSE(Edit().choices.isOn);
     EXPECT_EQ(ValueOf(Own().outputFlag), 0);
-    EXPECT_EQ(ValueOf(Own().outputLevel), 0);
-    EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);
 }
 
 TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
     const struct {
+        uint16_t capability;
         uint32_t colorMode;
         short dmColor;
         bool isColor;
-    } rows[] = {{42, DMCOLOR_MONOCHROME, true},
-                {1, DMCOLOR_COLOR, true},
-                {1, DMCOLOR_MONOCHROME, false},
-                {2, DMCOLOR_COLOR, false}};
+    } rows[] = {{kColor, 42, DMCOLOR_MONOCHROME, true}, {kColor, 1, DMCOLOR_COLOR, true},
+                {kColor, 1, DMCOLOR_MONOCHROME, false}, {kColor, 2, DMCOLOR_COLOR, false},
+                {kColorNone, 42, DMCOLOR_COLOR, false}, {kColorNone, 1, DMCOLOR_COLOR, false}};
     Open(1);
     SelectWatermark(Context(), 8);
-    Edit().choices.position = 7;
     for (const auto& row : rows) {
+        Context()->model->colorCapability = row.capability;
         Own().colorMode = row.colorMode;
         devMode_.publicPart.dmColor = row.dmColor;
         Apply();
@@ -451,14 +415,9 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
                   driver_test::ToText(row.isColor ? Entry(8).colorFileName : Entry(8).fileName));
     }
     EXPECT_EQ(renderer.calls, 1);
-    EXPECT_EQ(ValueOf(Own().outputFlag), 1);
-    EXPECT_EQ(ValueOf(Own().outputLevel), 8);
-    EXPECT_EQ(ValueOf(Own().watermarkFlags), 36u);
-    EXPECT_EQ(ValueOf(Own().watermarkFontSize), 1200);
-    EXPECT_EQ(ValueOf(Own().watermarkAngle), 400);
-    EXPECT_EQ(ValueOf(Own().watermarkIndex), 600);
-    EXPECT_EQ(ValueOf(Own().watermarkPosition), 7u);
-    EXPECT_FALSE(IsWatermarkChanged(*Context()));
+    EXPECT_TRUE(IsReady(*Context(), 8));
+    EXPECT_FALSE(IsReady(*Context(), 0));
+    EXPECT_EQ(SelectedReady(*Context()), 8);
 
     Own().watermarkPages = 1;
     Own().watermarkColor = 1;
@@ -466,61 +425,29 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
     Own().watermarkOffsetX = Own().watermarkOffsetY = 1;
     SwitchWatermark(Context(), false);
     Apply();
-    EXPECT_EQ(ValueOf(Own().outputFlag), 0);
     const auto* const bytes = reinterpret_cast<const uint8_t*>(&Own());
     const size_t first = offsetof(PrivateDevMode, watermarkFlags);
     const size_t end = offsetof(PrivateDevMode, watermarkPosition) + sizeof(Own().watermarkPosition);
     EXPECT_EQ(std::count(bytes + first, bytes + end, 0), static_cast<ptrdiff_t>(end - first));
-}
-
-TEST_F(WatermarkRules, AWatermarkThatCantBeRenderedIsTriedAgain) {
-    Open(0, 2);
-    for (const int32_t result : {0, -1}) {
-        renderer.result = result;
-        Apply();
-        EXPECT_EQ(ValueOf(Own().outputFlag), 1);
-        EXPECT_EQ(ValueOf(Own().watermarkFlags), 0u);  // without a size, 36 isn't valid
-        EXPECT_TRUE(IsSaved());
-        EXPECT_EQ(Names().size(), 8u);
-    }
-    renderer.result = 1;
-    Apply();
-    EXPECT_EQ(renderer.calls, 3);
-    EXPECT_NE(Own().watermarkFile[0], 0);
+    EXPECT_EQ(SelectedReady(*Context()), kNoneReady);
 }
 
 TEST_F(WatermarkRules, ApplyStoresByName) {
-    const std::vector<WatermarkRecord> builtIns = (Open(0), Records(Context()->watermarks));
-    // A new name.
-    EditWatermarkName(Context(), TEXT("New"));
-    SetSize(20);
-    Apply();
-    EXPECT_EQ(Names().back(), "New");
-    EXPECT_EQ(ValueOf(Own().outputLevel), 8);
+    Open(1);
+    SelectWatermark(Context(), 8);
     // Another entry's, whose attributes are these.
-    EditWatermarkName(Context(), TEXT("Draft"));
     SetSize(50);
-    Entry(8).needsRemake = 0;
+    ChooseWatermarkColor(Context(), 1, 8);
+    EditWatermarkName(Context(), TEXT("Draft"));
     Apply();
     EXPECT_EQ(ValueOf(Own().outputLevel), 1);
-    EXPECT_EQ(Entry(8).style.size, 20);
+    EXPECT_EQ(Entry(8).style.size, 72);
     // No name: that of the device mode.
     EditWatermarkName(Context(), TEXT(""));
     SetSize(30);
     Apply();
     EXPECT_EQ(Entry(1).style.size, 30);
     EXPECT_EQ(driver_test::ToText(Edit().choices.name), "Draft");
-
-    // A full list has no room for a new name.
-    Open(builtIns, 0);
-    Open(10, 9);
-    EditWatermarkName(Context(), TEXT("New"));
-    SetSize(20);
-    Apply();
-    EXPECT_EQ(Names().size(), 18u);
-    EXPECT_EQ(driver_test::ToText(Entry(9).text), "Ub");
-    EXPECT_EQ(Entry(9).style.size, 20);
-    EXPECT_TRUE(IsSaved());
 }
 
 // Files that were rendered and still are there.
@@ -535,27 +462,27 @@ std::set<std::string> Files() {
 }
 
 TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
-    Open(3);
+    Open(9);
     const Texts first = Names();
     std::mt19937 random(1);
     const auto pick = [&](size_t count) { return random() % count; };
     size_t most = 0;
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < 100; ++i) {
         const std::set<std::string> before = Files();
-        bool isApplied = false;
-        switch (pick(8)) {
+        const bool isApplied = i % 50 == 49;
+        switch (isApplied ? 7 : pick(7)) {
             case 0:
                 SelectWatermark(Context(), pick(Context()->watermarks.count));
                 break;
             case 1:
             case 2:
-                EditWatermarkName(Context(), UserMark(static_cast<int>(pick(20))).text);
+                EditWatermarkName(Context(), UserMark(static_cast<int>(pick(26))).text);
                 break;
             case 3:
                 SetSize(static_cast<int>(pick(500)));
                 break;
             case 4:
-                if (Edit().buttons.canDelete) {
+                if (Edit().buttons.canDelete && pick(3) == 0) {
                     DeleteWatermark(Context());
                 }
                 break;
@@ -566,17 +493,14 @@ TEST_F(WatermarkRules, EditsInAnyOrderKeepTheListWhole) {
                 SwitchWatermark(Context(), true);
                 break;
             case 6:
-                isApplied = pick(8) == 0;
-                if (isApplied) {
-                    Apply();
-                }
-                break;
-            default:
                 if (Edit().buttons.canAdd) {
                     AddWatermark(Context());
                 } else if (Edit().buttons.canChange) {
                     ChangeWatermark(Context());
                 }
+                break;
+            default:
+                Apply();
                 break;
         }
         const Texts names = Names();
