@@ -71,7 +71,7 @@ Section ReadSection(const WCHAR* section, const WideText& file) {
         const WideText text = line;
         const size_t equals = text.find('=');
         const WideText value = text.substr(equals + 1);
-        values[Printable(text.substr(0, equals).c_str())] =
+        values[Printable(text.substr(0, equals))] =
             value.find('\\') == WideText::npos ? Printable(value) : '*' + Printable(value.substr(value.rfind('.')));
     }
     return values;
@@ -131,7 +131,7 @@ class Renderer {
         const WideText jobFile = Wide(command.substr(command.find(program) + program.size() + 1));
         std::string job = "  renders";
         for (const auto& [key, value] : ReadSection(TEXT("MAKEWM"), jobFile)) {
-            job += ' ' + key + '=' + value;
+            job.append(" ").append(key).append("=").append(value);
         }
         Record(job);
         const auto write = [&](const WCHAR* key, const WCHAR* value) {
