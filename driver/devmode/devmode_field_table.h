@@ -229,7 +229,7 @@ inline constexpr FieldDescriptor kPrivateFields[] = {
     FIELD(watermarkOffsetX, 0, "horizontal offset, device dots").InDots(),
     FIELD(watermarkOffsetY, 0, "vertical offset, device dots").InDots(),
     FIELD(watermarkPages, 0, "on which pages").Range<0, 2>(),
-    FIELD(watermarkIndex, 0, "entry of the watermark list")
+    FIELD(watermarkIndex, 0, "entry of the watermark list; dots an inch of a rendered file")
         .Valid("0 and above for text, 1 and above for a rendered file"),
     FIELD(watermarkText, 0, "text of a text watermark").Valid(kTerminated),
     FIELD(watermarkFile, 0, "file path of an image watermark, over watermarkText and watermarkFont").Valid(kTerminated),

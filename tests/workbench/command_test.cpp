@@ -22,7 +22,8 @@ TEST_F(WorkbenchTest, WrongCommandLinesExitWithTwo) {
         const char* message;
     } cases[] = {
         {{}, "A command is required"},
-        {{"bla"}, "bla"},
+        {{"devmod"}, "there is no command \"devmod\", nearest \"devmode\""},
+        {{"--bla"}, "--bla"},
         {{"install"}, "MODEL is required"},
         {{"devmode"}, "PRINTER is required"},
         {{"printers", "one"}, "one"},

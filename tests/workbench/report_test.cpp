@@ -14,6 +14,7 @@
 #include "tools/velmora/devmode_names.h"
 #include "tools/velmora/devmode_report.h"
 #include "tools/velmora/driver_library.h"
+#include "tools/velmora/feature_report.h"
 #include "tools/velmora/field_report.h"
 #include "tools/velmora/model_report.h"
 #include "tools/velmora/printer_report.h"
@@ -333,10 +334,14 @@ TEST_F(WorkbenchTest, ReportsLeaveNothingOpen) {
     EXPECT_EQ(host::StillOpen(), Names());
 }
 
-TEST(Fields, PageInDocsIsCurrent) {
-    std::ifstream stream(VELMORA_SOURCE_DIR "/docs/device-mode.md", std::ios::binary);
-    const std::string page(std::istreambuf_iterator<char>(stream), {});
-    EXPECT_EQ(page, MakeFieldPage()) << "./dev docs writes it anew";
+TEST(Docs, GeneratedPagesAreCurrent) {
+    const std::pair<const char*, std::string> pages[] = {{"device-mode.md", MakeFieldPage()},
+                                                         {"tickets.md", MakeFeaturePage()}};
+    for (const auto& [name, made] : pages) {
+        std::ifstream stream(VELMORA_SOURCE_DIR "/docs/" + std::string(name), std::ios::binary);
+        const std::string page(std::istreambuf_iterator<char>(stream), {});
+        EXPECT_EQ(page, made) << "./dev docs writes " << name << " anew";
+    }
 }
 
 TEST_F(WorkbenchTest, FieldsNeedNoMachine) {

@@ -20,6 +20,7 @@
 #include "tools/velmora/devmode_report.h"
 #include "tools/velmora/driver_library.h"
 #include "tools/velmora/driver_package.h"
+#include "tools/velmora/feature_report.h"
 #include "tools/velmora/field_report.h"
 #include "tools/velmora/job_report.h"
 #include "tools/velmora/machine_settings.h"
@@ -36,6 +37,7 @@
 #include "tools/velmora/ticket_provider.h"
 #include "tools/velmora/watermark_report.h"
 #include "tools/wm/watermark_program.h"
+#include "tools/xpic/diagnostic.h"
 
 namespace velmora {
 namespace {
@@ -570,6 +572,14 @@ void Fields(const Request& request) {
     }
 }
 
+void Features(const Request& request) {
+    if (request.markdown) {
+        request.output << MakeFeaturePage();
+    } else {
+        Print(request, ReportFeatures());
+    }
+}
+
 // An option whose text a function reads; a text that it can't read is a wrong command line.
 template <class Value>
 void AddParsed(CLI::App& app, const std::string& name, std::optional<Value>& target,
@@ -675,6 +685,10 @@ void AddCheckArguments(CLI::App& app, Request& request) {
 
 void AddFieldArguments(CLI::App& app, Request& request) {
     app.add_flag("--markdown", request.markdown, "Print the page docs/device-mode.md");
+}
+
+void AddFeatureArguments(CLI::App& app, Request& request) {
+    app.add_flag("--markdown", request.markdown, "Print the page docs/tickets.md");
 }
 
 void AddListArguments(CLI::App& app, Request& request) {
@@ -813,10 +827,27 @@ constexpr Command kCommands[] = {
      "velmora printcaps \"Velmora C3200\" --ticket ticket.xml", PrintCapabilities, AddPrintCapabilitiesArguments},
     {"fields", "Print the table of the device mode's fields", "Place, type, meaning, default and valid values of each.",
      "velmora fields --markdown", Fields, AddFieldArguments},
+    {"features", "Print the table of the features that print tickets share with the device mode",
+     "Names, options, settings and who has them.", "velmora features --markdown", Features, AddFeatureArguments},
 };
+
+// What is said of a word that should be a command.
+std::string ExplainUnknownCommand(const std::string& word) {
+    std::vector<std::string_view> names;
+    for (const Command& command : kCommands) {
+        names.emplace_back(command.name);
+    }
+    const std::string_view nearest = NearestName(word, names);
+    return "there is no command \"" + word + "\"" +
+           (nearest.empty() ? "" : ", nearest \"" + std::string(nearest) + "\"");
+}
 
 std::string ExplainUsageError(const CLI::App* app, const CLI::Error& error) {
     const std::vector<CLI::App*> commands = app->get_subcommands();
+    const std::vector<std::string> unknown = app->remaining();
+    if (commands.empty() && !unknown.empty() && !unknown[0].starts_with('-')) {
+        return "velmora: " + ExplainUnknownCommand(unknown[0]) + "\nTry: velmora --help\n";
+    }
     const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
     return std::string("velmora: ") + error.what() + "\nTry: velmora" + command + " --help\n";
 }

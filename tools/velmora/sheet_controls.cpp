@@ -196,13 +196,18 @@ std::vector<std::string> ListItems(HWND control, const std::string& className) {
 }
 
 // What a control is set to, as SetControl takes it; the text of others.
+// A check box or radio button.
+bool IsBox(HWND control, const std::string& className) {
+    return className == "Button" && !IsPushButton(control) && (StyleOf(control) & BS_TYPEMASK) != BS_GROUPBOX;
+}
+
 std::string ValueOf(HWND control, const std::string& className) {
     if (className == "ListBox" || className == "ComboBox") {
         const ItemList list(control, className == "ListBox" ? kListBox : kComboBox);
         const int selected = list.Selected();
         return selected >= 0 ? list.Text(selected) : className == "ListBox" ? "" : WindowText(control);
     }
-    if (className == "Button" && !IsPushButton(control) && (StyleOf(control) & BS_TYPEMASK) != BS_GROUPBOX) {
+    if (IsBox(control, className)) {
         return SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED ? "1" : "0";
     }
     return className == kSlider ? std::to_string(SendMessageW(control, TBM_GETPOS, 0, 0)) : WindowText(control);
@@ -265,16 +270,21 @@ void PressButton(HWND button) {
 }
 
 Table ReportControls(HWND dialog, const std::string& title) {
-    Table table = {
-        title,
-        "controls",
-        {{"Control", "control"}, {"Class", "class"}, {"State", "state"}, {"Value", "value"}, {"Items", "items"}}};
+    Table table = {title,
+                   "controls",
+                   {{"Control", "control"},
+                    {"Class", "class"},
+                    {"State", "state"},
+                    {"Value", "value"},
+                    {"Label", "label"},
+                    {"Items", "items"}}};
     for (const HWND control : ControlsOf(dialog)) {
         const int id = GetDlgCtrlID(control);
         const std::string className = ClassOf(control);
         const char* const state = !IsWindowVisible(control) ? "hidden" : !IsWindowEnabled(control) ? "disabled" : "";
         table.rows.push_back({id > 0 && id < 0xFFFF ? NumberCell(id) : EmptyCell(), TextCell(className),
                               *state ? TextCell(state) : EmptyCell(), TextCell(ValueOf(control, className)),
+                              IsBox(control, className) ? TextCell(WindowText(control)) : EmptyCell(),
                               ListCell(ListItems(control, className))});
     }
     return table;

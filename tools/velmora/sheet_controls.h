@@ -23,7 +23,7 @@ void SetControl(HWND control, const std::string& value);
 // Presses a button as a click does. Returns when what it does is done: a dialog that it opens runs meanwhile.
 void PressButton(HWND button);
 
-// Id, class, state, value and items of each control of a dialog.
+// Id, class, state, value, label (of boxes) and items of each control of a dialog.
 Table ReportControls(HWND dialog, const std::string& title);
 
 }  // namespace velmora

@@ -187,7 +187,8 @@ class SheetUser {
                 known += (known.empty() ? "" : ", ") +
                          (name != titles_.end() ? kPages[name - titles_.begin()].name : "\"" + tab + "\"");
             }
-            throw CommandError("the sheet has no page \"" + step.text + "\"; it has " + known);
+            throw CommandError("the sheet has no page \"" + step.text + "\"; it has " + known +
+                               (step.text == "paper" ? "; models without custom sizes have no Paper page" : ""));
         }
         const auto index = static_cast<WPARAM>(found - tabs.begin());
         if (!SendMessageW(sheet, PSM_SETCURSEL, index, 0)) {
