@@ -517,6 +517,10 @@ void ApplyWatermarks(SheetContext* context, WatermarkMaker make) {
     const size_t index = context->watermarkEdit.choices.isOn ? StoreAtApply(context) : ChosenIndex(*context);
     RemoveOldRenderings(context);
     WriteWatermark(context, index, make);
+    // A list that couldn't be read when the page was opened doesn't take the place of the stored one.
+    if (context->watermarkEdit.committedCount == 0 && LoadWatermarkList(context->printerName).count != 0) {
+        return;
+    }
     if (context->watermarks.records) {
         SaveWatermarkList(context->printerName, context->watermarks.records.Get(), context->watermarks.count);
     }

@@ -1,5 +1,6 @@
 #include "platform/kernel/faults.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <string>
@@ -100,6 +101,17 @@ uint64_t CallsSoFar(std::string_view publishedName) {
     std::lock_guard lock(faults.mutex);
     const auto found = faults.calls.find(publishedName);
     return found == faults.calls.end() ? 0 : found->second.calls;
+}
+
+std::vector<std::string> CallsMade() {
+    Faults& faults = TheFaults();
+    std::lock_guard lock(faults.mutex);
+    std::vector<std::string> names;
+    for (const auto& [name, record] : faults.calls) {
+        names.push_back(name);
+    }
+    std::ranges::sort(names);
+    return names;
 }
 
 void ClearFaults() {

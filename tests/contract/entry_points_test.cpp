@@ -2,6 +2,7 @@
 #include <string>
 
 #include "tests/contract/contract_test.h"
+#include "tests/contract/print_ticket_provider.h"
 
 namespace contract {
 namespace {
@@ -116,6 +117,39 @@ TEST_F(EntryPoints, ForeignComClassIsUnknown) {
     EXPECT_EQ(printer_.Driver().DllGetClassObject(foreign, classFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(printer_.Driver().DllCanUnloadNow(), S_OK);
+}
+
+// The library is loaded, used and unloaded over and over, as hosts do that load it for a call.
+TEST_F(EntryPoints, LoadingManyTimesKeepsNothing) {
+    constexpr int kWarmUps = 5;  // whatever the host keeps from its first use
+    constexpr int kLoads = 100;
+    // Another file than the printer's, which stays loaded.
+    const WideText library = printer_.File(TEXT("KV62U.DLL")) + TEXT(".copy.DLL");
+    ASSERT_TRUE(CopyFileW(printer_.File(TEXT("KV62U.DLL")).c_str(), library.c_str(), FALSE));
+    ContractEnvironment::Holdings before = {};
+    for (int i = -kWarmUps; i < kLoads; ++i) {
+        if (i == 0) {
+            before = environment_->CountHoldings();
+        }
+        const HMODULE module = LoadLibraryW(library.c_str());
+        ASSERT_NE(module, nullptr);
+        const DriverExports driver = ResolveExports(module);
+        DevModeBuffer output;
+        LONG size = sizeof(*output.content);
+        EXPECT_TRUE(driver.DrvConvertDevMode(printer_.NameArgument(), nullptr, output.Get(), &size, 0));
+        EXPECT_GT(driver.DrvDeviceCapabilities(printer_.Handle(), printer_.NameArgument(), DC_PAPERS, nullptr, nullptr),
+                  0u);
+        void* factory = nullptr;
+        EXPECT_EQ(driver.DllGetClassObject(kProviderClass, IID_IClassFactory, &factory), S_OK);
+        static_cast<IClassFactory*>(factory)->Release();
+        EXPECT_EQ(driver.DllCanUnloadNow(), S_OK);
+        ASSERT_TRUE(FreeLibrary(module));
+        ASSERT_EQ(GetModuleHandleW(library.c_str()), nullptr);
+    }
+    const ContractEnvironment::Holdings after = environment_->CountHoldings();
+    EXPECT_LT(after.objects, before.objects + kLoads / 10);
+    EXPECT_LT(after.heapBlocks, before.heapBlocks + kLoads / 2);
+    EXPECT_TRUE(DeleteFileW(library.c_str()));
 }
 
 }  // namespace

@@ -51,6 +51,14 @@ class ContractEnvironment {
     // Writes a window as it looks, with all that is in it, as a PNG file. Throws std::runtime_error where that fails.
     virtual void SavePicture(HWND window, const std::filesystem::path& file) = 0;
 
+    // What this process has from the machine: handles and other objects, and blocks of its heaps, which may have some
+    // more or less each time that they are counted.
+    struct Holdings {
+        size_t objects;
+        size_t heapBlocks;
+    };
+    virtual Holdings CountHoldings() const = 0;
+
     // Called once a printer's driver is loaded and before a test calls it; where the host's published calls fall short,
     // this mends them for the driver and for the test program, and tells the driver of its new printer where the
     // spooler didn't. `printer` is that printer, open for administering.

@@ -88,6 +88,13 @@ class LayerEnvironment : public ContractEnvironment {
         }
     }
 
+    Holdings CountHoldings() const override {
+        const std::vector<std::string> open = host::StillOpen();
+        const auto blocks = static_cast<size_t>(
+            std::ranges::count_if(open, [](const std::string& line) { return line.starts_with("heap block "); }));
+        return {open.size() - blocks, blocks};
+    }
+
     void PrepareDriver(HMODULE, HANDLE) override {}
 
     void LeaveDriver(HMODULE, HANDLE) override {}

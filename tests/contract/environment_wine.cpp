@@ -96,6 +96,23 @@ class WineEnvironment : public ContractEnvironment {
 
     void SavePicture(HWND window, const std::filesystem::path& file) override { SaveWindowPicture(window, file); }
 
+    Holdings CountHoldings() const override {
+        DWORD handles = 0;
+        GetProcessHandleCount(GetCurrentProcess(), &handles);
+        Holdings holdings = {handles + GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +
+                                 GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS),
+                             0};
+        HANDLE heaps[64];
+        const DWORD count = std::min<DWORD>(GetProcessHeaps(ARRAYSIZE(heaps), heaps), ARRAYSIZE(heaps));
+        for (DWORD i = 0; i < count; ++i) {
+            PROCESS_HEAP_ENTRY entry = {};
+            while (HeapWalk(heaps[i], &entry)) {
+                holdings.heapBlocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+            }
+        }
+        return holdings;
+    }
+
     void PrepareDriver(HMODULE driver, HANDLE printer) override {
         ProbeCalls(printer);
         ForgetPrinter(printer);

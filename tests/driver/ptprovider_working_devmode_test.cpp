@@ -172,22 +172,5 @@ TEST_F(WorkingDevModes, UnpackExceptions) {
     EXPECT_EQ(records[0].kind, kNoException);
 }
 
-TEST_F(WorkingDevModes, SurviveEveryFailedAllocation) {
-    Use(JobModel(kPdlPcl6));
-    VelmoraDevMode devMode = default_;
-    for (uint64_t n = 1;; ++n) {
-        host::FailAllocation(n);
-        {
-            WorkingDevMode working;
-            working.Bind(Printer(), snapshot_.Get());
-            working.Prepare(&devMode.publicPart, sizeof(devMode));
-        }
-        if (host::AllocationsSoFar() < n) {
-            break;
-        }
-    }
-    host::ClearFaults();
-}
-
 }  // namespace
 }  // namespace velmora

@@ -53,7 +53,6 @@ class ColorPageWindow : public MachineTest {
         Install(SheetPackage());
         host_ = std::make_unique<SheetHost>(&machine_, Printer());
         BuildDefaultDevMode(Printer(), kPrinterName, &input_);
-        open_ = host::StillOpen();
     }
 
     // A step that uses the Color page.
@@ -83,7 +82,6 @@ class ColorPageWindow : public MachineTest {
     std::unique_ptr<SheetHost> host_;
     VelmoraDevMode input_;
     VelmoraDevMode output_ = {};
-    Texts open_;  // before any sheet
 };
 
 TEST_F(ColorPageWindow, ChoicesThatOtherPagesSeeAreWrittenAtOnce) {
@@ -184,33 +182,6 @@ TEST_F(ColorPageWindow, PresetsAreThoseOfTheUsersFile) {
     });
     ThenUse([&](HWND page) { EXPECT_EQ(Ask(page, kPresets, CB_GETCOUNT), 1); });
     Run();
-}
-
-// Allocations fail one after the other, a prime's steps apart: nothing crashes, nothing stays open.
-TEST_F(ColorPageWindow, SurvivesAllocationsThatFail) {
-    constexpr uint64_t kStride = 7;
-    uint64_t allocations = kStride;
-    for (uint64_t nth = 1; nth <= allocations; nth += kStride) {
-        ThenUse([&](HWND page) {
-            Click(page, kManual);
-            Click(page, kAdjust);
-        });
-        ThenInDialog([](HWND sheet) {
-            UpdateWindow(PageOf(sheet));
-            SendMessageW(sheet, PSM_PRESSBUTTON, PSBTN_OK, 0);
-        });
-        ThenUse([](HWND page) { Click(page, kManagePresets); });
-        ThenInDialog([](HWND dialog) {
-            SetDlgItemTextW(dialog, kPresetName, TEXT("Warm"));
-            SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        });
-        host::FailAllocation(nth);
-        host_->RunDocumentSheet(&input_.publicPart, &output_);
-        host_->ForgetSteps();
-        allocations = host::AllocationsSoFar();
-        host::ClearFaults();
-        ASSERT_EQ(host::StillOpen(), open_) << "allocation " << nth;
-    }
 }
 
 }  // namespace

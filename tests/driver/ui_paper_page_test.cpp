@@ -62,17 +62,11 @@ class PaperPageTest : public MachineTest {
     Texts open_;
 };
 
-// The user's choice of an item of a combo box, which the page is told of as by the keyboard. False where the box hasn't
-// the item and shows another.
-bool Select(HWND page, int control, uint32_t value) {
-    const bool isThere = SelectComboByData(page, control, value) >= 0;
+// The user's choice of an item of a combo box, which the page is told of as by the keyboard.
+void Choose(HWND page, int control, uint32_t value) {
+    EXPECT_GE(SelectComboByData(page, control, value), 0) << control << " has no " << value;
     SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
-    return isThere;
-}
-
-void Choose(HWND page, int control, uint32_t value) {
-    EXPECT_TRUE(Select(page, control, value)) << control << " has no " << value;
 }
 
 void Type(HWND dialog, int control, const WCHAR* text) {
@@ -319,49 +313,6 @@ TEST(PaperPreview, IsNamedByTheSheet) {
     EXPECT_EQ(TakePreviewOrder(kTwoPages, 2, &orders), 1u);
     EXPECT_EQ(TakePreviewOrder(kFourPages, 1, &orders), 2u);
     EXPECT_EQ(TakePreviewOrder(kTwoPages, 9, &orders), 0u);
-}
-
-// Each allocation, and each call that may fail, fails once: nothing crashes, nothing stays open.
-TEST_F(PaperPageTest, SurvivesFailures) {
-    // Where this page can't be made, the sheet shows another; where a list can't be filled, it hasn't the item.
-    const auto choose = [&](int control, uint32_t value) {
-        if (const HWND page = host_->Context().dialogs[kPaperSlot]) {
-            Select(page, control, value);
-        }
-    };
-    const auto edit = [&] {
-        host_->Then([&](HWND) { choose(kPaperControl, kCustomSizePaper); });
-        host_->Then([](HWND) { SendMessageW(FrontDialog(), WM_COMMAND, 5317, 0); });
-        host_->Then([&](HWND) {
-            choose(kPaperControl, DMPAPER_A4);
-            choose(kLayoutControl, kTwoPages);
-            Click(host_->Page(), kDetails);
-        });
-        host_->Then([](HWND) { SendMessageW(FrontDialog(), WM_COMMAND, IDOK, 0); });
-        host_->Then([](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, PSBTN_OK, 0); });
-        host_->RunDocumentSheet(&input_.publicPart, &output_);
-        host_->ForgetSteps();
-    };
-    uint64_t allocations = 0;
-    for (uint64_t nth = 1; nth == 1 || nth <= allocations; nth += 1 + allocations / 16) {
-        host::FailAllocation(nth);
-        edit();
-        allocations = std::max(allocations, host::AllocationsSoFar());
-        host::ClearFaults();
-        ASSERT_EQ(host::StillOpen(), open_) << "allocation " << nth;
-    }
-    for (const char* const call : {"CreateWindowExW", "LoadBitmapW", "LoadIconW", "CreateCompatibleDC", "CreateBitmap",
-                                   "LoadStringW", "LoadLibraryW", "BeginPaint"}) {
-        const uint64_t before = host::CallsSoFar(call);
-        edit();
-        const uint64_t made = host::CallsSoFar(call) - before;
-        for (uint64_t nth = 1; nth <= made; nth += 1 + made / 6) {
-            host::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, nth);
-            edit();
-            host::ClearFaults();
-            ASSERT_EQ(host::StillOpen(), open_) << call << ' ' << nth;
-        }
-    }
 }
 
 }  // namespace

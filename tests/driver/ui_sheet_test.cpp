@@ -312,41 +312,6 @@ TEST_F(Sheets, NoticesSayAndAsk) {
     machine_.SetUser(nullptr);
 }
 
-// Every allocation fails once, and calls of each kind that can fail do: nothing crashes, nothing stays open, and what
-// the user stored is there or what was there before.
-TEST_F(Sheets, SurviveFailuresWhereverTheyHappen) {
-    const auto edit = [&] {
-        SetOptions(0, 0);
-        host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
-        ThenPress(PSBTN_OK);
-        host_->RunDeviceSheet();
-        host_->ForgetSteps();
-    };
-    uint64_t allocations = 0;
-    for (uint64_t nth = 1; nth == 1 || allocations >= nth - 1; ++nth) {
-        SetOptions(0, 0);
-        host::FailAllocation(nth);
-        edit();
-        allocations = host::AllocationsSoFar();
-        host::ClearFaults();
-        ASSERT_EQ(host::StillOpen(), open_) << "allocation " << nth;
-        ASSERT_LE(ValueOf(Options().secondTray), 1u);
-    }
-    for (const char* const call :
-         {"CreateWindowExW", "CreateDialogIndirectParamW", "LoadBitmapW", "LoadCursorW", "LoadIconW", "CreateDCW",
-          "CreateCompatibleDC", "BeginPaint", "LoadLibraryW", "LoadStringW", "SetPrinterDataW", "GetPrinterW"}) {
-        const uint64_t before = host::CallsSoFar(call);
-        edit();
-        const uint64_t made = host::CallsSoFar(call) - before;
-        for (uint64_t nth = 1; nth <= made; nth += made / 6 + 1) {
-            host::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, nth);
-            edit();
-            host::ClearFaults();
-            ASSERT_EQ(host::StillOpen(), open_) << call << ' ' << nth;
-        }
-    }
-}
-
 TEST_F(Sheets, LeaveNothingOpenHoweverOftenTheyAreOpened) {
     for (int i = 0; i < 30; ++i) {
         host_->RunDeviceSheet();

@@ -2,10 +2,8 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
 
-#include <barrier>
 #include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "driver/base/com.h"
@@ -17,14 +15,12 @@
 #include "platform/kernel/text.h"
 #include "tests/driver/description_builder.h"
 #include "tests/driver/package.h"
+#include "tests/threads/on_threads.h"
 
 namespace velmora {
 namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
-
-constexpr int kThreads = 8;
-constexpr int kRounds = 6;
 
 using DocumentReference = ComReference<IXMLDOMDocument2>;
 
@@ -145,32 +141,18 @@ class PrintTicketThreads : public testing::TestWithParam<uint16_t> {
         EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
     }
 
-    // Lets every thread call `ask` for its number of copies, together with the others, and compares with what a
-    // provider answers alone.
+    // Lets every thread call `ask` for its number of copies, and compares with what a provider answers alone.
     static void AskOnThreads(const std::function<Answers(int copies)>& ask) {
-        std::vector<Answers> alone;
-        {
-            const ComOnThread com;
-            for (int copies = 1; copies <= kThreads; ++copies) {
-                alone.push_back(AskOwnProvider(copies));
-            }
-        }
-        std::barrier start(kThreads);
-        std::vector<std::thread> threads;
-        threads.reserve(kThreads);
-        for (int copies = 1; copies <= kThreads; ++copies) {
-            threads.emplace_back([&, copies] {
+        CompareOnThreads(
+            [](int copies) {
+                const ComOnThread com;
+                return AskOwnProvider(copies);
+            },
+            [&](int copies) {
                 const ComOnThread com;
                 EXPECT_EQ(com.Result(), S_OK);
-                for (int round = 0; round < kRounds; ++round) {
-                    start.arrive_and_wait();
-                    EXPECT_TRUE(ask(copies) == alone[copies - 1]) << copies << " copies, round " << round;
-                }
+                return ask(copies);
             });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
     }
 
     host::Machine machine_;

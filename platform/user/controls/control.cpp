@@ -1,5 +1,6 @@
 #include "platform/user/controls/control.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "platform/kernel/failures.h"
@@ -162,7 +163,7 @@ int Control::FontHeight() const {
     const MeasuringContext context(window_, font_);
     TEXTMETRICW metrics = {};
     GetTextMetricsW(context.Get(), &metrics);
-    return metrics.tmHeight;
+    return std::max<int>(metrics.tmHeight, 1);  // where nothing can be measured, too
 }
 
 int Control::TextWidth(std::u16string_view text) const {
