@@ -295,6 +295,10 @@ std::vector<Work> AllWorks() {
             work.fallbacks = {"KV62.DAT", "data BasePDFSize", "[Watermarks]", "data Settings"};
         }
         work.isSlow = work.model == Model::kSheets;
+        if (work.isSlow) {
+            // Built-in watermarks are in the language of the module that can be loaded.
+            work.fallbacks.push_back("[Watermarks]");
+        }
     }
     return works;
 }
