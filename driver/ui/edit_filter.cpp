@@ -19,10 +19,13 @@ void KeepAllowed(const SheetContext& context, const EditFilter& filter, WCHAR* t
     WCHAR allowed[kMessageCapacity];
     LoadText(context, filter.allowed, allowed, ARRAYSIZE(allowed));
     const WCHAR* const allowedEnd = allowed + TextLength(allowed);
-    WCHAR* const end = std::remove_if(text, text + TextLength(text), [&](WCHAR character) {
-        return std::find(static_cast<const WCHAR*>(allowed), allowedEnd, character) == allowedEnd;
-    });
-    *end = 0;
+    WCHAR* kept = text;
+    for (const WCHAR* character = text; *character != 0; ++character) {
+        if (std::find(static_cast<const WCHAR*>(allowed), allowedEnd, *character) != allowedEnd) {
+            *kept++ = *character;
+        }
+    }
+    *kept = 0;
 }
 
 bool IsAllowed(const SheetContext& context, const EditFilter& filter, WCHAR character) {

@@ -99,6 +99,7 @@ void MakeWatermarkFont(const WatermarkRecord& watermark, PreviewTools* tools) {
     if (watermark.type != kTextWatermark) {
         return;
     }
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): a difference that isn't seen makes the font once more
     if (tools->watermarkFont && std::memcmp(&tools->watermark, &watermark, sizeof(watermark)) == 0) {
         return;
     }
