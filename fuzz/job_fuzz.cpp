@@ -91,7 +91,7 @@ int RunHook(DWORD capacity, const Hook& hook) {
         const DWORD needed = size;
         buffer = Buffer(needed);
         result = hook(buffer, &size);
-        if (result != kJobDone || size != needed) {
+        if (result != kJobDone || size > needed) {
             Stop("a block doesn't fit at the size that was told");
         }
     }

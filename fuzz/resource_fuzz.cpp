@@ -223,7 +223,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t mos
     for (size_t at = kFirstHeader; at + kFirstHeader <= size;) {
         uint32_t sizes[2];  // of the data and of the header
         memcpy(sizes, data + at, sizeof(sizes));
-        if (sizes[1] > size - at || sizes[0] > size - at - sizes[1]) {
+        if (sizes[1] < kFirstHeader || sizes[1] > size - at || sizes[0] > size - at - sizes[1]) {
             break;
         }
         spans.push_back({at, at + sizes[1], sizes[0]});
