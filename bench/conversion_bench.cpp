@@ -235,15 +235,18 @@ ConversionBench::~ConversionBench() = default;
 bool ConversionBench::Judge(const Times& times) const {
     constexpr double kNanosecondsPerMicrosecond = 1000;
     const auto time = [&](const std::string& work) { return times.at(work) / kNanosecondsPerMicrosecond; };
-    std::printf("\n  %s, capabilities of %d elements, ticket of %d: snapshot %.0f us, device mode prepared %.0f us\n\n",
-                parts_->modelName.c_str(), parts_->elements[kDescribing], parts_->elements[kWriting], time(kSnapshot),
-                time(kPreparation));
-    std::printf("  %-26s %16s %22s %14s\n", "", "call, us", "snapshot in hand, us", "libxml2, us");
-    for (const std::string name : kDirectionNames) {
-        std::printf("  %-26s %16.1f %22.1f %14.1f\n", name.c_str(), time(name), time(name + kInHand),
-                    time(name + kPlain));
+    if (times.isWhole) {
+        std::printf(
+            "\n  %s, capabilities of %d elements, ticket of %d: snapshot %.0f us, device mode prepared %.0f us\n\n",
+            parts_->modelName.c_str(), parts_->elements[kDescribing], parts_->elements[kWriting], time(kSnapshot),
+            time(kPreparation));
+        std::printf("  %-26s %16s %22s %14s\n", "", "call, us", "snapshot in hand, us", "libxml2, us");
+        for (const std::string name : kDirectionNames) {
+            std::printf("  %-26s %16.1f %22.1f %14.1f\n", name.c_str(), time(name), time(name + kInHand),
+                        time(name + kPlain));
+        }
+        std::printf("\n");
     }
-    std::printf("\n");
     bool holds = true;
     for (const std::string name : kDirectionNames) {
         holds &= PrintFigure(name + ", against libxml2", time(name) / time(name + kPlain), "x", kMostRatio);

@@ -129,7 +129,9 @@ bool InstallBench::Judge(const Times& times) const {
         for (size_t i = 0; i < std::size(kCounts); ++i) {
             const double time = times.at(NameOf(what, kCounts[i]));
             if (i == 0) {
-                std::printf("\n  installation, %d %s: %.2f ms\n", kCounts[i], what, time / 1e6);
+                if (times.isWhole) {
+                    std::printf("\n  installation, %d %s: %.2f ms\n", kCounts[i], what, time / 1e6);
+                }
                 continue;
             }
             holds &= PrintFigure("installation, " + std::to_string(kCounts[i]) + " " + what + " against half of them",
