@@ -102,14 +102,22 @@ std::string HostForm(const std::u16string& full) {
     return Drive().folder + file;
 }
 
-// Walks the components of a path of which something isn't there as it is written.
+// Walks the components of a path of which something isn't there as it is written: the last one alone where the folder
+// is there.
 void Walk(Place& place) {
-    std::string file = Drive().folder;
     struct stat status {};
-    place.error = stat(file.c_str(), &status) == 0 ? ERROR_SUCCESS : ERROR_PATH_NOT_FOUND;
-    place.parentExists = place.error == ERROR_SUCCESS;
+    const size_t last = place.full.rfind(u'\\') + 1;
+    std::string file = HostForm(place.full.substr(0, std::max<size_t>(last - 1, 3)));
     std::u16string_view rest(place.full);
-    rest.remove_prefix(3);
+    if (last > 3 && stat(file.c_str(), &status) == 0) {
+        place.error = ERROR_SUCCESS;
+        rest.remove_prefix(last);
+    } else {
+        file = Drive().folder;
+        place.error = stat(file.c_str(), &status) == 0 ? ERROR_SUCCESS : ERROR_PATH_NOT_FOUND;
+        rest.remove_prefix(3);
+    }
+    place.parentExists = place.error == ERROR_SUCCESS;
     while (!rest.empty()) {
         const size_t length = std::min(rest.find(u'\\'), rest.size());
         const std::u16string_view name = rest.substr(0, length);
