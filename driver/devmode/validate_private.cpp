@@ -746,8 +746,9 @@ int ValidateColorOptions(const DeviceModel& model, const ColorGroup& group, Priv
 
 PrivateFacts ReadPrivateFacts(HANDLE printer, HANDLE file) {
     PrivateFacts facts = {};
-    FindDescriptionFile(printer, facts.descriptionPath);
-    facts.hasPipelineConfig = HasPipelineConfig(printer);
+    const DriverFiles files(printer);
+    FindDescriptionFile(files, facts.descriptionPath);
+    facts.hasPipelineConfig = HasPipelineConfig(files);
     facts.dataFileSize = MeasurePrinterDataFile(printer);
     facts.blobSize = ReadBlob(file, nullptr, 0);
     return facts;

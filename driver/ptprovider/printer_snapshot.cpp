@@ -286,26 +286,27 @@ EntryList<OverlayEntry> MakeOverlayList(const WCHAR* folder, const WCHAR* extens
     return list;
 }
 
-bool MarksXpsWriter(HANDLE printer) {
+bool MarksXpsWriter(const DriverFiles& files) {
     WCHAR iniFile[MAX_PATH];
-    return FindDriverIniFile(printer, iniFile) &&
+    return FindDriverIniFile(files, iniFile) &&
            GetPrivateProfileIntW(TEXT("PrinterDriver"), TEXT("MXDWConfig"), 0, iniFile) == 1;
 }
 
 void Fill(HANDLE printer, PrinterSnapshot* snapshot) {
+    const DriverFiles files(printer);
     snapshot->language = UserPrimaryLanguage();
-    snapshot->resources = LoadResourceModule(printer, nullptr);
+    snapshot->resources = LoadResourceModule(files, nullptr);
     if (snapshot->resources) {
         LoadStringW(snapshot->resources.Get(), kOverlayExtensionString, snapshot->overlayExtension,
                     ARRAYSIZE(snapshot->overlayExtension));
     }
-    snapshot->isXpsWriter = MarksXpsWriter(printer);
-    if (FindDescriptionFile(printer, snapshot->descriptionPath)) {
+    snapshot->isXpsWriter = MarksXpsWriter(files);
+    if (FindDescriptionFile(files, snapshot->descriptionPath)) {
         snapshot->descriptionFile = OpenDescriptionFileAt(snapshot->descriptionPath);
     }
     snapshot->model = LoadDeviceModel(snapshot->descriptionFile.Get());
     const DeviceModel* const model = snapshot->model.Get();
-    snapshot->installed = ReadDeviceInfo(printer, model);
+    snapshot->installed = ReadDeviceInfo(printer, files, model);
     snapshot->blob = LoadBlob(snapshot->descriptionFile.Get(), &snapshot->blobSize);
 
     const EntryTexts texts(*snapshot);
@@ -315,8 +316,11 @@ void Fill(HANDLE printer, PrinterSnapshot* snapshot) {
     CustomSizeList customSizes;
     const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer);
     if (info && info->pPrinterName) {
-        customSizes = LoadCustomSizes(info->pPrinterName);
-        GetSettingsFolder(info->pPrinterName, snapshot->overlayFolder, ARRAYSIZE(snapshot->overlayFolder));
+        WCHAR store[MAX_PATH];
+        FindStores(*info, files, snapshot->overlayFolder, store);
+        if (store[0] != 0) {
+            customSizes = ReadCustomSizes(store);
+        }
         snapshot->overlays = MakeOverlayList(snapshot->overlayFolder, snapshot->overlayExtension);
     }
     snapshot->papers = MakePaperList(texts, model ? model->paperTable : nullptr, customSizes, snapshot->ownNamespace);
