@@ -131,7 +131,9 @@ std::vector<std::string> CallsMade() {
     std::lock_guard lock(faults.mutex);
     std::vector<std::string> names;
     for (const auto& [name, record] : faults.calls) {
-        names.push_back(name);
+        if (record.calls != 0) {
+            names.push_back(name);
+        }
     }
     std::ranges::sort(names);
     return names;
