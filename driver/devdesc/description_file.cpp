@@ -286,7 +286,10 @@ void ReadShortText(HANDLE file, int16_t reference, char* destination) {
     TextPool(file).ReadShortText(reference, destination);
 }
 
-StringPool::StringPool(HANDLE file, WORD language, HMODULE module) : file_(file), language_(language), module_(module) {
+StringPool::StringPool(HANDLE file, WORD language, HMODULE module) : StringPool(file, language, module, true) {}
+
+StringPool::StringPool(HANDLE file, WORD language, HMODULE module, bool hasStrings)
+    : file_(file), language_(language), module_(module) {
     DescriptionFileHeader header;
     LARGE_INTEGER fileSize;
     if (!ReadValueAt(file, 0, &header) || !GetFileSizeEx(file, &fileSize)) {
@@ -294,7 +297,7 @@ StringPool::StringPool(HANDLE file, WORD language, HMODULE module) : file_(file)
     }
     const auto size = static_cast<uint64_t>(fileSize.QuadPart);
     uint16_t base = 0;
-    if (ReadEntry(file, header.languageTableOffset, language, &base)) {
+    if (hasStrings && ReadEntry(file, header.languageTableOffset, language, &base)) {
         strings_.Load(file, size, header.stringIndexOffset + uint64_t{base} * sizeof(base), header.stringPoolOffset);
     }
     names_.Load(file, size, header.nameIndexOffset, header.namePoolOffset);

@@ -78,12 +78,16 @@ class StringPool {
   public:
     // `language` is a primary identifier; `module`, which may be null, has the strings of negative references.
     StringPool(HANDLE file, WORD language, HMODULE module);
+    // Of names alone, for who reads no strings.
+    explicit StringPool(HANDLE file) : StringPool(file, LANG_NEUTRAL, nullptr, false) {}
 
     // As the functions of the same names.
     void ReadLocalizedString(int16_t reference, WCHAR* destination, size_t capacity) const;
     void ReadName(int16_t reference, WCHAR* destination, size_t capacity) const;
 
   private:
+    StringPool(HANDLE file, WORD language, HMODULE module, bool hasStrings);
+
     // An index and the texts that it leads to.
     struct Texts {
         HeapOwner<uint16_t> offsets;

@@ -75,6 +75,7 @@ bool ReadPrinterDword(HANDLE printer, const WCHAR* valueName, DWORD* value);
 // The files of a printer's driver, asked for once where several are looked for.
 class DriverFiles {
   public:
+    DriverFiles() = default;  // none
     explicit DriverFiles(HANDLE printer);
 
     // The full path, upper-cased, of the first driver file that contains the fragment: dependent files, data file, help
@@ -84,7 +85,7 @@ class DriverFiles {
     bool Find(const WCHAR* valueName, const WCHAR* fragment, WCHAR* path) const;
 
   private:
-    HANDLE printer_;
+    HANDLE printer_ = INVALID_HANDLE_VALUE;
     HeapOwner<DRIVER_INFO_3W> info_;  // those paths upper-cased
 };
 
