@@ -16,6 +16,7 @@ namespace velmora {
 class Times {
   public:
     void Set(const std::string& work, double nanoseconds) { times_[work] = nanoseconds; }
+    bool Has(const std::string& work) const { return times_.contains(work); }
     // Not a number where the work wasn't measured, and so is every figure that is made of it.
     double at(const std::string& work) const {
         const auto found = times_.find(work);
@@ -31,6 +32,8 @@ class Times {
     std::map<std::string, double> times_;
 };
 
+class CallTables;
+
 // A subject's benchmarks. Making it measures programs and registers its works; when they have run, it prints the
 // figures of what was measured.
 class Bench {
@@ -38,13 +41,15 @@ class Bench {
     virtual ~Bench() = default;
     // False where a figure is above its limit.
     virtual bool Judge(const Times& times) const = 0;
+    // Adds what belongs in the tables at the end.
+    virtual void AddRows(CallTables*) const {}
 };
 
 std::unique_ptr<Bench> MakeDriverBench();
 std::unique_ptr<Bench> MakeXpicBench();
 
 // Each of the work's measurements goes on for at least `seconds`.
-void RegisterWork(const std::string& name, std::function<void()> work, double seconds = 0.5);
+void RegisterWork(const std::string& name, std::function<void()> work, double seconds = 0.1);
 
 // Ends the program where a work doesn't do what it is measured for.
 void Require(bool holds, std::string_view what);

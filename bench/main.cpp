@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "bench/call_tables.h"
+
 extern char** environ;
 
 namespace velmora {
@@ -143,5 +145,10 @@ int main(int argc, char** argv) {
     for (const std::unique_ptr<Bench>& bench : benches) {
         holds &= bench->Judge(collector.times);
     }
+    CallTables tables;
+    for (const std::unique_ptr<Bench>& bench : benches) {
+        bench->AddRows(&tables);
+    }
+    holds &= tables.Print(collector.times);
     return holds ? 0 : 1;
 }
