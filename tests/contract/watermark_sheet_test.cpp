@@ -476,9 +476,16 @@ TEST_F(WatermarkSheet, EndsWithoutARendering) {
 // By the program of the driver package.
 TEST_F(WatermarkSheet, IsReallyRendered) {
     environment_->AddWatermarkProgram();
-    for (const auto& [model, files] : {std::pair{"VELMORA-M2100.XPI", " *.WM"},
-                                       {"VELMORA-C3200.XPI", " *.WM *.CWM"},
-                                       {"VELMORA-I700.XPI", " *.WM *.WM"}}) {
+    const struct {
+        const char* model;
+        const char* files;
+        COLORREF ink;  // of the file that is printed
+    } cases[] = {
+        {"VELMORA-M2100.XPI", " *.WM", RGB(153, 153, 153)},
+        {"VELMORA-C3200.XPI", " *.WM *.CWM", RGB(255, 112, 112)},
+        {"VELMORA-I700.XPI", " *.WM *.WM", RGB(255, 112, 112)},
+    };
+    for (const auto& [model, files, ink] : cases) {
         SCOPED_TRACE(model);
         InstalledPrinter printer(*environment_, PackageOf(model));
         DevModeBuffer output;
@@ -492,6 +499,7 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
         const auto picture =
             velmora::ReadWatermarkFile({reinterpret_cast<const BYTE*>(bytes.data()), bytes.size()}, &fault);
         ASSERT_TRUE(picture) << fault;
+        EXPECT_EQ(picture->header.inkColor, ink);
         EXPECT_EQ(int{own.watermarkFontSize}, static_cast<int>(picture->header.width));
         EXPECT_EQ(int{own.watermarkAngle}, static_cast<int>(picture->header.height));
         EXPECT_EQ(int{own.watermarkIndex}, static_cast<int>(picture->header.resolution));
