@@ -3,14 +3,10 @@
 #include <iterator>
 
 #include "driver/base/text.h"
-#include "driver/devmode/default_devmode.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
-#include "driver/ui/controls.h"
 #include "tests/driver/changed_devmode.h"
-#include "tests/driver/machine.h"
-#include "tests/driver/sheet_host.h"
-#include "tests/driver/sheet_package.h"
+#include "tests/driver/document_sheet.h"
 
 namespace velmora {
 namespace {
@@ -25,16 +21,10 @@ void Fill(T (&field)[count], T value) {
     std::fill(std::begin(field), std::end(field), value);
 }
 
-class InformationPageTest : public MachineTest {
+class InformationPageTest : public DocumentSheetTest {
   protected:
-    void SetUp() override {
-        Install(SheetPackage());
-        SetDeviceInfo(Printer(), {3, 1, 1, 0});
-        host_ = std::make_unique<SheetHost>(&machine_, Printer());
-        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
-    }
     void ThenRestore() {
-        host_->Then([this](HWND) { Click(host_->Page(), kRestoreAll); });
+        ThenUse(kInformationSlot, [](HWND page) { Click(page, kRestoreAll); });
         host_->Then([](HWND) {
             EXPECT_EQ(ToText(TextOf(FrontDialog())), "Restore defaults");
             Click(FrontDialog(), IDOK);
@@ -44,14 +34,6 @@ class InformationPageTest : public MachineTest {
     void ThenKeep(VelmoraDevMode* kept) {
         host_->Then([=, this](HWND) { *kept = *Context().devMode; });
     }
-    void Run() {
-        VelmoraDevMode output = {};
-        EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output), 1);
-    }
-    SheetContext& Context() const { return host_->Context(); }
-
-    std::unique_ptr<SheetHost> host_;
-    VelmoraDevMode input_;
 };
 
 // Where two device modes differ.
@@ -122,7 +104,7 @@ TEST_F(InformationPageTest, WritesTheDefaultsOfClosedPages) {
     });
     ThenRestore();
     ThenKeep(&again);
-    host_->Then([](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, PSBTN_OK, 0); });
+    ThenPress(PSBTN_OK);
     Run();
     EXPECT_EQ(host_->results.size(), 0u);
     EXPECT_EQ(LoadWatermarkList(kPrinterName).records.Get()[0].style.size, 99);
