@@ -415,6 +415,11 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
                   driver_test::ToText(row.isColor ? Entry(8).colorFileName : Entry(8).fileName));
     }
     EXPECT_EQ(renderer.calls, 1);
+    Context()->model->colorCapability = kColor;
+    Own().colorMode = 42;
+    Entry(8).colorFileName[0] = 0;
+    Apply();
+    EXPECT_EQ(driver_test::ToText(Own().watermarkFile), driver_test::ToText(Entry(8).fileName));
     EXPECT_TRUE(IsReady(*Context(), 8));
     EXPECT_FALSE(IsReady(*Context(), 0));
     EXPECT_EQ(SelectedReady(*Context()), 8);
