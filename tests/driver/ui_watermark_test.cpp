@@ -437,24 +437,6 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
     EXPECT_EQ(SelectedReady(*Context()), kNoneReady);
 }
 
-TEST_F(WatermarkRules, ApplyStoresByName) {
-    Open(1);
-    SelectWatermark(Context(), 8);
-    // Another entry's, whose attributes are these.
-    SetSize(50);
-    ChooseWatermarkColor(Context(), 1, 8);
-    EditWatermarkName(Context(), TEXT("Draft"));
-    Apply();
-    EXPECT_EQ(ValueOf(Own().outputLevel), 1);
-    EXPECT_EQ(Entry(8).style.size, 72);
-    // No name: that of the device mode.
-    EditWatermarkName(Context(), TEXT(""));
-    SetSize(30);
-    Apply();
-    EXPECT_EQ(Entry(1).style.size, 30);
-    EXPECT_EQ(driver_test::ToText(Edit().choices.name), "Draft");
-}
-
 // Files that were rendered and still are there.
 std::set<std::string> Files() {
     std::set<std::string> files;
