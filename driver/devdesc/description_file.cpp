@@ -38,11 +38,11 @@ bool ReadEntry(HANDLE file, uint32_t tableOffset, uint64_t index, Value* value) 
     return ReadValueAt(file, tableOffset + index * sizeof(Value), value);
 }
 
-// Reads up to `capacity` bytes at a position and terminates them within `capacity`.
-size_t ReadTextBytes(HANDLE file, uint64_t position, char* destination, size_t capacity) {
-    const size_t arrived = ReadAt(file, position, destination, capacity);
-    destination[arrived < capacity ? arrived : capacity - 1] = 0;
-    return arrived;
+// Terminates the text of which `count` bytes were read into a buffer of `capacity`, without half a character at its
+// end.
+void EndText(char* text, size_t count, size_t capacity) {
+    const size_t length = TextLength(text, count < capacity ? count : capacity - 1);
+    text[length < capacity - 1 ? length : WholeCharacters(text, length)] = 0;
 }
 
 void ReadWideText(HANDLE file, uint64_t position, WCHAR* destination, size_t capacity) {
@@ -175,6 +175,9 @@ HeapOwner<DeviceModel> LoadDeviceModel(HANDLE file) {
         return {};
     }
     FillFontGroups(file, *header, block, length);
+    if (model->fontCount < 0) {
+        model->fontCount = 0;
+    }
     ResolvePointerSlots(block, length);
     return model;
 }
@@ -219,7 +222,7 @@ void ReadName(HANDLE file, int16_t reference, char* destination, size_t capacity
     if (capacity > 0) {
         destination[0] = 0;
         if (FindName(file, reference, &position)) {
-            ReadTextBytes(file, position, destination, capacity);
+            EndText(destination, ReadAt(file, position, destination, capacity), capacity);
         }
     }
 }
@@ -258,7 +261,7 @@ void TextPool::Read(int16_t reference, char* destination, size_t capacity) const
     } else {
         arrived = ReadAt(file_, uint64_t{poolOffset_} + offset, destination, count);
     }
-    destination[arrived < capacity ? arrived : capacity - 1] = 0;
+    EndText(destination, arrived, capacity);
 }
 
 void ReadText(HANDLE file, int16_t reference, char* destination) {

@@ -173,7 +173,9 @@ TEST_F(DescriptionFile, FontGroupsOfHostileFiles) {
     builder.Table(offsetof(DeviceModel, fontGroups), std::vector<PackedU16>(4));
     for (const int16_t count : {int16_t{-1}, int16_t{32767}}) {  // none, and more than the file has
         builder.fields.fontCount = count;
-        EXPECT_EQ(StartsOf(Load(builder.Build())), Groups()) << count;
+        const HeapOwner<DeviceModel> model = Load(builder.Build());
+        EXPECT_EQ(StartsOf(model), Groups()) << count;
+        EXPECT_EQ(ValueOf(model->fontCount), count < 0 ? 0 : count);
     }
     builder.fields.fontCount = 1;
     std::string file = builder.Build();
@@ -242,7 +244,7 @@ TEST_F(DescriptionFile, NamesAreReadWideOrAsTheyAre) {
     machine_.SetAnsiCodePage(932);
     DescriptionBuilder builder;
     builder.AddName("psk:ISOA4");
-    builder.AddName("\x83\x41");
+    builder.AddName("\x83\x41\x83\x43");
     builder.AddName("last", false);
     std::string bytes = builder.Build();
     // Names end the file: the last one, without NUL, reads up to the file's end, which is no failure.
@@ -257,7 +259,9 @@ TEST_F(DescriptionFile, NamesAreReadWideOrAsTheyAre) {
     } cases[] = {
         {1, 80, "psk:ISOA4", "psk:ISOA4"},
         {1, 4, "psk", "psk"},
-        {2, 80, "\xE3\x82\xA2", "\x83\x41"},
+        {2, 80, "\xE3\x82\xA2\xE3\x82\xA4", "\x83\x41\x83\x43"},
+        {2, 3, "\xE3\x82\xA2", "\x83\x41"},  // half a character was read
+        {2, 2, "\xE3\x82\xA2", ""},
         {3, 80, "last", "last"},
         {3, 4, "las", "las"},
         {0, 80, "", ""},
