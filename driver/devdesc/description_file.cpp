@@ -83,17 +83,21 @@ FontPool FindFontPool(HANDLE file, const DeviceModel& model) {
     return {uint64_t{header->fontPoolOffset} + first, last - first};
 }
 
-// Fills the block's array of font group starts. The slot still holds the array's offset: it is the file's own place in
-// the block, and whatever is written there is resolved and checked afterwards like everything else.
+// True where a slot's offset leads to a table: into the block of `length` bytes, but not into the record at its
+// beginning. Its slots become addresses, which differ each time; a list over them would be another one each time.
+bool LeadsToTable(uint32_t offset, size_t length) {
+    return offset >= sizeof(DeviceModel) && offset < length;
+}
+
+// Fills the block's array of font group starts, whose slot still holds its offset.
 void FillFontGroups(HANDLE file, const DescriptionFileHeader& header, char* block, size_t length) {
     const auto* model = reinterpret_cast<const DeviceModel*>(block);
     uint32_t arrayOffset = 0;
     memcpy(&arrayOffset, block + offsetof(DeviceModel, fontGroups), sizeof(arrayOffset));
-    const int16_t fontCount = model->fontCount;
-    if (arrayOffset == 0 || arrayOffset >= length || fontCount <= 0) {
+    if (!LeadsToTable(arrayOffset, length) || model->fontCount == 0) {
         return;
     }
-    const auto count = static_cast<size_t>(fontCount);
+    const auto count = static_cast<size_t>(model->fontCount);
     const auto offsets = HeapOwner<uint32_t>::Allocate(count + 1);
     const size_t bytes = (count + 1) * sizeof(uint32_t);
     if (!offsets || ReadAt(file, header.fontIndexOffset, offsets.Get(), bytes) != bytes) {
@@ -122,12 +126,12 @@ void FillFontGroups(HANDLE file, const DescriptionFileHeader& header, char* bloc
     storeGroup(groupFirst);
 }
 
-// Turns each slot's offset into the address of what it names, or null where that lies outside the block.
+// Turns each slot's offset into the address of its table, or null where it leads to none.
 void ResolvePointerSlots(char* block, size_t length) {
     for (const size_t slot : kPointerSlots) {
         uint32_t offset = 0;
         memcpy(&offset, block + slot, sizeof(offset));
-        const char* target = offset != 0 && offset < length ? block + offset : nullptr;
+        const char* target = LeadsToTable(offset, length) ? block + offset : nullptr;
         memcpy(block + slot, &target, sizeof(target));
     }
 }
@@ -174,10 +178,10 @@ HeapOwner<DeviceModel> LoadDeviceModel(HANDLE file) {
     if (!model || ReadAt(file, header->deviceBlockOffset, block, length) != length) {
         return {};
     }
-    FillFontGroups(file, *header, block, length);
     if (model->fontCount < 0) {
         model->fontCount = 0;
     }
+    FillFontGroups(file, *header, block, length);
     ResolvePointerSlots(block, length);
     return model;
 }
