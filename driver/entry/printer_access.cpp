@@ -6,7 +6,7 @@
 namespace velmora {
 namespace {
 
-constexpr size_t kMostPrinterName = 128;
+constexpr size_t kPrinterNameCapacity = 128;
 constexpr const WCHAR* kSettingsValue = TEXT("Settings");
 
 void CutAt(WCHAR* text, const WCHAR* part) {
@@ -58,7 +58,7 @@ size_t OwnServerLength(const WCHAR* printerName) {
 }
 
 OwnedPrinter OpenPrinterLocal(const WCHAR* name) {
-    WCHAR full[kMostPrinterName];
+    WCHAR full[kPrinterNameCapacity];
     CopyText(full, ARRAYSIZE(full), name);
     WCHAR* const local = full + OwnServerLength(full);
     CutAt(local, TEXT(",Local"));
