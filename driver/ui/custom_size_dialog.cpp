@@ -115,9 +115,7 @@ void ShowFeedDirection(HWND dialog, const SheetContext& context) {
 }
 
 void InitCustomSizeDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kMessageCapacity];
-    LoadText(context, kTemplate, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, kTemplate);
     SetOwnTexts(dialog, kTexts);
     ShowSeparated(dialog, context, kUnitMillimetres, {kUnitBegin, kMillimetresEnd});
     ShowSeparated(dialog, context, kUnitInches, {kUnitBegin, kInchesEnd});

@@ -70,9 +70,7 @@ LayoutDetails ReadDetails(HWND dialog, const SheetContext& context) {
 }
 
 void InitLayoutDetailsDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kMessageCapacity];
-    LoadText(context, kTemplate, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, kTemplate);
     SetOwnTexts(dialog, kTexts);
     SetControlText(dialog, IDOK, kOkText);
     SetControlText(dialog, IDCANCEL, kCancelText);

@@ -99,9 +99,7 @@ void InitNotice(HWND dialog, const SheetContext& context) {
     if (!notice) {
         return;
     }
-    WCHAR title[kMessageCapacity];
-    LoadText(context, notice->kind, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, notice->kind);
     SendDlgItemMessageW(dialog, kIcon, STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, notice->icon)), 0);
     ShowControl(dialog, kModelMessage, false);
     if (notice->kind == kNoticeConflict && context.noticeMessageRef != 0) {

@@ -87,10 +87,8 @@ void FillList(HWND dialog, const PresetManager& manager) {
     SendDlgItemMessageW(dialog, kList, LB_SETCURSEL, static_cast<WPARAM>(manager.selected), 0);
 }
 
-void InitDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kTitleCapacity];
-    LoadText(context, kTitle, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+void InitDialog(HWND dialog) {
+    SetDialogTitle(dialog, kTitle);
     SetOwnTexts(dialog, kTexts);
     SetControlText(dialog, IDCANCEL, kCancelText);
     FilterName(GetDlgItem(dialog, kName));
@@ -186,8 +184,8 @@ INT_PTR AnswerPresets(HWND dialog, SheetContext* context, UINT message, WPARAM w
     return TRUE;
 }
 
-BOOL Open(HWND dialog, SheetContext* context) {
-    InitDialog(dialog, *context);
+BOOL Open(HWND dialog, SheetContext*) {
+    InitDialog(dialog);
     return TRUE;
 }
 
