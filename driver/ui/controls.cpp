@@ -134,7 +134,7 @@ uint16_t CheckedRadio(HWND dialog, std::span<const RadioValue> radios, uint16_t 
 
 void CheckRadio(HWND dialog, std::span<const RadioValue> radios, uint16_t value) {
     for (const RadioValue& radio : radios) {
-        CheckDlgButton(dialog, radio.control, radio.value == value ? BST_CHECKED : BST_UNCHECKED);
+        CheckControl(dialog, radio.control, radio.value == value);
     }
 }
 

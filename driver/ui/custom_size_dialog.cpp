@@ -7,7 +7,7 @@
 #include "driver/base/text.h"
 #include "driver/ui/controls.h"
 #include "driver/ui/custom_size.h"
-#include "driver/ui/page.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/pictures.h"
 
 namespace velmora {
@@ -214,8 +214,7 @@ INT_PTR CALLBACK CustomSizeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
 }  // namespace
 
 bool RunCustomSizeDialog(HWND page, SheetContext* context) {
-    return DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), page, CustomSizeProc,
-                           reinterpret_cast<LPARAM>(context)) == kChosen;
+    return RunDialog(context, kTemplate, page, CustomSizeProc) == kChosen;
 }
 
 }  // namespace velmora

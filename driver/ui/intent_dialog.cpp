@@ -2,6 +2,7 @@
 
 #include "driver/ui/color_rules.h"
 #include "driver/ui/controls.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/page.h"
 
 namespace velmora {
@@ -67,8 +68,7 @@ INT_PTR CALLBACK IntentProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 }  // namespace
 
 void RunIntentDialog(HWND colorPage, SheetContext* context) {
-    DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), colorPage, IntentProc,
-                    reinterpret_cast<LPARAM>(context));
+    RunDialog(context, kTemplate, colorPage, IntentProc);
 }
 
 }  // namespace velmora

@@ -4,7 +4,7 @@
 #include "driver/base/text.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/ui/controls.h"
-#include "driver/ui/page.h"
+#include "driver/ui/modal_dialog.h"
 
 namespace velmora {
 namespace {
@@ -154,11 +154,7 @@ INT_PTR CALLBACK NoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 
 INT_PTR ShowNotice(SheetContext* context, HWND owner, NoticeKind kind) {
     context->noticeKind = kind;
-    if (!context->resources) {
-        return -1;  // no module means the program's own
-    }
-    return DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kNoticeTemplate), owner, NoticeProc,
-                           reinterpret_cast<LPARAM>(context));
+    return RunDialog(context, kNoticeTemplate, owner, NoticeProc);
 }
 
 void ShowJobPrompt(HANDLE printer) {

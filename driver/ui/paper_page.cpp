@@ -116,7 +116,7 @@ void ShowList(HWND dialog, const SheetContext& context, const ListControl& row, 
 }
 
 void ShowBox(HWND dialog, int control, const CheckBox& box) {
-    CheckDlgButton(dialog, control, box.isChecked ? BST_CHECKED : BST_UNCHECKED);
+    CheckControl(dialog, control, box.isChecked);
     ShowControl(dialog, control, box.isShown);
     EnableControl(dialog, control, box.isShown && box.isEnabled);
 }
@@ -149,7 +149,7 @@ void ShowChoices(HWND dialog, const SheetContext& context, const PaperChoices* b
             EnableControl(dialog, control, choices.zoom.isShown && choices.isZoomPercentEnabled);
         }
     }
-    CheckDlgButton(dialog, kFlagAControl, choices.isFlagA ? BST_CHECKED : BST_UNCHECKED);
+    CheckControl(dialog, kFlagAControl, choices.isFlagA);
     ShowCode(dialog, choices);
     CheckRadioButton(dialog, kPortraitControl, kLandscapeControl,
                      choices.isLandscape ? kLandscapeControl : kPortraitControl);

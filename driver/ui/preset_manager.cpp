@@ -3,6 +3,7 @@
 #include "driver/base/text.h"
 #include "driver/ui/clipboard_text.h"
 #include "driver/ui/controls.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/page.h"
 #include "driver/ui/preset_rules.h"
 
@@ -198,8 +199,7 @@ INT_PTR CALLBACK PresetManagerProc(HWND dialog, UINT message, WPARAM wParam, LPA
 }  // namespace
 
 void RunPresetManager(HWND colorPage, SheetContext* context) {
-    DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), colorPage, PresetManagerProc,
-                    reinterpret_cast<LPARAM>(context));
+    RunDialog(context, kTemplate, colorPage, PresetManagerProc);
 }
 
 }  // namespace velmora
