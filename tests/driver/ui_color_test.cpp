@@ -262,29 +262,6 @@ TEST_F(ColorRules, ItemsAreFoundByTextThenByValue) {
     EXPECT_FALSE(GetPresetItem(lists_.presets, -1, &item));
 }
 
-TEST_F(ColorRules, PanelsFollowTheModeAndTheForm) {
-    Put(0, u"Mine");
-    const struct {
-        uint16_t mode;
-        int presetItem;
-        bool isAdvanced;
-        std::vector<int> disabled;  // of those that are shown
-    } cases[] = {
-        {1, 0, false, {6013, 6014, 6017}}, {4, 0, false, {6013, 6014, 6017}}, {5, 0, false, {6017}},
-        {5, 1, false, {6014, 6017}},       {6, 0, false, {6013, 6014}},       {5, 0, true, {}},
-    };
-    for (const auto& c : cases) {
-        const ColorPanels panels = UpdateColorPanels(PageOf(c.mode, c.presetItem, {}, c.isAdvanced));
-        EXPECT_EQ(panels.front().control, 6003);
-        EXPECT_EQ(panels.back().control, 6025);
-        for (const ControlState& state : panels) {
-            EXPECT_EQ(state.isShown, (state.control >= 6020) == c.isAdvanced) << state.control;
-            const bool isDisabled = std::find(c.disabled.begin(), c.disabled.end(), state.control) != c.disabled.end();
-            EXPECT_EQ(state.isEnabled, state.isShown && !isDisabled) << state.control << " in mode " << c.mode;
-        }
-    }
-}
-
 TEST_F(ColorRules, ReadingAndApplyingKeepsAPage) {
     Put(0, u"Mine");
     const ColorPage page = PageOf(5, 1, {2, 3, 0}, false);
@@ -353,24 +330,6 @@ TEST_F(ColorRules, PresetsFillTheAdjustmentAndTheObjectKinds) {
     EXPECT_EQ(Numbers(shown.baseColor, shown.brightness, shown.contrast, shown.saturation, shown.cyanRed,
                       shown.magentaGreen, shown.yellowBlue),
               Numbers(4, -3, -9, 3, 8, -7, 6));
-}
-
-TEST_F(ColorRules, AdjustmentSheetTakesTheSelectedPreset) {
-    Put(0, u"Mine");
-    const struct {
-        uint16_t mode;
-        bool isAdvanced;
-        bool offers;
-    } cases[] = {{5, true, false}, {6, false, false}, {5, false, true}};
-    for (const auto& c : cases) {
-        own_.colorAdjust[1] = 1;
-        ColorPage page = PageOf(c.mode, 1, {}, c.isAdvanced);
-        EXPECT_EQ(OffersAdjustmentPage(page), c.offers);
-        BeginAdjustment(page, presets_, &own_);
-        EXPECT_EQ(ValueOf(own_.colorAdjust[1]), c.offers ? -9 : 1);
-        EndAdjustment(lists_, &page);
-        EXPECT_EQ(page.preset.item, c.offers ? 0 : 1);
-    }
 }
 
 TEST_F(ColorRules, SelectionsOutliveThePresetManager) {

@@ -11,7 +11,6 @@
 
 #include "driver/ui/custom_size.h"
 #include "driver/ui/layout_details.h"
-#include "driver/ui/nup_border.h"
 #include "driver/ui/paper_choices.h"
 #include "driver/ui/paper_rules.h"
 #include "driver/ui/paper_summary.h"
@@ -304,6 +303,8 @@ TEST(PaperPage, AppliesWhatIsChosen) {
         {"uiFlagC=1", "uiFlagC=0"},
         {"uiPageLayout=2 uiPageOrder=7 uiFlagE=1",
          "pagesPerSheet=2 uiPageOrder=1 nupOrder=0 layoutMode=1 nupBorderWidth=6"},
+        {"uiPageLayout=4 uiPageOrder=5 uiFlagE=1 uiChoice=3",
+         "pagesPerSheet=4 layoutMode=3 marginValue=118 nupBorderWidth=6"},
         {"uiPageLayout=6 uiBinding=3 uiFlagE=1 dmCollate=1",
          "uiPageLayout=6 pagesPerSheet=1 posterMode=3 uiBinding=0 uiFlagE=0 layoutMode=0 uiPageOrder=1 dmCollate=0"},
     };
@@ -384,27 +385,6 @@ TEST(PaperPage, RestoresItsDefaults) {
     own.uiStale = 1;
     EXPECT_EQ(TakeStaleMark(&own), static_cast<uint32_t>(kEveryChange));
     EXPECT_EQ(TakeStaleMark(&own), 0u);
-}
-
-TEST(BorderRule, DependsOnStyleAndResolution) {
-    const struct {
-        uint16_t flagE, choice;
-        int resolution;
-        uint16_t layoutMode;
-        int16_t marginValue, width;
-    } cases[] = {
-        {1, 3, 0, 3, 59, 3}, {1, 3, 1, 3, 118, 6}, {1, 1, 0, 1, 7, 3}, {1, 1, 2, 1, 7, 6}, {0, 3, 1, 0, 7, 7},
-    };
-    for (const auto& c : cases) {
-        PrivateDevMode own = {};
-        own.marginValue = own.nupBorderWidth = 7;
-        own.uiFlagE = c.flagE;
-        own.uiChoice = c.choice;
-        ApplyBorderRule(&own, c.resolution);
-        EXPECT_EQ(own.layoutMode, c.layoutMode);
-        EXPECT_EQ(own.marginValue, c.marginValue);
-        EXPECT_EQ(own.nupBorderWidth, c.width);
-    }
 }
 
 TEST(NumberField, SettlesWhatIsTyped) {
