@@ -14,4 +14,7 @@ namespace velmora {
 OwnedPrinter InstallDescription(const host::Machine& machine, const std::string& name,
                                 const std::vector<std::byte>& description);
 
+// The least that a call costs which reads the printer's model: the whole file, opened and read at once.
+void ReadWholeDescription(const WCHAR* path);
+
 }  // namespace velmora

@@ -3,12 +3,12 @@
 #include <objbase.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <utility>
 #include <vector>
 
 #include "bench/bench_printer.h"
+#include "bench/call_tables.h"
 #include "bench/generated_model.h"
 #include "bench/plain_document.h"
 #include "driver/base/com.h"
@@ -24,10 +24,6 @@ namespace velmora {
 namespace {
 
 constexpr double kMostRatio = 3;
-constexpr double kMostTenfold = 13;  // of ten times the model
-
-// Up to the most that a description holds.
-constexpr ModelExtent kExtents[] = {{10, 8, 10, false}, {100, 80, 100, false}, {1000, 800, 1000, false}};
 
 // The conversions, each as a call of the provider and as the provider runs it, with the printer's snapshot in hand.
 enum Direction { kWriting, kDescribing, kReading, kDirections };
@@ -220,7 +216,7 @@ ConversionBench::ConversionBench(const host::Machine& machine) : parts_(std::mak
     RegisterWork(std::string(kDirectionNames[kReading]) + kPlain,
                  [text = texts[kWriting]] { Require(WalkPlain(ParsePlain(text).get()) > 0, "libxml2 reads nothing"); });
 
-    for (const ModelExtent& extent : kExtents) {
+    for (const ModelExtent& extent : kTenfolds) {
         auto printer = std::make_unique<TicketPrinter>(machine, "TICKET-" + std::to_string(extent.papers),
                                                        CompileModelText(GeneratedSource(extent), "bench.json"));
         for (const Direction direction : {kWriting, kDescribing, kReading}) {
@@ -232,32 +228,28 @@ ConversionBench::ConversionBench(const host::Machine& machine) : parts_(std::mak
 
 ConversionBench::~ConversionBench() = default;
 
-bool ConversionBench::Judge(const Times& times) const {
-    constexpr double kNanosecondsPerMicrosecond = 1000;
-    const auto time = [&](const std::string& work) { return times.at(work) / kNanosecondsPerMicrosecond; };
-    std::printf("\n  %s, capabilities of %d elements, ticket of %d: snapshot %.0f us, device mode prepared %.0f us\n\n",
-                parts_->modelName.c_str(), parts_->elements[kDescribing], parts_->elements[kWriting], time(kSnapshot),
-                time(kPreparation));
-    std::printf("  %-26s %16s %22s %14s\n", "", "call, us", "snapshot in hand, us", "libxml2, us");
-    for (const std::string name : kDirectionNames) {
-        std::printf("  %-26s %16.1f %22.1f %14.1f\n", name.c_str(), time(name), time(name + kInHand),
-                    time(name + kPlain));
-    }
-    std::printf("\n");
-    bool holds = true;
-    for (const std::string name : kDirectionNames) {
-        holds &= PrintFigure(name + ", against libxml2", time(name) / time(name + kPlain), "x", kMostRatio);
-        holds &= PrintFigure(name + kInHand, time(name + kInHand) / time(name + kPlain), "x", kMostRatio);
-    }
+bool ConversionBench::Judge(const Times&) const {
+    return true;
+}
+
+void ConversionBench::AddRows(CallTables* tables) const {
+    // What is read has the elements of what is written.
+    const int elements[] = {parts_->elements[kWriting], parts_->elements[kDescribing], parts_->elements[kWriting]};
     for (const Direction direction : {kWriting, kDescribing, kReading}) {
-        for (size_t i = 1; i < std::size(kExtents); ++i) {
-            holds &= PrintFigure(std::string(kDirectionNames[direction]) + ", " + std::to_string(kExtents[i].papers) +
-                                     " of all against " + std::to_string(kExtents[i - 1].papers),
-                                 time(NameOf(direction, kExtents[i])) / time(NameOf(direction, kExtents[i - 1])), "x",
-                                 kMostTenfold);
+        const std::string name = kDirectionNames[direction];
+        const char* const floor = direction == kReading ? "libxml2, parsed and walked" : "libxml2, same tree";
+        tables->Add(CallRow{CallGroup::kTickets, name + ", " + std::to_string(elements[direction]) + " elements", name,
+                            floor, name + kPlain, MostRatio(kMostRatio)});
+        tables->Add(CallRow{CallGroup::kTickets, "  with the snapshot in hand", name + kInHand, floor, name + kPlain,
+                            MostRatio(kMostRatio)});
+        GrowthRow growth = {name, {}};
+        for (const ModelExtent& extent : kTenfolds) {
+            growth.works.push_back(NameOf(direction, extent));
         }
+        tables->Add(std::move(growth));
     }
-    return holds;
+    tables->Add(CallRow{CallGroup::kTickets, std::string(kSnapshot) + ", " + parts_->modelName, kSnapshot});
+    tables->Add(CallRow{CallGroup::kTickets, kPreparation, kPreparation});
 }
 
 }  // namespace velmora

@@ -16,6 +16,7 @@ class ConversionBench : public Bench {
     explicit ConversionBench(const host::Machine& machine);
     ~ConversionBench() override;
     bool Judge(const Times& times) const override;
+    void AddRows(CallTables* tables) const override;
 
   private:
     struct Parts;

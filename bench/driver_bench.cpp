@@ -2,10 +2,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
+#include <tuple>
 #include <utility>
 
 #include "bench/bench.h"
 #include "bench/bench_printer.h"
+#include "bench/call_bench.h"
+#include "bench/call_tables.h"
 #include "bench/conversion_bench.h"
 #include "bench/generated_model.h"
 #include "bench/install_bench.h"
@@ -27,6 +30,10 @@ constexpr double kMostLoadRatio = 3;
 constexpr double kMostDefaultRatio = 5;
 constexpr double kMostCapabilityMicroseconds = 150;
 constexpr double kMostPeakMegabytes = 30;
+
+constexpr WORD kShownCapabilities[] = {
+    DC_SIZE, DC_PAPERS, DC_PAPERNAMES, DC_BINNAMES, DC_ENUMRESOLUTIONS, DC_MEDIATYPENAMES, DC_FILEDEPENDENCIES};
+constexpr const char* kRichestRead = "file of the richest model read";
 
 // Papers by which the device block grows to about 64 KiB; each record has 32 bytes.
 constexpr int kPaperCounts[] = {250, 500, 1000, 2000};
@@ -53,16 +60,7 @@ class BenchPrinter {
         FindDescriptionFile(printer_.Get(), path_);
     }
 
-    // The least that loading can cost: the whole file, opened and read at once.
-    void ReadWhole() const {
-        const OwnedFile file(
-            CreateFileW(path_, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-        const DWORD size = GetFileSize(file.Get(), nullptr);
-        const auto bytes = HeapOwner<char>::AllocateSize(size);
-        DWORD arrived = 0;
-        ReadFile(file.Get(), bytes.Get(), size, &arrived, nullptr);
-        Require(arrived == size && size > 0, "the description file reads short");
-    }
+    void ReadWhole() const { ReadWholeDescription(path_); }
 
     void LoadAndLookUp() const {
         const OwnedFile file = OpenDescriptionFile(printer_.Get());
@@ -90,6 +88,7 @@ class CapabilityPrinter {
         const CompileResult compiled = CompileModel(source);
         Require(compiled.Succeeded(), source.string() + " doesn't compile");
         printer_ = InstallDescription(machine, source.stem().string(), compiled.bytes);
+        FindDescriptionFile(printer_.Get(), path_);
         size_t most = 0;
         for (const CapabilityFormat& format : kCapabilityFormats) {
             const size_t size = EntrySize(format) * GetDeviceCapability(printer_.Get(), format.index, nullptr);
@@ -102,10 +101,12 @@ class CapabilityPrinter {
     // Bytes of all lists.
     size_t Size() const { return size_; }
 
+    void ReadWhole() const { ReadWholeDescription(path_); }
     void Ask(const CapabilityFormat& format) { GetDeviceCapability(printer_.Get(), format.index, output_.data()); }
 
   private:
     OwnedPrinter printer_;
+    WCHAR path_[MAX_PATH];
     size_t size_ = 0;
     std::vector<BYTE> output_;
 };
@@ -135,6 +136,7 @@ class DriverBench : public Bench {
                 richestModel_ = source.filename().string();
             }
         }
+        RegisterWork(kRichestRead, [this] { richest_->ReadWhole(); });
         for (const CapabilityFormat& format : kCapabilityFormats) {
             constexpr double kSeconds = 0.02;
             RegisterWork(
@@ -143,18 +145,9 @@ class DriverBench : public Bench {
     }
 
     bool Judge(const Times& times) const override {
-        std::printf("\n  %-10s %14s %22s %22s\n", "papers", "file read, us", "load and lookup, us",
-                    "default devmode, us");
         const auto time = [&](const char* work, int papers) { return times.at(work + std::to_string(papers)); };
-        for (const int papers : kPaperCounts) {
-            std::printf("  %-10d %14.2f %22.2f %22.2f\n", papers, time("read", papers) / 1000,
-                        time("load", papers) / 1000, time("default", papers) / 1000);
-        }
         std::printf("\n");
-        bool holds = PrintFigure("open, load and look up, against reading the file (64 KiB)",
-                                 time("load", kFullSize) / time("read", kFullSize), "x", kMostLoadRatio);
-        holds &= PrintFigure("default device mode, against reading the file (64 KiB)",
-                             time("default", kFullSize) / time("read", kFullSize), "x", kMostDefaultRatio);
+        bool holds = true;
         for (const char* work : {"load", "default"}) {
             for (size_t i = 1; i < std::size(kPaperCounts); ++i) {
                 holds &= PrintFigure(std::string(work) + ", " + std::to_string(kPaperCounts[i]) + " papers against " +
@@ -162,19 +155,43 @@ class DriverBench : public Bench {
                                      time(work, kPaperCounts[i]) / time(work, kPaperCounts[i - 1]), "x", kMostGrowth);
             }
         }
-        const auto* slowest = std::ranges::max_element(
-            kCapabilityFormats, {}, [&](const CapabilityFormat& format) { return times.at(format.name); });
-        holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest->name,
-                             times.at(slowest->name) / 1000, "us", kMostCapabilityMicroseconds);
+        std::vector<std::string> capabilities;
+        for (const CapabilityFormat& format : kCapabilityFormats) {
+            capabilities.emplace_back(format.name);
+        }
+        const std::string& slowest = times.Slowest(capabilities);
+        holds &= PrintFigure("slowest capability of " + richestModel_ + ", " + slowest, times.at(slowest) / 1000, "us",
+                             kMostCapabilityMicroseconds);
         holds &= PrintFigure("peak memory of velmora devmode", peakOfDevMode_, "MiB", kMostPeakMegabytes);
-        for (const Bench* bench : std::initializer_list<const Bench*>{&validation_, &jobs_, &installation_, &sheets_,
-                                                                      &tickets_, &conversions_}) {
+        for (const Bench* bench : Parts()) {
             holds &= bench->Judge(times);
         }
         return holds;
     }
 
+    void AddRows(CallTables* tables) const override {
+        const std::string size = std::to_string(kFullSize);
+        for (const auto& [group, call, work, most] :
+             {std::tuple(CallGroup::kModel, "model loaded and a paper looked up, 64 KiB", "load", kMostLoadRatio),
+              {CallGroup::kDeviceModes, "default device mode, model of 64 KiB", "default", kMostDefaultRatio}}) {
+            tables->Add(CallRow{group, call, work + size, "its file read", "read" + size, MostRatio(most)});
+        }
+        for (const CapabilityFormat& format : kCapabilityFormats) {
+            if (std::ranges::find(kShownCapabilities, format.index) != std::end(kShownCapabilities)) {
+                tables->Add(CallRow{CallGroup::kCapabilities, format.name + (" of " + richestModel_), format.name,
+                                    "its file read", kRichestRead, MostMicroseconds(kMostCapabilityMicroseconds)});
+            }
+        }
+        for (const Bench* bench : Parts()) {
+            bench->AddRows(tables);
+        }
+    }
+
   private:
+    std::vector<const Bench*> Parts() const {
+        return {&validation_, &jobs_, &installation_, &sheets_, &tickets_, &conversions_, &calls_};
+    }
+
     static double PeakOfDevMode() {
         const TemporaryFolder folder("velmora-bench");
         const std::string program = (ToolsFolder() / "velmora" / "velmora").string();
@@ -196,6 +213,7 @@ class DriverBench : public Bench {
     SheetBench sheets_{machine_};
     TicketBench tickets_;
     ConversionBench conversions_{machine_};
+    CallBench calls_{machine_};
 };
 
 }  // namespace

@@ -1,10 +1,12 @@
 #include "bench/install_bench.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 
+#include "bench/call_tables.h"
 #include "driver/install/printer_events.h"
 #include "platform/kernel/drive.h"
 #include "platform/spooler/state.h"
@@ -16,6 +18,7 @@ namespace {
 
 constexpr int kCounts[] = {250, 500, 1000};
 constexpr double kSeconds = 0.1;
+constexpr const char* kWritten = ", bytes written";
 
 constexpr uintmax_t kLargeBase = uintmax_t{40} << 20;
 constexpr size_t kLargeFont = 32000;
@@ -83,6 +86,18 @@ double MemoryOf(const std::string& figure) {
     return 0;
 }
 
+// The least that as many bytes appended cost. A new file: one that is cut to nothing and written is waited for when it
+// is closed.
+void WriteBlocks(const std::filesystem::path& file, uintmax_t size) {
+    static const std::string block(size_t{64} << 10, 'f');
+    std::filesystem::remove(file);
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    for (uintmax_t written = 0; written < size; written += block.size()) {
+        stream.write(block.data(), static_cast<std::streamsize>(std::min<uintmax_t>(block.size(), size - written)));
+    }
+    Require(static_cast<bool>(stream.flush()), "a file can't be written");
+}
+
 std::string NameOf(const char* what, int count) {
     return std::string("INSTALL-") + what + std::to_string(count);
 }
@@ -90,8 +105,7 @@ std::string NameOf(const char* what, int count) {
 }  // namespace
 
 InstallBench::InstallBench(const host::Machine& machine) {
-    const TemporaryFolder folder("velmora-install-bench");
-    WriteText(folder.Path() / "font.bin", std::string(kFont, 'f'));
+    WriteText(folder_.Path() / "font.bin", std::string(kFont, 'f'));
     constexpr size_t kPattern = 32768;
     for (const int count : kCounts) {
         const std::pair<std::string, uintmax_t> series[] = {{SourceOf(count, "font.bin", 0), count * kFont},
@@ -99,7 +113,7 @@ InstallBench::InstallBench(const host::Machine& machine) {
         for (size_t i = 0; i < std::size(series); ++i) {
             const auto& [source, appended] = series[i];
             const std::string name = NameOf(i == 0 ? "fonts" : "patterns", count);
-            const auto printer = std::make_shared<DataPrinter>(machine, name, source, 1, folder.Path());
+            const auto printer = std::make_shared<DataPrinter>(machine, name, source, 1, folder_.Path());
             RegisterWork(
                 name,
                 [printer, appended] {
@@ -108,11 +122,17 @@ InstallBench::InstallBench(const host::Machine& machine) {
                     printer->RequireAppended(appended);
                 },
                 kSeconds);
+            if (count == *std::ranges::max_element(kCounts)) {
+                const std::filesystem::path file = folder_.Path() / name;
+                RegisterWork(
+                    name + kWritten, [file, size = appended] { WriteBlocks(file, size); }, kSeconds);
+            }
         }
     }
-    WriteText(folder.Path() / "large.bin", std::string(kLargeFont, 'f'));
+    WriteText(folder_.Path() / "large.bin", std::string(kLargeFont, 'f'));
     constexpr int kLargeFonts = static_cast<int>(kLargeBase / kLargeFont) + 1;
-    const DataPrinter large(machine, "INSTALL-LARGE", SourceOf(kLargeFonts, "large.bin", 0), kLargeBase, folder.Path());
+    const DataPrinter large(machine, "INSTALL-LARGE", SourceOf(kLargeFonts, "large.bin", 0), kLargeBase,
+                            folder_.Path());
     large.MakeBase();
     std::ofstream("/proc/self/clear_refs") << "5";  // the peak from here on
     const double before = MemoryOf("VmRSS");
@@ -126,18 +146,22 @@ InstallBench::InstallBench(const host::Machine& machine) {
 bool InstallBench::Judge(const Times& times) const {
     bool holds = true;
     for (const char* what : {"fonts", "patterns"}) {
-        for (size_t i = 0; i < std::size(kCounts); ++i) {
+        for (size_t i = 1; i < std::size(kCounts); ++i) {
             const double time = times.at(NameOf(what, kCounts[i]));
-            if (i == 0) {
-                std::printf("\n  installation, %d %s: %.2f ms\n", kCounts[i], what, time / 1e6);
-                continue;
-            }
             holds &= PrintFigure("installation, " + std::to_string(kCounts[i]) + " " + what + " against half of them",
                                  time / times.at(NameOf(what, kCounts[i - 1])), "x", kMostGrowth);
         }
     }
     std::printf("\n  installation with 40 MiB appended to a file of 40 MiB: %.0f ms\n", milliseconds_);
     return PrintFigure("peak memory that it adds", megabytes_, "MiB", kMostMegabytes) && holds;
+}
+
+void InstallBench::AddRows(CallTables* tables) const {
+    for (const char* what : {"fonts", "patterns"}) {
+        const int most = *std::ranges::max_element(kCounts);
+        tables->Add(CallRow{CallGroup::kInstallation, "printer with " + std::to_string(most) + " " + what,
+                            NameOf(what, most), "its bytes written", NameOf(what, most) + kWritten});
+    }
 }
 
 }  // namespace velmora

@@ -12,8 +12,10 @@ class InstallBench : public Bench {
   public:
     explicit InstallBench(const host::Machine& machine);
     bool Judge(const Times& times) const override;
+    void AddRows(CallTables* tables) const override;
 
   private:
+    TemporaryFolder folder_{"velmora-install-bench"};
     double megabytes_ = 0;  // by which the peak grew
     double milliseconds_ = 0;
 };

@@ -7,12 +7,16 @@
 
 namespace velmora {
 
+// Starts and ends a job. Bytes of the block that starts it, 0 where it doesn't start.
+DWORD RunJob(const std::u16string& printer, VelmoraDevMode* devMode);
+
 // Works on printers of the project's models and of one with as many features as are described at most, on a machine
 // that outlives it.
 class JobBench : public Bench {
   public:
     explicit JobBench(const host::Machine& machine);
     bool Judge(const Times& times) const override;
+    void AddRows(CallTables* tables) const override;
 
   private:
     // A printer and a device mode of it.

@@ -4,6 +4,7 @@
 #include <winspool.h>
 
 #include "bench/bench_printer.h"
+#include "bench/call_tables.h"
 #include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/devmode/private_devmode.h"
@@ -18,7 +19,7 @@ namespace {
 constexpr int kSheetOpenings = 1000;
 constexpr size_t kSamplePixels = 256 * 256;
 
-constexpr const char* kSheetOpening = "document sheet opened and closed";
+constexpr const char* kSheetOpening = "document sheets opened and closed, C5400";
 constexpr const char* kDrawing = "device page drawn to PNG";
 constexpr const char* kPaperPass = "paper choices brought into line";
 constexpr const char* kAdjustmentTable = "colour adjustment computed";
@@ -29,13 +30,10 @@ constexpr const char* kMapping = "a sample of 256 x 256 pixels adjusted";
 // The most that each may take.
 constexpr struct {
     const char* work;
-    const char* unit;
-    double nanoseconds;  // of the unit
-    double most;
+    double microseconds;
 } kLimits[] = {
-    {kSheetOpening, "ms", 1e6, 20}, {kDrawing, "ms", 1e6, 50},        {kPaperPass, "us", 1e3, 30},
-    {kMapping, "ms", 1e6, 2},       {kAdjustmentTable, "ms", 1e6, 2}, {kPaperPreview, "ms", 1e6, 3},
-    {kPagePreview, "ms", 1e6, 5},
+    {kSheetOpening, 20000},   {kDrawing, 50000},     {kPaperPass, 30},     {kMapping, 2000},
+    {kAdjustmentTable, 2000}, {kPaperPreview, 3000}, {kPagePreview, 5000},
 };
 
 constexpr const char* kModel = "velmora-c5400.json";
@@ -56,6 +54,15 @@ WatermarkRecord SlantedWatermark() {
 }
 
 }  // namespace
+
+void OpenDocumentSheet(host::Machine& machine, HANDLE printer, const std::string& name) {
+    machine.SetUser(CancelSheet);
+    std::u16string wideName(name.begin(), name.end());
+    VelmoraDevMode devMode;
+    Require(DocumentPropertiesW(nullptr, printer, wideName.data(), &devMode.publicPart, nullptr,
+                                DM_OUT_BUFFER | DM_PROMPT) == IDCANCEL,
+            "the document sheet doesn't open");
+}
 
 // A dialog with the controls that previews are drawn in, and what they are drawn on.
 struct SheetBench::Previews {
@@ -99,10 +106,10 @@ SheetBench::SheetBench(host::Machine& machine) : machine_(machine) {
     Require(static_cast<bool>(printer_), "the model of the sheets isn't there");
     const size_t openBefore = host::StillOpen().size();
     for (int i = 0; i < kSheetOpenings; ++i) {
-        OpenDocumentSheet();
+        OpenDocumentSheet(machine, printer_.Get(), kName);
     }
     leftOpen_ = static_cast<double>(host::StillOpen().size()) - static_cast<double>(openBefore);
-    RegisterWork(kSheetOpening, [this] { OpenDocumentSheet(); });
+    RegisterWork(kSheetOpening, [this] { OpenDocumentSheet(machine_, printer_.Get(), kName); });
     RegisterWork(kDrawing, [this] { DrawDevicePage(); });
     RegisterPageWorks();
     RegisterPreviewWorks();
@@ -137,15 +144,6 @@ void SheetBench::RegisterPageWorks() {
     RegisterWork(kMapping, [this] { MapPixels(table_, sample_.data(), sample_.size()); });
 }
 
-void SheetBench::OpenDocumentSheet() {
-    machine_.SetUser(CancelSheet);
-    std::u16string name(kName, kName + std::char_traits<char>::length(kName));
-    VelmoraDevMode devMode;
-    Require(DocumentPropertiesW(nullptr, printer_.Get(), name.data(), &devMode.publicPart, nullptr,
-                                DM_OUT_BUFFER | DM_PROMPT) == IDCANCEL,
-            "the document sheet doesn't open");
-}
-
 void SheetBench::DrawDevicePage() {
     bool isDrawn = false;
     machine_.SetUser([&] {
@@ -156,13 +154,14 @@ void SheetBench::DrawDevicePage() {
     Require(PrinterProperties(nullptr, printer_.Get()) && isDrawn, "the device page isn't drawn");
 }
 
-bool SheetBench::Judge(const Times& times) const {
-    bool holds =
-        PrintFigure("open things left by " + std::to_string(kSheetOpenings) + " document sheets", leftOpen_, "", 0);
+bool SheetBench::Judge(const Times&) const {
+    return PrintFigure("open things left by " + std::to_string(kSheetOpenings) + " document sheets", leftOpen_, "", 0);
+}
+
+void SheetBench::AddRows(CallTables* tables) const {
     for (const auto& limit : kLimits) {
-        holds &= PrintFigure(limit.work, times.at(limit.work) / limit.nanoseconds, limit.unit, limit.most);
+        tables->Add(CallRow{CallGroup::kSheets, limit.work, limit.work, "", "", MostMicroseconds(limit.microseconds)});
     }
-    return holds;
 }
 
 }  // namespace velmora

@@ -13,17 +13,20 @@
 
 namespace velmora {
 
+// Opens a printer's document sheets and cancels them.
+void OpenDocumentSheet(host::Machine& machine, HANDLE printer, const std::string& name);
+
 class SheetBench : public Bench {
   public:
     // Installs a printer on the machine, registers the works, and opens the sheets often enough to see what they leave.
     explicit SheetBench(host::Machine& machine);
     ~SheetBench() override;
     bool Judge(const Times& times) const override;
+    void AddRows(CallTables* tables) const override;
 
   private:
     struct Previews;
 
-    void OpenDocumentSheet();
     void DrawDevicePage();
     void RegisterPageWorks();
     void RegisterPreviewWorks();

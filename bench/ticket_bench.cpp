@@ -1,11 +1,11 @@
 #include "bench/ticket_bench.h"
 
-#include <cstdio>
 #include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "bench/call_tables.h"
 #include "bench/plain_document.h"
 #include "driver/ptprovider/print_schema.h"
 #include "driver/ptprovider/schema_document.h"
@@ -329,21 +329,17 @@ TicketBench::TicketBench() : parts_(std::make_unique<Parts>()) {
 TicketBench::~TicketBench() = default;
 
 bool TicketBench::Judge(const Times& times) const {
-    constexpr double kNanosecondsPerMicrosecond = 1000;
-    const auto time = [&](const char* work) { return times.at(work) / kNanosecondsPerMicrosecond; };
-    std::printf(
-        "\n  2,000 elements built in %.0f us (libxml2: %.0f us), 40 features found in %.0f us (libxml2: %.0f us),\n"
-        "  a prefix looked up in %.3f us, 10,000 elements in each other built in %.0f us\n\n",
-        time(kBuild), time(kPlainBuild), time(kFind), time(kPlainFind), time(LookupName(kSizes[0]).c_str()),
-        time(kDeep));
-    bool holds = PrintFigure("capabilities of 2,000 elements, against libxml2", time(kBuild) / time(kPlainBuild), "x",
-                             kMostBuildRatio);
-    holds &= PrintFigure("40 features among 400, against libxml2", time(kFind) / time(kPlainFind), "x", kMostFindRatio);
-    holds &= PrintFigure("a prefix among 100,000 elements, against 100",
-                         times.at(LookupName(kSizes[1])) / times.at(LookupName(kSizes[0])), "x", kMostLookupGrowth);
-    holds &= PrintFigure("10,000 elements in each other, against side by side", time(kDeep) / time(kFlat), "x",
-                         kMostDeepRatio);
-    return holds;
+    return PrintFigure("a prefix among 100,000 elements, against 100",
+                       times.at(LookupName(kSizes[1])) / times.at(LookupName(kSizes[0])), "x", kMostLookupGrowth);
+}
+
+void TicketBench::AddRows(CallTables* tables) const {
+    tables->Add(CallRow{CallGroup::kTickets, "capabilities of 2,000 elements built", kBuild, "libxml2, same tree",
+                        kPlainBuild, MostRatio(kMostBuildRatio)});
+    tables->Add(CallRow{CallGroup::kTickets, "40 features among 400 found", kFind, "libxml2, same search", kPlainFind,
+                        MostRatio(kMostFindRatio)});
+    tables->Add(CallRow{CallGroup::kTickets, "10,000 elements built in each other", kDeep, "built side by side", kFlat,
+                        MostRatio(kMostDeepRatio)});
 }
 
 }  // namespace velmora

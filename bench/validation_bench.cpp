@@ -88,10 +88,12 @@ void ValidationBench::CheckBothParts() const {
 bool ValidationBench::Judge(const Times& times) const {
     constexpr double kNanosecondsPerMicrosecond = 1000;
     const auto time = [&](const char* work) { return times.at(work) / kNanosecondsPerMicrosecond; };
-    std::printf(
-        "\n  %s: load %.2f us, facts of the private part %.2f us, public part without model %.2f us, private "
-        "part %.2f us\n\n",
-        modelName_.c_str(), time(kLoad), time(kFacts), time(kPublicAlone), time(kPrivateAlone));
+    if (times.isWhole) {
+        std::printf(
+            "\n  %s: load %.2f us, facts of the private part %.2f us, public part without model %.2f us, private "
+            "part %.2f us\n\n",
+            modelName_.c_str(), time(kLoad), time(kFacts), time(kPublicAlone), time(kPrivateAlone));
+    }
     bool holds =
         PrintFigure("validation of a whole device mode, model in hand", time(kInHand), "us", kMostMicroseconds);
     // Both parts' checks are counted in each: they are small beside the loading.

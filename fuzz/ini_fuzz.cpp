@@ -8,8 +8,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -26,6 +24,7 @@
 #include "driver/settings/font_substitutions.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
+#include "fuzz/stop.h"
 #include "platform/host.h"
 #include "tests/driver/package.h"
 #include "tests/driver/resource_file.h"
@@ -35,14 +34,10 @@ namespace {
 using namespace velmora;  // NOLINT(google-build-using-namespace): the operations under test
 using driver_test::DrivePath;
 using driver_test::WideText;
+using fuzz::Stop;
 
 constexpr LANGID kEnglish = 0x0409;
 constexpr LANGID kJapanese = 0x0411;
-
-[[noreturn]] void Stop(const char* what) {
-    fprintf(stderr, "%s\n", what);
-    abort();
-}
 
 // A language module with built-in watermarks.
 std::string ModuleOf(const WideText& code, unsigned builtIns, const WideText& charSet) {
@@ -204,7 +199,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string input(reinterpret_cast<const char*>(data), size);
     target.machine.SetAnsiCodePage((size & 1) == 0 ? 1252 : 932);
     target.machine.SetLanguage(kEnglish);
-    const size_t open = host::StillOpen().size();
+    const fuzz::OpenCheck open;
 
     driver_test::WriteDriveFile(target.ini, input);
     DeviceInfo info = {};
@@ -226,8 +221,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         Stop("a file that isn't on the drive is deleted");
     }
     target.Restore();
-    if (host::StillOpen().size() != open) {
-        Stop("something is left open");
-    }
     return 0;
 }

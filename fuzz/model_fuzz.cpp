@@ -4,8 +4,6 @@
 // Seeds are the project's model sources. An input stands where they do, so that it includes and names the same files.
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <random>
@@ -15,6 +13,7 @@
 #include <vector>
 
 #include "driver/devdesc/description_format.h"
+#include "fuzz/stop.h"
 #include "tools/xpic/check_model.h"
 #include "tools/xpic/compile.h"
 #include "tools/xpic/dump_description.h"
@@ -22,13 +21,9 @@
 namespace {
 
 using namespace velmora;  // NOLINT(google-build-using-namespace): the compiler under test
+using fuzz::Stop;
 
 const std::string kFile = VELMORA_MODELS_SOURCE_DIR "/fuzzed.json";
-
-[[noreturn]] void Stop(const char* what, const std::string& detail = {}) {
-    fprintf(stderr, "%s: %s\n", what, detail.c_str());
-    abort();
-}
 
 // True where the text has this line, and the line this column or ends before it.
 bool HoldsPosition(std::string_view text, const Position& position) {

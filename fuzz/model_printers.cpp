@@ -1,12 +1,11 @@
 #include "fuzz/model_printers.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 #include "driver/devmode/default_devmode.h"
 #include "driver/devmode/devmode_fields.h"
+#include "fuzz/stop.h"
 #include "tools/xpic/compile.h"
 
 namespace fuzz {
@@ -14,14 +13,11 @@ namespace fuzz {
 using namespace velmora;  // NOLINT(google-build-using-namespace): the operations under test
 
 void Stop(const char* what, const ValidationReport& report) {
-    fprintf(stderr, "%s\n", what);
+    std::string detail = report.rejectedBy ? std::string("rejected by ") + report.rejectedBy : "";
     for (const char* repaired : report.repaired) {
-        fprintf(stderr, "  %s\n", repaired ? repaired : "-");
+        detail += std::string(detail.empty() ? "" : ", ") + (repaired ? repaired : "-");
     }
-    if (report.rejectedBy) {
-        fprintf(stderr, "  rejected by %s\n", report.rejectedBy);
-    }
-    abort();
+    Stop(what, detail);
 }
 
 std::vector<std::filesystem::path> ModelSources() {

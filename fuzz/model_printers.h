@@ -1,5 +1,4 @@
-// What fuzz targets have in common: printers of the project's models, device modes with anything in their fields, and
-// the end of a run that shows a fault.
+// What fuzz targets have in common: printers of the project's models, and device modes with anything in their fields.
 #pragma once
 
 #include <windows.h>
@@ -17,8 +16,8 @@
 
 namespace fuzz {
 
-// Ends the process as a crash does, with the names of what was repaired.
-[[noreturn]] void Stop(const char* what, const velmora::ValidationReport& report = {});
+// Ends the run as a fault does, with the names of what was repaired.
+[[noreturn]] void Stop(const char* what, const velmora::ValidationReport& report);
 
 // The sources of the project's models, in the order of their names.
 std::vector<std::filesystem::path> ModelSources();

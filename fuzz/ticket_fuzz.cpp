@@ -29,6 +29,7 @@
 #include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
 #include "fuzz/model_printers.h"
+#include "fuzz/stop.h"
 #include "platform/host.h"
 #include "platform/kernel/text.h"
 #include "tests/driver/resource_file.h"
@@ -860,10 +861,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     for (size_t i = 0; i < steps.size(); ++i) {
         memcpy(&steps[i], data + sizeof(header) + i * sizeof(Step), sizeof(Step));
     }
-    const size_t open = host::StillOpen().size();
+    const OpenCheck open;
     Run(printers.models[header.printer % printers.models.size()], header, steps);
-    if (host::StillOpen().size() != open) {
-        Stop("something is left open");
-    }
     return 0;
 }

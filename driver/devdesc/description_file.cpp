@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "driver/base/text.h"
-#include "driver/entry/printer_access.h"
 
 namespace velmora {
 namespace {
@@ -134,8 +133,12 @@ void ResolvePointerSlots(char* block, size_t length) {
 
 }  // namespace
 
+bool FindDescriptionFile(const DriverFiles& files, WCHAR* path) {
+    return files.Find(TEXT("XPI"), TEXT(".XPI"), path);
+}
+
 bool FindDescriptionFile(HANDLE printer, WCHAR* path) {
-    return FindDriverFile(printer, TEXT("XPI"), TEXT(".XPI"), path);
+    return FindDescriptionFile(DriverFiles(printer), path);
 }
 
 OwnedFile OpenDescriptionFile(HANDLE printer) {
@@ -238,23 +241,37 @@ TextPool::TextPool(HANDLE file) : file_(file) {
 }
 
 void TextPool::Load() {
-    bytes_ = HeapOwner<char>::Allocate(size_);
+    // One read for both where no more than an index can be between them.
+    constexpr size_t kMostIndexBytes = (size_t{INT16_MAX} + 1) * sizeof(uint16_t);
+    const bool isBefore = indexOffset_ < poolOffset_ && poolOffset_ - indexOffset_ <= kMostIndexBytes;
+    const size_t indexSize = isBefore ? poolOffset_ - indexOffset_ : 0;
+    bytes_ = HeapOwner<char>::Allocate(indexSize + size_);
     if (bytes_) {
-        size_ = ReadAt(file_, poolOffset_, bytes_.Get(), size_);
+        const size_t arrived = ReadAt(file_, poolOffset_ - indexSize, bytes_.Get(), indexSize + size_);
+        indexSize_ = arrived < indexSize ? arrived : indexSize;
+        size_ = arrived - indexSize_;
     }
+}
+
+bool TextPool::FindOffset(int16_t reference, uint16_t* offset) const {
+    const size_t place = static_cast<size_t>(reference) * sizeof(*offset);
+    if (place + sizeof(*offset) > indexSize_) {
+        return ReadEntry(file_, indexOffset_, static_cast<uint64_t>(reference), offset);
+    }
+    memcpy(offset, bytes_.Get() + place, sizeof(*offset));
+    return true;
 }
 
 void TextPool::Read(int16_t reference, char* destination, size_t capacity) const {
     destination[0] = 0;
     uint16_t offset = 0;
-    if (reference <= 0 || size_ == 0 || !ReadEntry(file_, indexOffset_, static_cast<uint64_t>(reference), &offset) ||
-        offset >= size_) {
+    if (reference <= 0 || size_ == 0 || !FindOffset(reference, &offset) || offset >= size_) {
         return;
     }
     const size_t count = size_ - offset < capacity ? size_ - offset : capacity;
     size_t arrived = count;
     if (bytes_) {
-        memcpy(destination, bytes_.Get() + offset, count);
+        memcpy(destination, bytes_.Get() + indexSize_ + offset, count);
     } else {
         arrived = ReadAt(file_, uint64_t{poolOffset_} + offset, destination, count);
     }
@@ -269,27 +286,27 @@ void ReadShortText(HANDLE file, int16_t reference, char* destination) {
     TextPool(file).ReadShortText(reference, destination);
 }
 
-StringPool::StringPool(HANDLE file, WORD language, HMODULE module) : file_(file), language_(language), module_(module) {
+StringPool::StringPool(HANDLE file, WORD language, HMODULE module) : StringPool(file, language, module, true) {}
+
+StringPool::StringPool(HANDLE file, WORD language, HMODULE module, bool hasStrings)
+    : file_(file), language_(language), module_(module) {
     DescriptionFileHeader header;
-    if (!ReadValueAt(file, 0, &header)) {
+    LARGE_INTEGER fileSize;
+    if (!ReadValueAt(file, 0, &header) || !GetFileSizeEx(file, &fileSize)) {
         return;
     }
+    const auto size = static_cast<uint64_t>(fileSize.QuadPart);
     uint16_t base = 0;
-    if (ReadEntry(file, header.languageTableOffset, language, &base)) {
-        strings_.Load(file, header.stringIndexOffset + uint64_t{base} * sizeof(base), header.stringPoolOffset);
+    if (hasStrings && ReadEntry(file, header.languageTableOffset, language, &base)) {
+        strings_.Load(file, size, header.stringIndexOffset + uint64_t{base} * sizeof(base), header.stringPoolOffset);
     }
-    names_.Load(file, header.nameIndexOffset, header.namePoolOffset);
+    names_.Load(file, size, header.nameIndexOffset, header.namePoolOffset);
 }
 
-void StringPool::Texts::Load(HANDLE file, uint64_t indexPosition, uint64_t poolPosition) {
-    LARGE_INTEGER fileSize;
-    if (!GetFileSizeEx(file, &fileSize)) {
-        return;
-    }
+void StringPool::Texts::Load(HANDLE file, uint64_t fileSize, uint64_t indexPosition, uint64_t poolPosition) {
     // Bytes of the file behind a position, as far as they can be reached: by a positive reference, and by an offset.
     const auto reachable = [&](uint64_t position, size_t most) {
-        const auto size = static_cast<uint64_t>(fileSize.QuadPart);
-        const uint64_t left = position < size ? size - position : 0;
+        const uint64_t left = position < fileSize ? fileSize - position : 0;
         return left < most ? static_cast<size_t>(left) : most;
     };
     const size_t indexBytes = reachable(indexPosition, (size_t{INT16_MAX} + 1) * sizeof(uint16_t));

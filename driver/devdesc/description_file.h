@@ -11,6 +11,7 @@
 #include "driver/base/handles.h"
 #include "driver/base/heap.h"
 #include "driver/devdesc/description_format.h"
+#include "driver/entry/printer_access.h"
 
 namespace velmora {
 
@@ -19,6 +20,7 @@ inline constexpr size_t kShortTextCapacity = 128;  // bytes that ReadShortText f
 
 // The full path of the printer's description file in `path` (MAX_PATH characters); false and the empty string where it
 // has none.
+bool FindDescriptionFile(const DriverFiles& files, WCHAR* path);
 bool FindDescriptionFile(HANDLE printer, WCHAR* path);
 
 // The printer's description file, or the one at a path, opened for reading; the invalid handle where there is none.
@@ -59,13 +61,15 @@ class TextPool {
     void ReadShortText(int16_t reference, char* destination) const { Read(reference, destination, kShortTextCapacity); }
 
   private:
+    bool FindOffset(int16_t reference, uint16_t* offset) const;
     void Read(int16_t reference, char* destination, size_t capacity) const;
 
     HANDLE file_;
     uint32_t indexOffset_ = 0;
     uint32_t poolOffset_ = 0;
     size_t size_ = 0;        // bytes of the pool that texts can reach
-    HeapOwner<char> bytes_;  // empty: not loaded
+    HeapOwner<char> bytes_;  // of the index, where it stands before the pool, and of the pool; empty: not loaded
+    size_t indexSize_ = 0;   // bytes of the index there
 };
 
 // The localised strings of one language and the names, all read at once. What there is no memory for is read singly,
@@ -74,12 +78,16 @@ class StringPool {
   public:
     // `language` is a primary identifier; `module`, which may be null, has the strings of negative references.
     StringPool(HANDLE file, WORD language, HMODULE module);
+    // Of names alone, for who reads no strings.
+    explicit StringPool(HANDLE file) : StringPool(file, LANG_NEUTRAL, nullptr, false) {}
 
     // As the functions of the same names.
     void ReadLocalizedString(int16_t reference, WCHAR* destination, size_t capacity) const;
     void ReadName(int16_t reference, WCHAR* destination, size_t capacity) const;
 
   private:
+    StringPool(HANDLE file, WORD language, HMODULE module, bool hasStrings);
+
     // An index and the texts that it leads to.
     struct Texts {
         HeapOwner<uint16_t> offsets;
@@ -87,7 +95,7 @@ class StringPool {
         HeapOwner<char> bytes;
         size_t size = 0;
 
-        void Load(HANDLE file, uint64_t indexPosition, uint64_t poolPosition);
+        void Load(HANDLE file, uint64_t fileSize, uint64_t indexPosition, uint64_t poolPosition);
         bool IsLoaded() const { return offsets && bytes; }
         void Read(int16_t reference, WCHAR* destination, size_t capacity) const;
     };

@@ -1,6 +1,7 @@
 #include "driver/devmode/device_capabilities.h"
 
 #include <cstring>
+#include <optional>
 
 #include "driver/base/text.h"
 #include "driver/devdesc/description_file.h"
@@ -89,9 +90,14 @@ class NameReader {
     // next call.
     const WCHAR* Read(int reference) {
         name_[0] = 0;
-        if (isNeeded_) {
-            ReadLocalizedString(file_, UserPrimaryLanguage(), module_.Get(), static_cast<int16_t>(reference), name_,
-                                kNameCapacity);
+        const auto number = static_cast<int16_t>(reference);
+        if (isNeeded_ && number > 0) {
+            if (!strings_) {
+                strings_.emplace(file_, UserPrimaryLanguage(), module_.Get());
+            }
+            strings_->ReadLocalizedString(number, name_, kNameCapacity);
+        } else if (isNeeded_) {
+            ReadLocalizedString(file_, UserPrimaryLanguage(), module_.Get(), number, name_, kNameCapacity);
         }
         return name_;
     }
@@ -100,6 +106,7 @@ class NameReader {
     HANDLE file_;
     bool isNeeded_;
     OwnedModule module_;
+    std::optional<StringPool> strings_;  // all of the model's, once one is asked for
     WCHAR name_[kNameCapacity] = {};
 };
 

@@ -12,6 +12,7 @@
 #include "driver/devdesc/device_model.h"
 #include "driver/devmode/color_groups.h"
 #include "driver/devmode/private_devmode.h"
+#include "driver/entry/printer_access.h"
 
 namespace velmora {
 
@@ -68,6 +69,7 @@ struct PrivateFacts {
     DWORD dataFileSize;  // bytes of the printer data file, kNoPrinterDataFile where there is none
     uint16_t blobSize;   // bytes of the model's command blob
 };
+PrivateFacts ReadPrivateFacts(HANDLE printer, const DriverFiles& files, HANDLE file);
 PrivateFacts ReadPrivateFacts(HANDLE printer, HANDLE file);
 
 // The validation of the private part with all of that in hand. Calls nothing and allocates nothing.

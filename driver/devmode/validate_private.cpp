@@ -3,7 +3,6 @@
 #include "driver/devdesc/model_tables.h"
 #include "driver/devmode/devmode_field_table.h"
 #include "driver/devmode/field_check.h"
-#include "driver/entry/printer_access.h"
 #include "driver/settings/printer_data_file.h"
 
 namespace velmora {
@@ -744,13 +743,17 @@ int ValidateColorOptions(const DeviceModel& model, const ColorGroup& group, Priv
     return repairs;
 }
 
-PrivateFacts ReadPrivateFacts(HANDLE printer, HANDLE file) {
+PrivateFacts ReadPrivateFacts(HANDLE printer, const DriverFiles& files, HANDLE file) {
     PrivateFacts facts = {};
-    FindDescriptionFile(printer, facts.descriptionPath);
-    facts.hasPipelineConfig = HasPipelineConfig(printer);
+    FindDescriptionFile(files, facts.descriptionPath);
+    facts.hasPipelineConfig = HasPipelineConfig(files);
     facts.dataFileSize = MeasurePrinterDataFile(printer);
     facts.blobSize = ReadBlob(file, nullptr, 0);
     return facts;
+}
+
+PrivateFacts ReadPrivateFacts(HANDLE printer, HANDLE file) {
+    return ReadPrivateFacts(printer, DriverFiles(printer), file);
 }
 
 void CheckPrivateDevMode(const PrivateFacts& facts, const DeviceModel& model, PrivateDevMode* devMode,

@@ -196,44 +196,54 @@ bool ReadPrinterDword(HANDLE printer, const WCHAR* valueName, DWORD* value) {
     return true;
 }
 
-bool FindDriverFile(HANDLE printer, const WCHAR* valueName, const WCHAR* fragment, WCHAR* path) {
+DriverFiles::DriverFiles(HANDLE printer) : printer_(printer), info_(GetDriverInfo3(printer)) {
+    if (!info_) {
+        return;
+    }
+    for (WCHAR* file = info_->pDependentFiles; file && *file != 0; file += TextLength(file) + 1) {
+        CharUpperW(file);
+    }
+    for (WCHAR* const file : {info_->pDataFile, info_->pHelpFile, info_->pConfigFile}) {
+        if (file) {
+            CharUpperW(file);
+        }
+    }
+}
+
+bool DriverFiles::Find(const WCHAR* valueName, const WCHAR* fragment, WCHAR* path) const {
     path[0] = 0;
     WCHAR wanted[MAX_PATH];
     const bool isNamed = valueName && *valueName != 0 &&
-                         ReadPrinterString(printer, valueName, wanted, ARRAYSIZE(wanted)) && wanted[0] != 0;
+                         ReadPrinterString(printer_, valueName, wanted, ARRAYSIZE(wanted)) && wanted[0] != 0;
     if (!isNamed) {
         CopyText(wanted, ARRAYSIZE(wanted), fragment);
     }
-    if (wanted[0] == 0) {
+    if (wanted[0] == 0 || !info_) {
         return false;
     }
     CharUpperW(wanted);
-    const HeapOwner<DRIVER_INFO_3W> info = GetDriverInfo3(printer);
-    if (!info) {
-        return false;
-    }
-    const auto matches = [&](WCHAR* candidate) {
-        if (!candidate || *candidate == 0) {
-            return false;
-        }
-        CharUpperW(candidate);
-        if (!FindText<WCHAR>(candidate, wanted)) {
+    const auto matches = [&](const WCHAR* candidate) {
+        if (!candidate || *candidate == 0 || !FindText(candidate, wanted)) {
             return false;
         }
         CopyText<WCHAR>(path, MAX_PATH, candidate);
         return true;
     };
-    for (WCHAR* file = info->pDependentFiles; file && *file != 0; file += TextLength(file) + 1) {
+    for (const WCHAR* file = info_->pDependentFiles; file && *file != 0; file += TextLength(file) + 1) {
         if (matches(file)) {
             return true;
         }
     }
-    return matches(info->pDataFile) || matches(info->pHelpFile) || matches(info->pConfigFile);
+    return matches(info_->pDataFile) || matches(info_->pHelpFile) || matches(info_->pConfigFile);
+}
+
+bool HasPipelineConfig(const DriverFiles& files) {
+    WCHAR path[MAX_PATH];
+    return files.Find(nullptr, TEXT("PipelineConfig.xml"), path);
 }
 
 bool HasPipelineConfig(HANDLE printer) {
-    WCHAR path[MAX_PATH];
-    return FindDriverFile(printer, nullptr, TEXT("PipelineConfig.xml"), path);
+    return HasPipelineConfig(DriverFiles(printer));
 }
 
 bool GetRenderCorePath(HANDLE printer, WCHAR* path) {

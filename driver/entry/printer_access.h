@@ -72,13 +72,30 @@ bool ReadPrinterRecord(HANDLE printer, const WCHAR* valueName, DWORD type, void*
 // Reads a DWORD of the printer's data. False, and `*value` unchanged, where there is none of this type.
 bool ReadPrinterDword(HANDLE printer, const WCHAR* valueName, DWORD* value);
 
-// The full path, upper-cased, of the first driver file that contains the fragment: dependent files, data file, help
-// file, configuration file, in this order. The fragment is the printer-data string `valueName` where there is one (null
-// or empty: none is looked for), else `fragment` (null: none). True and the path in `path` (MAX_PATH characters), or
-// false and the empty string.
-bool FindDriverFile(HANDLE printer, const WCHAR* valueName, const WCHAR* fragment, WCHAR* path);
+// The files of a printer's driver, asked for once where several are looked for.
+class DriverFiles {
+  public:
+    DriverFiles() = default;  // none
+    explicit DriverFiles(HANDLE printer);
+
+    // The full path, upper-cased, of the first driver file that contains the fragment: dependent files, data file, help
+    // file, configuration file, in this order. The fragment is the printer-data string `valueName` where there is one
+    // (null or empty: none is looked for), else `fragment` (null: none). True and the path in `path` (MAX_PATH
+    // characters), or false and the empty string.
+    bool Find(const WCHAR* valueName, const WCHAR* fragment, WCHAR* path) const;
+
+  private:
+    HANDLE printer_ = INVALID_HANDLE_VALUE;
+    HeapOwner<DRIVER_INFO_3W> info_;  // those paths upper-cased
+};
+
+// The same for one file.
+inline bool FindDriverFile(HANDLE printer, const WCHAR* valueName, const WCHAR* fragment, WCHAR* path) {
+    return DriverFiles(printer).Find(valueName, fragment, path);
+}
 
 // True where the driver brings the file of print pipelines, "PipelineConfig.xml": its renderer then works on XPS.
+bool HasPipelineConfig(const DriverFiles& files);
 bool HasPipelineConfig(HANDLE printer);
 
 // The path of the rendering core in `path` (MAX_PATH characters); false and the empty string where there is none.

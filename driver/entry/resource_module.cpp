@@ -4,7 +4,6 @@
 
 #include "driver/base/format.h"
 #include "driver/base/text.h"
-#include "driver/entry/printer_access.h"
 
 namespace velmora {
 namespace {
@@ -76,19 +75,19 @@ static_assert(std::size(kCodes) == 56);
 
 constexpr WORD kLastPrimary = std::size(kCodes);
 
-OwnedModule LoadModuleOf(HANDLE printer, const WCHAR* code) {
+OwnedModule LoadModuleOf(const DriverFiles& files, const WCHAR* code) {
     WCHAR fragment[16];
     FormatWide(fragment, ARRAYSIZE(fragment), TEXT("%s.DLL"), code);
     WCHAR path[MAX_PATH];
-    return OwnedModule(FindDriverFile(printer, code, fragment, path) ? LoadLibraryW(path) : nullptr);
+    return OwnedModule(files.Find(code, fragment, path) ? LoadLibraryW(path) : nullptr);
 }
 
-void FillContext(HANDLE printer, const WCHAR* code, ResourceContext* context) {
+void FillContext(const DriverFiles& files, const WCHAR* code, ResourceContext* context) {
     WCHAR valueName[16];
     WCHAR fragment[16];
     FormatWide(valueName, ARRAYSIZE(valueName), TEXT("%shelp"), code);
     FormatWide(fragment, ARRAYSIZE(fragment), TEXT("%s.chm"), code);
-    FindDriverFile(printer, valueName, fragment, context->helpPath);
+    files.Find(valueName, fragment, context->helpPath);
     GetProfileStringW(TEXT("intl"), TEXT("sDecimal"), TEXT("."), context->decimalSeparator,
                       ARRAYSIZE(context->decimalSeparator));
 }
@@ -109,7 +108,7 @@ WORD UserPrimaryLanguage() {
     return PRIMARYLANGID(GetUserDefaultLangID());
 }
 
-OwnedModule LoadResourceModule(HANDLE printer, ResourceContext* context) {
+OwnedModule LoadResourceModule(const DriverFiles& files, ResourceContext* context) {
     const LANGID user = GetUserDefaultLangID();
     WORD primary = PRIMARYLANGID(user);
     WORD sublanguage = SUBLANGID(user);
@@ -120,20 +119,24 @@ OwnedModule LoadResourceModule(HANDLE printer, ResourceContext* context) {
     const WCHAR* code = LanguageCode(primary, sublanguage);
     OwnedModule module;
     if (code) {
-        module = LoadModuleOf(printer, code);
+        module = LoadModuleOf(files, code);
     }
     if (!module) {
         primary = LANG_ENGLISH;
         sublanguage = SUBLANG_ENGLISH_US;
         code = LanguageCode(primary, sublanguage);
-        module = LoadModuleOf(printer, code);
+        module = LoadModuleOf(files, code);
     }
     if (context) {
         context->language = primary;
         context->sublanguage = sublanguage;
-        FillContext(printer, code, context);
+        FillContext(files, code, context);
     }
     return module;
+}
+
+OwnedModule LoadResourceModule(HANDLE printer, ResourceContext* context) {
+    return LoadResourceModule(DriverFiles(printer), context);
 }
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "driver/base/handles.h"
+#include "driver/entry/printer_access.h"
 
 namespace velmora {
 
@@ -23,6 +24,7 @@ WORD UserPrimaryLanguage();
 
 // Loads the module for the user's language, or the U.S. English one where it has none; empty where neither can be had.
 // `context` may be null; it is filled in either case.
+OwnedModule LoadResourceModule(const DriverFiles& files, ResourceContext* context);
 OwnedModule LoadResourceModule(HANDLE printer, ResourceContext* context);
 
 }  // namespace velmora

@@ -126,5 +126,6 @@ inline constexpr const WCHAR* kQName = TEXT("QName");
 inline constexpr const WCHAR* kString = TEXT("string");
 inline constexpr const WCHAR* kInteger = TEXT("integer");
 }  // namespace schema_type
+inline constexpr const WCHAR* kSchemaTypes[] = {schema_type::kQName, schema_type::kString, schema_type::kInteger};
 
 }  // namespace velmora

@@ -42,13 +42,17 @@ constexpr ColorModeString kColorModeStrings[] = {
 // Reads the texts of entries.
 class EntryTexts {
   public:
-    explicit EntryTexts(const PrinterSnapshot& snapshot)
+    EntryTexts(const PrinterSnapshot& snapshot, SnapshotLabels labels)
         : ownNamespace_(snapshot.ownNamespace),
-          pool_(snapshot.descriptionFile.Get(), snapshot.language, snapshot.resources.Get()) {}
+          hasLabels_(labels == SnapshotLabels::kRead),
+          pool_(hasLabels_ ? StringPool(snapshot.descriptionFile.Get(), snapshot.language, snapshot.resources.Get())
+                           : StringPool(snapshot.descriptionFile.Get())) {}
 
     template <size_t kCapacity>
     void Label(int reference, WCHAR (&text)[kCapacity]) const {
-        pool_.ReadLocalizedString(static_cast<int16_t>(reference), text, kCapacity);
+        if (hasLabels_) {
+            pool_.ReadLocalizedString(static_cast<int16_t>(reference), text, kCapacity);
+        }
     }
     template <size_t kCapacity>
     void Name(int reference, WCHAR (&text)[kCapacity]) const {
@@ -62,6 +66,7 @@ class EntryTexts {
 
   private:
     const WCHAR* ownNamespace_;
+    bool hasLabels_;
     StringPool pool_;
 };
 
@@ -286,37 +291,42 @@ EntryList<OverlayEntry> MakeOverlayList(const WCHAR* folder, const WCHAR* extens
     return list;
 }
 
-bool MarksXpsWriter(HANDLE printer) {
+bool MarksXpsWriter(const DriverFiles& files) {
     WCHAR iniFile[MAX_PATH];
-    return FindDriverIniFile(printer, iniFile) &&
+    return FindDriverIniFile(files, iniFile) &&
            GetPrivateProfileIntW(TEXT("PrinterDriver"), TEXT("MXDWConfig"), 0, iniFile) == 1;
 }
 
-void Fill(HANDLE printer, PrinterSnapshot* snapshot) {
+void Fill(HANDLE printer, SnapshotLabels labels, PrinterSnapshot* snapshot) {
+    snapshot->files = DriverFiles(printer);
+    const DriverFiles& files = snapshot->files;
     snapshot->language = UserPrimaryLanguage();
-    snapshot->resources = LoadResourceModule(printer, nullptr);
+    snapshot->resources = LoadResourceModule(files, nullptr);
     if (snapshot->resources) {
         LoadStringW(snapshot->resources.Get(), kOverlayExtensionString, snapshot->overlayExtension,
                     ARRAYSIZE(snapshot->overlayExtension));
     }
-    snapshot->isXpsWriter = MarksXpsWriter(printer);
-    if (FindDescriptionFile(printer, snapshot->descriptionPath)) {
+    snapshot->isXpsWriter = MarksXpsWriter(files);
+    if (FindDescriptionFile(files, snapshot->descriptionPath)) {
         snapshot->descriptionFile = OpenDescriptionFileAt(snapshot->descriptionPath);
     }
     snapshot->model = LoadDeviceModel(snapshot->descriptionFile.Get());
     const DeviceModel* const model = snapshot->model.Get();
-    snapshot->installed = ReadDeviceInfo(printer, model);
+    snapshot->installed = ReadDeviceInfo(printer, files, model);
     snapshot->blob = LoadBlob(snapshot->descriptionFile.Get(), &snapshot->blobSize);
 
-    const EntryTexts texts(*snapshot);
+    const EntryTexts texts(*snapshot, labels);
     NameOr(texts, model ? model->oemNamespaceRef : 0, kOemNamespace, snapshot->ownNamespace);
     NameOr(texts, model ? model->oemPrefixRef : 0, kOemPrefix, snapshot->ownPrefix);
 
     CustomSizeList customSizes;
     const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer);
     if (info && info->pPrinterName) {
-        customSizes = LoadCustomSizes(info->pPrinterName);
-        GetSettingsFolder(info->pPrinterName, snapshot->overlayFolder, ARRAYSIZE(snapshot->overlayFolder));
+        WCHAR store[MAX_PATH];
+        FindStores(*info, files, snapshot->overlayFolder, store);
+        if (store[0] != 0) {
+            customSizes = ReadCustomSizes(store);
+        }
         snapshot->overlays = MakeOverlayList(snapshot->overlayFolder, snapshot->overlayExtension);
     }
     snapshot->papers = MakePaperList(texts, model ? model->paperTable : nullptr, customSizes, snapshot->ownNamespace);
@@ -332,11 +342,11 @@ void SnapshotTraits::Close(Handle snapshot) {
     HeapOwner<PrinterSnapshot>(snapshot).Reset(nullptr);
 }
 
-OwnedSnapshot LoadPrinterSnapshot(HANDLE printer) {
+OwnedSnapshot LoadPrinterSnapshot(HANDLE printer, SnapshotLabels labels) {
     void* const block = AllocateBytes(sizeof(PrinterSnapshot));
     OwnedSnapshot snapshot(block ? new (block) PrinterSnapshot() : nullptr);
     if (snapshot) {
-        Fill(printer, snapshot.Get());
+        Fill(printer, labels, snapshot.Get());
     }
     return snapshot;
 }

@@ -12,6 +12,7 @@
 #include "driver/devdesc/device_model.h"
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/color_groups.h"
+#include "driver/entry/printer_access.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/device_info.h"
 
@@ -127,6 +128,7 @@ struct EntryList {
 };
 
 struct PrinterSnapshot {
+    DriverFiles files;
     WCHAR descriptionPath[MAX_PATH];  // empty where the printer has no description file
     OwnedFile descriptionFile;        // open for reading
     HeapOwner<DeviceModel> model;     // empty: the lists of its tables are, too
@@ -177,10 +179,13 @@ struct SnapshotTraits {
 // Owns a snapshot with everything in it. It stays where it is: entries point to its namespace.
 using OwnedSnapshot = HandleOwner<SnapshotTraits>;
 
+// Tickets hold no display names: a snapshot for them needs none, and they are empty then.
+enum class SnapshotLabels { kRead, kLeftOut };
+
 // The snapshot of an opened printer; empty where there is no memory for it. A list that there is no memory for is
 // empty. Without a description file, or with one that can't be loaded, there are the user's own things, the defaults
 // of the model's namespace and the installed options as they are without a model.
-OwnedSnapshot LoadPrinterSnapshot(HANDLE printer);
+OwnedSnapshot LoadPrinterSnapshot(HANDLE printer, SnapshotLabels labels = SnapshotLabels::kRead);
 
 // Takes a model's keyword apart, "prefix:keyword". The prefixes of the published keywords and of the driver's own stand
 // for these; every other prefix, and none, for `ownNamespace`. Keywords are cut to their capacity.

@@ -46,7 +46,9 @@ BSTR* MakeNamespaces(const PrinterSnapshot& printer, INT* count) {
 struct Conversion {
     Conversion(ConversionMode mode, HANDLE printer, IXMLDOMDocument2* document, PDEVMODEW input = nullptr,
                size_t size = 0)
-        : snapshot(LoadPrinterSnapshot(printer)), context(mode) {
+        : snapshot(LoadPrinterSnapshot(
+              printer, mode == ConversionMode::kCapabilities ? SnapshotLabels::kRead : SnapshotLabels::kLeftOut)),
+          context(mode) {
         context.Bind(printer, snapshot.Get());
         if (document) {
             context.document.AttachDocument(document);
@@ -88,7 +90,7 @@ HRESULT STDMETHODCALLTYPE IPTProvider::GetSupportedVersions(HANDLE, INT** versio
 
 HRESULT STDMETHODCALLTYPE IPTProvider::BindPrinter(HANDLE hPrinter, INT version, SHIMOPTS* options, DWORD* devModeFlags,
                                                    INT* namespaceCount, BSTR** namespaces) {
-    const OwnedSnapshot snapshot = LoadPrinterSnapshot(hPrinter);
+    const OwnedSnapshot snapshot = LoadPrinterSnapshot(hPrinter, SnapshotLabels::kLeftOut);
     if (namespaceCount) {
         *namespaceCount = 0;
     }

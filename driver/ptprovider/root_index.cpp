@@ -48,7 +48,11 @@ void RootIndex::Clear() {
     isComplete_ = false;
 }
 
-bool RootIndex::Add(const WCHAR* kind, const WCHAR* uri, const WCHAR* localName, IXMLDOMElement* element) {
+bool RootIndex::Add(const WCHAR* kind, OwnedBstr* uri, OwnedBstr* localName, ComReference<IXMLDOMElement> element) {
+    if (!*uri || !*localName) {
+        Clear();
+        return false;
+    }
     if (count_ == capacity_) {
         const size_t capacity = capacity_ > 0 ? capacity_ * 2 : kFirstCapacity;
         auto larger = HeapOwner<Entry>::Allocate(capacity);
@@ -63,15 +67,8 @@ bool RootIndex::Add(const WCHAR* kind, const WCHAR* uri, const WCHAR* localName,
         entries_ = larger.Release();
         capacity_ = capacity;
     }
-    Entry entry = {kind, Hash(localName), SysAllocString(uri), SysAllocString(localName), element};
-    if (!entry.uri || !entry.localName) {
-        SysFreeString(entry.uri);
-        SysFreeString(entry.localName);
-        Clear();
-        return false;
-    }
-    element->AddRef();
-    entries_[count_++] = entry;
+    const uint32_t hash = Hash(localName->Text());
+    entries_[count_++] = {kind, hash, uri->Detach(), localName->Detach(), element.Detach()};
     return true;
 }
 

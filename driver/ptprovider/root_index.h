@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "driver/base/com.h"
+
 namespace velmora {
 
 // What an element of the framework is called where the index knows its kind, as the constant of element_name; null for
@@ -26,9 +28,9 @@ class RootIndex {
     void SetComplete() { isComplete_ = true; }
     void Clear();
 
-    // Adds a child behind those that are in; a reference is taken, the texts are copied. False, and the index cleared,
-    // without memory.
-    bool Add(const WCHAR* kind, const WCHAR* uri, const WCHAR* localName, IXMLDOMElement* element);
+    // Adds a child behind those that are in; reference and texts are taken over. False, and the index cleared, without
+    // memory, where there is no text too.
+    bool Add(const WCHAR* kind, OwnedBstr* uri, OwnedBstr* localName, ComReference<IXMLDOMElement> element);
 
     // The first child of the kind, a constant that IndexedKind gives, with the name; null for none.
     IXMLDOMElement* Find(const WCHAR* kind, const WCHAR* uri, const WCHAR* localName) const;

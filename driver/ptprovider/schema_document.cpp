@@ -16,6 +16,7 @@ namespace {
 constexpr uint32_t kPrefixCounterEnd = 65535;
 constexpr size_t kLocalNameLimit = 10000;       // a local name is shorter
 constexpr size_t kPrefixLimit = 1000;           // a prefix is shorter
+constexpr size_t kUsualPrefixCapacity = 32;     // longer ones are memory of their own
 constexpr size_t kAttributeNameCapacity = 64;   // of an attribute's written name
 constexpr size_t kNamespaceNameCapacity = 128;  // of a namespace declaration's name
 // 72 blanks: what a banner's text is framed by.
@@ -139,13 +140,24 @@ bool IsElement(IXMLDOMNode* node, HRESULT* error) {
     return SUCCEEDED(result) && type == NODE_ELEMENT;
 }
 
+// True for a node in the namespace. A failed call is kept in *error.
+bool IsIn(IXMLDOMNode* node, const WCHAR* uri, HRESULT* error) {
+    OwnedBstr space;
+    const HRESULT result = node->get_namespaceURI(space.Receive());
+    if (FAILED(result)) {
+        *error = result;
+        return false;
+    }
+    return space.Is(uri);
+}
+
 // True for an element of this name. A failed call is kept in *error.
 bool IsElementNamed(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* localName, HRESULT* error) {
     if (!IsElement(node, error)) {
         return false;
     }
     OwnedBstr name;
-    HRESULT result = node->get_baseName(name.Receive());
+    const HRESULT result = node->get_baseName(name.Receive());
     if (FAILED(result)) {
         *error = result;
         return false;
@@ -153,13 +165,7 @@ bool IsElementNamed(IXMLDOMNode* node, const WCHAR* uri, const WCHAR* localName,
     if (!name.Is(localName)) {
         return false;
     }
-    OwnedBstr space;
-    result = node->get_namespaceURI(space.Receive());
-    if (FAILED(result)) {
-        *error = result;
-        return false;
-    }
-    return space.Is(uri);
+    return IsIn(node, uri, error);
 }
 
 // Gives the first child of the parent that `matches` takes: bool(IXMLDOMNode*, HRESULT* error). Without one S_FALSE or
@@ -359,6 +365,10 @@ HRESULT SchemaDocument::AddNamespaceAttribute(const WCHAR* uri, const WCHAR* pre
     for (OwnedBstr& name : elementNames_) {
         name.Reset();
     }
+    for (OwnedBstr& name : typeNames_) {
+        name.Reset();
+    }
+    typeAttribute_.Reset();
     WCHAR name[kNamespaceNameCapacity];
     FormatWide(name, kNamespaceNameCapacity, TEXT("xmlns:%s"), prefix);
     return SetAttribute(root_.Get(), name, TEXT(""), uri);
@@ -397,6 +407,7 @@ const WCHAR* SchemaDocument::PrefixAtRoot(const WCHAR* uri) {
                 return nullptr;
             }
             known.uri = uri;
+            known.space.Reset();
             return known.prefix.Get();
         }
     }
@@ -456,12 +467,19 @@ HRESULT SchemaDocument::SplitQName(IXMLDOMNode* node, const WCHAR* text, Qualifi
     }
     const WCHAR* const localName = LocalPart(text);
     const bool hasPrefix = localName != text;
-    OwnedBstr prefix = OwnedBstr::OfLength(hasPrefix ? static_cast<size_t>(localName - text) - 1 : 0);
+    const size_t prefixLength = hasPrefix ? static_cast<size_t>(localName - text) - 1 : 0;
+    WCHAR usual[kUsualPrefixCapacity];
+    OwnedBstr longer;
+    if (prefixLength >= kUsualPrefixCapacity) {
+        longer = OwnedBstr::OfLength(prefixLength);
+    }
+    WCHAR* const prefix = prefixLength < kUsualPrefixCapacity ? usual : longer.Get();
     name->localName = OwnedBstr(localName);
     HRESULT result = prefix && name->localName ? S_OK : E_OUTOFMEMORY;
     if (SUCCEEDED(result)) {
-        std::memcpy(prefix.Get(), text, prefix.Length() * sizeof(WCHAR));
-        result = ResolvePrefix(node, prefix.Get(), &name->uri);
+        std::memcpy(prefix, text, prefixLength * sizeof(WCHAR));
+        prefix[prefixLength] = 0;
+        result = ResolvePrefix(node, prefix, &name->uri);
         if (result == S_FALSE && !hasPrefix) {
             name->uri = OwnedBstr(TEXT(""));
             result = MadeOf(name->uri);
@@ -475,17 +493,38 @@ HRESULT SchemaDocument::SplitQName(IXMLDOMNode* node, const WCHAR* text, Qualifi
 
 // --- Building
 
-// A namespace as the object model takes it, null for none: the framework's, which most nodes are in, or `made`. Null
-// where it couldn't be made, too.
-BSTR SchemaDocument::NamespaceText(const WCHAR* uri, OwnedBstr* made) const {
+// A namespace as the object model takes it, null for none: the framework's, which most nodes are in, one that is known
+// at the root, or `made`. Null where it couldn't be made, too.
+BSTR SchemaDocument::NamespaceText(const WCHAR* uri, OwnedBstr* made) {
     if (*uri == 0) {
         return nullptr;
     }
     if (uri == kFrameworkNamespace && framework_) {
         return framework_.Get();
     }
-    *made = OwnedBstr(uri);
-    return made->Get();
+    OwnedBstr* text = made;
+    for (KnownPrefix& known : knownPrefixes_) {
+        text = known.uri == uri ? &known.space : text;
+    }
+    if (!*text) {
+        *text = OwnedBstr(uri);
+    }
+    return text->Get();
+}
+
+// Where the written name of one of the schema's types is, or is put: `made`, unless it is made once for all.
+OwnedBstr* SchemaDocument::TypeName(const WCHAR* type, OwnedBstr* made) {
+    for (size_t i = 0; writesAsAtRoot_ && i < ARRAYSIZE(kSchemaTypes); ++i) {
+        if (kSchemaTypes[i] == type) {
+            return &typeNames_[i];
+        }
+    }
+    return made;
+}
+
+// The same for an attribute's name.
+OwnedBstr* SchemaDocument::AttributeName(const WCHAR* name, const WCHAR* uri, OwnedBstr* made) {
+    return writesAsAtRoot_ && name == attribute_name::kType && uri == kInstanceNamespace ? &typeAttribute_ : made;
 }
 
 HRESULT SchemaDocument::SetAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const WCHAR* value) {
@@ -514,17 +553,18 @@ HRESULT SchemaDocument::PutAttribute(IXMLDOMElement* element, const WCHAR* name,
     if ((prefixLength > 0 ? prefixLength + 1 : 0) + nameLength >= kAttributeNameCapacity) {
         return E_INVALIDARG;
     }
-    OwnedBstr ownName;
-    HRESULT result = S_OK;
-    if (prefixLength > 0) {
-        result = JoinName(prefix, prefixLength, name, nameLength, &ownName);
-    } else if (name != attribute_name::kName) {
-        ownName = OwnedBstr(name);
-        result = MadeOf(ownName);
-    }
-    const BSTR written = ownName ? ownName.Get() : nameAttribute_.Get();
     OwnedBstr made;
-    const BSTR space = NamespaceText(uri, &made);
+    OwnedBstr* const ownName = AttributeName(name, uri, &made);
+    HRESULT result = S_OK;
+    if (!*ownName && prefixLength > 0) {
+        result = JoinName(prefix, prefixLength, name, nameLength, ownName);
+    } else if (!*ownName && name != attribute_name::kName) {
+        *ownName = OwnedBstr(name);
+        result = MadeOf(*ownName);
+    }
+    const BSTR written = *ownName ? ownName->Get() : nameAttribute_.Get();
+    OwnedBstr ownSpace;
+    const BSTR space = NamespaceText(uri, &ownSpace);
     if (FAILED(result) || !written || (*uri != 0 && !space) || !value) {
         return E_OUTOFMEMORY;
     }
@@ -733,12 +773,13 @@ HRESULT SchemaDocument::AddTypedValue(IXMLDOMNode* parent, const WCHAR* type, co
     }
     ElementReference value;
     HRESULT result = MakeElement(parent, kFrameworkNamespace, element_name::kValue, &value);
-    OwnedBstr typeName;
-    if (SUCCEEDED(result)) {
-        result = MakeQName(parent, kSchemaNamespace, type, &typeName);
+    OwnedBstr made;
+    OwnedBstr* const typeName = TypeName(type, &made);
+    if (SUCCEEDED(result) && !*typeName) {
+        result = MakeQName(parent, kSchemaNamespace, type, typeName);
     }
     if (SUCCEEDED(result)) {
-        result = PutAttribute(value.Get(), attribute_name::kType, kInstanceNamespace, typeName);
+        result = PutAttribute(value.Get(), attribute_name::kType, kInstanceNamespace, *typeName);
     }
     if (SUCCEEDED(result)) {
         result = text ? value->put_text(text.Get()) : E_OUTOFMEMORY;
@@ -965,8 +1006,7 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
         *found.Get() = ElementReference::Share(rootIndex_.Find(kind, nameUri, nameLocalName));
         return *found.Get() ? S_OK : S_FALSE;
     }
-    const OwnedBstr attribute(attribute_name::kName);
-    if (!attribute) {
+    if (!nameAttribute_) {
         return S_FALSE;
     }
     const HRESULT result = FindChild(
@@ -979,7 +1019,7 @@ HRESULT SchemaDocument::FindNamedChild(IXMLDOMNode* parent, const WCHAR* element
             ElementReference candidate;
             OwnedVariant written;
             if (FAILED(kind.Query(kIidDomElement, &candidate)) ||
-                FAILED(candidate->getAttribute(attribute.Get(), written.Receive())) || !written.Text()) {
+                FAILED(candidate->getAttribute(nameAttribute_.Get(), written.Receive())) || !written.Text()) {
                 return false;
             }
             // Namespaces are resolved only where the rest is the same.
@@ -1010,10 +1050,10 @@ bool SchemaDocument::PrepareIndex() {
             const auto node = ComReference<IXMLDOMNode>::Share(child);
             ElementReference candidate;
             QualifiedName name;
-            if (kind && IsElementNamed(child, kFrameworkNamespace, kind, error) &&
-                SUCCEEDED(node.Query(kIidDomElement, &candidate)) &&
+            if (kind && IsIn(child, kFrameworkNamespace, error) && SUCCEEDED(node.Query(kIidDomElement, &candidate)) &&
                 ReadNameAttribute(candidate.Get(), &name) == S_OK) {
-                isComplete = rootIndex_.Add(kind, name.uri.Text(), name.localName.Text(), candidate.Get());
+                isComplete =
+                    rootIndex_.Add(kind, &name.uri, &name.localName, static_cast<ElementReference&&>(candidate));
             }
             return !isComplete;
         },
@@ -1033,7 +1073,9 @@ void SchemaDocument::Index(IXMLDOMNode* parent, const WCHAR* kind, const WCHAR* 
         return;
     }
     if (const WCHAR* const known = IndexedKind(kind)) {
-        rootIndex_.Add(known, uri, localName, element);
+        OwnedBstr ownUri(uri);
+        OwnedBstr ownName(localName);
+        rootIndex_.Add(known, &ownUri, &ownName, ElementReference::Share(element));
     }
 }
 
@@ -1060,12 +1102,11 @@ HRESULT SchemaDocument::ReadNameAttribute(IXMLDOMElement* element, QualifiedName
     if (!element) {
         return E_INVALIDARG;
     }
-    const OwnedBstr attribute(attribute_name::kName);
-    if (!attribute) {
+    if (!nameAttribute_) {
         return E_OUTOFMEMORY;
     }
     OwnedVariant value;
-    const HRESULT result = element->getAttribute(attribute.Get(), value.Receive());
+    const HRESULT result = element->getAttribute(nameAttribute_.Get(), value.Receive());
     if (FAILED(result)) {
         return result;
     }

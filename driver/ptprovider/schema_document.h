@@ -27,7 +27,8 @@ struct QualifiedName {
     OwnedBstr uri;  // empty: a name of no namespace
     OwnedBstr localName;
 
-    bool Is(const WCHAR* otherUri, const WCHAR* otherName) const { return uri.Is(otherUri) && localName.Is(otherName); }
+    // Names differ early, namespaces late.
+    bool Is(const WCHAR* otherUri, const WCHAR* otherName) const { return localName.Is(otherName) && uri.Is(otherUri); }
     void Clear() {
         uri.Reset();
         localName.Reset();
@@ -234,7 +235,9 @@ class SchemaDocument {
     HRESULT ResolvePrefix(IXMLDOMNode* node, const WCHAR* prefix, OwnedBstr* uri);
     bool IsPrefixFree(IXMLDOMNode* node, const WCHAR* prefix, bool ifUnknown);
     HRESULT GeneratePrefix(IXMLDOMNode* node, OwnedBstr* prefix);
-    BSTR NamespaceText(const WCHAR* uri, OwnedBstr* made) const;
+    BSTR NamespaceText(const WCHAR* uri, OwnedBstr* made);
+    OwnedBstr* TypeName(const WCHAR* type, OwnedBstr* made);
+    OwnedBstr* AttributeName(const WCHAR* name, const WCHAR* uri, OwnedBstr* made);
     HRESULT PutAttribute(IXMLDOMElement* element, const WCHAR* name, const WCHAR* uri, const OwnedBstr& value);
     HRESULT SetName(IXMLDOMElement* element, const WCHAR* attributeUri, IXMLDOMNode* scope, const WCHAR* uri,
                     const WCHAR* localName);
@@ -282,11 +285,15 @@ class SchemaDocument {
     struct KnownPrefix {
         const WCHAR* uri = nullptr;  // a constant, or a text that lives as long as the conversion
         OwnedBstr prefix;
+        OwnedBstr space;  // the namespace as the object model takes it; made when it is first needed
     };
     static constexpr size_t kKnownPrefixes = 8;
     KnownPrefix knownPrefixes_[kKnownPrefixes];
     // The framework's elements as they are written at the root then, in the order of kElementNames.
     OwnedBstr elementNames_[ARRAYSIZE(kElementNames)];
+    // The schema's types, in the order of kSchemaTypes, and the attribute that names them.
+    OwnedBstr typeNames_[ARRAYSIZE(kSchemaTypes)];
+    OwnedBstr typeAttribute_;
     bool writesAsAtRoot_ = false;
     uint32_t prefixCounter_ = 0;
 };

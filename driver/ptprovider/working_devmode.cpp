@@ -167,7 +167,12 @@ bool WorkingDevMode::Accepts(VelmoraDevMode* devMode, bool needsBoth) const {
     if (acceptsPublic != needsBoth) {
         return acceptsPublic;
     }
-    return ValidatePrivateDevMode(hPrinter, &devMode->privatePart, file, model) == 1;
+    if (!model || file == INVALID_HANDLE_VALUE) {
+        return ValidatePrivateDevMode(hPrinter, &devMode->privatePart, file, model) == 1;
+    }
+    ValidationReport report;
+    CheckPrivateDevMode(ReadPrivateFacts(hPrinter, printer->files, file), *model, &devMode->privatePart, &report);
+    return report.IsAccepted();
 }
 
 DevModeSource WorkingDevMode::ChooseDevMode(DEVMODEW* input, size_t size, const WCHAR* printerName,

@@ -1,6 +1,5 @@
 #include "driver/settings/device_info.h"
 
-#include "driver/entry/printer_access.h"
 #include "driver/settings/ini_keys.h"
 #include "driver/settings/settings_folder.h"
 
@@ -11,17 +10,28 @@ constexpr const WCHAR* kSection = TEXT("DeviceInfo");
 
 }  // namespace
 
-DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model) {
+DeviceInfo DefaultDeviceInfo(const DriverFiles& files, const DeviceModel* model) {
     DeviceInfo info = {};
     if (model) {
         info.installedOptions = model->defaultOptionMask;
         info.memoryKey = static_cast<uint32_t>(model->memoryKeyBase + model->memoryKeyStep);
     }
     WCHAR iniFile[MAX_PATH];
-    if (FindDriverIniFile(printer, iniFile)) {
+    if (FindDriverIniFile(files, iniFile)) {
         ReadDeviceInfoDefaults(iniFile, &info);
     }
     return info;
+}
+
+DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model) {
+    return DefaultDeviceInfo(DriverFiles(printer), model);
+}
+
+DeviceInfo ReadDeviceInfo(HANDLE printer, const DriverFiles& files, const DeviceModel* model) {
+    DeviceInfo info = {};
+    return ReadPrinterRecord(printer, kDeviceInfoValue, REG_BINARY, &info, sizeof(info))
+               ? info
+               : DefaultDeviceInfo(files, model);
 }
 
 DeviceInfo ReadDeviceInfo(HANDLE printer, const DeviceModel* model) {

@@ -8,6 +8,7 @@
 
 #include "driver/base/heap.h"
 #include "driver/devdesc/device_model.h"
+#include "driver/entry/printer_access.h"
 
 namespace velmora {
 
@@ -52,9 +53,11 @@ inline constexpr const WCHAR* kDeviceInfoValue = TEXT("DeviceInfo");
 
 // The installed options that a printer begins with: the model's defaults (all 0 where `model` is null) as the driver's
 // INI data file overrides them.
+DeviceInfo DefaultDeviceInfo(const DriverFiles& files, const DeviceModel* model);
 DeviceInfo DefaultDeviceInfo(HANDLE printer, const DeviceModel* model);
 
 // The printer's installed options: the stored record, or the default one.
+DeviceInfo ReadDeviceInfo(HANDLE printer, const DriverFiles& files, const DeviceModel* model);
 DeviceInfo ReadDeviceInfo(HANDLE printer, const DeviceModel* model);
 
 // The same in a block of its own; empty where there is no memory.

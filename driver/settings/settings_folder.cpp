@@ -3,7 +3,6 @@
 #include "driver/base/format.h"
 #include "driver/base/handles.h"
 #include "driver/base/text.h"
-#include "driver/entry/printer_access.h"
 #include "driver/entry/resource_module.h"
 
 namespace velmora {
@@ -29,8 +28,12 @@ bool FileExists(const WCHAR* path) {
     return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
 }
 
-// Makes every folder of a path, from the left. Folders that can't be made show when something is stored in them.
+// Makes every folder of a path, from the left where the last can't be made at once. Folders that can't be made show
+// when something is stored in them.
 void CreateFolders(const WCHAR* folder) {
+    if (CreateDirectoryW(folder, nullptr) || GetLastError() == ERROR_ALREADY_EXISTS) {
+        return;
+    }
     WCHAR path[MAX_PATH];
     CopyText(path, ARRAYSIZE(path), folder);
     for (WCHAR* place = path; *place != 0; ++place) {
@@ -43,11 +46,11 @@ void CreateFolders(const WCHAR* folder) {
     CreateDirectoryW(path, nullptr);
 }
 
-// The folder for an open printer; false, and the empty string, where its driver's name can't be had.
-bool FormFolder(HANDLE printer, WCHAR* folder, size_t capacity) {
+// The folder for a driver; false, and the empty string, where `name` is empty.
+bool FormFolder(const WCHAR* name, WCHAR* folder, size_t capacity) {
     folder[0] = 0;
     WCHAR driverName[MAX_PATH];
-    if (!GetPrinterDriverName(printer, driverName)) {
+    if (CopyText<WCHAR>(driverName, ARRAYSIZE(driverName), name) == 0) {
         return false;
     }
     CleanFileName(driverName, ARRAYSIZE(driverName));
@@ -60,15 +63,29 @@ bool FormFolder(HANDLE printer, WCHAR* folder, size_t capacity) {
     return true;
 }
 
-// Folder and stored name of an open printer's settings file; false, and the empty string, where it has none.
-bool FormFilePath(HANDLE printer, WCHAR* path, size_t capacity) {
+// The folder for an open printer; false, and the empty string, where its driver's name can't be had.
+bool FormFolder(HANDLE printer, WCHAR* folder, size_t capacity) {
+    WCHAR driverName[MAX_PATH];
+    GetPrinterDriverName(printer, driverName);
+    return FormFolder(driverName, folder, capacity);
+}
+
+// Appends the stored name of an open printer's settings file to its folder; false, and the empty string, where either
+// is empty.
+bool AppendFileName(HANDLE printer, WCHAR* path, size_t capacity) {
     WCHAR name[MAX_PATH];
-    if (!FormFolder(printer, path, capacity) || !ReadSettingsFileName(printer, name, ARRAYSIZE(name))) {
+    if (path[0] == 0 || !ReadSettingsFileName(printer, name, ARRAYSIZE(name))) {
         path[0] = 0;
         return false;
     }
     AppendComponent(path, capacity, name);
     return true;
+}
+
+// Folder and stored name of an open printer's settings file; false, and the empty string, where it has none.
+bool FormFilePath(HANDLE printer, WCHAR* path, size_t capacity) {
+    FormFolder(printer, path, capacity);
+    return AppendFileName(printer, path, capacity);
 }
 
 void ReadKey(const WCHAR* printerName, const WCHAR* key, WCHAR* value, size_t capacity) {
@@ -217,13 +234,31 @@ void GetShortPath(WCHAR* path, size_t capacity) {
     CopyText<WCHAR>(path, capacity, shortPath);
 }
 
+bool FindDriverIniFile(const DriverFiles& files, WCHAR* path) {
+    return files.Find(nullptr, TEXT(".INI"), path);
+}
+
 bool FindDriverIniFile(HANDLE printer, WCHAR* path) {
-    return FindDriverFile(printer, nullptr, TEXT(".INI"), path);
+    return FindDriverIniFile(DriverFiles(printer), path);
 }
 
 bool FindStoreToRead(const WCHAR* printerName, WCHAR* path) {
     const OwnedPrinter printer = OpenPrinterLocal(printerName);
     return (FormFilePath(printer.Get(), path, MAX_PATH) && FileExists(path)) || FindDriverIniFile(printer.Get(), path);
+}
+
+void FindStores(const PRINTER_INFO_2W& printer, const DriverFiles& files, WCHAR* folder, WCHAR* storeToRead) {
+    folder[0] = 0;
+    storeToRead[0] = 0;
+    const OwnedPrinter opened = OpenPrinterLocal(printer.pPrinterName);
+    if (!opened) {
+        return;
+    }
+    FormFolder(printer.pDriverName, folder, MAX_PATH);
+    CopyText<WCHAR>(storeToRead, MAX_PATH, folder);
+    if (!AppendFileName(opened.Get(), storeToRead, MAX_PATH) || !FileExists(storeToRead)) {
+        FindDriverIniFile(files, storeToRead);
+    }
 }
 
 }  // namespace velmora

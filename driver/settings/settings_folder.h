@@ -6,6 +6,8 @@
 
 #include <cstddef>
 
+#include "driver/entry/printer_access.h"
+
 namespace velmora {
 
 // The maker's folder below a user's application data, and the folder of those below a user's profile as systems without
@@ -52,10 +54,15 @@ void GetShortPath(WCHAR* path, size_t capacity);
 
 // The driver's INI data file, which carries the defaults shipped with the driver, in `path` (MAX_PATH characters).
 // False, and the empty string, where the driver has none.
+bool FindDriverIniFile(const DriverFiles& files, WCHAR* path);
 bool FindDriverIniFile(HANDLE printer, WCHAR* path);
 
 // The file that a store of the printer is read from: the user's settings file where it is known and exists, else the
 // driver's INI data file; false, and the empty string, where there is neither. `path` has MAX_PATH characters.
 bool FindStoreToRead(const WCHAR* printerName, WCHAR* path);
+
+// The settings folder and the file to read at once, as GetSettingsFolder and FindStoreToRead give them, of a printer
+// whose PRINTER_INFO_2 (with a printer's name) and driver's files are known. Both have MAX_PATH characters.
+void FindStores(const PRINTER_INFO_2W& printer, const DriverFiles& files, WCHAR* folder, WCHAR* storeToRead);
 
 }  // namespace velmora

@@ -7,8 +7,7 @@
 namespace velmora {
 namespace {
 
-constexpr int kClose = 1602;  // has the text of the string of its own number
-constexpr UINT kTitle = 1099;
+constexpr int kClose = 1602;     // has the text of the string of its own number
 constexpr int kBelowSheet = 80;  // pixels from the sheet's top
 
 BOOL InitAboutPage(HWND dialog, SheetContext* context) {

@@ -8,7 +8,6 @@
 namespace velmora {
 namespace {
 
-constexpr int kPerInch = 2540;       // 0.01 mm
 constexpr int kPerMillimetre = 100;  // 0.01 mm
 
 constexpr int32_t kStepInMillimetres = 10;

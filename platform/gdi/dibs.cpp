@@ -123,6 +123,9 @@ bool ReadPackedDib(std::span<const uint8_t> bytes, int rows, Picture* picture, s
         return Fail(ERROR_INVALID_DATA);
     }
     std::memcpy(&header, bytes.data(), sizeof header);
+    if (header.biHeight < -Surface::kLargestSide) {
+        return Fail(ERROR_INVALID_DATA);
+    }
     const DibLayout layout = {header.biWidth, rows != 0 ? rows : std::abs(header.biHeight), header.biBitCount,
                               header.biHeight < 0};
     if (header.biCompression != BI_RGB ||
@@ -132,8 +135,8 @@ bool ReadPackedDib(std::span<const uint8_t> bytes, int rows, Picture* picture, s
     const size_t tableColors = layout.bits > kLargestBits ? 0 : size_t{1} << layout.bits;
     const size_t colors = header.biClrUsed != 0 ? header.biClrUsed : tableColors;
     const size_t table = header.biSize;
-    if (header.biHeight < -Surface::kLargestSide || !IsSide(layout.width) || !IsSide(layout.height) ||
-        table < sizeof header || table > bytes.size() || colors > (bytes.size() - table) / sizeof(RGBQUAD) ||
+    if (!IsSide(layout.width) || !IsSide(layout.height) || table < sizeof header || table > bytes.size() ||
+        colors > (bytes.size() - table) / sizeof(RGBQUAD) ||
         layout.Bytes() > bytes.size() - table - colors * sizeof(RGBQUAD)) {
         return Fail(ERROR_INVALID_DATA);
     }

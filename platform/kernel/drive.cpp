@@ -14,6 +14,25 @@ namespace host {
 namespace {
 
 constexpr size_t kKnownPlacesLimit = 1024;
+constexpr size_t kKnownFoldersLimit = 64;
+
+bool IsBefore(const timespec& a, const timespec& b) {
+    return a.tv_sec != b.tv_sec ? a.tv_sec < b.tv_sec : a.tv_nsec < b.tv_nsec;
+}
+
+// What was in a folder when it was read.
+struct Listing {
+    dev_t device = 0;
+    ino_t file = 0;
+    timespec changed = {};  // when the folder was changed last
+    std::vector<FolderName> names;
+
+    // Whether that is there still: every change sets the time anew.
+    bool Holds(const struct stat& status) const {
+        return device == status.st_dev && file == status.st_ino && !IsBefore(changed, status.st_mtim) &&
+               !IsBefore(status.st_mtim, changed);
+    }
+};
 
 struct DriveState {
     std::string folder;
@@ -21,6 +40,7 @@ struct DriveState {
     // Host's paths of full paths that were found by a walk. An entry is used only while its file exists: then it is
     // the only one of that name, as the layer makes no two names that differ in case only.
     std::unordered_map<std::u16string, std::string> known;
+    std::unordered_map<std::string, Listing> listings;  // by the folders' paths on the host
 };
 
 DriveState& Drive() {
@@ -102,14 +122,22 @@ std::string HostForm(const std::u16string& full) {
     return Drive().folder + file;
 }
 
-// Walks the components of a path of which something isn't there as it is written.
+// Walks the components of a path of which something isn't there as it is written: the last one alone where the folder
+// is there.
 void Walk(Place& place) {
-    std::string file = Drive().folder;
     struct stat status {};
-    place.error = stat(file.c_str(), &status) == 0 ? ERROR_SUCCESS : ERROR_PATH_NOT_FOUND;
-    place.parentExists = place.error == ERROR_SUCCESS;
+    const size_t last = place.full.rfind(u'\\') + 1;
+    std::string file = HostForm(place.full.substr(0, std::max<size_t>(last - 1, 3)));
     std::u16string_view rest(place.full);
-    rest.remove_prefix(3);
+    if (last > 3 && stat(file.c_str(), &status) == 0) {
+        place.error = ERROR_SUCCESS;
+        rest.remove_prefix(last);
+    } else {
+        file = Drive().folder;
+        place.error = stat(file.c_str(), &status) == 0 ? ERROR_SUCCESS : ERROR_PATH_NOT_FOUND;
+        rest.remove_prefix(3);
+    }
+    place.parentExists = place.error == ERROR_SUCCESS;
     while (!rest.empty()) {
         const size_t length = std::min(rest.find(u'\\'), rest.size());
         const std::u16string_view name = rest.substr(0, length);
@@ -119,7 +147,7 @@ void Walk(Place& place) {
             if (!S_ISDIR(status.st_mode)) {
                 place.error = ERROR_PATH_NOT_FOUND;
             } else if (stat(next.c_str(), &status) != 0) {
-                const std::vector<FolderName> names = ListFolder(file);
+                const std::vector<FolderName>& names = ListFolder(file, status);
                 const auto found = std::find_if(names.begin(), names.end(), [name](const FolderName& entry) {
                     return EqualsIgnoringCase(entry.name, name) || EqualsIgnoringCase(entry.shortName, name);
                 });
@@ -189,9 +217,7 @@ std::u16string MakeShortName(std::u16string_view name, unsigned number) {
     return made;
 }
 
-}  // namespace
-
-std::vector<FolderName> ListFolder(const std::string& folder) {
+std::vector<FolderName> ReadFolder(const std::string& folder) {
     std::map<std::u16string, FolderName> byFoldedName;
     if (DIR* directory = opendir(folder.c_str())) {
         while (const dirent* entry = readdir(directory)) {
@@ -222,6 +248,29 @@ std::vector<FolderName> ListFolder(const std::string& folder) {
         names.push_back(std::move(entry));
     }
     return names;
+}
+
+}  // namespace
+
+const std::vector<FolderName>& ListFolder(const std::string& folder, const struct stat& status) {
+    auto& listings = Drive().listings;
+    const auto known = listings.find(folder);
+    if (known != listings.end() && known->second.Holds(status)) {
+        return known->second.names;
+    }
+    if (listings.size() >= kKnownFoldersLimit) {
+        listings.clear();
+    }
+    // The file system has this clock, which stands still for milliseconds: a change at the time of the last one would
+    // not be seen.
+    timespec now;
+    clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    Listing& listing = listings[folder];
+    listing = {status.st_dev, status.st_ino, {}, ReadFolder(folder)};
+    if (IsBefore(status.st_mtim, now)) {
+        listing.changed = status.st_mtim;
+    }
+    return listing.names;
 }
 
 Place FindPlace(const char16_t* path) {
@@ -270,6 +319,7 @@ void SetDriveFolder(const std::filesystem::path& folder) {
     Drive().folder = folder.string();
     Drive().currentDirectory = u"C:\\";
     Drive().known.clear();
+    Drive().listings.clear();
 }
 
 const std::u16string& CurrentDirectory() {

@@ -47,7 +47,8 @@ struct FolderName {
     std::u16string shortName;
     std::string hostName;
 };
-std::vector<FolderName> ListFolder(const std::string& folder);
+// `status` is the folder's, got under the machine's lock, which is held as long as the list is used.
+const std::vector<FolderName>& ListFolder(const std::string& folder, const struct stat& status);
 
 // An error number for a failed call of the host.
 DWORD ErrorFromErrno(int error);

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 #include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "platform/host.h"
+#include "platform/kernel/counting.h"
 
 namespace {
 
@@ -36,8 +38,9 @@ struct PlannedFault {
 };
 
 struct CallRecord {
-    uint64_t calls = 0;
-    std::vector<PlannedFault> faults;
+    std::atomic<uint64_t> calls = 0;
+    std::atomic<bool> hasFaults = false;
+    std::vector<PlannedFault> faults;  // under the mutex
 };
 
 struct NameHash {
@@ -47,12 +50,30 @@ struct NameHash {
 
 struct Faults {
     std::mutex mutex;
-    std::unordered_map<std::string, CallRecord, NameHash, std::equal_to<>> calls;
+    std::unordered_map<std::string, CallRecord, NameHash, std::equal_to<>> calls;  // none is ever removed
 };
 
 Faults& TheFaults() {
     static Faults& faults = *new Faults;
     return faults;
+}
+
+// Records of the last calls of the thread, by the addresses of their names.
+struct KnownCall {
+    const char* name;
+    CallRecord* record;
+};
+thread_local KnownCall knownCalls[64];
+
+CallRecord& RecordOf(const char* call) {
+    KnownCall& known = knownCalls[reinterpret_cast<uintptr_t>(call) / 4 % std::size(knownCalls)];
+    if (known.name != call) {
+        Faults& faults = TheFaults();
+        std::lock_guard lock(faults.mutex);
+        const auto found = faults.calls.find(std::string_view(call));
+        known = {call, found != faults.calls.end() ? &found->second : &faults.calls[call]};
+    }
+    return *known.record;
 }
 
 std::atomic<uint64_t> allocations = 0;
@@ -61,13 +82,14 @@ std::atomic<uint64_t> failingAllocation = 0;  // 0: none
 }  // namespace
 
 bool FaultAsked(const char* call) {
-    Faults& faults = TheFaults();
-    std::lock_guard lock(faults.mutex);
-    const auto found = faults.calls.find(std::string_view(call));
-    CallRecord& record = found != faults.calls.end() ? found->second : faults.calls[call];
-    ++record.calls;
+    CallRecord& record = RecordOf(call);
+    const uint64_t number = CountUp(record.calls);
+    if (!record.hasFaults) {
+        return false;
+    }
+    std::lock_guard lock(TheFaults().mutex);
     for (auto fault = record.faults.begin(); fault != record.faults.end(); ++fault) {
-        if (fault->atCall == record.calls) {
+        if (fault->atCall == number) {
             SetLastError(fault->error);
             record.faults.erase(fault);
             return true;
@@ -77,7 +99,7 @@ bool FaultAsked(const char* call) {
 }
 
 bool AllocationFails() {
-    return allocations.fetch_add(1) + 1 == failingAllocation.load();
+    return CountUp(allocations) == failingAllocation;
 }
 
 void FailAllocation(uint64_t nth) {
@@ -94,13 +116,14 @@ void FailCall(std::string_view publishedName, DWORD error, uint64_t nth) {
     std::lock_guard lock(faults.mutex);
     CallRecord& record = faults.calls[std::string(publishedName)];
     record.faults.push_back({record.calls + nth, error});
+    record.hasFaults = true;
 }
 
 uint64_t CallsSoFar(std::string_view publishedName) {
     Faults& faults = TheFaults();
     std::lock_guard lock(faults.mutex);
     const auto found = faults.calls.find(publishedName);
-    return found == faults.calls.end() ? 0 : found->second.calls;
+    return found == faults.calls.end() ? 0 : found->second.calls.load();
 }
 
 std::vector<std::string> CallsMade() {
@@ -108,7 +131,9 @@ std::vector<std::string> CallsMade() {
     std::lock_guard lock(faults.mutex);
     std::vector<std::string> names;
     for (const auto& [name, record] : faults.calls) {
-        names.push_back(name);
+        if (record.calls != 0) {
+            names.push_back(name);
+        }
     }
     std::ranges::sort(names);
     return names;
@@ -120,6 +145,7 @@ void ClearFaults() {
     std::lock_guard lock(faults.mutex);
     for (auto& [name, record] : faults.calls) {
         record.faults.clear();
+        record.hasFaults = false;
     }
 }
 
@@ -127,7 +153,9 @@ void ForgetCalls() {
     ClearFaults();
     Faults& faults = TheFaults();
     std::lock_guard lock(faults.mutex);
-    faults.calls.clear();
+    for (auto& [name, record] : faults.calls) {
+        record.calls = 0;
+    }
 }
 
 }  // namespace host

@@ -8,7 +8,7 @@
 
 namespace host {
 
-// Asked at the top of every published call that can fail, with the call's published name ("GetPrinterW"). True: the
+// Asked at the top of every published call that can fail, with the call's published name, a literal. True: the
 // test wants this call to fail; the last error is then set already, and the call returns its published failure value
 // and does nothing else.
 bool FaultAsked(const char* call);

@@ -7,7 +7,22 @@
 
 #include "platform/kernel/objects.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#define HOST_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define HOST_ADDRESS_SANITIZER 1
+#endif
+#endif
+
 namespace host {
+
+// The address sanitizer sees the use of freed memory, unless that is kept for something else.
+#if defined(HOST_ADDRESS_SANITIZER)
+inline constexpr bool kMayKeepFreedMemory = false;
+#else
+inline constexpr bool kMayKeepFreedMemory = true;
+#endif
 
 // Null where the memory ran out or the test wants this allocation to fail.
 void* AllocateBlock(Resource kind, size_t bytes, bool zeroed);

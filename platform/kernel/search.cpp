@@ -129,7 +129,7 @@ HANDLE WINAPI FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found) {
                                                            : place.error);
         return INVALID_HANDLE_VALUE;
     }
-    std::vector<host::FolderName> names = host::ListFolder(place.file);
+    std::vector<host::FolderName> names = host::ListFolder(place.file, place.status);
     if (place.full.size() > 3) {
         names.insert(names.begin(), {{u".", u"", "."}, {u"..", u"", ".."}});
     }

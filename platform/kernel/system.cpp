@@ -96,7 +96,8 @@ DWORD WINAPI GetTickCount() {
 }
 
 DWORD WINAPI GetCurrentThreadId() {
-    return static_cast<DWORD>(gettid());
+    thread_local const auto id = static_cast<DWORD>(gettid());  // asked for by each call to a window
+    return id;
 }
 
 LANGID WINAPI GetUserDefaultLangID() {

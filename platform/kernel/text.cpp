@@ -3,8 +3,10 @@
 #include <locale.h>
 #include <wctype.h>
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <type_traits>
 
 namespace host {
 namespace {
@@ -47,6 +49,24 @@ void AppendUtf8(std::string& out, char32_t c) {
     }
 }
 
+// How many of the characters at the beginning are ASCII, by eights.
+template <class Character>
+size_t AsciiLength(const Character* text, size_t length) {
+    constexpr size_t kStep = 8;
+    size_t ascii = 0;
+    while (length - ascii >= kStep) {
+        unsigned all = 0;
+        for (size_t i = 0; i < kStep; ++i) {
+            all |= static_cast<std::make_unsigned_t<Character>>(text[ascii + i]);
+        }
+        if (all >= 0x80) {
+            break;
+        }
+        ascii += kStep;
+    }
+    return ascii;
+}
+
 // Bytes of the sequence that `lead` begins, and the range of its second byte (which excludes overlong forms, surrogates
 // and what lies beyond U+10FFFF). Length 0: no lead byte.
 struct Utf8Lead {
@@ -80,9 +100,12 @@ std::u16string ToWide(std::string_view utf8) {
 
 std::u16string ToWide(std::string_view utf8, bool* clean) {
     *clean = true;
+    const size_t ascii = AsciiLength(utf8.data(), utf8.size());
     std::u16string wide;
     wide.reserve(utf8.size());
-    for (size_t i = 0; i < utf8.size();) {
+    wide.resize(ascii);
+    std::copy_n(utf8.begin(), ascii, wide.begin());
+    for (size_t i = ascii; i < utf8.size();) {
         const auto first = static_cast<uint8_t>(utf8[i]);
         const Utf8Lead lead = LeadOf(first);
         // The longest beginning of a valid sequence becomes one replacement.
@@ -119,9 +142,13 @@ std::string ToUtf8(std::u16string_view wide) {
 
 std::string ToUtf8(std::u16string_view wide, bool* clean) {
     *clean = true;
+    const size_t ascii = AsciiLength(wide.data(), wide.size());
     std::string utf8;
     utf8.reserve(wide.size());
-    for (size_t i = 0; i < wide.size(); ++i) {
+    utf8.resize(ascii);
+    std::transform(wide.begin(), wide.begin() + static_cast<ptrdiff_t>(ascii), utf8.begin(),
+                   [](char16_t c) { return static_cast<char>(c); });
+    for (size_t i = ascii; i < wide.size(); ++i) {
         char32_t c = wide[i];
         if (c >= 0xD800 && c < 0xE000) {
             if (c < 0xDC00 && i + 1 < wide.size() && wide[i + 1] >= 0xDC00 && wide[i + 1] < 0xE000) {
@@ -137,10 +164,7 @@ std::string ToUtf8(std::u16string_view wide, bool* clean) {
     return utf8;
 }
 
-char16_t UpperCase(char16_t c) {
-    if (c < 0x80) {
-        return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
-    }
+char16_t UpperCaseByTable(char16_t c) {
     return UpperTable()[c];
 }
 

@@ -17,7 +17,13 @@ std::string ToUtf8(std::u16string_view wide, bool* clean);
 
 // Comparison and folding by simple case mapping, independent of the process's locale, as the published calls do for
 // names of files, printers, forms, values and keys.
-char16_t UpperCase(char16_t c);
+char16_t UpperCaseByTable(char16_t c);
+inline char16_t UpperCase(char16_t c) {
+    if (c < 0x80) {
+        return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
+    }
+    return UpperCaseByTable(c);
+}
 bool EqualsIgnoringCase(std::u16string_view a, std::u16string_view b);
 std::u16string FoldCase(std::u16string_view text);
 

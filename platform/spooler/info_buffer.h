@@ -16,6 +16,12 @@ namespace host {
 template <class Info>
 class InfoBuffer {
   public:
+    InfoBuffer() {
+        // As much as one structure mostly has.
+        tail_.reserve(4096);
+        texts_.reserve(16);
+    }
+
     // Begins the next structure, zero-filled; what follows is about this one. The reference holds until the next Add.
     Info& Add() { return infos_.emplace_back(); }
 
@@ -91,10 +97,9 @@ class InfoBuffer {
 
     size_t Append(const void* bytes, size_t size, size_t alignment) {
         const size_t start = (tail_.size() + alignment - 1) / alignment * alignment;
-        tail_.resize(start + size);
-        if (size != 0) {
-            memcpy(tail_.data() + start, bytes, size);
-        }
+        tail_.resize(start);
+        const auto* const first = static_cast<const BYTE*>(bytes);
+        tail_.insert(tail_.end(), first, first + size);
         return start;
     }
 

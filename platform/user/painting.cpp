@@ -48,9 +48,12 @@ HWND FindInvalid(const std::vector<HWND>& windows) {
 
 // --- Device contexts -------------------------------------------------------------------------------------------------
 
+// Of a window that is larger, what lies beyond isn't drawn: a dialog may have any size, and no screen shows it.
+constexpr int kLargestDrawnSide = 4096;
+
 const std::shared_ptr<Surface>& SurfaceOf(Window& root) {
-    const int width = std::clamp<int>(root.rect.right - root.rect.left, 1, Surface::kLargestSide);
-    const int height = std::clamp<int>(root.rect.bottom - root.rect.top, 1, Surface::kLargestSide);
+    const int width = std::clamp<int>(root.rect.right - root.rect.left, 1, kLargestDrawnSide);
+    const int height = std::clamp<int>(root.rect.bottom - root.rect.top, 1, kLargestDrawnSide);
     if (root.surface == nullptr || root.surface->width != width || root.surface->height != height) {
         root.surface = std::make_shared<Surface>(width, height);
     }

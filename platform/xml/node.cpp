@@ -148,6 +148,9 @@ HRESULT SetNodeValue(Node* node, const VARIANT& value) {
     if (!HasValue(node)) {
         return E_FAIL;
     }
+    if (value.vt == VT_BSTR) {
+        return SetNodeText(node, TextOf(value.bstrVal));  // not as a text of its own
+    }
     const auto text = TextOf(value);
     return text ? SetNodeText(node, *text) : DISP_E_TYPEMISMATCH;
 }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/kernel/text.h"
@@ -57,6 +58,21 @@ std::u16string DeclarationData(std::u16string_view text) {
     return data;
 }
 
+// A name as the parser has it; prefix and namespace are null where there are none.
+struct NameParts {
+    const xmlChar* name;
+    const xmlChar* prefix;
+    const xmlChar* uri;
+    bool operator==(const NameParts&) const = default;
+};
+
+struct NamePartsHash {
+    size_t operator()(const NameParts& parts) const {
+        const std::hash<const void*> hash;
+        return (hash(parts.name) * 31 + hash(parts.prefix)) * 31 + hash(parts.uri);
+    }
+};
+
 // Makes the nodes that the parser reports.
 class Builder {
   public:
@@ -75,8 +91,8 @@ class Builder {
         handler.startElementNs = [](void* self, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
                                     int declarationCount, const xmlChar** declarations, int attributeCount, int,
                                     const xmlChar** attributes) {
-            static_cast<Builder*>(self)->Begin(Joined(prefix, Wide(name)), Wide(uri), declarationCount, declarations,
-                                               attributeCount, attributes);
+            static_cast<Builder*>(self)->Begin({name, prefix, uri}, declarationCount, declarations, attributeCount,
+                                               attributes);
         };
         handler.endElementNs = [](void* self, const xmlChar*, const xmlChar*, const xmlChar*) {
             static_cast<Builder*>(self)->End();
@@ -130,27 +146,43 @@ class Builder {
         }
     }
 
-    void AddAttribute(Node* element, std::u16string_view written, std::u16string_view uri, std::u16string value) {
-        auto* attribute = new AttributeNode(document_, document_->Names().Intern(written, uri));
+    // The parser keeps each text of names once for as long as it goes on: names are known by the addresses.
+    const Name* NameOf(const NameParts& parts) {
+        const auto found = names_.find(parts);
+        if (found != names_.end()) {
+            return found->second;
+        }
+        const Name* name = document_->Names().Intern(Joined(parts.prefix, Wide(parts.name)), Wide(parts.uri));
+        const auto isKept = [this](const xmlChar* text) {
+            return text == nullptr || xmlDictOwns(context->dict, text) == 1;
+        };
+        if (isKept(parts.name) && isKept(parts.prefix) && isKept(parts.uri)) {
+            names_.emplace(parts, name);
+        }
+        return name;
+    }
+
+    void AddAttribute(Node* element, const Name* name, std::u16string value) {
+        auto* attribute = new AttributeNode(document_, name);
         attribute->value = std::move(value);
         InsertAttribute(element, attribute, nullptr);
     }
 
-    void Begin(const std::u16string& written, const std::u16string& uri, int declarationCount,
-               const xmlChar** declarations, int attributeCount, const xmlChar** attributes) {
+    void Begin(const NameParts& name, int declarationCount, const xmlChar** declarations, int attributeCount,
+               const xmlChar** attributes) {
         EndText();
-        Node* element = Append(new ElementNode(document_, document_->Names().Intern(written, uri)));
+        Node* element = Append(new ElementNode(document_, NameOf(name)));
         // Pairs of prefix and URI.
         for (int i = 0; i < 2 * declarationCount; i += 2) {
             const std::u16string prefix = Wide(declarations[i]);
-            AddAttribute(element, prefix.empty() ? u"xmlns" : u"xmlns:" + prefix, kXmlnsUri, Wide(declarations[i + 1]));
+            const std::u16string written = prefix.empty() ? u"xmlns" : u"xmlns:" + prefix;
+            AddAttribute(element, document_->Names().Intern(written, kXmlnsUri), Wide(declarations[i + 1]));
         }
         // Local name, prefix, URI, begin and end of the value.
         for (int i = 0; i < 5 * attributeCount; i += 5) {
             const std::string_view value(Bytes(attributes[i + 3]),
                                          static_cast<size_t>(attributes[i + 4] - attributes[i + 3]));
-            AddAttribute(element, Joined(attributes[i + 1], Wide(attributes[i])), Wide(attributes[i + 2]),
-                         ToWide(value));
+            AddAttribute(element, NameOf({attributes[i], attributes[i + 1], attributes[i + 2]}), ToWide(value));
         }
         const Node* space = FindAttribute(element, u"xml:space");
         keepsWhiteSpace_.push_back(space != nullptr && !document_->PreservesWhiteSpace() ? space->value == u"preserve"
@@ -203,6 +235,7 @@ class Builder {
     Document* document_;
     const std::u16string_view text_;
     Node* parent_;
+    std::unordered_map<NameParts, const Name*, NamePartsHash> names_;
     std::string pending_;                // text that goes on, in UTF-8
     std::vector<bool> keepsWhiteSpace_;  // of the document and the open elements
     ParseFault fault_;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/kernel/heap.h"
 #include "platform/xml/document.h"
 
 namespace host {
@@ -21,6 +22,51 @@ void Unlink(Node** first, Node** last, Node* node) {
     node->next = nullptr;
     node->parent = nullptr;
 }
+
+// Memory of freed nodes.
+class FreedNodes {
+  public:
+    static constexpr size_t kNodeSize = sizeof(ElementNode);
+
+    FreedNodes() = default;
+    FreedNodes(const FreedNodes&) = delete;
+    FreedNodes& operator=(const FreedNodes&) = delete;
+    ~FreedNodes() {
+        most_ = 0;  // what the thread frees from here on isn't kept
+        while (void* node = Take()) {
+            ::operator delete(node);
+        }
+    }
+
+    void* Take() {
+        Freed* const node = first_;
+        if (node != nullptr) {
+            first_ = node->next;
+            --count_;
+        }
+        return node;
+    }
+
+    bool Keep(void* node) {
+        if (count_ >= most_) {
+            return false;
+        }
+        first_ = new (node) Freed{first_};
+        ++count_;
+        return true;
+    }
+
+  private:
+    struct Freed {
+        Freed* next;
+    };
+
+    Freed* first_ = nullptr;
+    size_t count_ = 0;
+    size_t most_ = kMayKeepFreedMemory ? 4096 : 0;
+};
+
+thread_local FreedNodes freedNodes;
 
 bool IsAnyHeld(const Node* root) {
     for (auto* node = const_cast<Node*>(root); node != nullptr; node = NextInTree(root, node)) {
@@ -47,6 +93,17 @@ Node::Node(Document* document, DOMNodeType type, const Name* name) : document(do
 Node::~Node() {
     if (type != NODE_DOCUMENT) {
         document->RemoveMade(this);
+    }
+}
+
+void* Node::operator new(size_t size) {
+    void* const kept = size == FreedNodes::kNodeSize ? freedNodes.Take() : nullptr;
+    return kept != nullptr ? kept : ::operator new(size);
+}
+
+void Node::operator delete(void* node, size_t size) {
+    if (size != FreedNodes::kNodeSize || !freedNodes.Keep(node)) {
+        ::operator delete(node, size);
     }
 }
 

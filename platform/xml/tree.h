@@ -21,6 +21,10 @@ struct Node {
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
+    // Documents come and go with hundreds of nodes: a thread keeps the memory of freed ones.
+    static void* operator new(size_t size);
+    static void operator delete(void* node, size_t size);
+
     virtual IXMLDOMNode* Object() = 0;  // not a reference
 
     Document* document;      // that has made it, or has taken it over

@@ -28,6 +28,7 @@ using namespace velmora;      // NOLINT(google-build-using-namespace): what is s
 namespace {
 
 constexpr uint16_t kCardEntry[] = {300, 1016, 1524};  // of the printer-data value PaperSizes
+constexpr size_t kBaseDataSize = 500;                 // bytes of the printer data file as it is shipped
 constexpr DWORD kTickCount = 0x01000000;
 constexpr const WCHAR* kPrinterKey = TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Test Printer");
 constexpr const WCHAR* kSpoolDirectory = TEXT("SpoolDirectory");
@@ -75,7 +76,7 @@ DriverPackage PackageWithoutModel() {
     DriverPackage package = PackageOf("",
                                       "[CustomSizes]\r\nNumCustomSizes=1\r\nCustomName0=One\r\nCustomWidth0=12340\r\n"
                                       "CustomLength0=23450\r\nCustomMetric0=1\r\n[DeviceInfo]\r\nOptions=3\r\n");
-    package.data.bytes = std::string(500, 'd');
+    package.data.bytes = std::string(kBaseDataSize, 'd');
     UseBuiltModules(package);
     for (const char16_t* name : {u"KV62UMPD.DLL", u"KV62FONT.EXE", u"KV62PPR.DLL"}) {
         package.dependent.push_back({name, ""});
@@ -233,12 +234,14 @@ StoredPieces SweepMachine::Stored() const {
     RegCloseKey(key);
     for (const auto& [path, bytes] : Files()) {
         if (!IsIniFile(path)) {
-            pieces[path] = bytes;
+            // What is appended to the printer data file is as much as can be.
+            pieces[path] = path.ends_with(".DAT") ? bytes.substr(0, kBaseDataSize) : bytes;
             continue;
         }
         std::istringstream lines(bytes);
         std::string section;
         for (std::string line; std::getline(lines, line);) {
+            line.resize(line.find_last_not_of('\r') + 1);
             if (line.starts_with('[')) {
                 section = line;
             } else {

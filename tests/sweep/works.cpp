@@ -289,16 +289,7 @@ std::vector<Work> AllWorks() {
         works.push_back({"GuiEndJob", name, model, end, start});
     }
     for (Work& work : works) {
-        if (std::string_view(work.exportName) == "DrvPrinterEvent") {
-            // Patterns and fonts are appended as far as that goes, the size is told where it is known, and the built-in
-            // watermarks and the extension of the settings file are what a module gives.
-            work.fallbacks = {"KV62.DAT", "data BasePDFSize", "[Watermarks]", "data Settings"};
-        }
         work.isSlow = work.model == Model::kSheets;
-        if (work.isSlow) {
-            // Built-in watermarks are in the language of the module that can be loaded.
-            work.fallbacks.push_back("[Watermarks]");
-        }
     }
     return works;
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <string_view>
 #include <vector>
 
 #include "tests/sweep/sweep_machine.h"
@@ -18,8 +17,6 @@ struct Work {
     void (*before)(SweepMachine&) = nullptr;
     void (*after)(SweepMachine&) = nullptr;
     bool hasStoredSettings = false;  // the printer already names a settings file
-    // Parts of the names of pieces that have a stated fallback of their own where something can't be read.
-    std::vector<std::string_view> fallbacks = {};
     bool isSlow = false;
 };
 

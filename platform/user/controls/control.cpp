@@ -6,6 +6,7 @@
 #include "platform/kernel/failures.h"
 #include "platform/kernel/text.h"
 #include "platform/user/controls/style.h"
+#include "platform/user/windows.h"
 
 namespace host {
 namespace {
@@ -13,19 +14,19 @@ namespace {
 // A context that text can be measured in.
 class MeasuringContext {
   public:
-    MeasuringContext(HWND window, HFONT font) : window_(window), context_(GetDC(window)) {
+    // The display's: nothing is drawn, and a window's own would keep what is over it.
+    explicit MeasuringContext(HFONT font) : context_(OpenContext(nullptr, false)) {
         previous_ = font ? SelectObject(context_, font) : nullptr;
     }
     ~MeasuringContext() {
         if (previous_) {
             SelectObject(context_, previous_);
         }
-        ReleaseDC(window_, context_);
+        CloseContext(context_);
     }
     HDC Get() const { return context_; }
 
   private:
-    const HWND window_;
     const HDC context_;
     HGDIOBJ previous_;
 };
@@ -160,14 +161,14 @@ void Control::PaintFieldFrame(COLORREF field, bool focused) const {
 }
 
 int Control::FontHeight() const {
-    const MeasuringContext context(window_, font_);
+    const MeasuringContext context(font_);
     TEXTMETRICW metrics = {};
     GetTextMetricsW(context.Get(), &metrics);
     return std::max<int>(metrics.tmHeight, 1);  // where nothing can be measured, too
 }
 
 int Control::TextWidth(std::u16string_view text) const {
-    const MeasuringContext context(window_, font_);
+    const MeasuringContext context(font_);
     SIZE size = {};
     GetTextExtentPoint32W(context.Get(), text.data(), static_cast<int>(text.size()), &size);
     return size.cx;
