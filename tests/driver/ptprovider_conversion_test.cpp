@@ -1,10 +1,14 @@
 // What print tickets say and device modes hold, case by case: reading, writing, completing, listing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "driver/base/text.h"
+#include "driver/settings/settings_folder.h"
+#include "driver/settings/watermark_list.h"
 #include "tests/driver/changed_devmode.h"
 #include "tests/driver/description_builder.h"
 #include "tests/driver/machine.h"
@@ -592,6 +596,7 @@ TEST_F(Conversions, WriteWhatTheDeviceModeSelects) {
           "DocumentBinding(kxp:JapaneseBooklet(BindingGutter(->DocumentBindingGutter)"
           " kxp:SignaturePages(->kxp:DocumentBookletSignaturePages)))",
           "DocumentBindingGutter(12700)", "kxp:DocumentBookletSignaturePages(8)"}},
+        {"gutterShiftX=-600", {"DocumentBinding(BindRight(BindingGutter(->DocumentBindingGutter)))"}},
         {"dmOrientation=2 gutterShiftX=-600",
          {"DocumentBinding(BindBottom(BindingGutter(->DocumentBindingGutter)))", "DocumentBindingGutter(25400)"}},
         {"",
@@ -814,6 +819,86 @@ TEST_F(Conversions, TakeOverPageExceptions) {
     }
 }
 
+// Tickets tell a stored watermark's values; which one it is stays what the device mode says.
+TEST_F(Conversions, TakeOverWatermarkExceptions) {
+    Use(TicketModel(kPdlImage));
+    PrepareSettingsFile(kPrinterName);
+    WatermarkRecord stored[2];
+    for (WatermarkRecord& watermark : stored) {
+        MakeBlankWatermark(&watermark);
+        watermark.text[0] = 'W';
+    }
+    stored[0].type = kTextWatermark;
+    stored[0].style.bold = stored[0].style.outline = 1;
+    stored[0].style.color = 0x0000FF;
+    stored[0].angle = 305;
+    stored[0].placement = 7;
+    stored[0].positionX = 12;
+    stored[0].positionY = -3;
+    stored[1].type = kImageWatermark;
+    CopyText<WCHAR>(stored[1].imageName, ARRAYSIZE(stored[1].imageName), TEXT("logo.bmp"));
+    stored[1].scaleX = 50;
+    stored[1].scaleY = 60;
+    stored[1].placement = 99;
+    SaveWatermarkList(kPrinterName, stored, ARRAYSIZE(stored));
+
+    const std::string prefix = "kxp:DocumentWatermarkException";
+    const auto scored = [&](const std::string& property, const std::string& parameter) {
+        return "kxp:" + property + "(->" + prefix + parameter + "2)";
+    };
+    const auto rest = [&](const std::string& placement, const std::string& layer) {
+        return " kxp:Placement(kxp:" + placement + "(" + scored("OffsetWidth", "PlacementOffsetWidth") + " " +
+               scored("OffsetHeight", "PlacementOffsetHeight") + ")) kxp:Layering(kxp:" + layer +
+               ") kxp:ExceptionUsage(kxp:EvenPages))\n";
+    };
+    const struct {
+        ExceptionRecord slot;
+        std::string line;
+        std::string values;
+    } rows[] = {
+        {{40, kWatermarkException, kEvenPages, 0, 0, 0, 1, {}, 0},
+         prefix + "2(kxp:Text(" + scored("Text", "TextText") + " " + scored("Font", "TextFont") + " " +
+             scored("FontSize", "TextFontSize") + " " + scored("Angle", "TextAngle") + " " +
+             scored("FontColor", "TextColor") + " " + scored("Bold", "TextBold") + " " +
+             scored("Italic", "TextItalic") + " " + scored("Outline", "TextOutline") + " " +
+             scored("RightToLeft", "TextRightToLeft") + " " + scored("Transparency", "Transparency") + ")" +
+             rest("TopRight", "Underlay"),
+         "TextText2(W) TextFont2(Arial) TextFontSize2(72) TextAngle2(30) TextColor2(-65536) TextOutline2(1)"
+         " TextBold2(1) TextItalic2(0) TextRightToLeft2(0) Transparency2(0) PlacementOffsetWidth2(1200)"
+         " PlacementOffsetHeight2(-300) "},
+        {{40, kWatermarkException, kEvenPages, 0, 0, 0, 0, {}, 1},
+         prefix + "2(kxp:Image(" + scored("File", "ImageFile") + " " + scored("ScaleWidth", "ImageScaleWidth") + " " +
+             scored("ScaleHeight", "ImageScaleHeight") + " " + scored("Transparency", "Transparency") + ")" +
+             rest("Center", "Overlay"),
+         "ImageFile2(logo.bmp) ImageScaleWidth2(50) ImageScaleHeight2(60) Transparency2(0) PlacementOffsetWidth2(0)"
+         " PlacementOffsetHeight2(0) "},
+        {{40, kWatermarkException, kEvenPages, 0, 0, 0, 0, {}, 2}, "", ""},
+    };
+    for (const auto& row : rows) {
+        WorkingDevMode working;
+        printer_->Prepare(printer_->Default(), &working);
+        working.exceptions[1] = row.slot;
+        const auto ticket = LoadTicket(TicketText(""));
+        printer_->Write(working, ticket);
+        const Lines lines(ticket);
+        EXPECT_EQ(lines.Of(prefix + "2"), row.line);
+        std::string values;
+        for (const char* const name :
+             {"TextText", "TextFont", "TextFontSize", "TextAngle", "TextColor", "TextOutline", "TextBold", "TextItalic",
+              "TextRightToLeft", "ImageFile", "ImageScaleWidth", "ImageScaleHeight", "Transparency",
+              "PlacementOffsetWidth", "PlacementOffsetHeight"}) {
+            std::string line = lines.Of(prefix + name + "2");
+            std::ranges::replace(line, '\n', ' ');
+            values += line.erase(0, prefix.size());
+        }
+        EXPECT_EQ(values, row.values);
+
+        printer_->Read(ticket, &working);
+        EXPECT_EQ(SlotsOf(working),
+                  row.line.empty() ? "" : "2 6 2 0 0 0 " + std::to_string(row.slot.underlay) + " :\n");
+    }
+}
+
 TEST_F(Conversions, ReadPageExceptions) {
     Use(TicketModel(kPdlImage));
     const std::string media = Choice("kxp:MediaType", "psk:Plain") + Choice("kxp:InputBin", "oem:Tray7");
@@ -833,6 +918,12 @@ TEST_F(Conversions, ReadPageExceptions) {
                  Option("kxp:BeforeExceptionPages") + Choice("kxp:MediaSize", "kxp:UsePageMediaSize") + media),
          "1 2 0 65535 1 7 0 :\n"},
         {Feature("kxp:DocumentBlankSheetException1", Choice("kxp:MediaSize", "kxp:UsePageMediaSize") + media), ""},
+        {Feature("kxp:DocumentBlankSheetException1",
+                 Option("kxp:AfterExceptionPages") +
+                     Feature("kxp:MediaSize", Option("psk:ISOA4", Scored("kxp:MediaSizeWidth", "210000") +
+                                                                      Scored("kxp:MediaSizeHeight", "297000"))) +
+                     media),
+         "1 3 0 9 1 7 0 :\n"},
         {Feature("kxp:DocumentOverlayException1",
                  OverlayFile("kxp:Overlay", "C:\\A\\LONGERTHAN13CHARS") + Choice("kxp:Layering", "kxp:Underlay")),
          "1 5 0 0 0 0 1 LONGERTHAN13C:\n"},
