@@ -30,6 +30,11 @@ size_t TextLength(const Character* text, size_t limit) {
     return length;
 }
 
+// Whether there is no text: null or empty.
+inline bool IsEmpty(const WCHAR* text) {
+    return !text || *text == 0;
+}
+
 // Copies `text` up to `capacity` - 1 characters and terminates it. Returns the characters copied. `text` may be null
 // (the destination becomes empty) and must not overlap the destination.
 template <class Character>
