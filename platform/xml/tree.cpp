@@ -103,7 +103,7 @@ void* Node::operator new(size_t size) {
 
 void Node::operator delete(void* node, size_t size) {
     if (size != FreedNodes::kNodeSize || !freedNodes.Keep(node)) {
-        ::operator delete(node, size);
+        ::operator delete(node);
     }
 }
 
