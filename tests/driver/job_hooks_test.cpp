@@ -90,7 +90,7 @@ TEST_F(JobHooks, AJobOfCommandLines) {
 
 TEST_F(JobHooks, AJobOfDescriptions) {
     UseText();
-    const WideText name = u"Job";
+    const WideText name = TEXT("Job");
     record_.jobName = name.c_str();
     const auto namesJob = [this] { return block_.find("jobName=Job") != std::string::npos; };
     EXPECT_EQ(Start(&default_, 0), kJobBlockTooLarge);

@@ -1,14 +1,14 @@
 #include "tests/driver/machine.h"
 
-#include "platform/kernel/text.h"
-
 namespace driver_test {
 
 void MachineTest::TearDown() {
     printer_.Close();
     file_.Close();
     model_.Reset(nullptr);
-    EXPECT_EQ(host::StillOpen(), keptOpen_);
+    if (const auto open = WhatIsOpen()) {
+        EXPECT_EQ(*open, keptOpen_);
+    }
 }
 
 void MachineTest::Install(const DriverPackage& package, const WideText& printerName) {
@@ -18,11 +18,11 @@ void MachineTest::Install(const DriverPackage& package, const WideText& printerN
 
 void MachineTest::AddForm(WideText name, DWORD flags, LONG width, LONG length) {
     FORM_INFO_1W form = {flags, name.data(), {width, length}, {0, 0, width, length}};
-    ASSERT_TRUE(AddFormW(Printer(), 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
+    ASSERT_TRUE(::AddFormW(Printer(), 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
 }
 
 velmora::OwnedFile MachineTest::OpenDescription(const std::string& bytes) {
-    WriteDriveFile(u"C:\\test.xpi", bytes);
+    WriteDriveFile(TEXT("C:\\test.xpi"), bytes);
     return velmora::OwnedFile(CreateFileW(TEXT("C:\\test.xpi"), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
 }
@@ -51,8 +51,15 @@ void ReadEverything(HANDLE file) {
     }
 }
 
-std::string ToText(std::u16string_view text) {
-    return host::ToUtf8(text);
+std::string ToText(WideView text) {
+    if (text.empty()) {
+        return {};
+    }
+    const int length = static_cast<int>(text.size());
+    std::string bytes(text.size() * 3, '\0');  // a character's most in UTF-8
+    bytes.resize(static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(),
+                                                         static_cast<int>(bytes.size()), nullptr, nullptr)));
+    return bytes;
 }
 
 }  // namespace driver_test

@@ -18,7 +18,9 @@ void ProjectModelTest::TearDown() {
     model_.Reset(nullptr);
     file_.Close();
     printer_.Close();
-    EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
+    if (const auto open = WhatIsOpen()) {
+        EXPECT_EQ(*open, Texts());
+    }
 }
 
 DriverPackage PackageOfModel(const std::filesystem::path& path) {
