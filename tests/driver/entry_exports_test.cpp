@@ -68,7 +68,7 @@ TEST_F(Exports, Conversion) {
     EXPECT_EQ(convert(name_, nullptr), DWORD{ERROR_INVALID_PARAMETER});
     EXPECT_EQ(convert(name_, &needed), DWORD{ERROR_INSUFFICIENT_BUFFER});
     EXPECT_EQ(needed, 4088);
-    EXPECT_EQ(convert(u"Unknown", &needed), DWORD{ERROR_INVALID_PRINTER_NAME});
+    EXPECT_EQ(convert(TEXT("Unknown"), &needed), DWORD{ERROR_INVALID_PRINTER_NAME});
     EXPECT_TRUE(convert(name_, &needed) == 0 && GetLastError() == ERROR_SUCCESS);
     EXPECT_EQ(DifferenceLines(default_, output_), Texts());
 }

@@ -1,14 +1,14 @@
 #include "tests/driver/machine.h"
 
+#include "tools/velmora/escapes.h"
+
 namespace driver_test {
 
 void MachineTest::TearDown() {
     printer_.Close();
     file_.Close();
     model_.Reset(nullptr);
-    if (const auto open = WhatIsOpen()) {
-        EXPECT_EQ(*open, keptOpen_);
-    }
+    EXPECT_EQ(WhatIsOpen().value_or(keptOpen_), keptOpen_);
 }
 
 void MachineTest::Install(const DriverPackage& package, const WideText& printerName) {
@@ -52,14 +52,7 @@ void ReadEverything(HANDLE file) {
 }
 
 std::string ToText(WideView text) {
-    if (text.empty()) {
-        return {};
-    }
-    const int length = static_cast<int>(text.size());
-    std::string bytes(text.size() * 3, '\0');  // a character's most in UTF-8
-    bytes.resize(static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(),
-                                                         static_cast<int>(bytes.size()), nullptr, nullptr)));
-    return bytes;
+    return velmora::ToUtf8(text);
 }
 
 }  // namespace driver_test

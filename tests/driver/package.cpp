@@ -71,11 +71,13 @@ void InstallPrinter(const DriverPackage& package, const WideText& printerName) {
     WideText name = printerName;
     WideText port = TEXT("FILE:");
     WideText processor = TEXT("winprint");
+    WideText dataType = TEXT("RAW");
     PRINTER_INFO_2W info = {};
     info.pPrinterName = name.data();
     info.pDriverName = driverName.data();
     info.pPortName = port.data();
     info.pPrintProcessor = processor.data();
+    info.pDatatype = dataType.data();
     const HANDLE added = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&info));
     if (!added) {
         ThrowRefused("AddPrinterW", GetLastError());

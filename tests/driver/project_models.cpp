@@ -18,9 +18,7 @@ void ProjectModelTest::TearDown() {
     model_.Reset(nullptr);
     file_.Close();
     printer_.Close();
-    if (const auto open = WhatIsOpen()) {
-        EXPECT_EQ(*open, Texts());
-    }
+    EXPECT_EQ(WhatIsOpen().value_or(Texts()), Texts());
 }
 
 DriverPackage PackageOfModel(const std::filesystem::path& path) {

@@ -224,7 +224,7 @@ class Conversions : public testing::Test {
   protected:
     void TearDown() override {
         printer_.reset();
-        EXPECT_EQ(host::StillOpen(), Texts());
+        EXPECT_EQ(driver_test::WhatIsOpen().value_or(Texts()), Texts());
     }
     void Use(const DescriptionBuilder& model, uint32_t missing = 0, uint32_t missingTrays = 0) {
         printer_.reset();
