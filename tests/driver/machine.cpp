@@ -22,8 +22,11 @@ void MachineTest::AddForm(WideText name, DWORD flags, LONG width, LONG length) {
 }
 
 velmora::OwnedFile MachineTest::OpenDescription(const std::string& bytes) {
-    WriteDriveFile(TEXT("C:\\test.xpi"), bytes);
-    return velmora::OwnedFile(CreateFileW(TEXT("C:\\test.xpi"), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+    // Each another file: one that is open can't be written again.
+    static WCHAR number = 0;
+    const WideText path = WideText(TEXT("C:\\test")) + static_cast<WCHAR>(TEXT('a') + number++ % 26) + TEXT(".xpi");
+    WriteDriveFile(path, bytes);
+    return velmora::OwnedFile(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 

@@ -14,6 +14,8 @@
 namespace host {
 namespace {
 
+const std::filesystem::path kProfile = L"C:\\Users\\User";
+
 void SetInternational(const WCHAR* key, const WCHAR* text) {
     if (!WriteProfileStringW(L"intl", key, text)) {
         throw std::runtime_error("an international setting can't be written");
@@ -89,6 +91,11 @@ struct Machine::Parts {
 
 Machine::Machine() : parts_(std::make_unique<Parts>()) {
     SetDecimalSeparator(L".");
+    // Where a fresh machine has them.
+    std::filesystem::remove_all(kProfile);
+    std::filesystem::create_directories(kProfile / L"AppData" / L"Roaming");
+    SetVariable(L"USERPROFILE", kProfile.c_str());
+    SetVariable(L"APPDATA", (kProfile / L"AppData" / L"Roaming").c_str());
     SetMayWritePrinterData(true);
     SetTickCount(0x01000000);
     ClearFaults();
