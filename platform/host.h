@@ -16,9 +16,9 @@ namespace host {
 
 // A font family of a machine's display.
 struct Font {
-    std::u16string face;  // at most 31 characters count
-    DWORD type;           // TRUETYPE_FONTTYPE, DEVICE_FONTTYPE, RASTER_FONTTYPE (wingdi.h), or none of them
-    BYTE charSet;         // ANSI_CHARSET … (wingdi.h)
+    std::basic_string<WCHAR> face;  // at most 31 characters count
+    DWORD type;                     // TRUETYPE_FONTTYPE, DEVICE_FONTTYPE, RASTER_FONTTYPE (wingdi.h), or none of them
+    BYTE charSet;                   // ANSI_CHARSET … (wingdi.h)
 };
 
 // One machine: drive C:, environment, settings, registry, spooler. There is at most one at a time in a process, and the
@@ -39,22 +39,22 @@ class Machine {
     const std::filesystem::path& Drive() const;
 
     // International settings. A fresh machine is English (0x0409), metric, ".", code page 1252.
-    void SetLanguage(LANGID language);                   // user's default language
-    void SetMetric(bool metric);                         // section "intl", key "iMeasure": 0 metric, 1 U.S.
-    void SetDecimalSeparator(std::u16string_view text);  // section "intl", key "sDecimal"
-    void SetAnsiCodePage(UINT codePage);                 // 1252 or 932; throws std::invalid_argument for others
+    void SetLanguage(LANGID language);                             // user's default language
+    void SetMetric(bool metric);                                   // section "intl", key "iMeasure": 0 metric, 1 U.S.
+    void SetDecimalSeparator(std::basic_string_view<WCHAR> text);  // section "intl", key "sDecimal"
+    void SetAnsiCodePage(UINT codePage);  // 1252 or 932; throws std::invalid_argument for others
     LANGID Language() const;
     bool IsMetric() const;
 
     // A fresh machine is "VELMORA-PC", system version 10.0, tick count 0x01000000.
-    void SetComputerName(std::u16string_view name);
+    void SetComputerName(std::basic_string_view<WCHAR> name);
     void SetSystemVersion(DWORD major, DWORD minor);
     void SetTickCount(DWORD milliseconds);  // stands still until set again
     // True: a wait that would run out ends at once, and the tick count goes on by its time. A fresh machine waits.
     void SetWaitsElapseAtOnce(bool atOnce);
     // Empty value: the variable is removed. A fresh machine has APPDATA, USERPROFILE,
     // TEMP and TMP, at and below C:\Users\User.
-    void SetVariable(std::u16string_view name, std::u16string_view value);
+    void SetVariable(std::basic_string_view<WCHAR> name, std::basic_string_view<WCHAR> value);
 
     // The display's fonts. A fresh machine has Arial, Courier New, Symbol and Times New Roman, one that is kept in a
     // folder those of the host besides.
@@ -66,7 +66,7 @@ class Machine {
 
     // What WinExec starts when the command line's program has this file name (no folder, case ignored).
     using Program = std::function<void(const std::string& commandLine)>;
-    void SetProgram(std::u16string_view fileName, Program program);
+    void SetProgram(std::basic_string_view<WCHAR> fileName, Program program);
 
     // Called when a program waits for input: acts by messages, SendInput and the other published calls, on the waiting
     // thread, and returns. It may be called again from loops inside. Where there is none, or it does nothing many times
@@ -89,7 +89,7 @@ void ClearFaults();
 struct Broadcast {
     UINT message;
     WPARAM wParam;
-    std::u16string text;  // of WM_DEVMODECHANGE: the device's name
+    std::basic_string<WCHAR> text;  // of WM_DEVMODECHANGE: the device's name
 };
 std::vector<Broadcast> Broadcasts();
 

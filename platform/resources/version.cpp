@@ -18,6 +18,8 @@
 namespace host {
 namespace {
 
+constexpr size_t kBlockHeader = 6;  // what no block, and so no version, is shorter than
+
 // A copy of the file's version resource. The last error says why there is none.
 std::optional<std::vector<uint8_t>> ReadVersionBlock(LPCWSTR file) {
     const Place place = FindPlace(file);
@@ -38,7 +40,11 @@ std::optional<std::vector<uint8_t>> ReadVersionBlock(LPCWSTR file) {
     const ResourceEntry* entry =
         resources->Find(ResourceKey::FromArgument(RT_VERSION), ResourceKey::FromArgument(MAKEINTRESOURCEW(1)),
                         CurrentSettings().language);
-    if (entry == nullptr || entry->data.empty()) {
+    if (entry != nullptr && entry->data.size() < kBlockHeader) {
+        SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
+        entry = nullptr;
+    }
+    if (entry == nullptr) {
         return std::nullopt;
     }
     return entry->data;
@@ -62,8 +68,6 @@ uint16_t WordAt(const uint8_t* bytes) {
 size_t Aligned(size_t offset) {
     return (offset + 3) & ~static_cast<size_t>(3);
 }
-
-constexpr size_t kBlockHeader = 6;
 
 // Null where less than a block's header is left.
 std::optional<Block> ReadBlock(const uint8_t* start, size_t available) {

@@ -66,7 +66,11 @@ class WineEnvironment : public ContractEnvironment {
 
     bool SetSystemVersion(DWORD, DWORD) override { return false; }
 
-    void SetLanguage(LANGID language) override { SetUserLanguage(language); }
+    void SetLanguage(LANGID language) override {
+        constexpr UINT kJapanese = 932;
+        SetUserLanguage(language);
+        SetUserCodePage(PRIMARYLANGID(language) == LANG_JAPANESE ? kJapanese : CP_ACP);
+    }
 
     void SetRegistryText(HKEY root, const WideText& key, const WideText& text) override {
         keys_.emplace_back(root, key);

@@ -546,16 +546,16 @@ HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD co
 
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 LANGID userLanguage = kEnglish;
+UINT userCodePage = CP_ACP;
 std::function<ProgramStart(const std::string&)> programStarter;
 
 bool Never(HANDLE) {
     return false;
 }
 
-// Drivers that ask for the ANSI code page get that of the user's language.
+// Drivers that ask for the ANSI code page get the user's.
 UINT CodePage(UINT asked) {
-    constexpr UINT kJapanese = 932;
-    return asked == CP_ACP && PRIMARYLANGID(userLanguage) == LANG_JAPANESE ? kJapanese : asked;
+    return asked == CP_ACP ? userCodePage : asked;
 }
 
 int WINAPI StandInMultiByteToWideChar(UINT codePage, DWORD flags, LPCCH text, int bytes, LPWSTR wide, int capacity) {
@@ -661,36 +661,6 @@ T* At(HMODULE module, DWORD relativeAddress) {
     return reinterpret_cast<T*>(reinterpret_cast<BYTE*>(module) + relativeAddress);
 }
 
-// Lets the module's import of this name, from whatever library, lead to `function`. Nothing happens where the module
-// doesn't import it.
-void ReplaceImport(HMODULE module, const char* name, void* function) {
-    const auto* dosHeader = At<IMAGE_DOS_HEADER>(module, 0);
-    const auto* headers = At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(dosHeader->e_lfanew));
-    const IMAGE_DATA_DIRECTORY& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    if (directory.Size == 0) {
-        return;
-    }
-    for (auto* import = At<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); import->Name != 0; ++import) {
-        const auto* lookup = At<IMAGE_THUNK_DATA>(module, import->OriginalFirstThunk);
-        auto* address = At<IMAGE_THUNK_DATA>(module, import->FirstThunk);
-        for (; lookup->u1.AddressOfData != 0; ++lookup, ++address) {
-            if (IMAGE_SNAP_BY_ORDINAL(lookup->u1.Ordinal)) {
-                continue;
-            }
-            const auto* imported = At<IMAGE_IMPORT_BY_NAME>(module, static_cast<DWORD>(lookup->u1.AddressOfData));
-            if (strcmp(reinterpret_cast<const char*>(imported->Name), name) != 0) {
-                continue;
-            }
-            DWORD protection = 0;
-            if (!VirtualProtect(address, sizeof(*address), PAGE_READWRITE, &protection)) {
-                throw std::runtime_error("an import table can't be written");
-            }
-            address->u1.Function = reinterpret_cast<ULONGLONG>(function);
-            VirtualProtect(address, sizeof(*address), protection, &protection);
-        }
-    }
-}
-
 // For modules that ask for a call by name instead of importing it.
 FARPROC WINAPI FindWithStandIns(HMODULE module, LPCSTR name) {
     // Where the high word is 0, the "name" is an ordinal.
@@ -747,6 +717,34 @@ void PutStandIns(HMODULE module) {
     }
 }
 
+void ReplaceImport(HMODULE module, const char* name, void* function) {
+    const auto* dosHeader = At<IMAGE_DOS_HEADER>(module, 0);
+    const auto* headers = At<IMAGE_NT_HEADERS>(module, static_cast<DWORD>(dosHeader->e_lfanew));
+    const IMAGE_DATA_DIRECTORY& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (directory.Size == 0) {
+        return;
+    }
+    for (auto* import = At<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); import->Name != 0; ++import) {
+        const auto* lookup = At<IMAGE_THUNK_DATA>(module, import->OriginalFirstThunk);
+        auto* address = At<IMAGE_THUNK_DATA>(module, import->FirstThunk);
+        for (; lookup->u1.AddressOfData != 0; ++lookup, ++address) {
+            if (IMAGE_SNAP_BY_ORDINAL(lookup->u1.Ordinal)) {
+                continue;
+            }
+            const auto* imported = At<IMAGE_IMPORT_BY_NAME>(module, static_cast<DWORD>(lookup->u1.AddressOfData));
+            if (strcmp(reinterpret_cast<const char*>(imported->Name), name) != 0) {
+                continue;
+            }
+            DWORD protection = 0;
+            if (!VirtualProtect(address, sizeof(*address), PAGE_READWRITE, &protection)) {
+                throw std::runtime_error("an import table can't be written");
+            }
+            address->u1.Function = reinterpret_cast<ULONGLONG>(function);
+            VirtualProtect(address, sizeof(*address), protection, &protection);
+        }
+    }
+}
+
 void SendMissingEvent(HMODULE driver, HANDLE printer, int event) {
     if (sendsEvents) {
         return;
@@ -768,6 +766,10 @@ void SetUserLanguage(LANGID language) {
     userLanguage = language;
 }
 
+void SetUserCodePage(UINT codePage) {
+    userCodePage = codePage;
+}
+
 void SetProgramStarter(std::function<ProgramStart(const std::string& command)> starter) {
     programStarter = std::move(starter);
 }
@@ -778,6 +780,7 @@ void SetWaitsElapseAtOnce(bool atOnce) {
 
 void ForgetMachine() {
     userLanguage = kEnglish;
+    userCodePage = CP_ACP;
     waitsElapseAtOnce = false;
     keptDevModes.clear();
     keptForms.clear();

@@ -16,12 +16,18 @@ void ProbeCalls(HANDLE printer);
 // Puts the stand-ins that are used into the import table of a loaded module.
 void PutStandIns(HMODULE module);
 
+// Lets a loaded module's import of this name, from whatever library, lead to `function`. Nothing happens where the
+// module doesn't import it.
+void ReplaceImport(HMODULE module, const char* name, void* function);
+
 // Tells the driver of an event of its printer (winddiui.h) where the spooler doesn't. Throws std::runtime_error where a
 // new printer can't be initialised.
 void SendMissingEvent(HMODULE driver, HANDLE printer, int event);
 
-// The user's language as drivers are told it, and its ANSI code page with it, until ForgetMachine.
+// The user's language as drivers are told it, and the ANSI code page, until ForgetMachine. A fresh machine is English
+// (0x0409), and has Wine's own code page.
 void SetUserLanguage(LANGID language);
+void SetUserCodePage(UINT codePage);
 
 // What WinExec does with a command line: fails as without such a program, succeeds without starting anything, or starts
 // it. Null: there is no program.

@@ -10,6 +10,7 @@ namespace velmora {
 namespace {
 
 using driver_test::ToText;
+using driver_test::WideText;
 
 template <class... Arguments>
 std::string Ansi(const char* format, Arguments... arguments) {
@@ -23,7 +24,7 @@ template <class... Arguments>
 std::string Wide(const WCHAR* format, Arguments... arguments) {
     WCHAR buffer[256];
     const size_t length = FormatWide(buffer, ARRAYSIZE(buffer), format, arguments...);
-    EXPECT_EQ(length, std::u16string(buffer).size());
+    EXPECT_EQ(length, WideText(buffer).size());
     return ToText(buffer);
 }
 

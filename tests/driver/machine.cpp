@@ -1,6 +1,6 @@
 #include "tests/driver/machine.h"
 
-#include "platform/kernel/text.h"
+#include "tools/velmora/escapes.h"
 
 namespace driver_test {
 
@@ -8,7 +8,7 @@ void MachineTest::TearDown() {
     printer_.Close();
     file_.Close();
     model_.Reset(nullptr);
-    EXPECT_EQ(host::StillOpen(), keptOpen_);
+    EXPECT_EQ(WhatIsOpen().value_or(keptOpen_), keptOpen_);
 }
 
 void MachineTest::Install(const DriverPackage& package, const WideText& printerName) {
@@ -18,12 +18,15 @@ void MachineTest::Install(const DriverPackage& package, const WideText& printerN
 
 void MachineTest::AddForm(WideText name, DWORD flags, LONG width, LONG length) {
     FORM_INFO_1W form = {flags, name.data(), {width, length}, {0, 0, width, length}};
-    ASSERT_TRUE(AddFormW(Printer(), 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
+    ASSERT_TRUE(::AddFormW(Printer(), 1, reinterpret_cast<BYTE*>(&form))) << GetLastError();
 }
 
 velmora::OwnedFile MachineTest::OpenDescription(const std::string& bytes) {
-    WriteDriveFile(u"C:\\test.xpi", bytes);
-    return velmora::OwnedFile(CreateFileW(TEXT("C:\\test.xpi"), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+    // Each another file: one that is open can't be written again.
+    static WCHAR number = 0;
+    const WideText path = WideText(TEXT("C:\\test")) + static_cast<WCHAR>(TEXT('a') + number++ % 26) + TEXT(".xpi");
+    WriteDriveFile(path, bytes);
+    return velmora::OwnedFile(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
@@ -51,8 +54,8 @@ void ReadEverything(HANDLE file) {
     }
 }
 
-std::string ToText(std::u16string_view text) {
-    return host::ToUtf8(text);
+std::string ToText(WideView text) {
+    return velmora::ToUtf8(text);
 }
 
 }  // namespace driver_test

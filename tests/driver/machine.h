@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <winspool.h>  // names of calls are macros on Windows
 
 #include <cstring>
 #include <string>
@@ -14,6 +15,7 @@
 #include "platform/host.h"
 #include "tests/driver/description_builder.h"
 #include "tests/driver/package.h"
+#include "tests/driver/wide_text.h"
 
 namespace driver_test {
 
@@ -29,7 +31,7 @@ class MachineTest : public testing::Test {
     void Install(const std::string& description) { Install(PackageOf(description)); }
     // Gives the installed printer another description file.
     static void Describe(const DescriptionBuilder& builder) {
-        WriteDriveFile(InstalledPath(u"KV62.XPI"), builder.Build());
+        WriteDriveFile(InstalledPath(TEXT("KV62.XPI")), builder.Build());
     }
 
     HANDLE Printer() const { return printer_.Get(); }
@@ -65,6 +67,6 @@ inline Texts RepairsOf(const velmora::ValidationReport& report) {
 }
 
 // For messages of failed expectations.
-std::string ToText(std::u16string_view text);
+std::string ToText(WideView text);
 
 }  // namespace driver_test

@@ -3,16 +3,15 @@
 
 #include <windows.h>
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "driver/entry/printer_access.h"
+#include "tests/driver/host_files.h"
+#include "tests/driver/wide_text.h"
 
 namespace driver_test {
-
-using WideText = std::u16string;
 
 struct PackageFile {
     WideText name;  // empty: the package has no such file
@@ -20,7 +19,7 @@ struct PackageFile {
 };
 
 struct DriverPackage {
-    WideText driverName = u"Velmora Test";
+    WideText driverName = TEXT("Velmora Test");
     PackageFile core;           // the rendering core
     PackageFile configuration;  // the library's own place; not loaded
     PackageFile data;
@@ -28,7 +27,7 @@ struct DriverPackage {
     std::vector<PackageFile> dependent;
 };
 
-inline constexpr char16_t kPrinterName[] = u"Test Printer";
+inline constexpr WCHAR kPrinterName[] = TEXT("Test Printer");
 
 // A rendering core of version 10.0 and a U.S. English resource module. The description, where there is one, is the data
 // file KV62.XPI, as packages are shipped; without one the data file is the empty KV62.DAT. `iniFile`, where it isn't
@@ -47,7 +46,6 @@ WideText InstalledPath(const WideText& fileName);
 
 // Files on the machine's drive by their paths there. WriteDriveFile makes the folders; ReadDriveFile gives the empty
 // string for a missing file.
-std::filesystem::path DrivePath(const WideText& path);
 void WriteDriveFile(const WideText& path, const std::string& bytes);
 std::string ReadDriveFile(const WideText& path);
 bool DriveFileExists(const WideText& path);

@@ -18,7 +18,7 @@ void ProjectModelTest::TearDown() {
     model_.Reset(nullptr);
     file_.Close();
     printer_.Close();
-    EXPECT_EQ(host::StillOpen(), std::vector<std::string>());
+    EXPECT_EQ(WhatIsOpen().value_or(Texts()), Texts());
 }
 
 DriverPackage PackageOfModel(const std::filesystem::path& path) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/kernel/text.h"
 #include "tools/velmora/escapes.h"
 
 namespace velmora {
@@ -18,13 +17,13 @@ std::string NameNumber(const FieldDescriptor& field, int64_t number,
     return nameOf ? nameOf(number) : std::string();
 }
 
-std::u16string ReadText(const FieldDescriptor& field, const BYTE* place) {
+std::basic_string<WCHAR> ReadText(const FieldDescriptor& field, const BYTE* place) {
     if (field.kind == FieldKind::kAnsiText) {
         return FromAnsi({reinterpret_cast<const char*>(place), field.width});
     }
-    std::u16string text(field.width / sizeof(WCHAR), 0);
+    std::basic_string<WCHAR> text(field.width / sizeof(WCHAR), 0);
     memcpy(text.data(), place, field.width);
-    return std::u16string(UntilNul(text));
+    return std::basic_string<WCHAR>(UntilNul(text));
 }
 
 }  // namespace
@@ -64,8 +63,8 @@ ElementValue ReadRecordElement(const FieldDescriptor& field, const BYTE* record,
     }
     const BYTE* const place = record + field.offset + index * field.stride;
     if (IsText(field)) {
-        const std::u16string text = ReadText(field, place);
-        return {Quoted(text), host::ToUtf8(text), nullptr};
+        const std::basic_string<WCHAR> text = ReadText(field, place);
+        return {Quoted(text), ToUtf8(text), nullptr};
     }
     const std::span bytes(place, field.width);
     const bool isZero = std::ranges::all_of(bytes, [](BYTE byte) { return byte == 0; });

@@ -2,29 +2,27 @@
 
 #include <cstdio>
 
-#include "platform/kernel/text.h"
-
 namespace velmora {
 namespace {
 
-constexpr bool IsHighSurrogate(char16_t c) {
+constexpr bool IsHighSurrogate(WCHAR c) {
     return c >= 0xD800 && c <= 0xDBFF;
 }
-constexpr bool IsLowSurrogate(char16_t c) {
+constexpr bool IsLowSurrogate(WCHAR c) {
     return c >= 0xDC00 && c <= 0xDFFF;
 }
 
-std::string EscapeOf(char16_t c) {
+std::string EscapeOf(WCHAR c) {
     switch (c) {
-        case u'"':
+        case TEXT('"'):
             return "\\\"";
-        case u'\\':
+        case TEXT('\\'):
             return "\\\\";
-        case u'\r':
+        case TEXT('\r'):
             return "\\r";
-        case u'\n':
+        case TEXT('\n'):
             return "\\n";
-        case u'\t':
+        case TEXT('\t'):
             return "\\t";
         default:
             break;
@@ -34,18 +32,18 @@ std::string EscapeOf(char16_t c) {
     return text;
 }
 
-std::string Escape(std::u16string_view text, bool isQuoted) {
+std::string Escape(std::basic_string_view<WCHAR> text, bool isQuoted) {
     std::string escaped;
     for (size_t i = 0; i < text.size(); ++i) {
-        const char16_t c = text[i];
+        const WCHAR c = text[i];
         if (IsHighSurrogate(c) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-            escaped += host::ToUtf8(text.substr(i, 2));
+            escaped += ToUtf8(text.substr(i, 2));
             ++i;
-        } else if (c < 0x20 || (c == u'"' && isQuoted) || c == u'\\' || (c >= 0x7F && c < 0xA0) || IsHighSurrogate(c) ||
-                   IsLowSurrogate(c)) {
+        } else if (c < 0x20 || (c == TEXT('"') && isQuoted) || c == TEXT('\\') || (c >= 0x7F && c < 0xA0) ||
+                   IsHighSurrogate(c) || IsLowSurrogate(c)) {
             escaped += EscapeOf(c);
         } else {
-            escaped += host::ToUtf8(text.substr(i, 1));
+            escaped += ToUtf8(text.substr(i, 1));
         }
     }
     return escaped;
@@ -53,28 +51,39 @@ std::string Escape(std::u16string_view text, bool isQuoted) {
 
 }  // namespace
 
-std::string Escaped(std::u16string_view text) {
+std::string Escaped(std::basic_string_view<WCHAR> text) {
     return Escape(text, false);
 }
 
-std::string Quoted(std::u16string_view text) {
+std::string Quoted(std::basic_string_view<WCHAR> text) {
     return "\"" + Escape(text, true) + "\"";
 }
 
-std::u16string FromAnsi(std::string_view text) {
+std::string ToUtf8(std::basic_string_view<WCHAR> text) {
+    if (text.empty()) {
+        return {};
+    }
+    const int length = static_cast<int>(text.size());
+    std::string bytes(text.size() * 3, '\0');  // a character's most
+    bytes.resize(static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(),
+                                                         static_cast<int>(bytes.size()), nullptr, nullptr)));
+    return bytes;
+}
+
+std::basic_string<WCHAR> FromAnsi(std::string_view text) {
     text = text.substr(0, text.find('\0'));
     if (text.empty()) {
         return {};
     }
     const int length = static_cast<int>(text.size());
-    std::u16string wide(text.size(), 0);
+    std::basic_string<WCHAR> wide(text.size(), 0);
     const int written = MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length);
     wide.resize(static_cast<size_t>(written));
     return wide;
 }
 
-std::u16string_view UntilNul(std::u16string_view text) {
-    return text.substr(0, text.find(u'\0'));
+std::basic_string_view<WCHAR> UntilNul(std::basic_string_view<WCHAR> text) {
+    return text.substr(0, text.find(TEXT('\0')));
 }
 
 std::string HexBytes(std::span<const BYTE> bytes) {

@@ -11,16 +11,19 @@ namespace velmora {
 
 // In double quotes: backslash, quote and control characters escaped (\\ \" \r \n \t \u001B), and lone surrogates.
 // Everything else is UTF-8.
-std::string Quoted(std::u16string_view text);
+std::string Quoted(std::basic_string_view<WCHAR> text);
 
 // The same without quotes, around it or escaped.
-std::string Escaped(std::u16string_view text);
+std::string Escaped(std::basic_string_view<WCHAR> text);
+
+// Lone surrogates become U+FFFD.
+std::string ToUtf8(std::basic_string_view<WCHAR> text);
 
 // From the machine's ANSI code page, up to the first NUL.
-std::u16string FromAnsi(std::string_view text);
+std::basic_string<WCHAR> FromAnsi(std::string_view text);
 
 // Up to the first NUL.
-std::u16string_view UntilNul(std::u16string_view text);
+std::basic_string_view<WCHAR> UntilNul(std::basic_string_view<WCHAR> text);
 
 // Two digits a byte, separated by spaces.
 std::string HexBytes(std::span<const BYTE> bytes);
