@@ -24,7 +24,6 @@ void WINAPI CoTaskMemFree(LPVOID memory);  // null: nothing
 
 // Each that succeeds needs its CoUninitialize on the same thread. S_FALSE: the thread had COM already;
 // RPC_E_CHANGED_MODE: in another mode, which it keeps. `reserved` is null.
-HRESULT WINAPI CoInitialize(LPVOID reserved);
 HRESULT WINAPI CoInitializeEx(LPVOID reserved, DWORD mode);
 void WINAPI CoUninitialize();
 

@@ -107,13 +107,10 @@ DWORD WINAPI SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWOR
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER newPointer, DWORD method);
 DWORD WINAPI GetFileSize(HANDLE file, LPDWORD sizeHigh);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
-BOOL WINAPI SetEndOfFile(HANDLE file);
-BOOL WINAPI FlushFileBuffers(HANDLE file);
 BOOL WINAPI CloseHandle(HANDLE object);
 DWORD WINAPI GetFileAttributesW(LPCWSTR name);
 BOOL WINAPI SetFileAttributesW(LPCWSTR name, DWORD attributes);
 BOOL WINAPI CreateDirectoryW(LPCWSTR name, LPSECURITY_ATTRIBUTES security);
-BOOL WINAPI RemoveDirectoryW(LPCWSTR name);
 BOOL WINAPI DeleteFileW(LPCWSTR name);
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags);
 BOOL WINAPI CopyFileW(LPCWSTR from, LPCWSTR to, BOOL failIfExists);
@@ -121,10 +118,6 @@ HANDLE WINAPI FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found);
 BOOL WINAPI FindNextFileW(HANDLE search, LPWIN32_FIND_DATAW found);
 BOOL WINAPI FindClose(HANDLE search);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR name);
-DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR buffer);
-DWORD WINAPI GetTempPathW(DWORD size, LPWSTR buffer);
-UINT WINAPI GetSystemDirectoryW(LPWSTR buffer, UINT size);
-UINT WINAPI GetWindowsDirectoryW(LPWSTR buffer, UINT size);
 }
 
 // --- INI files ------------------------------------------------------------------------------------------------------
@@ -160,7 +153,6 @@ DWORD WINAPI GetEnvironmentVariableW(LPCWSTR name, LPWSTR buffer, DWORD size);
 BOOL WINAPI SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 BOOL WINAPI GetComputerNameW(LPWSTR buffer, LPDWORD size);
 BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version);
-DWORD WINAPI GetVersion();
 DWORD WINAPI GetTickCount();
 DWORD WINAPI GetCurrentThreadId();
 }
@@ -171,19 +163,15 @@ DWORD WINAPI GetCurrentThreadId();
 #define DLL_PROCESS_ATTACH 1
 #define DLL_THREAD_ATTACH 2
 #define DLL_THREAD_DETACH 3
-#define LOAD_LIBRARY_AS_DATAFILE 0x00000002
 
 extern "C" {
 HMODULE WINAPI LoadLibraryW(LPCWSTR name);
 HMODULE WINAPI LoadLibraryA(LPCSTR name);
-HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
 // `name`: a name, or an ordinal in its low word. A library of this host exports ordinal N as the symbol "OrdinalN".
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
-DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size);
 HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type);
-HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language);
 HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
 LPVOID WINAPI LockResource(HGLOBAL resource);
 DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
@@ -207,7 +195,6 @@ BOOL WINAPI ReleaseSemaphore(HANDLE semaphore, LONG count, LPLONG previous);
 HANDLE WINAPI CreateEventW(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL initialState, LPCWSTR name);
 HANDLE WINAPI OpenEventW(DWORD access, BOOL inherit, LPCWSTR name);
 BOOL WINAPI SetEvent(HANDLE event);
-BOOL WINAPI ResetEvent(HANDLE event);
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds);
 // Above 31: started; otherwise an error number.
 UINT WINAPI WinExec(LPCSTR commandLine, UINT show);

@@ -576,9 +576,7 @@ COLORREF WINAPI GetTextColor(HDC context);
 COLORREF WINAPI SetBkColor(HDC context, COLORREF color);
 COLORREF WINAPI GetBkColor(HDC context);
 int WINAPI SetBkMode(HDC context, int mode);
-int WINAPI GetBkMode(HDC context);
 UINT WINAPI SetTextAlign(HDC context, UINT align);
-UINT WINAPI GetTextAlign(HDC context);
 int WINAPI SetStretchBltMode(HDC context, int mode);
 BOOL WINAPI SetBrushOrgEx(HDC context, int x, int y, LPPOINT previous);
 BOOL WINAPI SetViewportOrgEx(HDC context, int x, int y, LPPOINT previous);
@@ -591,8 +589,6 @@ BOOL WINAPI LineTo(HDC context, int x, int y);
 BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom);
 BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom);
 BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, int y1, int x2, int y2);
-BOOL WINAPI Polygon(HDC context, const POINT* points, int count);
-BOOL WINAPI Polyline(HDC context, const POINT* points, int count);
 int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush);  // a brush, or a COLOR_ value plus 1
 int WINAPI FrameRect(HDC context, const RECT* rect, HBRUSH brush);
 BOOL WINAPI DrawFocusRect(HDC context, const RECT* rect);
@@ -604,7 +600,6 @@ BOOL WINAPI BitBlt(HDC context, int x, int y, int width, int height, HDC source,
 BOOL WINAPI StretchBlt(HDC context, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
                        int sourceWidth, int sourceHeight, DWORD operation);
 
-BOOL WINAPI TextOutW(HDC context, int x, int y, LPCWSTR text, int length);
 BOOL WINAPI ExtTextOutW(HDC context, int x, int y, UINT options, const RECT* rect, LPCWSTR text, UINT length,
                         const INT* advances);
 int WINAPI DrawTextW(HDC context, LPCWSTR text, int length, LPRECT rect, UINT format);
@@ -612,9 +607,7 @@ BOOL WINAPI GetTextExtentPoint32W(HDC context, LPCWSTR text, int length, LPSIZE 
 BOOL WINAPI GetTextMetricsW(HDC context, TEXTMETRICW* metrics);
 
 HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom);
-HRGN WINAPI CreateRectRgnIndirect(const RECT* rect);
 int WINAPI SelectClipRgn(HDC context, HRGN region);  // null: no clipping
 int WINAPI IntersectClipRect(HDC context, int left, int top, int right, int bottom);
-int WINAPI GetClipBox(HDC context, LPRECT rect);
 
 }  // extern "C"

@@ -22,7 +22,6 @@
 extern "C" {
 // The text in place, or, where the pointer's high part is 0, the one character in its low word.
 LPWSTR WINAPI CharUpperW(LPWSTR text);
-DWORD WINAPI CharUpperBuffW(LPWSTR text, DWORD length);
 // Size 0: `buffer` is taken for an LPCWSTR* that receives the text's address in the module (not NUL-terminated).
 int WINAPI LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int size);
 }
@@ -211,14 +210,11 @@ LONG WINAPI SetWindowLongW(HWND window, int index, LONG value);
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity);
 
 HWND WINAPI GetParent(HWND window);
-HWND WINAPI SetParent(HWND window, HWND parent);
 HWND WINAPI GetAncestor(HWND window, UINT kind);
 HWND WINAPI GetWindow(HWND window, UINT kind);
 HWND WINAPI GetDesktopWindow();
 BOOL WINAPI IsChild(HWND parent, HWND window);
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC proc, LPARAM parameter);
 BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC proc, LPARAM parameter);
-DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process);
 HWND WINAPI FindWindowW(LPCWSTR className, LPCWSTR name);
 
 BOOL WINAPI ShowWindow(HWND window, int command);
@@ -235,12 +231,8 @@ BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 HWND WINAPI WindowFromPoint(POINT point);
-HWND WINAPI ChildWindowFromPoint(HWND parent, POINT point);
 BOOL WINAPI SetForegroundWindow(HWND window);
-HWND WINAPI GetForegroundWindow();
-HWND WINAPI SetActiveWindow(HWND window);
 HWND WINAPI GetActiveWindow();
-BOOL WINAPI BringWindowToTop(HWND window);
 HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus();
 HWND WINAPI SetCapture(HWND window);
@@ -271,12 +263,8 @@ HBRUSH WINAPI GetSysColorBrush(int index);
 BOOL WINAPI MessageBeep(UINT type);
 
 BOOL WINAPI SetRect(LPRECT rect, int left, int top, int right, int bottom);
-BOOL WINAPI SetRectEmpty(LPRECT rect);
-BOOL WINAPI CopyRect(LPRECT destination, const RECT* source);
-BOOL WINAPI InflateRect(LPRECT rect, int dx, int dy);
 BOOL WINAPI OffsetRect(LPRECT rect, int dx, int dy);
 BOOL WINAPI IntersectRect(LPRECT destination, const RECT* a, const RECT* b);
-BOOL WINAPI UnionRect(LPRECT destination, const RECT* a, const RECT* b);
 BOOL WINAPI IsRectEmpty(const RECT* rect);
 BOOL WINAPI EqualRect(const RECT* a, const RECT* b);
 BOOL WINAPI PtInRect(const RECT* rect, POINT point);
@@ -495,18 +483,15 @@ extern "C" {
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI SendMessageTimeoutW(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags, UINT timeout,
                                    DWORD_PTR* result);
-BOOL WINAPI SendNotifyMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 VOID WINAPI PostQuitMessage(int exitCode);
 BOOL WINAPI GetMessageW(LPMSG message, HWND window, UINT first, UINT last);
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT remove);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageW(const MSG* message);
-DWORD WINAPI GetMessagePos();
 SHORT WINAPI GetKeyState(int key);
 UINT WINAPI SendInput(UINT count, LPINPUT inputs, int bytesOfOne);
 BOOL WINAPI GetCursorPos(LPPOINT point);
-BOOL WINAPI SetCursorPos(int x, int y);
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC proc);
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id);
 
@@ -585,8 +570,6 @@ int WINAPI GetDlgCtrlID(HWND window);
 LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
 UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity);
-BOOL WINAPI SetDlgItemInt(HWND dialog, int id, UINT value, BOOL isSigned);
-UINT WINAPI GetDlgItemInt(HWND dialog, int id, BOOL* translated, BOOL isSigned);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id);
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int check);

@@ -204,16 +204,6 @@ bool MayRemove(const Place& place) {
 
 constexpr DWORD kMaximumFolderPath = 248;  // MAX_PATH less room for an 8.3 name
 
-// Copies text with its NUL, by the published protocol of the calls that give a folder's name.
-DWORD GiveText(const std::u16string& text, LPWSTR buffer, DWORD size) {
-    if (buffer == nullptr || size <= text.size()) {
-        return static_cast<DWORD>(text.size() + 1);
-    }
-    std::copy(text.begin(), text.end(), buffer);
-    buffer[text.size()] = 0;
-    return static_cast<DWORD>(text.size());
-}
-
 }  // namespace
 
 DWORD SharingError(const struct stat& file, DWORD kinds, DWORD share) {
@@ -486,30 +476,6 @@ BOOL WINAPI GetFileSizeEx(HANDLE handle, PLARGE_INTEGER size) {
     return TRUE;
 }
 
-BOOL WINAPI SetEndOfFile(HANDLE handle) {
-    if (FaultAsked("SetEndOfFile")) {
-        return FALSE;
-    }
-    MachineLock lock;
-    const host::OpenFile* file = FileFor(handle, &host::OpenFile::canWrite);
-    if (file == nullptr) {
-        return FALSE;
-    }
-    return ftruncate(file->file, file->position) == 0 || Fail(host::ErrorFromErrno(errno));
-}
-
-BOOL WINAPI FlushFileBuffers(HANDLE handle) {
-    if (FaultAsked("FlushFileBuffers")) {
-        return FALSE;
-    }
-    MachineLock lock;
-    const host::OpenFile* file = FileFor(handle, &host::OpenFile::canWrite);
-    if (file == nullptr) {
-        return FALSE;
-    }
-    return fsync(file->file) == 0 || Fail(ERROR_WRITE_FAULT);
-}
-
 BOOL WINAPI CloseHandle(HANDLE object) {
     MachineLock lock;
     for (const Resource kind : {Resource::kFile, Resource::kEvent, Resource::kSemaphore}) {
@@ -568,24 +534,6 @@ BOOL WINAPI CreateDirectoryW(LPCWSTR name, LPSECURITY_ATTRIBUTES) {
         return Fail(ERROR_FILENAME_EXCED_RANGE);
     }
     return mkdir(place.file.c_str(), 0777) == 0 || Fail(host::ErrorFromErrno(errno));
-}
-
-BOOL WINAPI RemoveDirectoryW(LPCWSTR name) {
-    if (FaultAsked("RemoveDirectoryW")) {
-        return FALSE;
-    }
-    MachineLock lock;
-    const Place place = host::FindPlace(name);
-    if (!host::MayRemove(place)) {
-        return FALSE;
-    }
-    if (!S_ISDIR(place.status.st_mode)) {
-        return Fail(ERROR_DIRECTORY);
-    }
-    if (host::IsReadOnly(place.status)) {
-        return Fail(ERROR_ACCESS_DENIED);
-    }
-    return rmdir(place.file.c_str()) == 0 || Fail(host::ErrorFromErrno(errno));
 }
 
 BOOL WINAPI DeleteFileW(LPCWSTR name) {
@@ -701,45 +649,6 @@ BOOL WINAPI SetCurrentDirectoryW(LPCWSTR name) {
     }
     host::SetCurrentDirectory(std::move(place.full));
     return TRUE;
-}
-
-DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR buffer) {
-    if (FaultAsked("GetCurrentDirectoryW")) {
-        return 0;
-    }
-    MachineLock lock;
-    return host::GiveText(host::CurrentDirectory(), buffer, size);
-}
-
-DWORD WINAPI GetTempPathW(DWORD size, LPWSTR buffer) {
-    if (FaultAsked("GetTempPathW")) {
-        return 0;
-    }
-    MachineLock lock;
-    std::u16string folder;
-    for (const char16_t* name : {u"TMP", u"TEMP", u"USERPROFILE"}) {
-        WCHAR value[MAX_PATH];
-        const DWORD length = GetEnvironmentVariableW(name, value, MAX_PATH);
-        if (length != 0 && length < MAX_PATH) {
-            folder.assign(value, length);
-            break;
-        }
-    }
-    if (folder.empty()) {
-        folder = host::kWindowsFolder;
-    }
-    if (folder.back() != u'\\') {
-        folder += u'\\';
-    }
-    return host::GiveText(folder, buffer, size);
-}
-
-UINT WINAPI GetSystemDirectoryW(LPWSTR buffer, UINT size) {
-    return FaultAsked("GetSystemDirectoryW") ? 0 : host::GiveText(host::kSystemFolder, buffer, size);
-}
-
-UINT WINAPI GetWindowsDirectoryW(LPWSTR buffer, UINT size) {
-    return FaultAsked("GetWindowsDirectoryW") ? 0 : host::GiveText(host::kWindowsFolder, buffer, size);
 }
 
 }  // extern "C"

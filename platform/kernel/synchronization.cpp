@@ -227,19 +227,6 @@ BOOL WINAPI SetEvent(HANDLE event) {
     return TRUE;
 }
 
-BOOL WINAPI ResetEvent(HANDLE event) {
-    if (FaultAsked("ResetEvent")) {
-        return FALSE;
-    }
-    MachineLock lock;
-    Waitable* target = host::FindToChange(event, Resource::kEvent);
-    if (target == nullptr) {
-        return FALSE;
-    }
-    target->count = 0;
-    return TRUE;
-}
-
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) {
     if (FaultAsked("WaitForSingleObject")) {
         return WAIT_FAILED;
