@@ -209,24 +209,6 @@ BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom) {
     return TRUE;
 }
 
-BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom) {
-    const MachineLock lock;
-    const auto canvas = FindRoundCanvas(context, "Ellipse");
-    if (!canvas) {
-        return FALSE;
-    }
-    const bool hasPen = canvas->context->state.pen.thing->style != PS_NULL;
-    const EllipsePath ellipse = EllipseIn(ToSurface(*canvas, {left, top, right, bottom}), hasPen);
-    if (ellipse.radiusX == 0 || ellipse.radiusY == 0) {
-        return TRUE;
-    }
-    Painter painter(*canvas);
-    AddArc(painter, ellipse, 2 * std::numbers::pi, 0);
-    cairo_close_path(painter);
-    FillAndStroke(*canvas, painter, &painter);
-    return TRUE;
-}
-
 BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, int y1, int x2, int y2) {
     const MachineLock lock;
     const auto canvas = FindRoundCanvas(context, "Pie");

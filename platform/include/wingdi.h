@@ -401,9 +401,6 @@ using FONTENUMPROCW = int(CALLBACK*)(const LOGFONTW*, const TEXTMETRICW*, DWORD,
 
 // Bitmaps.
 #define BI_RGB 0
-#define BI_RLE8 1
-#define BI_RLE4 2
-#define BI_BITFIELDS 3
 
 #pragma pack(push, 2)
 struct BITMAPFILEHEADER {
@@ -500,8 +497,6 @@ struct LOGBRUSH {
 #define ETO_CLIPPED 0x0004
 #define ETO_RTLREADING 0x0080
 
-#define DT_TOP 0x0000
-#define DT_LEFT 0x0000
 #define DT_CENTER 0x0001
 #define DT_RIGHT 0x0002
 #define DT_VCENTER 0x0004
@@ -526,11 +521,8 @@ struct LOGBRUSH {
 #define COLORONCOLOR 3
 #define HALFTONE 4
 
-#define RGN_AND 1
-#define RGN_COPY 5
 #define NULLREGION 1
 #define SIMPLEREGION 2
-#define COMPLEXREGION 3
 
 #define MM_TEXT 1
 #define MM_ANISOTROPIC 8
@@ -587,7 +579,6 @@ BOOL WINAPI SetViewportExtEx(HDC context, int width, int height, LPSIZE previous
 BOOL WINAPI MoveToEx(HDC context, int x, int y, LPPOINT previous);
 BOOL WINAPI LineTo(HDC context, int x, int y);
 BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom);
-BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom);
 BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, int y1, int x2, int y2);
 int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush);  // a brush, or a COLOR_ value plus 1
 int WINAPI FrameRect(HDC context, const RECT* rect, HBRUSH brush);

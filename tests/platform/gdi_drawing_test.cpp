@@ -109,7 +109,7 @@ TEST_F(GdiDrawingTest, RoundShapes) {
     EXPECT_TRUE(quarter.left >= 18 && quarter.top == 4 && quarter.right == 36 && quarter.bottom <= 22);
     EXPECT_EQ(GetPixel(canvas, 25, 15), kBlue);
     PatBlt(canvas, 0, 0, 40, 40, WHITENESS);
-    EXPECT_TRUE(Ellipse(canvas, 4, 6, 34, 38));
+    EXPECT_TRUE(Pie(canvas, 4, 6, 34, 38, 40, 22, 40, 22));  // equal radials: the whole ellipse
     const RECT ink = Ink(canvas, 40, 40);
     const RECT expected = {4, 6, 34, 38};
     EXPECT_TRUE(EqualRect(&ink, &expected));
