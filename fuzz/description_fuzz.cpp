@@ -9,6 +9,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "driver/devdesc/description_file.h"
 #include "driver/devdesc/description_format.h"
@@ -16,6 +17,9 @@
 #include "driver/devdesc/paper_lookup.h"
 #include "driver/devmode/color_preset.h"
 #include "driver/devmode/default_devmode.h"
+#include "driver/devmode/device_capabilities.h"
+#include "driver/install/renderer_data.h"
+#include "driver/ptprovider/printer_snapshot.h"
 #include "driver/settings/device_info.h"
 #include "fuzz/stop.h"
 #include "platform/host.h"
@@ -120,6 +124,22 @@ void WalkTables(HANDLE printer, HANDLE file, const DeviceModel& model) {
     }
 }
 
+// What applications and the print system are told, which copies the tables: a list as long as was told before.
+void AnswerByTables(HANDLE printer) {
+    const WORD lists[][2] = {{DC_PAPERS, sizeof(WORD)},           {DC_PAPERSIZE, sizeof(POINT)},
+                             {DC_PAPERNAMES, 64 * sizeof(WCHAR)}, {DC_BINS, sizeof(WORD)},
+                             {DC_BINNAMES, 24 * sizeof(WCHAR)},   {DC_ENUMRESOLUTIONS, 2 * sizeof(LONG)},
+                             {DC_MEDIATYPES, sizeof(DWORD)},      {DC_MEDIATYPENAMES, 64 * sizeof(WCHAR)}};
+    for (const auto& [capability, entrySize] : lists) {
+        const DWORD count = GetDeviceCapability(printer, capability, nullptr);
+        if (count != static_cast<DWORD>(-1)) {
+            std::vector<BYTE> entries(size_t{count} * entrySize);
+            GetDeviceCapability(printer, capability, entries.data());
+        }
+    }
+    LoadPrinterSnapshot(printer);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -135,8 +155,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         ReadPools(file.Get());
         if (const HeapOwner<DeviceModel> model = LoadDeviceModel(file.Get())) {
             WalkTables(target.printer.Get(), file.Get(), *model);
+            InitializePrinterData(target.printer.Get(), file.Get(), *model);
         }
     }
+    AnswerByTables(target.printer.Get());
     VelmoraDevMode devMode;
     BuildDefaultDevMode(target.printer.Get(), driver_test::kPrinterName, &devMode);
     if (devMode.publicPart.dmSize != kPublicDevModeSize || devMode.privatePart.privateSignature != kPrivateSignature) {

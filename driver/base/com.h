@@ -115,6 +115,11 @@ class OwnedBstr {
     BSTR text_ = nullptr;
 };
 
+// Whether a text that is passed on could be made.
+inline HRESULT MadeOf(const OwnedBstr& text) {
+    return text ? S_OK : E_OUTOFMEMORY;
+}
+
 // Owns what a VARIANT holds.
 class OwnedVariant {
   public:
@@ -132,6 +137,19 @@ class OwnedVariant {
 
   private:
     VARIANT value_;
+};
+
+// An output that the caller may not want.
+template <class Output>
+class Wanted {
+  public:
+    explicit Wanted(Output* output) : output_(output ? output : &own_) {}
+    Output* Get() { return output_; }
+    Output* operator->() { return output_; }
+
+  private:
+    Output own_;
+    Output* output_;
 };
 
 }  // namespace velmora

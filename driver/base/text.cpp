@@ -100,7 +100,7 @@ uint32_t ParseNumber(const WCHAR* text, unsigned base) {
 }
 
 HeapOwner<WCHAR> Widen(const char* text, size_t length) {
-    const size_t bytes = TextLength(text, length);
+    const size_t bytes = WholeCharacters(text, TextLength(text, length));
     const int count =
         bytes > 0 && bytes <= INT_MAX ? MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(bytes), nullptr, 0) : 0;
     auto wide = HeapOwner<WCHAR>::Allocate(static_cast<size_t>(count) + 1);

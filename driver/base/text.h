@@ -30,6 +30,11 @@ size_t TextLength(const Character* text, size_t limit) {
     return length;
 }
 
+// Whether there is no text: null or empty.
+inline bool IsEmpty(const WCHAR* text) {
+    return !text || *text == 0;
+}
+
 // Copies `text` up to `capacity` - 1 characters and terminates it. Returns the characters copied. `text` may be null
 // (the destination becomes empty) and must not overlap the destination.
 template <class Character>
@@ -112,8 +117,8 @@ uint32_t ParseNumber(const WCHAR* text, unsigned base);
 int32_t ParseInteger(const WCHAR* text);
 uint32_t ParseUnsigned(const WCHAR* text);
 
-// Text between the ANSI code page and UTF-16, terminated: at most `length` bytes up to the first NUL, or a whole text.
-// What can't be converted comes out empty; no memory: an empty owner.
+// Text between the ANSI code page and UTF-16, terminated: at most `length` bytes up to the first NUL, without half a
+// character at their end, or a whole text. What can't be converted comes out empty; no memory: an empty owner.
 HeapOwner<WCHAR> Widen(const char* text, size_t length);
 HeapOwner<char> Narrow(const WCHAR* text);
 

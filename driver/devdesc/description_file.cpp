@@ -37,11 +37,11 @@ bool ReadEntry(HANDLE file, uint32_t tableOffset, uint64_t index, Value* value) 
     return ReadValueAt(file, tableOffset + index * sizeof(Value), value);
 }
 
-// Reads up to `capacity` bytes at a position and terminates them within `capacity`.
-size_t ReadTextBytes(HANDLE file, uint64_t position, char* destination, size_t capacity) {
-    const size_t arrived = ReadAt(file, position, destination, capacity);
-    destination[arrived < capacity ? arrived : capacity - 1] = 0;
-    return arrived;
+// Terminates the text of which `count` bytes were read into a buffer of `capacity`, without half a character at its
+// end.
+void EndText(char* text, size_t count, size_t capacity) {
+    const size_t length = TextLength(text, count < capacity ? count : capacity - 1);
+    text[length < capacity - 1 ? length : WholeCharacters(text, length)] = 0;
 }
 
 void ReadWideText(HANDLE file, uint64_t position, WCHAR* destination, size_t capacity) {
@@ -82,17 +82,21 @@ FontPool FindFontPool(HANDLE file, const DeviceModel& model) {
     return {uint64_t{header->fontPoolOffset} + first, last - first};
 }
 
-// Fills the block's array of font group starts. The slot still holds the array's offset: it is the file's own place in
-// the block, and whatever is written there is resolved and checked afterwards like everything else.
+// True where a slot's offset leads to a table: into the block of `length` bytes, but not into the record at its
+// beginning. Its slots become addresses, which differ each time; a list over them would be another one each time.
+bool LeadsToTable(uint32_t offset, size_t length) {
+    return offset >= sizeof(DeviceModel) && offset < length;
+}
+
+// Fills the block's array of font group starts, whose slot still holds its offset.
 void FillFontGroups(HANDLE file, const DescriptionFileHeader& header, char* block, size_t length) {
     const auto* model = reinterpret_cast<const DeviceModel*>(block);
     uint32_t arrayOffset = 0;
     memcpy(&arrayOffset, block + offsetof(DeviceModel, fontGroups), sizeof(arrayOffset));
-    const int16_t fontCount = model->fontCount;
-    if (arrayOffset == 0 || arrayOffset >= length || fontCount <= 0) {
+    if (!LeadsToTable(arrayOffset, length) || model->fontCount == 0) {
         return;
     }
-    const auto count = static_cast<size_t>(fontCount);
+    const auto count = static_cast<size_t>(model->fontCount);
     const auto offsets = HeapOwner<uint32_t>::Allocate(count + 1);
     const size_t bytes = (count + 1) * sizeof(uint32_t);
     if (!offsets || ReadAt(file, header.fontIndexOffset, offsets.Get(), bytes) != bytes) {
@@ -121,12 +125,12 @@ void FillFontGroups(HANDLE file, const DescriptionFileHeader& header, char* bloc
     storeGroup(groupFirst);
 }
 
-// Turns each slot's offset into the address of what it names, or null where that lies outside the block.
+// Turns each slot's offset into the address of its table, or null where it leads to none.
 void ResolvePointerSlots(char* block, size_t length) {
     for (const size_t slot : kPointerSlots) {
         uint32_t offset = 0;
         memcpy(&offset, block + slot, sizeof(offset));
-        const char* target = offset != 0 && offset < length ? block + offset : nullptr;
+        const char* target = LeadsToTable(offset, length) ? block + offset : nullptr;
         memcpy(block + slot, &target, sizeof(target));
     }
 }
@@ -177,6 +181,9 @@ HeapOwner<DeviceModel> LoadDeviceModel(HANDLE file) {
     if (!model || ReadAt(file, header->deviceBlockOffset, block, length) != length) {
         return {};
     }
+    if (model->fontCount < 0) {
+        model->fontCount = 0;
+    }
     FillFontGroups(file, *header, block, length);
     ResolvePointerSlots(block, length);
     return model;
@@ -222,7 +229,7 @@ void ReadName(HANDLE file, int16_t reference, char* destination, size_t capacity
     if (capacity > 0) {
         destination[0] = 0;
         if (FindName(file, reference, &position)) {
-            ReadTextBytes(file, position, destination, capacity);
+            EndText(destination, ReadAt(file, position, destination, capacity), capacity);
         }
     }
 }
@@ -275,7 +282,7 @@ void TextPool::Read(int16_t reference, char* destination, size_t capacity) const
     } else {
         arrived = ReadAt(file_, uint64_t{poolOffset_} + offset, destination, count);
     }
-    destination[arrived < capacity ? arrived : capacity - 1] = 0;
+    EndText(destination, arrived, capacity);
 }
 
 void ReadText(HANDLE file, int16_t reference, char* destination) {

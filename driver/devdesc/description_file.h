@@ -30,9 +30,9 @@ OwnedFile OpenDescriptionFileAt(const WCHAR* path);
 // Empty where the file is shorter than a header.
 HeapOwner<DescriptionFileHeader> ReadFileHeader(HANDLE file);
 
-// The device block with its pointer slots resolved, one block of the process heap. Slots that lead outside the block
-// are null, and every list ends inside the allocation. Empty for the invalid handle, a file that ends before its block
-// does, or no memory.
+// The device block with its pointer slots resolved, one block of the process heap. Slots that lead outside the block or
+// into its record are null, every list ends inside the allocation, and fontCount isn't negative. Empty for the invalid
+// handle, a file that ends before its block does, or no memory.
 HeapOwner<DeviceModel> LoadDeviceModel(HANDLE file);
 
 // The string with this reference (0: empty; negative: a string of `module`, which may be null) in a language, given by

@@ -72,7 +72,7 @@ struct PrivateFacts {
 PrivateFacts ReadPrivateFacts(HANDLE printer, const DriverFiles& files, HANDLE file);
 PrivateFacts ReadPrivateFacts(HANDLE printer, HANDLE file);
 
-// The validation of the private part with all of that in hand. Calls nothing and allocates nothing.
+// The validation of the private part with all of that in hand. Asks nobody and allocates nothing.
 void CheckPrivateDevMode(const PrivateFacts& facts, const DeviceModel& model, PrivateDevMode* devMode,
                          ValidationReport* report);
 

@@ -6,7 +6,7 @@
 namespace velmora {
 namespace {
 
-constexpr size_t kMostPrinterName = 128;
+constexpr size_t kPrinterNameCapacity = 128;
 constexpr const WCHAR* kSettingsValue = TEXT("Settings");
 
 void CutAt(WCHAR* text, const WCHAR* part) {
@@ -53,12 +53,12 @@ size_t OwnServerLength(const WCHAR* printerName) {
         return 0;
     }
     WCHAR own[MAX_COMPUTERNAME_LENGTH + 4];
-    const size_t length = FormatWide(own, ARRAYSIZE(own), TEXT("\\\\%s\\"), static_cast<const WCHAR*>(computer));
+    const size_t length = FormatWide(own, ARRAYSIZE(own), TEXT("\\\\%s\\"), computer);
     return TextBeginsWith<WCHAR>(printerName, own) ? length : 0;
 }
 
 OwnedPrinter OpenPrinterLocal(const WCHAR* name) {
-    WCHAR full[kMostPrinterName];
+    WCHAR full[kPrinterNameCapacity];
     CopyText(full, ARRAYSIZE(full), name);
     WCHAR* const local = full + OwnServerLength(full);
     CutAt(local, TEXT(",Local"));
@@ -126,14 +126,14 @@ bool SetPrinterPrintProcessor(HANDLE printer, const WCHAR* name) {
 }
 
 HeapOwner<BYTE> ReadPrinterValue(HANDLE printer, const WCHAR* valueName, DWORD type, DWORD* size) {
-    DWORD storedType = REG_NONE;
     DWORD needed = 0;
     *size = 0;
-    const DWORD result = GetPrinterDataW(printer, const_cast<WCHAR*>(valueName), &storedType, nullptr, 0, &needed);
+    const DWORD result = MeasurePrinterValue(printer, valueName, &needed);
     if ((result != ERROR_MORE_DATA && result != ERROR_SUCCESS) || needed == 0) {
         return {};
     }
     // An odd byte at the end is half a character.
+    DWORD storedType = REG_NONE;
     auto value = HeapOwner<BYTE>::AllocateSize(needed + needed % sizeof(WCHAR) + size_t{2} * sizeof(WCHAR));
     if (!value ||
         GetPrinterDataW(printer, const_cast<WCHAR*>(valueName), &storedType, value.Get(), needed, &needed) !=

@@ -33,7 +33,7 @@ void RegisterSpoolDirectory(HANDLE printer, const WCHAR* printerName) {
     WCHAR keyName[2 * MAX_PATH];
     DeviceNameFromPrinterName(deviceName, printerName, ARRAYSIZE(deviceName));
     FormatWide(keyName, ARRAYSIZE(keyName), TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\%s"),
-               static_cast<const WCHAR*>(deviceName));
+               deviceName);
     HKEY opened = nullptr;
     if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, keyName, 0, KEY_SET_VALUE, &opened) != ERROR_SUCCESS) {
         return;

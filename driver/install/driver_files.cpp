@@ -71,7 +71,7 @@ void RunFontInstaller(HANDLE printer) {
     }
     // In quotes, so that no part of a path with blanks is taken for the program.
     WCHAR commandLine[MAX_PATH + 2];
-    FormatWide(commandLine, ARRAYSIZE(commandLine), TEXT("\"%s\""), static_cast<const WCHAR*>(path));
+    FormatWide(commandLine, ARRAYSIZE(commandLine), TEXT("\"%s\""), path);
     if (const HeapOwner<char> narrow = Narrow(commandLine)) {
         WinExec(narrow.Get(), SW_HIDE);
     }

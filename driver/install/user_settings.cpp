@@ -26,7 +26,7 @@ void RemoveUserSettings(HANDLE printer) {
     SetCurrentDirectoryW(root);
     // By the whole path: other threads of the process change the current directory too.
     WCHAR pattern[MAX_PATH + 4];
-    FormatWide(pattern, ARRAYSIZE(pattern), TEXT("%s\\*.*"), static_cast<const WCHAR*>(root));
+    FormatWide(pattern, ARRAYSIZE(pattern), TEXT("%s\\*.*"), root);
     WIN32_FIND_DATAW entry;
     const OwnedSearch search(FindFirstFileW(pattern, &entry));
     if (!search) {
@@ -35,9 +35,8 @@ void RemoveUserSettings(HANDLE printer) {
     do {
         // Room for all of it: a path that is cut would be another file's.
         WCHAR path[5 * MAX_PATH];
-        FormatWide(path, ARRAYSIZE(path), TEXT("%s\\%s\\%s\\%s\\%s\\%s"), static_cast<const WCHAR*>(root),
-                   static_cast<const WCHAR*>(entry.cFileName), kApplicationDataFolder, kMakerFolder,
-                   static_cast<const WCHAR*>(driverName), static_cast<const WCHAR*>(settingsName));
+        FormatWide(path, ARRAYSIZE(path), TEXT("%s\\%s\\%s\\%s\\%s\\%s"), root, entry.cFileName, kApplicationDataFolder,
+                   kMakerFolder, driverName, settingsName);
         DeleteWatermarkFiles(path);
     } while (FindNextFileW(search.Get(), &entry));
 }

@@ -1,6 +1,5 @@
 #include "driver/job/image_job_record.h"
 
-#include <algorithm>
 #include <cstring>
 #include <type_traits>
 
@@ -122,7 +121,6 @@ void CopyPair(const FieldPair& pair, const VelmoraDevMode& devMode, ImageJobReco
 }
 
 constexpr uint16_t kNoPaper = 65535;
-constexpr uint16_t kAnySizePaper = 258;
 constexpr SHORT kLastListedPaper = 256;  // greater ids tell no size
 constexpr uint16_t kOwnIntentPreset = 6;
 
@@ -136,7 +134,7 @@ constexpr FedPaper kFedPapers[] = {
     {6, 6}, {7, 7}, {5, 5},   {34, 34}, {43, 43}, {20, 20}, {27, 27},
 };
 
-// A paper that isn't in the table is fed as it is.
+// A paper that isn't in the table is fed as it is, a size typed in for one job (258) too.
 uint16_t FedAs(uint16_t paper) {
     for (const FedPaper& fed : kFedPapers) {
         if (fed.paper == paper) {
@@ -155,7 +153,7 @@ bool PaperMatches(const VelmoraDevMode& devMode) {
     if (settings.uiFitToPaper != kNoPaper) {
         return paper == settings.uiFitToPaper;
     }
-    return paper == (paper == kAnySizePaper ? kAnySizePaper : FedAs(paper));
+    return paper == FedAs(paper);
 }
 
 void FillTargetPaper(const VelmoraDevMode& devMode, ImageJobRecord* record) {
@@ -171,13 +169,6 @@ void FillTargetPaper(const VelmoraDevMode& devMode, ImageJobRecord* record) {
     }
 }
 
-// As much of a text as its field holds, in whole characters.
-template <size_t kWidth>
-void FillText(char (&field)[kWidth], const char* text) {
-    const size_t length = TextLength(text);
-    memcpy(field, text, length < kWidth ? length : WholeCharacters(text, kWidth - 1));
-}
-
 }  // namespace
 
 void FillImageJobRecord(const char* driverName, const char* descriptionPath, VelmoraDevMode* devMode,
@@ -186,8 +177,8 @@ void FillImageJobRecord(const char* driverName, const char* descriptionPath, Vel
         CopyPair(pair, *devMode, record);
     }
     const PrivateDevMode& settings = devMode->privatePart;
-    FillText(record->driverName, driverName);
-    FillText(record->descriptionPath, descriptionPath);
+    StoreAnsiText(record->driverName, sizeof(record->driverName), driverName);
+    StoreAnsiText(record->descriptionPath, sizeof(record->descriptionPath), descriptionPath);
     FillTargetPaper(*devMode, record);
     if (settings.uiFlagA != 0) {
         memcpy(record->uiCode, settings.uiCode, TextLength(settings.uiCode, sizeof(record->uiCode) - 1));

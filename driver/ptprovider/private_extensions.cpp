@@ -6,6 +6,7 @@
 #include "driver/base/text.h"
 #include "driver/devmode/color_groups.h"
 #include "driver/devmode/color_preset.h"
+#include "driver/ptprovider/numbered_name.h"
 #include "driver/ptprovider/sheet_choices.h"
 
 namespace velmora {
@@ -88,14 +89,6 @@ constexpr GroupNames kGroupNames[] = {
      3360},
 };
 static_assert(ARRAYSIZE(kGroupNames) == ARRAYSIZE(kColorGroups));
-
-// A name with a number behind it.
-struct NumberedName {
-    NumberedName(const WCHAR* prefix, size_t number) {
-        FormatWide(text, kNameCapacity, TEXT("%s%d"), prefix, static_cast<int>(number));
-    }
-    WCHAR text[kNameCapacity];
-};
 
 // The number behind the prefix of a name. False where there is none or it isn't below `limit`.
 bool ParseNumberedName(const WCHAR* name, const WCHAR* prefix, size_t limit, int16_t* number) {

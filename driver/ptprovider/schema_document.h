@@ -6,7 +6,7 @@
 // E_OUTOFMEMORY, E_FAIL where the prefixes have run out, and the errors of the object model as they are. On failure
 // what they give is empty. A null parent stands for the document's root, whose named children are looked up in an
 // index: they aren't changed but by this object. What is built stays built where a later step of the same operation
-// fails. Outputs that are elements or texts may be null where they aren't wanted.
+// fails. Elements that are given, and a prefix that is declared, may be null where they aren't wanted.
 #pragma once
 
 #include <msxml2.h>
@@ -16,24 +16,12 @@
 
 #include "driver/base/com.h"
 #include "driver/ptprovider/print_schema.h"
+#include "driver/ptprovider/qualified_name.h"
 #include "driver/ptprovider/root_index.h"
 
 namespace velmora {
 
 using ElementReference = ComReference<IXMLDOMElement>;
-
-// A name that was read.
-struct QualifiedName {
-    OwnedBstr uri;  // empty: a name of no namespace
-    OwnedBstr localName;
-
-    // Names differ early, namespaces late.
-    bool Is(const WCHAR* otherUri, const WCHAR* otherName) const { return localName.Is(otherName) && uri.Is(otherUri); }
-    void Clear() {
-        uri.Reset();
-        localName.Reset();
-    }
-};
 
 // The values of a numeric parameter.
 template <class Number>

@@ -1,7 +1,5 @@
 #include "driver/settings/color_presets.h"
 
-#include <cstring>
-
 #include "driver/base/format.h"
 #include "driver/base/text.h"
 #include "driver/settings/ini_keys.h"

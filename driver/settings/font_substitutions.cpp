@@ -102,6 +102,9 @@ bool TakeIniTable(HANDLE printer, WCHAR* buffer, DWORD capacity, DWORD* size) {
         return false;
     }
     *size = static_cast<DWORD>(read);
+    if (buffer && capacity > 0) {
+        *buffer = 0;
+    }
     if (buffer && table && *size <= capacity) {
         memcpy(buffer, table.Get(), *size * sizeof(WCHAR));
     }

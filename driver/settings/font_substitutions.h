@@ -16,7 +16,8 @@ int ReadFontSubstitutionIni(const WCHAR* iniFile, HeapOwner<WCHAR>* table);
 
 // Builds the printer's table in `buffer`, `capacity` characters: the INI data file's with `usesIni`, where there is
 // one; else the pairs of the model's default list whose system face the display has. Returns the characters that it may
-// take; null only asks for them. A table that doesn't fit ends with its last whole pair. 0 without a display.
+// take; null only asks for them. Of what doesn't fit, the model's pairs are written up to the last whole one and the
+// INI data file's not at all. 0 without a display.
 DWORD BuildFontSubstitutionTable(HANDLE printer, const DeviceModel& model, WCHAR* buffer, DWORD capacity, bool usesIni);
 
 // Appends the pair at `end`, cut to 31 characters each, unless the table has the system face already. `end` is where

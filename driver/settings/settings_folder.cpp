@@ -71,10 +71,11 @@ bool FormFolder(HANDLE printer, WCHAR* folder, size_t capacity) {
 }
 
 // Appends the stored name of an open printer's settings file to its folder; false, and the empty string, where either
-// is empty.
+// is empty or they have no room: a name that is cut may be another printer's.
 bool AppendFileName(HANDLE printer, WCHAR* path, size_t capacity) {
     WCHAR name[MAX_PATH];
-    if (path[0] == 0 || !ReadSettingsFileName(printer, name, ARRAYSIZE(name))) {
+    if (path[0] == 0 || !ReadSettingsFileName(printer, name, ARRAYSIZE(name)) ||
+        TextLength(path) + 1 + TextLength(name) >= capacity) {
         path[0] = 0;
         return false;
     }
@@ -86,6 +87,27 @@ bool AppendFileName(HANDLE printer, WCHAR* path, size_t capacity) {
 bool FormFilePath(HANDLE printer, WCHAR* path, size_t capacity) {
     FormFolder(printer, path, capacity);
     return AppendFileName(printer, path, capacity);
+}
+
+// Gives an open printer that has no settings file name one that no file has; `path` is empty where it gets none.
+void NameSettingsFile(HANDLE printer, WCHAR (&path)[MAX_PATH]) {
+    path[0] = 0;
+    WCHAR folder[MAX_PATH];
+    if (!LacksSettingsString(printer) || !FormFolder(printer, folder, ARRAYSIZE(folder))) {
+        return;
+    }
+    WCHAR extension[MAX_PATH] = {};
+    if (const OwnedModule module = LoadResourceModule(printer, nullptr)) {
+        LoadStringW(module.Get(), kExtensionString, extension, ARRAYSIZE(extension));
+    }
+    DWORD number = GetTickCount();
+    while (FormNumberedPath(folder, number, extension, path) && FileExists(path) &&
+           number < GetTickCount() + kNamesTried) {
+        ++number;
+    }
+    if (path[0] != 0) {
+        SetSettingsString(printer, FileNamePart(path));
+    }
 }
 
 void ReadKey(const WCHAR* printerName, const WCHAR* key, WCHAR* value, size_t capacity) {
@@ -131,27 +153,9 @@ bool ReadSettingsFileName(HANDLE printer, WCHAR* name, DWORD capacity) {
 int PrepareSettingsFile(const WCHAR* printerName) {
     const OwnedPrinter printer = OpenPrinterLocal(printerName);
     WCHAR path[MAX_PATH];
-    if (FormFilePath(printer.Get(), path, ARRAYSIZE(path))) {
-        CopyText<WCHAR>(g_currentSettingsFile, ARRAYSIZE(g_currentSettingsFile), path);
-        return 0;
+    if (!FormFilePath(printer.Get(), path, ARRAYSIZE(path))) {
+        NameSettingsFile(printer.Get(), path);
     }
-    WCHAR folder[MAX_PATH];
-    if (!LacksSettingsString(printer.Get()) || !FormFolder(printer.Get(), folder, ARRAYSIZE(folder))) {
-        return 0;
-    }
-    WCHAR extension[MAX_PATH] = {};
-    if (const OwnedModule module = LoadResourceModule(printer.Get(), nullptr)) {
-        LoadStringW(module.Get(), kExtensionString, extension, ARRAYSIZE(extension));
-    }
-    DWORD number = GetTickCount();
-    for (;; ++number) {
-        FormatWide(path, ARRAYSIZE(path), TEXT("%s\\%08lX.%s"), static_cast<const WCHAR*>(folder), number,
-                   static_cast<const WCHAR*>(extension));
-        if (!FileExists(path) || number >= GetTickCount() + kNamesTried) {
-            break;
-        }
-    }
-    SetSettingsString(printer.Get(), FileNamePart(path));
     CopyText<WCHAR>(g_currentSettingsFile, ARRAYSIZE(g_currentSettingsFile), path);
     return 0;
 }
@@ -183,6 +187,16 @@ bool ReadVariable(const WCHAR* name, WCHAR* value, size_t capacity) {
         return false;
     }
     return true;
+}
+
+bool FormNumberedPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&path)[MAX_PATH]) {
+    constexpr size_t kAround = 1 + 8 + 1;  // backslash, digits, dot
+    const bool hasRoom = TextLength(folder) + kAround + TextLength(extension) < ARRAYSIZE(path);
+    path[0] = 0;
+    if (hasRoom) {
+        FormatWide(path, ARRAYSIZE(path), TEXT("%s\\%08lX.%s"), folder, number, extension);
+    }
+    return hasRoom;
 }
 
 void CleanFileName(WCHAR* text, size_t capacity) {

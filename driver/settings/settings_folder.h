@@ -20,18 +20,19 @@ inline constexpr const WCHAR* kApplicationDataFolder = TEXT("Application Data");
 void GetSettingsFolder(const WCHAR* printerName, WCHAR* folder, size_t capacity);
 
 // The full path of the printer's settings file, which need not exist yet. False, and the empty string, where the
-// printer has none.
+// printer has none or the path has no room.
 bool GetSettingsFilePath(const WCHAR* printerName, WCHAR* path, size_t capacity);
 
 // The name of the printer's settings file. False, and empty, where it has none, or one that would lead out of a folder.
 bool ReadSettingsFileName(HANDLE printer, WCHAR* name, DWORD capacity);
 
 // Gives the printer a settings file name where it has none and makes its file the current settings file. The file
-// itself is made by the first store that writes. Does nothing where it can't be told whether the printer has a name:
-// one that it has must not be lost. Always 0.
+// itself is made by the first store that writes. No name is given where it can't be told whether the printer has one,
+// which must not be lost, and where the path has no room; there is no current settings file then. Always 0.
 int PrepareSettingsFile(const WCHAR* printerName);
 
-// The process's current settings file; empty until PrepareSettingsFile. User-interface thread only.
+// The process's current settings file, that of the printer prepared last; empty where there is none. User-interface
+// thread only.
 const WCHAR* CurrentSettingsFile();
 
 // Names of the printer's and the screen's colour profile; empty where there is none. Writing does nothing where the
@@ -44,6 +45,10 @@ void WriteScreenProfileName(const WCHAR* printerName, const WCHAR* profile);
 // The value of an environment variable; false, and empty, where it has none or it has more than `capacity` - 1
 // characters.
 bool ReadVariable(const WCHAR* name, WCHAR* value, size_t capacity);
+
+// The path "FOLDER\\NUMBER.EXTENSION" of a file that the driver numbers, in eight hexadecimal digits. False, and the
+// empty string, where it has no room.
+bool FormNumberedPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&path)[MAX_PATH]);
 
 // Replaces what a file name can't hold, in place, up to `capacity` characters or the terminator.
 void CleanFileName(WCHAR* text, size_t capacity);

@@ -1,7 +1,5 @@
 #include "driver/settings/watermark_list.h"
 
-#include <winspool.h>
-
 #include <algorithm>
 #include <cstring>
 #include <span>
@@ -246,6 +244,7 @@ void WriteDefaults(const WCHAR* iniFile, const WatermarkList& defaults, const WC
 }
 
 void DeleteEntry(const WCHAR* iniFile, unsigned index) {
+    ForgetRendering(iniFile, index);
     for (const WatermarkKey& key : kKeys) {
         WriteText(iniFile, key.name, index, nullptr);
     }

@@ -26,6 +26,11 @@ inline constexpr uint16_t kBuiltInPoints = 50;
 inline constexpr uint32_t kWatermarkColor = 0x7070FF;  // a light red
 inline constexpr uint16_t kWatermarkAngle = 450;       // 0.1 degree
 
+// What a colour (wingdi.h) becomes in a file without colours: 0 black to 255 white.
+constexpr uint8_t GrayOf(COLORREF color) {
+    return static_cast<uint8_t>((74u * GetRValue(color) + 155u * GetGValue(color) + 27u * GetBValue(color)) / 256);
+}
+
 // How the text of a text watermark is drawn.
 struct WatermarkStyle {
     WCHAR face[32];

@@ -139,7 +139,7 @@ void ShowValues(HWND dialog, const PageControls& page, const ColorPreset& values
         SelectComboByData(dialog, kSample, static_cast<uint32_t>(values.colorSample));
         SelectComboByData(dialog, kBaseColor, static_cast<uint32_t>(values.baseColor));
     } else {
-        CheckDlgButton(dialog, kGamma, values.gamma != 0 ? BST_CHECKED : BST_UNCHECKED);
+        CheckControl(dialog, kGamma, values.gamma != 0);
     }
 }
 

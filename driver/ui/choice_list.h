@@ -1,4 +1,5 @@
-// Lists of choices: what a combo box can offer, and what of it is selected, apart from the window.
+// Lists of choices: what a combo box or a group of radio buttons can offer, and what of it is selected, apart from the
+// window.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +18,12 @@ inline constexpr uint32_t kEveryChoice = 0xFFFFFFFF;    // a filter
 constexpr bool IsOffered(const ChoiceEntry& choice, uint32_t filter) {
     return choice.requirement == kAlwaysOffered || filter == kEveryChoice || (choice.requirement & filter) != 0;
 }
+
+// A radio button and the value that it stands for.
+struct RadioValue {
+    int control;
+    uint16_t value;
+};
 
 // Where choices come from: the entries of a list that a filter lets through.
 struct ChoiceSource {

@@ -99,11 +99,7 @@ PresetSelection ReadSelection(HWND dialog, int control) {
 
 ColorPage ReadControls(HWND dialog) {
     ColorPage page = {};
-    for (const RadioValue& radio : kColorModeRadios) {
-        if (IsChecked(dialog, radio.control)) {
-            page.mode = radio.value;
-        }
-    }
+    page.mode = CheckedRadio(dialog, kColorModeRadios, 0);
     page.preset = ReadSelection(dialog, kColorPresetControl);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
         page.treatments[kind] = ReadSelection(dialog, kTreatments[kind]);
@@ -117,9 +113,7 @@ ColorPage ReadControls(HWND dialog) {
 }
 
 void ShowPage(HWND dialog, const ColorPage& page) {
-    for (const RadioValue& radio : kColorModeRadios) {
-        CheckDlgButton(dialog, radio.control, radio.value == page.mode ? BST_CHECKED : BST_UNCHECKED);
-    }
+    CheckRadio(dialog, kColorModeRadios, page.mode);
     SelectItem(dialog, kColorPresetControl, page.preset.item);
     for (size_t kind = 0; kind < kObjectKinds; ++kind) {
         SelectItem(dialog, kTreatments[kind], page.treatments[kind].item);

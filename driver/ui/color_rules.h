@@ -34,11 +34,6 @@ inline constexpr int kRenderingControl = 6030;
 inline constexpr int kChoiceAControl = 6032;
 inline constexpr int kAdvancedControl = 6034;
 
-// A radio button and the value that it stands for.
-struct RadioValue {
-    int control;
-    uint16_t value;
-};
 inline constexpr RadioValue kColorModeRadios[] = {
     {6004, kPageModeFirst},   {6006, 2}, {6008, 3}, {6010, kPageModeMonochrome}, {6012, kPageModeAdjusted},
     {6016, kPageModeMatched}, {6019, 7},

@@ -28,6 +28,14 @@ int SelectByData(HWND dialog, int control, uint32_t value, const ListMessages& m
     return -1;
 }
 
+void SetTextOf(HWND window, const SheetContext* context, UINT stringId) {
+    if (context && window) {
+        WCHAR text[kMessageCapacity];
+        LoadText(*context, stringId, text, ARRAYSIZE(text));
+        SetWindowTextW(window, text);
+    }
+}
+
 int WidthOf(const RECT& rect) {
     return rect.right - rect.left;
 }
@@ -74,13 +82,11 @@ uint32_t GetComboData(HWND dialog, int control) {
 }
 
 void SetControlText(HWND dialog, int control, UINT stringId) {
-    const SheetContext* const context = ContextOf(dialog);
-    const HWND window = GetDlgItem(dialog, control);
-    if (context && window) {
-        WCHAR text[kMessageCapacity];
-        LoadText(*context, stringId, text, ARRAYSIZE(text));
-        SetWindowTextW(window, text);
-    }
+    SetTextOf(GetDlgItem(dialog, control), ContextOf(dialog), stringId);
+}
+
+void SetDialogTitle(HWND dialog, UINT stringId) {
+    SetTextOf(dialog, ContextOf(dialog), stringId);
 }
 
 void SetOwnTexts(HWND dialog, std::span<const int> controls) {
@@ -114,6 +120,21 @@ bool IsChecked(HWND dialog, int control) {
 void CheckControl(HWND dialog, int control, bool isChecked) {
     if (IsChecked(dialog, control) != isChecked) {
         CheckDlgButton(dialog, control, isChecked ? BST_CHECKED : BST_UNCHECKED);
+    }
+}
+
+uint16_t CheckedRadio(HWND dialog, std::span<const RadioValue> radios, uint16_t otherwise) {
+    for (const RadioValue& radio : radios) {
+        if (IsChecked(dialog, radio.control)) {
+            return radio.value;
+        }
+    }
+    return otherwise;
+}
+
+void CheckRadio(HWND dialog, std::span<const RadioValue> radios, uint16_t value) {
+    for (const RadioValue& radio : radios) {
+        CheckControl(dialog, radio.control, radio.value == value);
     }
 }
 

@@ -29,6 +29,9 @@ uint32_t GetComboData(HWND dialog, int control);
 // Gives a control the text of a string of the language module. Does nothing where the dialog has no such control.
 void SetControlText(HWND dialog, int control, UINT stringId);
 
+// Gives a dialog the title that is a string of the language module.
+void SetDialogTitle(HWND dialog, UINT stringId);
+
 // As SetControlText for each of some controls, whose texts are the strings of their own numbers.
 void SetOwnTexts(HWND dialog, std::span<const int> controls);
 
@@ -42,6 +45,12 @@ void ReadAnsiText(HWND dialog, int control, char* field, size_t size);
 // Whether a check box or radio button is checked.
 bool IsChecked(HWND dialog, int control);
 void CheckControl(HWND dialog, int control, bool isChecked);
+
+// The value of the radio button that is checked, `otherwise` where none is.
+uint16_t CheckedRadio(HWND dialog, std::span<const RadioValue> radios, uint16_t otherwise);
+
+// Checks the radio button of a value and no other of its group; none where none has the value.
+void CheckRadio(HWND dialog, std::span<const RadioValue> radios, uint16_t value);
 
 void EnableControl(HWND dialog, int control, bool isEnabled);
 

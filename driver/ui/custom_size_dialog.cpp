@@ -7,7 +7,7 @@
 #include "driver/base/text.h"
 #include "driver/ui/controls.h"
 #include "driver/ui/custom_size.h"
-#include "driver/ui/page.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/pictures.h"
 
 namespace velmora {
@@ -115,9 +115,7 @@ void ShowFeedDirection(HWND dialog, const SheetContext& context) {
 }
 
 void InitCustomSizeDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kMessageCapacity];
-    LoadText(context, kTemplate, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, kTemplate);
     SetOwnTexts(dialog, kTexts);
     ShowSeparated(dialog, context, kUnitMillimetres, {kUnitBegin, kMillimetresEnd});
     ShowSeparated(dialog, context, kUnitInches, {kUnitBegin, kInchesEnd});
@@ -216,8 +214,7 @@ INT_PTR CALLBACK CustomSizeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
 }  // namespace
 
 bool RunCustomSizeDialog(HWND page, SheetContext* context) {
-    return DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), page, CustomSizeProc,
-                           reinterpret_cast<LPARAM>(context)) == kChosen;
+    return RunDialog(context, kTemplate, page, CustomSizeProc) == kChosen;
 }
 
 }  // namespace velmora

@@ -2,6 +2,7 @@
 
 #include "driver/ui/color_rules.h"
 #include "driver/ui/controls.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/page.h"
 
 namespace velmora {
@@ -16,37 +17,20 @@ constexpr UINT kOkText = 6406;
 constexpr UINT kCancelText = 6407;
 constexpr UINT kRestoreText = 6408;
 
-void ShowIntent(HWND dialog, uint16_t intent) {
-    for (const RadioValue& radio : kIntentRadios) {
-        CheckDlgButton(dialog, radio.control, radio.value == intent ? BST_CHECKED : BST_UNCHECKED);
-    }
-}
-
-uint16_t SelectedIntent(HWND dialog) {
-    for (const RadioValue& radio : kIntentRadios) {
-        if (IsChecked(dialog, radio.control)) {
-            return radio.value;
-        }
-    }
-    return kDefaultIntent;
-}
-
 void Store(SheetContext* context, uint16_t intent) {
     StoreIntent(intent, context->devMode);
     MarkColorPageChanged(context);
 }
 
 void InitDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kTitleCapacity];
-    LoadText(context, kTitle, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, kTitle);
     for (const RadioValue& radio : kIntentRadios) {
         SetControlText(dialog, radio.control, static_cast<UINT>(radio.control));
     }
     SetControlText(dialog, IDOK, kOkText);
     SetControlText(dialog, IDCANCEL, kCancelText);
     SetControlText(dialog, kRestore, kRestoreText);
-    ShowIntent(dialog, ShownIntent(context.devMode->publicPart));
+    CheckRadio(dialog, kIntentRadios, ShownIntent(context.devMode->publicPart));
     PlaceDialog(dialog, kCentred, kCentredDown);
 }
 
@@ -56,11 +40,11 @@ INT_PTR AnswerIntent(HWND dialog, SheetContext* context, UINT message, WPARAM wP
     }
     switch (LOWORD(wParam)) {
         case kRestore:
-            ShowIntent(dialog, kDefaultIntent);
+            CheckRadio(dialog, kIntentRadios, kDefaultIntent);
             Store(context, kDefaultIntent);
             return TRUE;
         case IDOK:
-            Store(context, SelectedIntent(dialog));
+            Store(context, CheckedRadio(dialog, kIntentRadios, kDefaultIntent));
             [[fallthrough]];
         case IDCANCEL:
             EndDialog(dialog, LOWORD(wParam));
@@ -84,8 +68,7 @@ INT_PTR CALLBACK IntentProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 }  // namespace
 
 void RunIntentDialog(HWND colorPage, SheetContext* context) {
-    DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), colorPage, IntentProc,
-                    reinterpret_cast<LPARAM>(context));
+    RunDialog(context, kTemplate, colorPage, IntentProc);
 }
 
 }  // namespace velmora

@@ -7,6 +7,7 @@
 
 #include "driver/ui/controls.h"
 #include "driver/ui/layout_details.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/number_control.h"
 #include "driver/ui/page.h"
 #include "driver/ui/pictures.h"
@@ -42,11 +43,11 @@ constexpr int kIconTop = (kItemSide - 32) / 2;
 void ShowDetails(HWND dialog, const LayoutDetails& details) {
     SendDlgItemMessageW(dialog, kOrders, LB_SETCURSEL, static_cast<WPARAM>(details.order), 0);
     for (size_t i = 0; i < std::size(kBindings); ++i) {
-        CheckDlgButton(dialog, kBindings[i], i == details.binding ? BST_CHECKED : BST_UNCHECKED);
+        CheckControl(dialog, kBindings[i], i == details.binding);
     }
     ShowNumber(dialog, kShiftX, details.shiftX);
     ShowNumber(dialog, kShiftY, details.shiftY);
-    CheckDlgButton(dialog, kBorder, details.isBorder ? BST_CHECKED : BST_UNCHECKED);
+    CheckControl(dialog, kBorder, details.isBorder);
     EnableControl(dialog, kBorder, details.isBorderEnabled);
     EnableControl(dialog, kBorderStyleLabel, details.isBorder);
     EnableControl(dialog, kBorderStyle, details.isBorder);
@@ -70,9 +71,7 @@ LayoutDetails ReadDetails(HWND dialog, const SheetContext& context) {
 }
 
 void InitLayoutDetailsDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kMessageCapacity];
-    LoadText(context, kTemplate, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, kTemplate);
     SetOwnTexts(dialog, kTexts);
     SetControlText(dialog, IDOK, kOkText);
     SetControlText(dialog, IDCANCEL, kCancelText);
@@ -169,8 +168,7 @@ INT_PTR CALLBACK LayoutDetailsProc(HWND dialog, UINT message, WPARAM wParam, LPA
 }  // namespace
 
 bool RunLayoutDetailsDialog(HWND page, SheetContext* context) {
-    return DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), page, LayoutDetailsProc,
-                           reinterpret_cast<LPARAM>(context)) == kChosen;
+    return RunDialog(context, kTemplate, page, LayoutDetailsProc) == kChosen;
 }
 
 }  // namespace velmora

@@ -4,7 +4,7 @@
 #include "driver/base/text.h"
 #include "driver/devdesc/description_file.h"
 #include "driver/ui/controls.h"
-#include "driver/ui/page.h"
+#include "driver/ui/modal_dialog.h"
 
 namespace velmora {
 namespace {
@@ -99,9 +99,7 @@ void InitNotice(HWND dialog, const SheetContext& context) {
     if (!notice) {
         return;
     }
-    WCHAR title[kMessageCapacity];
-    LoadText(context, notice->kind, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+    SetDialogTitle(dialog, notice->kind);
     SendDlgItemMessageW(dialog, kIcon, STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, notice->icon)), 0);
     ShowControl(dialog, kModelMessage, false);
     if (notice->kind == kNoticeConflict && context.noticeMessageRef != 0) {
@@ -156,11 +154,7 @@ INT_PTR CALLBACK NoticeProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 
 INT_PTR ShowNotice(SheetContext* context, HWND owner, NoticeKind kind) {
     context->noticeKind = kind;
-    if (!context->resources) {
-        return -1;  // no module means the program's own
-    }
-    return DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kNoticeTemplate), owner, NoticeProc,
-                           reinterpret_cast<LPARAM>(context));
+    return RunDialog(context, kNoticeTemplate, owner, NoticeProc);
 }
 
 void ShowJobPrompt(HANDLE printer) {

@@ -3,6 +3,7 @@
 #include "driver/ui/constraints.h"
 #include "driver/ui/controls.h"
 #include "driver/ui/help.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/notice.h"
 
 namespace velmora {
@@ -17,10 +18,6 @@ constexpr ChoiceEntry kSavedSettingsChoices[] = {
     {kAlwaysOffered, 2631, 1},
     {},
 };
-
-// Slots of dialogs that use no help of their own.
-constexpr int kFirstHelplessSlot = 8;
-constexpr int kLastHelplessSlot = 9;
 
 // A program that hangs isn't waited for longer than this when others are told of a change.
 constexpr UINT kBroadcastMilliseconds = 1000;
@@ -139,43 +136,11 @@ INT_PTR RoutePageMessage(const PageFunctions& page, HWND dialog, UINT message, W
             }
             return FALSE;
         case WM_DESTROY:
-            ReleasePage(dialog, page.slot);
+            ReleaseSlot(dialog, page.slot);
             return TRUE;
         default:
             return FALSE;
     }
-}
-
-INT_PTR RouteDialogMessage(const DialogFunctions& functions, HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        return functions.initialize(dialog, ContextOf(dialog));
-    }
-    SheetContext* const context = ContextOf(dialog);
-    if (!context) {
-        return FALSE;
-    }
-    if (RouteHelpMessage(dialog, message, wParam, lParam)) {
-        return TRUE;
-    }
-    if (message == WM_DESTROY) {
-        ReleasePage(dialog, functions.slot);
-    }
-    return functions.answer(dialog, context, message, wParam, lParam);
-}
-
-bool RouteHelpMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    const SheetContext* const context = ContextOf(dialog);
-    if (!context || (message != WM_HELP && message != WM_CONTEXTMENU)) {
-        return false;
-    }
-    if (message == WM_HELP) {
-        ShowControlHelp(*context, *reinterpret_cast<const HELPINFO*>(lParam));
-    } else {
-        ShowContextHelp(dialog, *context, reinterpret_cast<HWND>(wParam),
-                        {static_cast<SHORT>(LOWORD(lParam)), static_cast<SHORT>(HIWORD(lParam))});
-    }
-    return true;
 }
 
 void MarkPageChanged(HWND dialog, SheetContext* context, int slot) {
@@ -214,17 +179,6 @@ void CommitPage(SheetContext* context, int slot) {
     }
     context->committedPrivate = context->devMode->privatePart;
     context->committedDeviceInfo = context->deviceInfo;
-}
-
-void ReleasePage(HWND dialog, int slot) {
-    SheetContext* const context = ContextOf(dialog);
-    if (slot == kNoSlot || !context) {
-        return;
-    }
-    if (slot < kFirstHelplessSlot || slot > kLastHelplessSlot) {
-        EndHelp();
-    }
-    context->dialogs[slot] = nullptr;
 }
 
 }  // namespace velmora

@@ -34,21 +34,6 @@ struct PageFunctions {
 // The dialog procedure of every page, for the page's own to call.
 INT_PTR RoutePageMessage(const PageFunctions& page, HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
-// A modal dialog: its slot (kNoSlot: none) and what it does.
-struct DialogFunctions {
-    int slot;
-    // As a page's.
-    BOOL (*initialize)(HWND dialog, SheetContext* context);
-    // What the dialog procedure returns for messages that aren't answered alike everywhere.
-    INT_PTR (*answer)(HWND dialog, SheetContext* context, UINT message, WPARAM wParam, LPARAM lParam);
-};
-
-// The dialog procedure of every modal dialog, for the dialog's own to call; its parameter is the context.
-INT_PTR RouteDialogMessage(const DialogFunctions& functions, HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-
-// The messages that every dialog answers alike, modal ones included: WM_HELP and WM_CONTEXTMENU. False for others.
-bool RouteHelpMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-
 // Marks a page as changed: its settings wait for the sheet's Apply.
 void MarkPageChanged(HWND dialog, SheetContext* context, int slot);
 
@@ -58,8 +43,5 @@ void MarkColorPageChanged(SheetContext* context);
 // Ends a page's apply. The last changed page to be applied commits them all: it is checked whether the device can print
 // what is asked, the host is told, and the snapshots follow. A conflict keeps the page changed and the sheet open.
 void CommitPage(SheetContext* context, int slot);
-
-// Gives the dialog's slot back; nothing for kNoSlot.
-void ReleasePage(HWND dialog, int slot);
 
 }  // namespace velmora

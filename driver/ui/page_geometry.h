@@ -50,8 +50,8 @@ RECT LabelBox(const RECT& sheet, SIZE paper);
 RECT MarkBox(const RECT& sheet, SIZE paper, const RECT& label);
 
 // Where the middle of a text's baseline lies on a page. `placement` is the watermark's, `text` the text's extent as if
-// it weren't turned. `offset`, which RotatePoint has turned, is
-// added.
+// it weren't turned. `offset`, which RotatePoint has turned, is added; it is all that other placements than 0 and 2 to
+// 9 have.
 POINT PlaceText(uint16_t placement, const RECT& page, SIZE text, POINT offset);
 
 }  // namespace velmora

@@ -24,9 +24,7 @@ namespace velmora {
 namespace {
 
 // Controls beside those of the rules. Labels, boxes and buttons have the text of the string of their own number.
-constexpr int kPreview = 5002;
 constexpr int kCopiesSpin = 5018;
-constexpr int kCollatePicture = 5020;
 constexpr int kZoomSpin = 5023;
 constexpr int kZoomLabel = 5024;
 constexpr int kDetails = 5034;
@@ -118,7 +116,7 @@ void ShowList(HWND dialog, const SheetContext& context, const ListControl& row, 
 }
 
 void ShowBox(HWND dialog, int control, const CheckBox& box) {
-    CheckDlgButton(dialog, control, box.isChecked ? BST_CHECKED : BST_UNCHECKED);
+    CheckControl(dialog, control, box.isChecked);
     ShowControl(dialog, control, box.isShown);
     EnableControl(dialog, control, box.isShown && box.isEnabled);
 }
@@ -151,7 +149,7 @@ void ShowChoices(HWND dialog, const SheetContext& context, const PaperChoices* b
             EnableControl(dialog, control, choices.zoom.isShown && choices.isZoomPercentEnabled);
         }
     }
-    CheckDlgButton(dialog, kFlagAControl, choices.isFlagA ? BST_CHECKED : BST_UNCHECKED);
+    CheckControl(dialog, kFlagAControl, choices.isFlagA);
     ShowCode(dialog, choices);
     CheckRadioButton(dialog, kPortraitControl, kLandscapeControl,
                      choices.isLandscape ? kLandscapeControl : kPortraitControl);
@@ -161,10 +159,10 @@ void ShowChoices(HWND dialog, const SheetContext& context, const PaperChoices* b
 // Repaints the pictures that aren't as before.
 void RedrawPictures(HWND dialog, const PaperChoices& before, const PaperChoices& now) {
     if (PreviewOf(before, before.details.uiPageOrder) != PreviewOf(now, now.details.uiPageOrder)) {
-        InvalidateControl(dialog, kPreview);
+        InvalidateControl(dialog, kPreviewControl);
     }
     if (before.collate.isChecked != now.collate.isChecked) {
-        InvalidateControl(dialog, kCollatePicture);
+        InvalidateControl(dialog, kCollatePictureControl);
     }
 }
 
@@ -212,22 +210,13 @@ bool TakeControl(HWND dialog, int control, PaperChoices* choices) {
 
 // The summary.
 
-int ColorModeOf(HWND colorPage) {
-    for (const RadioValue& radio : kColorModeRadios) {
-        if (IsChecked(colorPage, radio.control)) {
-            return radio.value;
-        }
-    }
-    return 0;
-}
-
 // `name` is for the name of a preset.
 void ReadColorSettings(const SheetContext& context, WCHAR (&name)[kMessageCapacity], OtherSettings* other) {
     const PrivateDevMode& own = context.devMode->privatePart;
     other->baseColor = own.colorChoiceB;
     other->presetName = name;
     if (const HWND page = context.dialogs[kColorSlot]) {
-        other->colorPreset = ColorModeOf(page);
+        other->colorPreset = CheckedRadio(page, kColorModeRadios, 0);
         other->isAdvanced = IsChecked(page, kAdvancedControl);
         GetDlgItemTextW(page, kColorPresetControl, name, ARRAYSIZE(name));
         other->resolutionIndex = static_cast<int>(GetComboData(page, kResolutionControl));

@@ -83,19 +83,17 @@ size_t TakePreviewOrder(uint32_t layout, uint16_t pageOrder, PreviewOrders* orde
 }
 
 void PaintPaperPreview(HWND dialog, SheetContext* context, HDC target) {
-    constexpr int kPreview = 5002;
-    constexpr int kCollatePicture = 5020;
     const PaperChoices& choices = context->paper;
     const size_t order =
         TakePreviewOrder(choices.layout.selected, choices.details.uiPageOrder, &context->previewOrders);
     const PreviewNames names = NamePreview(PreviewOf(choices, order));
     const OwnedModule pictures = LoadImageModule(*context);
-    DrawBitmapInControl(dialog, target, pictures.Get(), names.sheet, kPreview, true);
+    DrawBitmapInControl(dialog, target, pictures.Get(), names.sheet, kPreviewControl, true);
     if (names.edge[0] != 0) {
-        DrawBitmapTransparent(dialog, target, pictures.Get(), names.edge, kPreview);
+        DrawBitmapTransparent(dialog, target, pictures.Get(), names.edge, kPreviewControl);
     }
-    DrawBitmapInControl(dialog, target, pictures.Get(), CollatePicture(choices.collate.isChecked), kCollatePicture,
-                        true);
+    DrawBitmapInControl(dialog, target, pictures.Get(), CollatePicture(choices.collate.isChecked),
+                        kCollatePictureControl, true);
 }
 
 }  // namespace velmora

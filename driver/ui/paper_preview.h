@@ -11,6 +11,10 @@
 
 namespace velmora {
 
+// Controls of the page in whose place the pictures are.
+inline constexpr int kPreviewControl = 5002;
+inline constexpr int kCollatePictureControl = 5020;
+
 // The sheet as the preview shows it.
 struct PreviewSheet {
     uint32_t layout;  // a PageLayout

@@ -5,7 +5,7 @@
 namespace velmora {
 namespace {
 
-constexpr int kUserPreset = 5;  // of colorPreset
+constexpr int kAdjustedMode = 5;  // of colorPreset: by a preset, if it has a name
 
 // The strings of a setting's values.
 struct ValueText {
@@ -45,7 +45,7 @@ size_t MakeSummary(const PaperChoices& choices, const OtherSettings& other, Summ
 
     add(5073, SelectedString(choices.paper));
     add(5074, SelectedString(choices.fitPaper));
-    if (other.colorPreset == kUserPreset && !other.isAdvanced) {
+    if (other.colorPreset == kAdjustedMode && !other.isAdvanced) {
         if (*other.presetName != 0) {
             addText(5075, other.presetName);
         } else {

@@ -3,6 +3,7 @@
 #include "driver/base/text.h"
 #include "driver/ui/clipboard_text.h"
 #include "driver/ui/controls.h"
+#include "driver/ui/modal_dialog.h"
 #include "driver/ui/page.h"
 #include "driver/ui/preset_rules.h"
 
@@ -87,10 +88,8 @@ void FillList(HWND dialog, const PresetManager& manager) {
     SendDlgItemMessageW(dialog, kList, LB_SETCURSEL, static_cast<WPARAM>(manager.selected), 0);
 }
 
-void InitDialog(HWND dialog, const SheetContext& context) {
-    WCHAR title[kTitleCapacity];
-    LoadText(context, kTitle, title, ARRAYSIZE(title));
-    SetWindowTextW(dialog, title);
+void InitDialog(HWND dialog) {
+    SetDialogTitle(dialog, kTitle);
     SetOwnTexts(dialog, kTexts);
     SetControlText(dialog, IDCANCEL, kCancelText);
     FilterName(GetDlgItem(dialog, kName));
@@ -186,8 +185,8 @@ INT_PTR AnswerPresets(HWND dialog, SheetContext* context, UINT message, WPARAM w
     return TRUE;
 }
 
-BOOL Open(HWND dialog, SheetContext* context) {
-    InitDialog(dialog, *context);
+BOOL Open(HWND dialog, SheetContext*) {
+    InitDialog(dialog);
     return TRUE;
 }
 
@@ -200,8 +199,7 @@ INT_PTR CALLBACK PresetManagerProc(HWND dialog, UINT message, WPARAM wParam, LPA
 }  // namespace
 
 void RunPresetManager(HWND colorPage, SheetContext* context) {
-    DialogBoxParamW(context->resources.Get(), MAKEINTRESOURCEW(kTemplate), colorPage, PresetManagerProc,
-                    reinterpret_cast<LPARAM>(context));
+    RunDialog(context, kTemplate, colorPage, PresetManagerProc);
 }
 
 }  // namespace velmora

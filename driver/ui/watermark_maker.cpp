@@ -37,7 +37,7 @@ int64_t ColorOf(const RenderJob& job) {
     if (job.isInTrueColor) {
         return color;
     }
-    const DWORD gray = (74u * GetRValue(color) + 155u * GetGValue(color) + 27u * GetBValue(color)) / 256;
+    const uint8_t gray = GrayOf(color);
     return RGB(gray, gray, gray);
 }
 
@@ -145,32 +145,23 @@ bool Render(const char* commandLine, const WCHAR* jobFile, Answer* answer) {
     return true;
 }
 
-// "FOLDER\NUMBER.EXTENSION"; false, and empty, where it has no room.
-bool FormPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&path)[MAX_PATH]) {
-    FormatWide(path, ARRAYSIZE(path), TEXT("%s\\%08lX.%s"), folder, number, extension);
-    const bool isWhole = TextLength(folder) + 1 + 8 + 1 + TextLength(extension) < ARRAYSIZE(path);
-    if (!isWhole) {
-        path[0] = 0;
-    }
-    return isWhole;
-}
-
 // Whether a file that is there already would be written over: settings files are numbered in the same way.
 bool IsTaken(const WCHAR* folder, DWORD number) {
     for (const WCHAR* const extension : {TEXT("INI"), TEXT("WM"), TEXT("CWM")}) {
         WCHAR path[MAX_PATH];
-        if (FormPath(folder, number, extension, path) && GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES) {
+        if (FormNumberedPath(folder, number, extension, path) && GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES) {
             return true;
         }
     }
     return false;
 }
 
-// The same in a record's field, as a short path; zero behind it, as the store's texts are.
+// The path of a rendered file in a record's field, as a short path; zero behind it, as the store's texts are. False,
+// and empty, where it has no room.
 bool FormShortPath(const WCHAR* folder, DWORD number, const WCHAR* extension, WCHAR (&field)[MAX_PATH]) {
     WCHAR path[MAX_PATH];
     ZeroMemory(field, sizeof(field));
-    if (!FormPath(folder, number, extension, path)) {
+    if (!FormNumberedPath(folder, number, extension, path)) {
         return false;
     }
     GetShortPath(path, ARRAYSIZE(path));
@@ -222,7 +213,7 @@ int32_t MakeWatermarkFile(const SheetContext& context, WatermarkRecord* record, 
     const bool isImageModel = model && model->pdlType == kPdlImage;
     JobFile job;
     if (folder[0] == 0 || !ReadDefaultResolution(context, &record->resolution) ||
-        !FormPath(folder, number, TEXT("INI"), job.path) ||
+        !FormNumberedPath(folder, number, TEXT("INI"), job.path) ||
         !FormShortPath(folder, number, TEXT("WM"), record->fileName)) {
         return 0;
     }

@@ -304,13 +304,15 @@ void Render(const SheetContext& context, WatermarkMaker make, WatermarkRecord* r
     }
 }
 
-// The file to print. Device modes of printers without colour can have colour modes, too, until they are validated.
+// The file to print. Device modes of printers without colour can have colour modes, too, until they are validated; a
+// watermark that was rendered while the model wasn't known has no colour file.
 const WCHAR* RenderedFile(const SheetContext& context, const WatermarkRecord& record) {
     const DeviceModel* const model = context.model.Get();
     const uint32_t mode = context.devMode->privatePart.colorMode;
     const bool isColor =
         mode == kColorSecondKind || (mode == kColor && context.devMode->publicPart.dmColor == DMCOLOR_COLOR);
-    return isColor && model && !IsMonochrome(model->colorCapability) ? record.colorFileName : record.fileName;
+    const bool hasColor = model && !IsMonochrome(model->colorCapability) && record.colorFileName[0] != 0;
+    return isColor && hasColor ? record.colorFileName : record.fileName;
 }
 
 void ClearWatermark(PrivateDevMode* own) {

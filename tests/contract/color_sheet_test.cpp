@@ -45,6 +45,7 @@ constexpr int kBlack = 6211;
 constexpr int kCyan = 6215;
 constexpr int kMagenta = 6219;
 constexpr int kYellow = 6223;
+constexpr int kResetToners = 6226;
 
 // Controls of the preset manager and of the intent dialog.
 constexpr int kNames = 6303;
@@ -108,6 +109,11 @@ TEST_F(ColorSheet, WritesModesAndQuality) {
           Choose(kImageTreatment, 1)},
          "colorFlagB=1 objectColor.mode=3 objectColor.mode[2]=1 objectPresetNames=\"Vivid\" "
          "objectPresetNames[2]=\"Deep\""},
+        {"a treatment of a panel that isn't shown", "", {kTurnToColor, Choose(kTextTreatment, 3)}, ""},
+        {"objects in colour of a monochrome job",
+         "",
+         {kTurnToColor, Press(kMonochrome), Press(kAdvanced)},
+         "colorPreset=4 colorAuto=0 colorFlagB=1"},
         {"defaults",
          "colorPreset=6 dmICMMethod=2 colorChoiceA=2 colorRendering=4 resolutionFlag=1 resolutionIndex=2",
          {kTurnToColor, Press(kAdvanced), Press(kDefaults), See(kAutomatic, "on checked"), See(kResolution, "on 1"),
@@ -149,11 +155,20 @@ TEST_F(ColorSheet, AdjustsByItsSheet) {
          "",
          {kTurnToColor, Press(kAdjust), Type(kYellow, TEXT("7")), InSheet(PSBTN_OK)},
          "colorLevels[3]=7"},
+        {"the toners alone while objects have treatments",
+         "colorPreset=5",
+         {kTurnToColor, Press(kAdvanced), Press(kAdjust), Type(kCyan, TEXT("7")), InSheet(PSBTN_OK)},
+         "colorLevels[1]=7 colorFlagB=1 colorPresetName=\"Custom\""},
         {"reset",
          "colorPreset=5 colorAdjust=5 colorChoiceB=1",
          {kTurnToColor, Press(kAdjust), See(kBrightness, "on 5"), Press(kResetAdjustment), See(kBrightness, "on 0"),
           See(kBaseColor, "on 3"), InSheet(PSBTN_OK)},
          "colorAdjust=0 colorChoiceB=3 colorPresetName=\"Custom\""},
+        {"the toners' reset",
+         "colorLevels=5 colorFlagA=0",
+         {kTurnToColor, Press(kAdjust), See(kBlack, "on 5"), Press(kResetToners), See(kBlack, "on 0"),
+          InSheet(PSBTN_OK)},
+         "colorFlagA=1 colorLevels=0"},
         {"cancelled",
          "colorPreset=5",
          {kTurnToColor, Press(kAdjust), Type(kBrightness, TEXT("5")), InSheet(PSBTN_CANCEL)},
@@ -178,6 +193,11 @@ TEST_F(ColorSheet, KeepsPresets) {
          "",
          {kTurnToColor, Press(kManual), ChooseItem(kPresets, 3), See(kManagePresets, "off")},
          "colorPreset=5 colorAdjust=5 colorPresetName=\"Preset 2\""},
+        {"its values are adjusted",
+         "",
+         {kTurnToColor, Press(kManual), ChooseItem(kPresets, 3), Press(kAdjust), See(kBrightness, "on 5"),
+          InSheet(PSBTN_OK), See(kPresets, "on 0")},
+         "colorPreset=5 colorAdjust=5 colorPresetName=\"Custom\""},
         {"one treats images",
          "",
          {kTurnToColor, Press(kAdvanced), SeeOffered(kImageTreatment, "1 2 3 5 5 5 5 5 5 5 5 5 5"),

@@ -31,11 +31,20 @@ constexpr int kBackSides = 5031;
 constexpr int kLayout = 5033;
 constexpr int kDetails = 5034;
 constexpr int kDefaults = 5035;
+constexpr int kSummaryPaper = 5038;  // values of the summary
+constexpr int kSummaryFit = 5041;
+constexpr int kSummaryColor = 5044;
+constexpr int kSummaryResolution = 5047;
+constexpr int kSummaryLayout = 5053;
+constexpr int kSummaryWatermark = 5059;
 
 // Controls of the custom size's dialog.
 constexpr int kWidth = 5302;
+constexpr int kWidthRange = 5305;
 constexpr int kLength = 5307;
+constexpr int kLengthRange = 5310;
 constexpr int kInches = 5313;
+constexpr int kFeedText = 5316;
 constexpr int kSizeOk = 5317;
 constexpr int kSizeCancel = 5318;
 
@@ -167,6 +176,12 @@ TEST_F(DocumentSheet, TakesCustomSizes) {
                   "customUnit=0",
                   {Choose(kPaper, kCustomSize), See(kWidth, "on 8.27"), Type(kWidth, TEXT("7.5")), Press(kSizeOk)},
                   "dmPaperSize=258 dmPaperLength=2969 dmPaperWidth=1905 customWidth=19050 customLength=29692"},
+                 {"in inches, for both sides",
+                  "uiDuplex=1 dmDuplex=2",
+                  {Choose(kPaper, kCustomSize), See(kWidthRange, "on (176.0 - 215.9 mm)"), Press(kInches),
+                   See(kWidth, "on 8.27"), See(kLengthRange, "on (9.85 - 11.69 in)"), Type(kLength, TEXT("7.87")),
+                   See(kFeedText, "on Long edge first"), Press(kSizeCancel)},
+                  "dmPaperSize=258"},
                  {"as it was stored",
                   "dmPaperSize=258 uiZoomOn=1",
                   {See(kPaper, "on 258"), See(kPercentSpin, "on 25..400 at 100")},
@@ -233,7 +248,7 @@ TEST_F(DocumentSheet, LaysPagesOut) {
                   "dmCollate=1 collateCopy=1 uiRotate180=1 uiShiftX=5 uiFlagE=1",
                   {Press(kDuplex), SeeOffered(kLayout, "1 2 4"), Press(kDuplex), Choose(kLayout, 7),
                    See(kCollate, "off unchecked"), See(kRotated, "off unchecked"), See(kDuplex, "off unchecked"),
-                   See(kManualDuplex, "off unchecked"), See(kDetails, "off")},
+                   See(kManualDuplex, "off unchecked"), See(kDetails, "off"), See(kSummaryLayout, "on Poster 4x4")},
                   "dmCollate=0 collateCopy=0 posterMode=4 uiRotate180=0 uiPageLayout=7 uiShiftX=0 uiFlagE=0"},
                  {"details of four pages",
                   "uiPageLayout=4 uiPageOrder=6 uiDuplex=1 resolutionIndex=0",
@@ -257,6 +272,25 @@ TEST_F(DocumentSheet, LaysPagesOut) {
                    See(kCopiesSpin, "on 1..999 at 1")},
                   "dmOrientation=1 dmPaperSize=9 dmCopies=1 uiZoomOn=0 customWidth=21000"},
              });
+}
+
+TEST_F(DocumentSheet, ShowsWhatIsStored) {
+    Install(kWithDuplex);
+    const std::vector<Step> summary = {See(kSummaryPaper, "on Custom"),     See(kSummaryFit, "on Same size"),
+                                       See(kSummaryColor, "on Monochrome"), See(kSummaryResolution, "on Fine"),
+                                       See(kSummaryLayout, "on 1 page"),    See(kSummaryWatermark, "on Off")};
+    std::vector<Step> steps = {See(kPaper, "on 258"),         See(kCopies, "on 12"),
+                               See(kCollate, "on checked"),   See(kCodeBox, "on checked"),
+                               See(kRotated, "on checked"),   See(kLandscape, "on checked"),
+                               See(kDuplex, "off unchecked"), See(kBackSides, "off unchecked")};
+    steps.insert(steps.end(), summary.begin(), summary.end());
+    // From the device mode at first, then from the other pages.
+    steps.insert(steps.end(), {TurnTo(kColorTab), TurnTo(kWatermarkTab), TurnTo(kPaperTab)});
+    steps.insert(steps.end(), summary.begin(), summary.end());
+    RunCases(printer_, {{"stored",
+                         "dmPaperSize=258 customWidth=15000 dmCopies=12 dmCollate=1 uiFlagA=1 uiRotate180=1 "
+                         "dmOrientation=2 colorPreset=4 resolutionIndex=2",
+                         steps, ""}});
 }
 
 TEST_F(DocumentSheet, InJapaneseHasPostcards) {

@@ -41,19 +41,20 @@ class InformationSheet : public SheetTest {
 TEST_F(InformationSheet, RestoresTheDefaultsOfAllPages) {
     // Some of each page.
     constexpr char kSettings[] =
-        "dmCopies=5 dmOrientation=2 uiPageLayout=4 uiPageOrder=6 uiBinding=2 colorPreset=4 dmColor=1 colorAuto=0 "
+        "dmCopies=5 dmOrientation=2 uiPageLayout=4 uiPageOrder=6 uiBinding=2 uiShiftX=-9 uiShiftY=8 customUnit=0 "
+        "customWidth=15000 customLength=25000 colorPreset=4 colorFlagB=1 dmColor=1 colorAuto=0 "
         "colorAdjust=7 resolutionIndex=2 dmPrintQuality=1200 dmYResolution=1200 resolutionId=1200 outputFlag=1 "
         "outputLevel=3 finishFlagA=1 finishChoice=2 finishFlagB=1 finishFlags=1 finishFlagC=0 optionFlags=524304";
     // What pages write that show their defaults, and what is written for pages that weren't open.
     const std::string shown =
         "dmOrientation=1 dmCopies=1 dmPrintQuality=600 dmColor=2 dmYResolution=600 resolutionId=600 optionFlags=524816 "
-        "uiPageLayout=1 uiBinding=0 uiPageOrder=1 colorPreset=1 colorAuto=1 colorAdjust=0 colorChoiceB=0 "
-        "resolutionIndex=1 "
+        "uiPageLayout=1 uiBinding=0 uiShiftX=0 uiShiftY=0 uiPageOrder=1 customWidth=21000 customLength=29700 "
+        "customUnit=1 colorPreset=1 colorAuto=1 colorAdjust=0 colorChoiceB=0 colorFlagB=0 resolutionIndex=1 "
         "outputFlag=0 outputLevel=0 finishFlagA=0 finishChoice=0 finishFlagB=0 finishFlags=0 finishFlagC=1";
     const std::string unopened =
         "dmOrientation=1 dmCopies=1 dmPrintQuality=600 dmColor=2 dmYResolution=600 resolutionId=600 optionFlags=524816 "
-        "uiPageLayout=1 uiBinding=0 uiPageOrder=1 colorPreset=1 colorAuto=1 colorAdjust=0 colorChoiceB=0 "
-        "colorPresetName=\"Custom\" "
+        "uiPageLayout=1 uiBinding=0 uiShiftX=0 uiShiftY=0 uiPageOrder=1 customWidth=21000 customLength=29700 "
+        "customUnit=1 colorPreset=1 colorAuto=1 colorAdjust=0 colorChoiceB=0 colorFlagB=0 colorPresetName=\"Custom\" "
         "resolutionIndex=1 objectColor.flag=0 objectColor.flag[1]=0 objectColor.flag[2]=0 outputFlag=0 outputLevel=0 "
         "finishFlagA=0 finishChoice=0 finishSide=0 finishFlagB=0 finishFlags=0 finishFlagC=1";
     const std::vector<Step> open = {TurnTo(kColorTab), TurnTo(kWatermarkTab), TurnTo(kOutputTab)};

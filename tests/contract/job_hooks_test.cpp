@@ -295,6 +295,7 @@ TEST_F(JobHooks, DamagedDeviceModes) {
         {"dmCopies=7 dmSize=0", "dmCopies=5 psContrast=9"},
         {"dmCopies=7 privateSignature=0", "dmCopies=7 psContrast=9"},  // the caller's public part
         {"dmCopies=7 psContrast=-8 dmOrientation=2", "dmCopies=7 psContrast=-8 dmOrientation=2"},
+        {"dmCopies=0 psContrast=-8", "dmCopies=1 psContrast=-8"},  // a value that can be mended
     };
     for (const char* model : {kPjlModel, kRecordModel, kTextModel}) {
         SCOPED_TRACE(model);

@@ -37,6 +37,7 @@ struct Device {
 };
 constexpr Device kBare = {3, 0, 0, 5};
 constexpr Device kWhole = {7, 1, 1, 5};
+constexpr Device kNeverTwoTrays = {7, 0xFFFFFFFF, 0, 5};
 
 const Step kTurn = TurnTo(kOutputTab);
 
@@ -59,6 +60,10 @@ TEST_F(OutputSheet, WritesWhatIsChosen) {
               Press(kDividers), See(kBefore, "on checked"), See(kSourceLabel, "on &Paper source:"),
               SeeOffered(kSource, "1"), Press(kAround), See(kBefore, "on unchecked")},
              "finishFlagA=1 finishChoice=2"},
+            {"dividers after the document",
+             "",
+             {kTurn, Press(kDividers), Press(kAfter), See(kBefore, "on unchecked"), See(kAfter, "on checked")},
+             "finishFlagA=1 finishChoice=1"},
             {"no dividers",
              "finishFlagA=1 finishChoice=1",
              {kTurn, See(kAfter, "on checked"), Press(kDividers), See(kAfter, "off checked")},
@@ -84,6 +89,11 @@ TEST_F(OutputSheet, WritesWhatIsChosen) {
               See(kLabel, "on unchecked"), See(kBinary, "on checked")},
              "optionFlags=524816 finishFlagA=0 finishChoice=0 finishFlagB=0 finishFlags=0 finishFlagC=1"},
         });
+    Install(kNeverTwoTrays);
+    RunCases(printer_, {{"from a tray that can't be",
+                         "finishFlagA=1 finishSide=2",
+                         {kTurn, SeeOffered(kSource, "1"), See(kSource, "on 1")},
+                         "finishSide=1"}});
     Install(kWhole);
     RunCases(
         printer_,
@@ -92,17 +102,25 @@ TEST_F(OutputSheet, WritesWhatIsChosen) {
              "",
              {kTurn, SeeOffered(kSource, "1 2"), Press(kDividers), Choose(kSource, 2)},
              "finishFlagA=1 finishSide=2"},
+            {"all that there is",
+             "finishFlagA=1 finishChoice=1 finishSide=2 finishFlagB=1 finishFlags=1 finishFlagC=0",
+             {kTurn, See(kDividers, "on checked"), See(kBefore, "on unchecked"), See(kAfter, "on checked"),
+              See(kAround, "on unchecked"), See(kSource, "on 2"), See(kLabel, "on checked"), See(kText, "on"),
+              See(kBoxes[0], "on checked"), See(kBoxes[1], "on unchecked"), See(kBinary, "on unchecked")},
+             ""},
             {"the defaults' tray", "finishSide=2", {kTurn, See(kSource, "off 2"), Press(kDefaults)}, "finishSide=1"},
         });
 }
 
 TEST_F(OutputSheet, DividesNoCustomSizes) {
-    RunCases(printer_, {{"there and back",
-                         "finishFlagA=1",
-                         {Choose(kPaper, kCustomSize), Press(kSizeOk), kTurn, See(kDividers, "off unchecked"),
-                          See(kBefore, "off checked"), TurnTo(kPaperTab), Choose(kPaper, kA4), kTurn,
-                          See(kDividers, "on unchecked"), Press(kBoxes[0])},
-                         "finishFlagA=0 finishFlags=1"}});
+    std::vector<Step> steps = {Choose(kPaper, kCustomSize), Press(kSizeOk), kTurn, See(kDividers, "off unchecked"),
+                               See(kBefore, "off checked")};
+    RunCases(printer_, {{"there", "finishFlagA=1", steps, "dmPaperSize=258"}});
+    for (const Step& step :
+         {TurnTo(kPaperTab), Choose(kPaper, kA4), kTurn, See(kDividers, "on unchecked"), Press(kBoxes[0])}) {
+        steps.push_back(step);
+    }
+    RunCases(printer_, {{"there and back", "finishFlagA=1", steps, "finishFlagA=0 finishFlags=1"}});
 }
 
 TEST_F(OutputSheet, StaysWhereSettingsConflict) {

@@ -191,6 +191,8 @@ TEST_F(PrintTickets, DocumentsAreWritten) {
     EXPECT_EQ(provider->GetPrintCapabilities(ticket.Get(), capabilities.Receive()), S_OK);
     ASSERT_TRUE(capabilities);
     RecordDocument(capabilities.Get());
+    // A feature of the model, as users see it.
+    EXPECT_NE(CanonicalText(capabilities.Get()).find("\"Account code\""), std::string::npos);
     // A document that is given is written into.
     const auto own = NewDocument();
     IXMLDOMDocument2* same = own.Get();

@@ -367,13 +367,23 @@ TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
                See(kSize, "on 8"), Type(kSize, TEXT("x")), Leave(), See(kSize, "on 8")},
               kRendered + " watermarkPosition=9"},
              "[8] Yours, 8 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
+            {{"without a name",
+              "outputFlag=1 outputLevel=8",
+              {kTurn, Name(TEXT("")), Type(kSize, TEXT("30"))},
+              kRendered + " watermarkPosition=9"},
+             "[8] Yours, 30 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
+            {{"with the name of another",
+              "outputFlag=1 outputLevel=8",
+              {kTurn, Name(TEXT("Third")), Type(kSize, TEXT("31"))},
+              kRendered + " watermarkPosition=9 outputLevel=10"},
+             "[10] Third, 31 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
             {{"deleted",
               "outputFlag=1 outputLevel=9",
               {kTurn, ChooseItem(kName, 8), Press(kDelete), See(kName, "on 0"),
                SeeOffered(kName, "0 1 2 3 4 5 6 7 8 9")},
               kRendered + " outputLevel=0"},
              "now 10 [0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM [8] Second, 36 bold italic "
-             "00FF0000, 300 at 9 [9] Third, 36 bold italic 00FF0000, 300 at 9, 200 x 100 *.WM *.CWM"},
+             "00FF0000, 300 at 9 [9] Third, 31 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
         });
     const Entries before = Stored(printer);
     const std::string files = ".CWM .CWM .WM .WM";  // of those that there are still
@@ -476,9 +486,16 @@ TEST_F(WatermarkSheet, EndsWithoutARendering) {
 // By the program of the driver package.
 TEST_F(WatermarkSheet, IsReallyRendered) {
     environment_->AddWatermarkProgram();
-    for (const auto& [model, files] : {std::pair{"VELMORA-M2100.XPI", " *.WM"},
-                                       {"VELMORA-C3200.XPI", " *.WM *.CWM"},
-                                       {"VELMORA-I700.XPI", " *.WM *.WM"}}) {
+    const struct {
+        const char* model;
+        const char* files;
+        COLORREF ink;  // of the file that is printed
+    } cases[] = {
+        {"VELMORA-M2100.XPI", " *.WM", RGB(153, 153, 153)},
+        {"VELMORA-C3200.XPI", " *.WM *.CWM", RGB(255, 112, 112)},
+        {"VELMORA-I700.XPI", " *.WM *.WM", RGB(255, 112, 112)},
+    };
+    for (const auto& [model, files, ink] : cases) {
         SCOPED_TRACE(model);
         InstalledPrinter printer(*environment_, PackageOf(model));
         DevModeBuffer output;
@@ -492,6 +509,7 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
         const auto picture =
             velmora::ReadWatermarkFile({reinterpret_cast<const BYTE*>(bytes.data()), bytes.size()}, &fault);
         ASSERT_TRUE(picture) << fault;
+        EXPECT_EQ(picture->header.inkColor, ink);
         EXPECT_EQ(int{own.watermarkFontSize}, static_cast<int>(picture->header.width));
         EXPECT_EQ(int{own.watermarkAngle}, static_cast<int>(picture->header.height));
         EXPECT_EQ(int{own.watermarkIndex}, static_cast<int>(picture->header.resolution));

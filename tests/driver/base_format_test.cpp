@@ -100,8 +100,8 @@ TEST_F(FormatConversion, TextsOfTheOtherWidthGoThroughTheCodePage) {
     machine_.SetAnsiCodePage(932);
     EXPECT_EQ(Ansi("<%s>", TEXT("\u30A2x")), "<\x83\x41x>");
     EXPECT_EQ(Wide(TEXT("<%s>"), "\x83\x41x"), "<\xE3\x82\xA2x>");
-    // A lead byte that has nothing behind it ends the text; a character of two bytes is written whole or not at all.
-    EXPECT_EQ(Wide(TEXT("<%s>"), "x\x83").substr(0, 2), "<x");
+    // A character of two bytes is read and written whole or not at all.
+    EXPECT_EQ(Wide(TEXT("<%s>"), "x\x83"), "<x>");
     char buffer[4];
     EXPECT_EQ(FormatAnsi(buffer, sizeof(buffer), "%s", TEXT("\u30A2\u30A2")), 2u);
     EXPECT_STREQ(buffer, "\x83\x41");

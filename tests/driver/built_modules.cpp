@@ -1,7 +1,7 @@
 #include "tests/driver/built_modules.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace driver_test {
@@ -14,7 +14,9 @@ PackageFile ReadModule(const std::filesystem::path& file) {
     if (!stream) {
         throw std::runtime_error("can't read " + file.string());
     }
-    return {file.filename().u16string(), {std::istreambuf_iterator<char>(stream), {}}};
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return {file.filename().u16string(), bytes.str()};
 }
 
 }  // namespace

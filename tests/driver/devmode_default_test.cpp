@@ -1,7 +1,7 @@
 #include "driver/devmode/default_devmode.h"
 
 #include "driver/base/text.h"
-#include "driver/devmode/devmode_fields.h"
+#include "tests/driver/changed_devmode.h"
 #include "tests/driver/machine.h"
 #include "tools/velmora/devmode_differences.h"
 
@@ -23,111 +23,49 @@ void SetJobStart(PrivateDevMode* own, const std::string& lines) {
 
 // What a device mode holds that knows of no model.
 VelmoraDevMode WithoutModel() {
-    VelmoraDevMode devMode = {};
-    DEVMODEW& open = devMode.publicPart;
-    SetWide(open.dmDeviceName, ARRAYSIZE(open.dmDeviceName), "Test Printer");
-    open.dmSpecVersion = 0x401;
-    open.dmDriverVersion = 0x0A00;
-    open.dmSize = 220;
-    open.dmDriverExtra = 3868;
-    open.dmFields = 0xE70F;
-    open.dmOrientation = 1;
-    open.dmPaperSize = 1;
-    open.dmScale = 100;
-    open.dmCopies = 1;
-    open.dmTTOption = 2;
-    open.dmICMMethod = 1;
-
+    VelmoraDevMode devMode = With(
+        {},
+        "dmSpecVersion=0x401 dmDriverVersion=0x0A00 dmSize=220 dmDriverExtra=3868 dmFields=0xE70F dmOrientation=1 "
+        "dmPaperSize=1 dmScale=100 dmCopies=1 dmTTOption=2 dmICMMethod=1 privateVersion=1 privateSignature=0xCACA "
+        "defaultFontSize=10 resolutionId=600 scaleValue=-1 pagesPerSheet=1 frontCoverBin=261 frontCoverPaper=-1 "
+        "frontCoverNup=1 frontCoverBothSides=1 backCoverBin=264 backCoverPaper=-1 backCoverBothSides=1 "
+        "interleavePaper=-1 optionAreaOffset=332 optionFlags=0x00080200 nonPostScriptFlag=1 exceptionAreaOffset=1255 "
+        "separatorBin=1025 separatorPaper=-1 sliceTableOffset=660 extensionTag=1 extensionMagicA=2033 "
+        "extensionMagicB=15 uiFitToPaper=65535 uiZoomPercent=100 uiPageLayout=1 uiFlagD=1 uiChoice=1 customWidth=21000 "
+        "customLength=29700 customUnit=1 colorPreset=1 colorRendering=1 colorAuto=1 colorChoiceA=1 colorChoiceB=3 "
+        "colorFlagA=1 resolutionIndex=1 outputStep=8 finishSide=1 finishFlagC=1");
     PrivateDevMode& own = devMode.privatePart;
-    own.privateVersion = 1;
-    own.privateSignature = 0xCACA;
+    SetWide(devMode.publicPart.dmDeviceName, ARRAYSIZE(devMode.publicPart.dmDeviceName), "Test Printer");
     SetWide(own.primaryFont, ARRAYSIZE(own.primaryFont), "Courier");
     SetWide(own.secondaryFont, ARRAYSIZE(own.secondaryFont), "Arial");
-    own.defaultFontSize = 10;
-    own.resolutionId = 600;
-    own.scaleValue = -1;
-    own.pagesPerSheet = 1;
-    own.frontCoverBin = 261;
-    own.frontCoverPaper = -1;
-    own.frontCoverNup = 1;
-    own.frontCoverBothSides = 1;
-    own.backCoverBin = 264;
-    own.backCoverPaper = -1;
-    own.interleavePaper = -1;
     CopyText(own.pjlJobEnd, sizeof(own.pjlJobEnd), "@PJL SET GUIENDJOB=1\r\n");
-    own.optionAreaOffset = 332;
-    own.backCoverBothSides = 1;
-    own.optionFlags = 0x00080200;
-    own.nonPostScriptFlag = 1;
-    own.exceptionAreaOffset = 1255;
-    own.separatorBin = 1025;
-    own.separatorPaper = -1;
-    own.sliceTableOffset = 660;
-    own.extensionTag = 1;
-    own.extensionMagicA = 2033;
-    own.extensionMagicB = 15;
-    own.uiFitToPaper = 65535;
-    own.uiZoomPercent = 100;
-    own.uiPageLayout = 1;
-    own.uiFlagD = 1;
-    own.uiChoice = 1;
-    own.customWidth = 21000;
-    own.customLength = 29700;
-    own.customUnit = 1;
-    own.colorPreset = 1;
-    own.colorRendering = 1;
-    own.colorAuto = 1;
-    own.colorChoiceA = 1;
-    own.colorChoiceB = 3;
-    own.colorFlagA = 1;
-    own.resolutionIndex = 1;
     own.objectColor[0].mode = 1;
     own.objectColor[1].mode = 3;
     own.objectColor[2].mode = 2;
-    own.outputStep = 8;
-    own.finishSide = 1;
-    own.finishFlagC = 1;
     return devMode;
 }
 
 // What a device mode of SmallModel holds on every page description language, monochrome.
 VelmoraDevMode OfSmallModel() {
-    VelmoraDevMode devMode = WithoutModel();
-    DEVMODEW& open = devMode.publicPart;
-    open.dmPaperSize = 9;
-    open.dmPaperWidth = 2101;
-    open.dmPaperLength = 2971;
-    open.dmDefaultSource = 7;
-    open.dmPrintQuality = 1200;
-    open.dmYResolution = 600;
+    VelmoraDevMode devMode =
+        With(WithoutModel(),
+             "dmPaperSize=9 dmPaperWidth=2101 dmPaperLength=2971 dmDefaultSource=7 dmPrintQuality=1200 "
+             "dmYResolution=600 defaultFontSize=12 resolutionId=1200 interleaveBin=7 separatorBin=7 mediaIndex=2 "
+             "frontCoverMedia=2 backCoverMedia=2 interleaveMedia=2 separatorMedia=2 modelCode=0x4321 "
+             "optionFlags=0x00080300");
     PrivateDevMode& own = devMode.privatePart;
     WideText path = InstalledPath(u"KV62.XPI");
     CharUpperW(path.data());
     CopyText<WCHAR>(own.descriptionPath, ARRAYSIZE(own.descriptionPath), path.c_str());
     SetWide(own.primaryFont, ARRAYSIZE(own.primaryFont), "CG Times");
     SetWide(own.secondaryFont, ARRAYSIZE(own.secondaryFont), "Univers");
-    own.defaultFontSize = 12;
-    own.resolutionId = 1200;
-    own.interleaveBin = 7;
-    own.separatorBin = 7;
-    own.mediaIndex = 2;
-    own.frontCoverMedia = 2;
-    own.backCoverMedia = 2;
-    own.interleaveMedia = 2;
-    own.separatorMedia = 2;
-    own.modelCode = 0x4321;
-    own.optionFlags = 0x00080300;
     own.featureSelection[1] = -1;
     SetJobStart(&own, std::string("@PJL JOB NAME=\"!JOBNAME\"\r\n") + kStartLine);
     return devMode;
 }
 
 void AddColor(VelmoraDevMode* devMode) {
-    devMode->publicPart.dmColor = 2;
-    devMode->publicPart.dmFields = 0x380EF0F;
-    devMode->publicPart.dmICMIntent = 2;
-    devMode->publicPart.dmMediaType = 258;
-    devMode->privatePart.colorMode = 1;
+    *devMode = With(*devMode, "dmColor=2 dmFields=0x380EF0F dmICMIntent=2 dmMediaType=258 colorMode=1");
 }
 
 class DefaultDevMode : public MachineTest {
@@ -166,10 +104,7 @@ TEST_F(DefaultDevMode, OfEveryKindOfModel) {
         {"colour of the second kind", kPdlPcl6, kColorSecondKind, [](DescriptionBuilder*) {},
          [](VelmoraDevMode* devMode) { devMode->privatePart.colorMode = 42; }},
         {"monochrome PostScript", kPdlPostScript, kColorNone, [](DescriptionBuilder*) {},
-         [](VelmoraDevMode* devMode) {
-             devMode->privatePart.nonPostScriptFlag = 0;
-             devMode->privatePart.outputOption = 2;
-         }},
+         [](VelmoraDevMode* devMode) { *devMode = With(*devMode, "nonPostScriptFlag=0 outputOption=2"); }},
         {"colour PostScript without job name", kPdlPostScript, kColor,
          [](DescriptionBuilder* builder) {
              builder->fields.defaultOptionFlags = 1u << 6;
@@ -177,11 +112,8 @@ TEST_F(DefaultDevMode, OfEveryKindOfModel) {
          },
          [](VelmoraDevMode* devMode) {
              AddColor(devMode);
-             PrivateDevMode& own = devMode->privatePart;
-             own.nonPostScriptFlag = 0;
-             own.noJobName = 1;
-             own.optionFlags = 0x00080240;
-             SetJobStart(&own, kStartLine);
+             *devMode = With(*devMode, "nonPostScriptFlag=0 noJobName=1 optionFlags=0x00080240");
+             SetJobStart(&devMode->privatePart, kStartLine);
          }},
         // Bit 6 means this on PostScript models only.
         {"job name shown", kPdlPcl6, kColorNone,
@@ -200,10 +132,7 @@ TEST_F(DefaultDevMode, OfEveryKindOfModel) {
                             std::vector<ColorModeRecord>{{kColorModeSystem, 0, -1}});
          },
          [](VelmoraDevMode* devMode) {
-             devMode->publicPart.dmColor = 2;
-             devMode->publicPart.dmFields = 0xEF0F;
-             devMode->privatePart.colorMode = 1;
-             devMode->privatePart.imageMode = 0x12345678;
+             *devMode = With(*devMode, "dmColor=2 dmFields=0xEF0F colorMode=1 imageMode=0x12345678");
          }},
         {"monochrome image model", kPdlImage, kColorNone,
          [](DescriptionBuilder* builder) { builder->fields.imageModeDefault = 7; }, [](VelmoraDevMode*) {}},
@@ -275,10 +204,8 @@ TEST_F(DefaultDevMode, ModelsWithFewResolutions) {
         builder.Table(offsetof(DeviceModel, resolutionTable), std::vector{record});
         Describe(builder);
         VelmoraDevMode expected = OfSmallModel();
-        expected.publicPart.dmPrintQuality = hasOne ? 300 : 0;
-        expected.publicPart.dmYResolution = hasOne ? 150 : 0;
-        expected.privatePart.resolutionId = hasOne ? 300 : 600;
-        expected.privatePart.resolutionIndex = hasOne ? 0 : 1;
+        expected = With(expected, hasOne ? "dmPrintQuality=300 dmYResolution=150 resolutionId=300 resolutionIndex=0"
+                                         : "dmPrintQuality=0 dmYResolution=0 resolutionId=600 resolutionIndex=1");
         EXPECT_EQ(DifferencesTo(expected), Texts()) << hasOne;
     }
 }

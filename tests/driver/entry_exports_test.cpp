@@ -24,17 +24,25 @@ class Exports : public MachineTest {
     VelmoraDevMode output_;
 };
 
-TEST_F(Exports, FixedAnswers) {
+TEST(EntryRoutine, KnowsFourReasons) {
     for (const DWORD reason : {0u, 1u, 2u, 3u, 4u}) {
         EXPECT_EQ(DllMain(nullptr, reason, nullptr), reason < 4 ? TRUE : FALSE) << reason;
     }
-    EXPECT_EQ(DrvDocumentProperties(nullptr, Printer(), name_.data(), &output_.publicPart, nullptr, 0), 4088);
-    EXPECT_EQ(DrvAdvancedDocumentProperties(nullptr, nullptr, nullptr, nullptr, nullptr), 10);
-    EXPECT_EQ(DevQueryPrintEx(nullptr), TRUE);
-    EXPECT_EQ(DrvUpgradePrinter(1, nullptr), TRUE);
-    for (const INT event : {-1, 1, 2, 3, 4, 5}) {
-        EXPECT_EQ(DrvPrinterEvent(name_.data(), event, 0, 0), TRUE) << event;
+}
+
+TEST_F(Exports, AnswerWithoutTheirArguments) {
+    EXPECT_EQ(DrvDocumentPropertySheets(nullptr, 0), 0);
+    EXPECT_EQ(DrvDevicePropertySheets(nullptr, 0), 0);
+    PROPSHEETUI_INFO info = {};
+    for (const WORD reason : {PROPSHEETUI_REASON_INIT, PROPSHEETUI_REASON_DESTROY, PROPSHEETUI_REASON_SET_RESULT}) {
+        info.Reason = reason;
+        EXPECT_EQ(DrvDevicePropertySheets(&info, 0), reason == PROPSHEETUI_REASON_INIT ? 0 : 1) << reason;
     }
+    for (const INT event : {1, 2, 3, 4, 5}) {
+        EXPECT_EQ(DrvPrinterEvent(nullptr, event, 0, 0), event == PRINTER_EVENT_INITIALIZE ? FALSE : TRUE) << event;
+    }
+    EXPECT_EQ(GuiStartSheet(nullptr, nullptr), GuiEndJob(nullptr, nullptr, nullptr, nullptr));
+    EXPECT_NE(GuiStartJob(nullptr, nullptr, nullptr, nullptr), GuiStartSheet(nullptr, nullptr));
 }
 
 TEST_F(Exports, DocumentSheetsWithPromptBuildTheDeviceMode) {
@@ -58,19 +66,6 @@ TEST_F(Exports, DocumentSheetsWithPromptBuildTheDeviceMode) {
         info.Reason = PROPSHEETUI_REASON_DESTROY;
         EXPECT_EQ(DrvDocumentPropertySheets(&info, 0), 1);
     }
-}
-
-TEST_F(Exports, Conversion) {
-    const auto convert = [this](WideText name, LONG* size) {
-        return DrvConvertDevMode(name.data(), nullptr, &output_.publicPart, size, 0) ? 0 : GetLastError();
-    };
-    LONG needed = 220;
-    EXPECT_EQ(convert(name_, nullptr), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(convert(name_, &needed), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    EXPECT_EQ(needed, 4088);
-    EXPECT_EQ(convert(u"Unknown", &needed), DWORD{ERROR_INVALID_PRINTER_NAME});
-    EXPECT_TRUE(convert(name_, &needed) == 0 && GetLastError() == ERROR_SUCCESS);
-    EXPECT_EQ(DifferenceLines(default_, output_), Texts());
 }
 
 }  // namespace

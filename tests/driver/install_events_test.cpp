@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-#include "driver/devmode/default_devmode.h"
 #include "driver/entry/stored_devmode.h"
 #include "driver/settings/custom_sizes.h"
-#include "driver/settings/device_info.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
 #include "platform/spooler/state.h"
@@ -20,11 +18,6 @@ using namespace driver_test;  // NOLINT(google-build-using-namespace): the test 
 constexpr const char* kCustomSizes =
     "[CustomSizes]\r\nNumCustomSizes=2\r\nCustomName0=One\r\nCustomWidth0=10008\r\nCustomLength0=20009\r\n"
     "CustomMetric0=1\r\nCustomName1=Two\r\nCustomWidth1=30000\r\nCustomLength1=50000\r\nCustomMetric1=1\r\n";
-
-constexpr const char* kWatermark =
-    "[Watermarks]\r\nLanguage=ENUS\r\nNumWatermarks=1\r\nWMString0=Sample\r\nWMType0=1\r\nWMAngle0=450\r\nWMFace0="
-    "Arial\r\n"
-    "WMBold0=0\r\nWMItalic0=0\r\nWMSize0=72\r\nWMColor0=007070FF\r\nWMOutline0=0\r\n";
 
 std::string Words(std::initializer_list<int> words) {
     std::string bytes;
@@ -321,99 +314,20 @@ TEST_F(InstallEvents, FormsOfOwnPapersAndCustomSizes) {
     EXPECT_EQ(GetData(Printer(), u"PaperSizes"),
               Words({300, 1016, 1524, 301, 1016, 1524, 500, 1100, 2000, 448, 1000, 2000, 449, 3000, 5000}));
     EXPECT_EQ(LoadCustomSizes(kPrinterName).count, 2);
+    // The file has no watermarks, so they have the built-in one.
+    const WatermarkList watermarks = LoadWatermarkList(kPrinterName);
+    ASSERT_EQ(watermarks.count, 1);
+    EXPECT_EQ(ToText(watermarks.records.Get()[0].text), "Draft");
 }
 
-TEST_F(InstallEvents, WatermarksOfTheDriverOrBuiltInOnes) {
-    const struct {
-        std::string iniFile;
-        Texts names;
-    } cases[] = {{kWatermark, {"Sample"}}, {"[Watermarks]\r\nNumWatermarks=0\r\n", {"Draft"}}};
-    int number = 0;
-    for (const auto& c : cases) {
-        DriverPackage package = PackageWith(SmallModel(kPdlPcl6), "", c.iniFile);
-        package.driverName += static_cast<WCHAR>(u'0' + number++);
-        const WideText printer = u"Printer of " + package.driverName;
-        InstallPrinter(package, printer);
-        ASSERT_TRUE(OnInitialize(printer.c_str()));
-        WCHAR path[MAX_PATH];
-        ASSERT_TRUE(GetSettingsFilePath(printer.c_str(), path, ARRAYSIZE(path)));
-        const WatermarkList list = ReadWatermarkList(path);
-        Texts names;
-        for (size_t i = 0; i < list.count; ++i) {
-            names.push_back(ToText(list.records.Get()[i].text));
-        }
-        EXPECT_EQ(names, c.names);
-    }
-}
-
-TEST_F(InstallEvents, PrintProcessorOfImageModels) {
-    DriverPackage package = PackageWith(SmallModel(kPdlPcl6), "");
-    package.dependent.push_back({u"kv62ppr.x64.dll", ""});
-    package.dependent.push_back({u"kv62ppr.dll", ""});
-    Install(package);
-    const auto selected = [this] { return ToText(GetPrinterInfo2(Printer())->pPrintProcessor); };
-    ASSERT_TRUE(OnInitialize(kPrinterName));
-    EXPECT_EQ(selected(), "winprint");
-    Describe(SmallModel(kPdlImage));
-    WriteDriveFile(u"C:\\Windows\\System32\\spool\\prtprocs\\x64\\KV62PPR.DLL", "processor");
-    for (int i = 0; i < 2; ++i) {
-        ASSERT_TRUE(OnInitialize(kPrinterName));
-        EXPECT_EQ(selected(), "KV62PPR");
-        EXPECT_EQ(host::CallsSoFar("AddPrintProcessorW"), 1u);
-    }
-    ASSERT_TRUE(host::FindPrintProcessor(u"KV62PPR"));
-    EXPECT_EQ(host::FindPrintProcessor(u"KV62PPR")->file, u"KV62PPR.DLL");
-    // Another printer of the driver: the processor is there.
-    InstallPrinter(package, u"Second");
-    Describe(SmallModel(kPdlImage));
-    ASSERT_TRUE(OnInitialize(u"Second"));
-    EXPECT_EQ(host::CallsSoFar("AddPrintProcessorW"), 1u);
-    EXPECT_EQ(ToText(GetPrinterInfo2(OpenWithAllAccess(u"Second").Get())->pPrintProcessor), "KV62PPR");
-}
-
-TEST_F(InstallEvents, DefaultDeviceModeBecomesThePrinters) {
+TEST_F(InstallEvents, ThePrintersDeviceModeTellsWhereTheFontsAre) {
     DescriptionBuilder builder = SmallModel(kPdlPcl5);
     builder.AddFont("font");
     Install(PackageWith(builder, "data"));
     ASSERT_TRUE(OnInitialize(kPrinterName));
     VelmoraDevMode stored;
-    VelmoraDevMode built;
     EXPECT_EQ(GetPrinterDevMode(Printer(), &stored), 1);
-    BuildDefaultDevMode(Printer(), kPrinterName, &built);
-    EXPECT_EQ(ValueOf(stored.privatePart.mediaIndex), ValueOf(built.privatePart.mediaIndex));
-    // It tells where the fonts were appended.
     EXPECT_EQ(DataFile().substr(stored.privatePart.fontDataOffset), "font");
-}
-
-// On systems of version 4 the printer's data lists the computers that installed the connection.
-TEST_F(InstallEvents, ConnectionsAreListed) {
-    Install(PackageWith(SmallModel(kPdlPcl6), ""));
-    const auto listed = [this] { return GetData(Printer(), u"VMNetworkInstall"); };
-    const auto list = [](const WideText& names) {
-        const WideText multi = names + u'\0';
-        return std::string(reinterpret_cast<const char*>(multi.data()), multi.size() * sizeof(WCHAR));
-    };
-    using namespace std::string_literals;  // NOLINT(google-build-using-namespace): texts with zeros in them
-    OnAddConnection(kPrinterName);
-    EXPECT_FALSE(listed());
-    machine_.SetSystemVersion(4, 0);
-    keptOpen_ = {"semaphore Test Printer", "semaphore Test Printer"};
-    OnAddConnection(kPrinterName);
-    EXPECT_EQ(listed(), list(u"VELMORA-PC\0"s));
-    OnDeleteConnection(kPrinterName);
-    EXPECT_FALSE(listed());
-    const std::string others = list(u"A\0B\0"s);
-    SetData(Printer(), u"VMNetworkInstall", REG_MULTI_SZ, others.data(), others.size());
-    OnAddConnection(kPrinterName);
-    keptOpen_.push_back(keptOpen_[0]);
-    OnAddConnection(kPrinterName);
-    EXPECT_EQ(listed(), list(u"A\0B\0VELMORA-PC\0VELMORA-PC\0"s));
-    machine_.SetSystemVersion(10, 0);
-    OnDeleteConnection(kPrinterName);
-    EXPECT_EQ(listed(), list(u"A\0B\0VELMORA-PC\0VELMORA-PC\0"s));
-    machine_.SetSystemVersion(4, 0);
-    OnDeleteConnection(kPrinterName);
-    EXPECT_EQ(listed(), others);
 }
 
 // A connection's own copy of the printer data file gets the data where it has none yet.
@@ -439,37 +353,6 @@ TEST_F(InstallEvents, ConnectionsAppendToTheirDataFile) {
         EXPECT_TRUE(DataFile() == (c.appends ? "base" + patterns : "base"));
         EXPECT_NE(CurrentSettingsFile()[0], 0);
     }
-}
-
-// Settings files and the rendered files that they list go with the connection, and with the printer from every profile.
-TEST_F(InstallEvents, StoredSettingsAreRemoved) {
-    Install(PackageWith(SmallModel(kPdlPcl6), ""));
-    SetString(Printer(), u"Settings", u"S.ini");
-    const auto profile = [](const WideText& user) {
-        return u"C:\\Users\\" + user + u"\\Application Data\\Kestranix Inc.\\Velmora Test\\";
-    };
-    WCHAR path[MAX_PATH];
-    ASSERT_TRUE(GetSettingsFilePath(kPrinterName, path, ARRAYSIZE(path)));
-    const auto write = [](const WideText& file, const std::string& mark) {
-        WriteDriveFile(u"C:\\Marks\\" + WideText(mark.begin(), mark.end()), "rendered");
-        WriteDriveFile(file, std::string(kWatermark) + "WMFileName0=C:\\Marks\\" + mark +
-                                 "\r\nWMResolution0=600\r\nWMWidth0=1\r\nWMHeight0=1\r\n");
-    };
-    write(path, "own.wm");
-    write(profile(u"A") + u"S.ini", "a.wm");
-    write(profile(u"B") + u"S.ini", "b.wm");
-    write(profile(u"B") + u"OTHER.ini", "other.wm");
-    OnDeleteConnection(kPrinterName);
-    EXPECT_FALSE(DriveFileExists(path));
-    EXPECT_FALSE(DriveFileExists(u"C:\\Marks\\own.wm"));
-    EXPECT_TRUE(DriveFileExists(profile(u"A") + u"S.ini"));
-    OnDelete(kPrinterName);
-    for (const WideText& file : {profile(u"A") + u"S.ini", profile(u"B") + u"S.ini", WideText(u"C:\\Marks\\a.wm"),
-                                 WideText(u"C:\\Marks\\b.wm")}) {
-        EXPECT_FALSE(DriveFileExists(file)) << ToText(file);
-    }
-    EXPECT_TRUE(DriveFileExists(profile(u"B") + u"OTHER.ini"));
-    EXPECT_TRUE(DriveFileExists(u"C:\\Marks\\other.wm"));
 }
 
 }  // namespace

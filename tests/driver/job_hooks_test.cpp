@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/entry/stored_devmode.h"
 #include "tests/driver/changed_devmode.h"
@@ -22,11 +21,6 @@ class JobHooks : public MachineTest {
         Install(builder.Build());
         BuildDefaultDevMode(Printer(), kPrinterName, &default_);
         record_.printerName = kPrinterName;
-    }
-    void UseText() {
-        DescriptionBuilder builder = JobModel(kPdlImage);
-        builder.fields.descriptionFlags = kDescriptionsAreText;
-        Use(builder);
     }
 
     // A hook's block in a buffer of this size, of which it tells the need in `size_`.
@@ -88,24 +82,6 @@ TEST_F(JobHooks, AJobOfCommandLines) {
     EXPECT_EQ(block_[0], 0);
 }
 
-TEST_F(JobHooks, AJobOfDescriptions) {
-    UseText();
-    const WideText name = u"Job";
-    record_.jobName = name.c_str();
-    const auto namesJob = [this] { return block_.find("jobName=Job") != std::string::npos; };
-    EXPECT_EQ(Start(&default_, 0), kJobBlockTooLarge);
-    EXPECT_EQ(Start(&default_, size_), kJobDone);
-    EXPECT_TRUE(namesJob());
-    EXPECT_EQ(Sheet(&default_, 0), kJobBlockTooLarge);
-    const DWORD needed = ValueOf(record_.sheetSize);
-    EXPECT_EQ(Sheet(&default_, needed), kJobDone);
-    EXPECT_TRUE(block_.starts_with("modelName=") && !namesJob());
-    EXPECT_EQ(End(&default_, 0), kJobBlockTooLarge);
-    EXPECT_EQ(size_, needed);
-    EXPECT_EQ(End(&default_, needed), kJobDone);
-    EXPECT_TRUE(block_.starts_with("modelName=") && !namesJob());
-}
-
 // The record form tells the renderer's flag to the caller's device mode.
 TEST_F(JobHooks, AJobOfRecords) {
     Use(JobModel(kPdlImage));
@@ -128,72 +104,6 @@ TEST_F(JobHooks, NoDeviceModeStandsForThePrinters) {
         EXPECT_EQ(block_.c_str(), expected + kFeatures);
         EXPECT_EQ(Sheet(nullptr, 0), kJobDone);
         EXPECT_EQ(End(nullptr, 500), kJobDone);
-    }
-}
-
-// What can't be repaired is replaced where it stands by the printer's own device mode: the private part, or all.
-TEST_F(JobHooks, EachHookRepairsTheDeviceMode) {
-    Use(JobModel(kPdlPcl6));
-    VelmoraDevMode stored = With(default_, "dmCopies=3 mediaIndex=2");
-    ASSERT_TRUE(SetPrinterDevMode(Printer(), &stored.publicPart));
-    ASSERT_EQ(GetPrinterDevMode(Printer(), &stored), 1);
-    struct Case {
-        const char* settings;
-        int16_t copies;
-        int16_t medium;
-    };
-    const Case cases[] = {
-        {"dmCopies=5 mediaIndex=1", 5, 1},
-        {"dmCopies=5 mediaIndex=1 dmSpecVersion=0", 3, 2},
-        {"dmCopies=5 mediaIndex=1 privateSignature=0", 5, 2},
-        {"dmCopies=0 mediaIndex=1", 1, 1},  // a value that is repaired
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.settings);
-        const auto check = [&](const VelmoraDevMode& devMode) {
-            EXPECT_EQ(ValueOf(devMode.publicPart.dmCopies), c.copies);
-            EXPECT_EQ(ValueOf(devMode.privatePart.mediaIndex), c.medium);
-            EXPECT_EQ(ValueOf(devMode.privatePart.privateSignature), kPrivateSignature);
-        };
-        VelmoraDevMode devMode = With(default_, c.settings);
-        EXPECT_EQ(Start(&devMode, 500), kJobDone);
-        check(devMode);
-        devMode = With(default_, c.settings);
-        EXPECT_EQ(Sheet(&devMode, 0), kJobDone);
-        check(devMode);
-        devMode = With(default_, c.settings);
-        EXPECT_EQ(End(&devMode, 500), kJobDone);
-        check(devMode);
-    }
-}
-
-// Blocks that are empty or nothing but a header.
-TEST_F(JobHooks, PostScriptWithoutJobNameAndXps) {
-    Use(JobModel(kPdlPostScript));
-    VelmoraDevMode devMode = With(default_, "noJobName=1");
-    EXPECT_EQ(Start(&devMode, 16), kJobBlockTooLarge);
-    EXPECT_EQ(Start(&devMode, size_), kJobDone);
-    EXPECT_STREQ(block_.c_str(), "%!PS-Adobe-3.0\r\n");
-    EXPECT_EQ(End(&devMode, 0), kJobDone);
-    EXPECT_EQ(size_, 0u);
-    Describe(JobModel(kPdlXps));
-    EXPECT_EQ(Start(&default_, 500), kJobDone);
-    EXPECT_EQ(End(&default_, 0), kJobDone);
-    EXPECT_EQ(size_, 0u);
-}
-
-TEST_F(JobHooks, PromptAndUnknownPrinter) {
-    Use(JobModel(kPdlPcl6));
-    record_.promptFlag = 1;
-    record_.jobState = &size_;
-    size_ = 500;
-    EXPECT_EQ(StartJob(&default_, nullptr, &size_, &record_), kJobPrompted);
-    EXPECT_EQ(size_, 0u);
-    EXPECT_FALSE(IsStarted());
-    for (const WCHAR* name : {TEXT("Unknown"), static_cast<const WCHAR*>(nullptr)}) {
-        record_.printerName = name;
-        EXPECT_EQ(Start(&default_, 500), kJobImpossible);
-        EXPECT_FALSE(IsStarted());
     }
 }
 

@@ -8,7 +8,6 @@
 #include "tests/driver/built_modules.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/module_resources.h"
-#include "tests/driver/resource_file.h"
 
 namespace velmora {
 namespace {
@@ -69,17 +68,6 @@ std::vector<std::string> Differences(const std::string& module, const std::strin
         }
     }
     return lines;
-}
-
-TEST(LanguageModules, DifferencesAreTold) {
-    const std::string model = StringModule({{7, u"%d of 100%%"}, {8, u"Eight"}, {40, u"%s: %5.1f"}});
-    EXPECT_EQ(Differences(model, model), std::vector<std::string>());
-    EXPECT_EQ(Differences(StringModule({{7, u"100 % von %d"}, {8, u""}, {40, u"%5.1f: %s"}, {41, u"More"}}), model),
-              (std::vector<std::string>{"string 40 has the formats \"%5.1f %s\" for \"%s %5.1f\"",
-                                        "string 7 has the "
-                                        "formats \"% v %d\" for \"%d\"",
-                                        "string 8 is missing", "string 41 is in this module only"}));
-    EXPECT_EQ(Differences(VersionedFile(u"1.0"), VersionedFile(u"2.0")), std::vector<std::string>());
 }
 
 TEST(LanguageModules, HoldTheSameResources) {

@@ -3,7 +3,7 @@
 #include <winspool.h>
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 #include "platform/kernel/drive.h"
@@ -123,7 +123,9 @@ void WriteDriveFile(const WideText& path, const std::string& bytes) {
 
 std::string ReadDriveFile(const WideText& path) {
     std::ifstream stream(DrivePath(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
 }
 
 bool DriveFileExists(const WideText& path) {

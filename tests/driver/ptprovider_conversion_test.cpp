@@ -1,10 +1,14 @@
 // What print tickets say and device modes hold, case by case: reading, writing, completing, listing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "driver/base/text.h"
+#include "driver/settings/settings_folder.h"
+#include "driver/settings/watermark_list.h"
 #include "tests/driver/changed_devmode.h"
 #include "tests/driver/description_builder.h"
 #include "tests/driver/machine.h"
@@ -234,13 +238,10 @@ class Conversions : public testing::Test {
     }
     VelmoraDevMode Base(const std::string& settings) const { return With(printer_->Default(), settings); }
 
-    // What a ticket's text changes in the default device mode with these settings.
-    std::string ReadText(const std::string& text, const std::string& settings = "") const {
-        const VelmoraDevMode base = Base(settings);
-        return ChangedValues(base, printer_->Read(LoadTicket(text), base));
-    }
+    // What a ticket changes in the default device mode with these settings.
     std::string Read(const std::string& content, const std::string& settings = "") const {
-        return ReadText(TicketText(content), settings);
+        const VelmoraDevMode base = Base(settings);
+        return ChangedValues(base, printer_->Read(LoadTicket(TicketText(content)), base));
     }
     Lines Write(const std::string& settings, ConversionMode mode = ConversionMode::kTicket) const {
         const auto ticket = printer_->Write(Base(settings), mode);
@@ -295,6 +296,14 @@ TEST_F(Conversions, ReadPlainOptions) {
         {Choice("psk:PageOrientation", "psk:landscape"), "", ""},
         {Feature("psk:PageOrientation", ""), "", ""},
         {Feature("psk:PageOrientation", Option("")), "", ""},
+        // A prefix that nothing binds, features outside of the framework or of the keywords; of two the first counts.
+        {Choice("psk:PageOrientation", "x:Landscape"), "", ""},
+        {Choice("PageOrientation", "psk:Landscape"), "", ""},
+        {"<Feature name='psk:PageOrientation'>" + Option("psk:Landscape") + "</Feature>", "", ""},
+        {"<psf:Feature xmlns:v='u:v' name='v:PageOrientation'>" + Option("psk:Landscape") + "</psf:Feature>", "", ""},
+        {Feature("psk:JobPageOrder", Option("psk:Reverse") + Option("psk:Standard")) +
+             Choice("psk:JobPageOrder", "psk:Standard"),
+         "", "pageOrderFlags=1"},
         {Choice("psk:JobPageOrder", "psk:Standard"), "pageOrderFlags=64", "pageOrderFlags=0"},
         {Choice("psk:PageICMRenderingIntent", "psk:RelativeColorimetric"), "", "dmICMIntent=3"},
         {Choice("psk:PageTrueTypeFontMode", "psk:Automatic"), "trueTypeMode=0", "trueTypeMode=32767"},
@@ -587,6 +596,7 @@ TEST_F(Conversions, WriteWhatTheDeviceModeSelects) {
           "DocumentBinding(kxp:JapaneseBooklet(BindingGutter(->DocumentBindingGutter)"
           " kxp:SignaturePages(->kxp:DocumentBookletSignaturePages)))",
           "DocumentBindingGutter(12700)", "kxp:DocumentBookletSignaturePages(8)"}},
+        {"gutterShiftX=-600", {"DocumentBinding(BindRight(BindingGutter(->DocumentBindingGutter)))"}},
         {"dmOrientation=2 gutterShiftX=-600",
          {"DocumentBinding(BindBottom(BindingGutter(->DocumentBindingGutter)))", "DocumentBindingGutter(25400)"}},
         {"",
@@ -598,6 +608,10 @@ TEST_F(Conversions, WriteWhatTheDeviceModeSelects) {
          {"kxp:DocumentCoverFront(kxp:BlankCover kxp:MediaSize(kxp:UsePageMediaSize) kxp:MediaType(oem:Gloss)"
           " kxp:InputBin(oem:Tray7(kxp:SelectionIndex(1))))"}},
         {"interleaveMode=0", {"kxp:DocumentInterleaves(kxp:NoInterleaves)"}},
+        {"overlayMode=1",
+         {R"(kxp:DocumentOverlay(kxp:Create(kxp:Directory(C:\u005CUsers\u005CUser\u005CAppData\u005CRoaming\u005CKestranix)"
+          R"( Inc.\u005CVelmora Test) kxp:FileExtension(ovl) kxp:Name(->kxp:DocumentOverlayName))))",
+          "kxp:DocumentOverlayName"}},
         {"featureSelection=1", {"kxp:Fold(oem:Half)", "oem:Account(*(oem:UserInput(->oem:AccountUserInput)))"}},
         {"colorModeIndex=1", {"oem:DocumentColorCorrection(oem:ColorCorrectionPreset_1)"}},
         {"colorModeIndex=2 textColorOptions=3",
@@ -607,6 +621,59 @@ TEST_F(Conversions, WriteWhatTheDeviceModeSelects) {
           " oem:TextColorCorrectionFeature_2(oem:TextColorCorrectionOption_0)) oem:GeneralColorCorrection("
           "oem:GeneralColorCorrectionFeature_0(oem:GeneralColorCorrectionOption_0))))"}},
     });
+}
+
+TEST_F(Conversions, WriteWatermarks) {
+    Use(TicketModel(kPdlPcl6));
+    VelmoraDevMode devMode = Base(
+        "watermarkFlags=5 watermarkFontSize=9 watermarkAngle=455 watermarkPages=2 watermarkPosition=2"
+        " watermarkColor=255");
+    devMode.privatePart.watermarkText[0] = 'D';
+    devMode.privatePart.watermarkFont[0] = 'F';
+    const Lines lines(printer_->Write(devMode));
+    EXPECT_EQ(lines.Of("PageWatermark"),
+              "PageWatermark(Text(Text(->PageWatermarkTextText) kxp:Font(->kxp:PageWatermarkTextFont)"
+              " kxp:Outline(->kxp:PageWatermarkTextOutline) kxp:Bold(->kxp:PageWatermarkTextBold)"
+              " kxp:Italic(->kxp:PageWatermarkTextItalic) FontSize(->PageWatermarkTextFontSize)"
+              " Angle(->PageWatermarkTextAngle) FontColor(->PageWatermarkTextColor)"
+              " Transparency(->PageWatermarkTransparency) kxp:RightToLeft(->kxp:PageWatermarkTextRightToLeft))"
+              " kxp:Placement(kxp:Top(kxp:OffsetWidth(->kxp:PageWatermarkPlacementOffsetWidth)"
+              " kxp:OffsetHeight(->kxp:PageWatermarkPlacementOffsetHeight))) Layering(Underlay)"
+              " kxp:Usage(kxp:FirstPageOnly))\n");
+    EXPECT_EQ(lines.Of("PageWatermarkTextText") + lines.Of("PageWatermarkTextAngle") +
+                  lines.Of("PageWatermarkTextColor") + lines.Of("PageWatermarkTransparency"),
+              "PageWatermarkTextText(D)\nPageWatermarkTextAngle(45)\nPageWatermarkTextColor(16711680)\n"
+              "PageWatermarkTransparency(0)\n");
+
+    devMode = Base("watermarkFlags=2 watermarkPosition=1");
+    devMode.privatePart.watermarkFile[0] = 'C';
+    EXPECT_EQ(Lines(printer_->Write(devMode)).Of("PageWatermark").substr(0, 62),
+              "PageWatermark(kxp:Image(kxp:File(->kxp:PageWatermarkImageFile)");
+}
+
+TEST_F(Conversions, WriteFeaturesEmptyThatNoOptionStandsFor) {
+    Use(TicketModel(kPdlPcl6, kColor));
+    const struct {
+        const char* settings;
+        const char* line;
+    } rows[] = {
+        {"dmPaperSize=11 scaleMode=1024",
+         "PageMediaSize(CustomMediaSize(MediaSizeWidth(->PageMediaSizeMediaSizeWidth)"
+         " MediaSizeHeight(->PageMediaSizeMediaSizeHeight)))"},
+        {"dmDefaultSource=1028", "JobInputBin"},
+        {"dmPrintQuality=300 dmYResolution=300", "PageResolution"},
+        {"pageOrderFlags=64", "JobPageOrder"},
+        {"pagesPerSheet=12 layoutMode=3", "DocumentNUp(PresentationDirection(RightBottom) kxp:NUpBorders)"},
+        {"scaleMode=1024", "PageScaling(ScaleOffsetAlignment)"},
+        {"dmICMIntent=0", "PageICMRenderingIntent"},
+        {"marginMode=2", "PageBorderless"},
+        {"overlayMode=9", "kxp:DocumentOverlay(kxp:Overlay kxp:Layering(kxp:Overlay))"},
+        {"featureSelection=2", "kxp:Fold"},
+    };
+    for (const auto& row : rows) {
+        const std::string line = row.line;
+        EXPECT_EQ(Lines(printer_->Write(Base(row.settings))).Of(line.substr(0, line.find('('))), line + "\n");
+    }
 }
 
 TEST_F(Conversions, WriteNothingOfFieldsThatArentInUse) {
@@ -752,6 +819,86 @@ TEST_F(Conversions, TakeOverPageExceptions) {
     }
 }
 
+// Tickets tell a stored watermark's values; which one it is stays what the device mode says.
+TEST_F(Conversions, TakeOverWatermarkExceptions) {
+    Use(TicketModel(kPdlImage));
+    PrepareSettingsFile(kPrinterName);
+    WatermarkRecord stored[2];
+    for (WatermarkRecord& watermark : stored) {
+        MakeBlankWatermark(&watermark);
+        watermark.text[0] = 'W';
+    }
+    stored[0].type = kTextWatermark;
+    stored[0].style.bold = stored[0].style.outline = 1;
+    stored[0].style.color = 0x0000FF;
+    stored[0].angle = 305;
+    stored[0].placement = 7;
+    stored[0].positionX = 12;
+    stored[0].positionY = -3;
+    stored[1].type = kImageWatermark;
+    CopyText<WCHAR>(stored[1].imageName, ARRAYSIZE(stored[1].imageName), TEXT("logo.bmp"));
+    stored[1].scaleX = 50;
+    stored[1].scaleY = 60;
+    stored[1].placement = 99;
+    SaveWatermarkList(kPrinterName, stored, ARRAYSIZE(stored));
+
+    const std::string prefix = "kxp:DocumentWatermarkException";
+    const auto scored = [&](const std::string& property, const std::string& parameter) {
+        return "kxp:" + property + "(->" + prefix + parameter + "2)";
+    };
+    const auto rest = [&](const std::string& placement, const std::string& layer) {
+        return " kxp:Placement(kxp:" + placement + "(" + scored("OffsetWidth", "PlacementOffsetWidth") + " " +
+               scored("OffsetHeight", "PlacementOffsetHeight") + ")) kxp:Layering(kxp:" + layer +
+               ") kxp:ExceptionUsage(kxp:EvenPages))\n";
+    };
+    const struct {
+        ExceptionRecord slot;
+        std::string line;
+        std::string values;
+    } rows[] = {
+        {{40, kWatermarkException, kEvenPages, 0, 0, 0, 1, {}, 0},
+         prefix + "2(kxp:Text(" + scored("Text", "TextText") + " " + scored("Font", "TextFont") + " " +
+             scored("FontSize", "TextFontSize") + " " + scored("Angle", "TextAngle") + " " +
+             scored("FontColor", "TextColor") + " " + scored("Bold", "TextBold") + " " +
+             scored("Italic", "TextItalic") + " " + scored("Outline", "TextOutline") + " " +
+             scored("RightToLeft", "TextRightToLeft") + " " + scored("Transparency", "Transparency") + ")" +
+             rest("TopRight", "Underlay"),
+         "TextText2(W) TextFont2(Arial) TextFontSize2(72) TextAngle2(30) TextColor2(-65536) TextOutline2(1)"
+         " TextBold2(1) TextItalic2(0) TextRightToLeft2(0) Transparency2(0) PlacementOffsetWidth2(1200)"
+         " PlacementOffsetHeight2(-300) "},
+        {{40, kWatermarkException, kEvenPages, 0, 0, 0, 0, {}, 1},
+         prefix + "2(kxp:Image(" + scored("File", "ImageFile") + " " + scored("ScaleWidth", "ImageScaleWidth") + " " +
+             scored("ScaleHeight", "ImageScaleHeight") + " " + scored("Transparency", "Transparency") + ")" +
+             rest("Center", "Overlay"),
+         "ImageFile2(logo.bmp) ImageScaleWidth2(50) ImageScaleHeight2(60) Transparency2(0) PlacementOffsetWidth2(0)"
+         " PlacementOffsetHeight2(0) "},
+        {{40, kWatermarkException, kEvenPages, 0, 0, 0, 0, {}, 2}, "", ""},
+    };
+    for (const auto& row : rows) {
+        WorkingDevMode working;
+        printer_->Prepare(printer_->Default(), &working);
+        working.exceptions[1] = row.slot;
+        const auto ticket = LoadTicket(TicketText(""));
+        printer_->Write(working, ticket);
+        const Lines lines(ticket);
+        EXPECT_EQ(lines.Of(prefix + "2"), row.line);
+        std::string values;
+        for (const char* const name :
+             {"TextText", "TextFont", "TextFontSize", "TextAngle", "TextColor", "TextOutline", "TextBold", "TextItalic",
+              "TextRightToLeft", "ImageFile", "ImageScaleWidth", "ImageScaleHeight", "Transparency",
+              "PlacementOffsetWidth", "PlacementOffsetHeight"}) {
+            std::string line = lines.Of(prefix + name + "2");
+            std::ranges::replace(line, '\n', ' ');
+            values += line.erase(0, prefix.size());
+        }
+        EXPECT_EQ(values, row.values);
+
+        printer_->Read(ticket, &working);
+        EXPECT_EQ(SlotsOf(working),
+                  row.line.empty() ? "" : "2 6 2 0 0 0 " + std::to_string(row.slot.underlay) + " :\n");
+    }
+}
+
 TEST_F(Conversions, ReadPageExceptions) {
     Use(TicketModel(kPdlImage));
     const std::string media = Choice("kxp:MediaType", "psk:Plain") + Choice("kxp:InputBin", "oem:Tray7");
@@ -771,6 +918,12 @@ TEST_F(Conversions, ReadPageExceptions) {
                  Option("kxp:BeforeExceptionPages") + Choice("kxp:MediaSize", "kxp:UsePageMediaSize") + media),
          "1 2 0 65535 1 7 0 :\n"},
         {Feature("kxp:DocumentBlankSheetException1", Choice("kxp:MediaSize", "kxp:UsePageMediaSize") + media), ""},
+        {Feature("kxp:DocumentBlankSheetException1",
+                 Option("kxp:AfterExceptionPages") +
+                     Feature("kxp:MediaSize", Option("psk:ISOA4", Scored("kxp:MediaSizeWidth", "210000") +
+                                                                      Scored("kxp:MediaSizeHeight", "297000"))) +
+                     media),
+         "1 3 0 9 1 7 0 :\n"},
         {Feature("kxp:DocumentOverlayException1",
                  OverlayFile("kxp:Overlay", "C:\\A\\LONGERTHAN13CHARS") + Choice("kxp:Layering", "kxp:Underlay")),
          "1 5 0 0 0 0 1 LONGERTHAN13C:\n"},
@@ -868,68 +1021,6 @@ TEST_F(Conversions, ListTheImageableSize) {
     }
 }
 
-// --- Tickets as applications write them
-
-TEST_F(Conversions, ReadTicketsOfApplications) {
-    Use(TicketModel(kPdlPcl6, kColor));
-    const struct {
-        const char* ticket;
-        const char* changes;
-    } rows[] = {
-        // The .NET classes: declarations in another order, values with their types.
-        {R"(<?xml version="1.0" encoding="UTF-16"?><psf:PrintTicket
-            xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
-            xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema"
-            version="1" xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords">
-            <psf:Feature name="psk:PageMediaSize"><psf:Option name="psk:NorthAmericaLetter">
-            <psf:ScoredProperty name="psk:MediaSizeWidth"><psf:Value xsi:type="xsd:integer">215900</psf:Value>
-            </psf:ScoredProperty><psf:ScoredProperty name="psk:MediaSizeHeight">
-            <psf:Value xsi:type="xsd:integer">279400</psf:Value></psf:ScoredProperty></psf:Option></psf:Feature>
-            <psf:Feature name="psk:JobDuplexAllDocumentsContiguously"><psf:Option name="psk:TwoSidedLongEdge"/>
-            </psf:Feature><psf:Feature name="psk:PageOrientation"><psf:Option name="psk:Landscape"/></psf:Feature>
-            <psf:ParameterInit name="psk:JobCopiesAllDocuments"><psf:Value xsi:type="xsd:integer">3</psf:Value>
-            </psf:ParameterInit></psf:PrintTicket>)",
-         "dmOrientation=2 dmPaperSize=1 dmPaperLength=2794 dmPaperWidth=2159 dmCopies=3 dmDuplex=2"},
-        // An XPS document's page: another prefix for the framework, one namespace under two prefixes.
-        {R"(<f:PrintTicket xmlns:f="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
-            xmlns:k="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords"
-            xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords" version="1">
-            <f:Feature name="k:PageOrientation"><f:Option name="psk:Landscape"/></f:Feature>
-            <f:Feature name="psk:PageOutputColor"><f:Option name="k:Grayscale"/></f:Feature></f:PrintTicket>)",
-         "dmOrientation=2 dmColor=1"},
-        // The print dialog: the framework as default namespace, options with the names as properties, blanks between.
-        {R"(<PrintTicket xmlns="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
-            xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords" version="1">
-              <!-- chosen -->
-              <Feature name="psk:PageOrientation"><Property name="SelectionType"><Value>psk:PickOne</Value></Property>
-                <Option><ScoredProperty name="psk:OptionName"><Value>psk:Landscape</Value></ScoredProperty></Option></Feature>
-              <ParameterInit name="psk:PageCopies"><Value>2</Value></ParameterInit>
-            </PrintTicket>)",
-         "dmOrientation=2 dmCopies=2"},
-        // Another maker's namespace, unknown features, options of the maker's own; features twice: the first counts.
-        {R"(<psf:PrintTicket xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
-            xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords"
-            xmlns:v="http://vendor.example/2009" version="1"><psf:Feature name="v:PageOrientation">
-            <psf:Option name="psk:Landscape"/></psf:Feature><psf:Feature name="psk:PageHoverMode">
-            <psf:Option name="v:On"/></psf:Feature><psf:Feature name="psk:DocumentBinding"><psf:Option name="v:Coil"/>
-            </psf:Feature><psf:Feature name="psk:JobPageOrder"><psf:Option name="psk:Reverse"/>
-            <psf:Option name="psk:Standard"/></psf:Feature><psf:Feature name="psk:JobPageOrder">
-            <psf:Option name="psk:Standard"/></psf:Feature><psf:ParameterInit name="v:PageCopies">
-            <psf:Value>9</psf:Value></psf:ParameterInit></psf:PrintTicket>)",
-         "pageOrderFlags=1"},
-        // A prefix that nothing binds, and features outside of the framework's namespace.
-        {R"(<psf:PrintTicket xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
-            xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords">
-            <psf:Feature name="psk:PageOrientation"><psf:Option name="x:Landscape"/></psf:Feature>
-            <psf:Feature name="PageOrientation"><psf:Option name="psk:Landscape"/></psf:Feature>
-            <Feature name="psk:JobPageOrder"><Option name="psk:Reverse"/></Feature></psf:PrintTicket>)",
-         ""},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(ReadText(row.ticket, "dmDuplex=1"), row.changes) << row.ticket;
-    }
-}
-
 TEST_F(Conversions, ReadValuesThatAreNoNumbers) {
     Use(TicketModel(kPdlPcl6));
     CheckReads({
@@ -944,6 +1035,7 @@ TEST_F(Conversions, ReadValuesThatAreNoNumbers) {
         {Paper("psk:Any", "wide", "297000"), "", "dmPaperSize=256 dmPaperWidth=0"},
         {Scaling("CustomSquare", "99999999999"), "scaleMode=66 scaleValue=50", "scaleValue=-1"},
         {Binding("psk:BindLeft", "99999999999"), "", "gutterShiftX=50727960"},
+        {Binding("psk:BindLeft", "25399"), "", "gutterShiftX=599"},
         {Binding("psk:BindLeft", "far"), "gutterShiftX=9", "gutterShiftX=0"},
     });
 }

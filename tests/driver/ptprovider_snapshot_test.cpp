@@ -2,11 +2,9 @@
 #include "driver/ptprovider/printer_snapshot.h"
 
 #include "driver/base/text.h"
-#include "driver/devdesc/model_tables.h"
 #include "driver/ptprovider/print_schema.h"
 #include "driver/settings/settings_folder.h"
 #include "tests/driver/machine.h"
-#include "tests/driver/project_models.h"
 #include "tests/driver/resource_file.h"
 
 namespace velmora {
@@ -338,42 +336,6 @@ TEST_F(Snapshot, PooledTextsAreTheFilesTexts) {
         }
     }
 }
-
-class ProjectModelSnapshot : public ProjectModelTest {};
-
-TEST_P(ProjectModelSnapshot, IsWhole) {
-    const OwnedSnapshot owner = LoadPrinterSnapshot(printer_.Get());
-    ASSERT_TRUE(owner);
-    const PrinterSnapshot& snapshot = *owner.Get();
-    EXPECT_EQ(snapshot.papers.count, CountRecords(model_->paperTable));
-    EXPECT_EQ(snapshot.media.count, CountRecords(model_->mediaTable));
-    EXPECT_EQ(snapshot.trays.count, CountRecords(model_->binTable));
-    EXPECT_EQ(snapshot.extraKeywords.count, CountRecords(model_->extraKeywordTable));
-    EXPECT_EQ(snapshot.resolutions.count, CountRecords(model_->resolutionTable));
-    EXPECT_EQ(snapshot.extraListA.count, CountRecords(model_->extraListA));
-    EXPECT_EQ(snapshot.extraListB.count, CountRecords(model_->extraListB));
-    EXPECT_EQ(snapshot.extraListC.count, CountRecords(model_->extraListC));
-    EXPECT_EQ(snapshot.mediaColors.count, CountRecords(model_->mediaColorList));
-    EXPECT_EQ(snapshot.photoIntents.count, CountRecords(model_->photoIntentList));
-    EXPECT_EQ(snapshot.signatureOptions.count, CountRecords(model_->signatureOptionList));
-    EXPECT_EQ(snapshot.features.count, CountRecords(model_->featureTable));
-    EXPECT_EQ(snapshot.colorModes.count, CountRecords(model_->colorModeTable));
-    EXPECT_EQ(snapshot.blobSize, ReadFileHeader(file_.Get())->blobSize);
-    for (const FeatureEntry& feature : snapshot.features) {
-        for (size_t i = 0; i < feature.options.count; ++i) {
-            EXPECT_NE(snapshot.options[feature.options.first + i].displayName[0], 0) << ToText(feature.displayName);
-        }
-    }
-    for (size_t group = 0; group < std::size(kColorGroups); ++group) {
-        const ColorFeatureRecord* const records = ColorFeatures(*model_, kColorGroups[group]);
-        ASSERT_EQ(snapshot.colorFeatures[group].count, CountRecords(records));
-        for (size_t i = 0; i < snapshot.colorFeatures[group].count; ++i) {
-            EXPECT_EQ(snapshot.colorFeatures[group][i].values.count, CountColorValues(*model_, records[i]));
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Models, ProjectModelSnapshot, testing::ValuesIn(CompiledModels()), ModelName);
 
 }  // namespace
 }  // namespace velmora

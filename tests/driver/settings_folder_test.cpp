@@ -44,6 +44,11 @@ TEST_F(SettingsFolder, LiesInTheUsersApplicationData) {
     machine_.SetVariable(u"APPDATA", u"C:\\" + WideText(300, u'a'));
     machine_.SetVariable(u"USERPROFILE", u"C:\\" + WideText(250, u'u'));
     EXPECT_EQ(Folder().size(), static_cast<size_t>(MAX_PATH - 1));
+    // A file's name isn't cut, whether it is to be given or is there.
+    PrepareSettingsFile(kPrinterName);
+    EXPECT_EQ(SettingsValue(), "none");
+    SetSettingsString(Printer(), TEXT("0000ABCD.ini"));
+    EXPECT_EQ(FilePath(), "");
 }
 
 TEST_F(SettingsFolder, NamesAreCleanedCharacterByCharacter) {
@@ -73,6 +78,8 @@ TEST_F(SettingsFolder, APrinterGetsItsFileNameOnce) {
     PrepareSettingsFile(kPrinterName);
     EXPECT_EQ(ToText(CurrentSettingsFile()), path);
     EXPECT_EQ(SettingsValue(), "0000ABCD.ini");
+    PrepareSettingsFile(TEXT("Unknown"));  // nothing of another printer's is left
+    EXPECT_EQ(ToText(CurrentSettingsFile()), "");
 }
 
 // The search for a free name ends when there is none among the numbers tried.

@@ -306,22 +306,24 @@ TEST_F(Watermarks, RenderedFilesGoWithWhatTheyShow) {
     const WatermarkList list = LoadIn(LANG_ENGLISH);
     WatermarkRecord own = TextMark(TEXT("Own"));
     SetRendered(&list.records.Get()[1], TEXT("C:\\r\\1.wm"), TEXT("C:\\r\\1.cwm"));
+    SetRendered(&list.records.Get()[7], TEXT(""), TEXT("C:\\r\\7.cwm"));
     SetRendered(&own, TEXT("C:\\r\\own.wm"), TEXT("C:\\r\\own.cwm"));
     list.records.Get()[8] = own;
     SaveWatermarkList(kPrinterName, list.records.Get(), 9);
-    const auto existing = [] {
+    const WideText files[] = {u"1.wm", u"1.cwm", u"7.cwm", u"own.wm", u"own.cwm"};
+    const auto existing = [&files] {
         std::string names;
-        for (const WideText name : {u"1.wm", u"1.cwm", u"own.wm", u"own.cwm"}) {
+        for (const WideText& name : files) {
             names += DriveFileExists(u"C:\\r\\" + name) ? driver_test::ToText(name) + " " : "";
         }
         return names;
     };
-    for (const WideText name : {u"1.wm", u"1.cwm", u"own.wm", u"own.cwm"}) {
+    for (const WideText& name : files) {
         WriteDriveFile(u"C:\\r\\" + name, "rendered");
     }
     LoadIn(LANG_ENGLISH);
-    EXPECT_EQ(existing(), "1.wm 1.cwm own.wm own.cwm ");
-    EXPECT_EQ(LoadIn(LANG_GERMAN).count, 9);  // the built-in one has another text now
+    EXPECT_EQ(existing(), "1.wm 1.cwm 7.cwm own.wm own.cwm ");
+    EXPECT_EQ(LoadIn(LANG_JAPANESE).count, 7);  // one has another text now, one is gone
     EXPECT_EQ(existing(), "own.wm own.cwm ");
     EXPECT_EQ(Key(u"WMFileName1") + Key(u"WMColorFile1") + Key(u"WMFileName0"), "none");
     const WideText file = SettingsFile();

@@ -1,10 +1,7 @@
 // The Color page, its sheet and its dialogs through real windows of the layer.
-#include <algorithm>
-
 #include "driver/devmode/default_devmode.h"
 #include "driver/settings/color_presets.h"
 #include "driver/settings/settings_folder.h"
-#include "driver/ui/color_page.h"
 #include "platform/user/controls/clipboard.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/sheet_host.h"
@@ -16,16 +13,8 @@ namespace {
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
 // Controls.
-constexpr int kAutomatic = 6004, kManual = 6012, kPresets = 6013, kManagePresets = 6014, kMatched = 6016;
-constexpr int kFirstTreatment = 6021, kAdjust = 6026, kResolution = 6028;
+constexpr int kManual = 6012, kManagePresets = 6014, kAdjust = 6026;
 constexpr int kPresetName = 6306, kSavePreset = 6307, kDeletePreset = 6309;
-
-// A user's selection in a combo box.
-void Select(HWND page, int control, int item) {
-    SendDlgItemMessageW(page, control, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
-    SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
-}
 
 LRESULT Ask(HWND dialog, int control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     return SendDlgItemMessageW(dialog, control, message, wParam, lParam);
@@ -66,13 +55,9 @@ class ColorPageWindow : public MachineTest {
     void ThenInDialog(std::function<void(HWND dialog)> use) {
         host_->Then([use](HWND) { use(FrontDialog()); });
     }
-    void ThenPress(int button) {
-        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
-    }
-    // Runs the steps over the input device mode; what the sheet left of it.
-    const PrivateDevMode& Run() {
-        host_->RunDocumentSheet(&input_.publicPart, &output_);
-        return output_.privatePart;
+    void Run() {
+        VelmoraDevMode output = {};
+        host_->RunDocumentSheet(&input_.publicPart, &output);
     }
 
     HPROPSHEETPAGE ColorPageHandle() {
@@ -81,37 +66,7 @@ class ColorPageWindow : public MachineTest {
 
     std::unique_ptr<SheetHost> host_;
     VelmoraDevMode input_;
-    VelmoraDevMode output_ = {};
 };
-
-TEST_F(ColorPageWindow, ChoicesThatOtherPagesSeeAreWrittenAtOnce) {
-    ThenUse([&](HWND page) {
-        const SheetContext& context = host_->Context();
-        const PrivateDevMode& own = context.devMode->privatePart;
-        context.devMode->privatePart.uiFlagE = 1;
-        context.devMode->privatePart.uiChoice = 3;
-        Select(page, kFirstTreatment, 1);  // of a panel that isn't shown
-        EXPECT_FALSE(context.isChanged[kColorSlot]);
-        Click(page, kMatched);
-        EXPECT_TRUE(context.isChanged[kColorSlot]);
-        EXPECT_EQ(ValueOf(context.devMode->publicPart.dmICMMethod), DWORD{DMICMMETHOD_SYSTEM});
-        Select(page, kResolution, 0);
-        EXPECT_EQ(ValueOf(own.marginValue), 59);
-        EXPECT_EQ(ValueOf(own.colorPreset), 1);
-        EXPECT_EQ(ValueOf(own.resolutionIndex), 1);
-    });
-    ThenPress(PSBTN_APPLYNOW);
-    ThenUse([&](HWND page) {
-        const SheetContext& context = host_->Context();
-        EXPECT_FALSE(context.isChanged[kColorSlot]);
-        EXPECT_EQ(ValueOf(context.devMode->privatePart.objectColor[0].mode), 2);
-        EXPECT_EQ(host_->results.size(), 1u);
-        RestoreColorDefaults(page, &host_->Context());
-        EXPECT_EQ(IsDlgButtonChecked(page, kAutomatic), UINT{BST_CHECKED});
-    });
-    ThenPress(PSBTN_OK);
-    EXPECT_EQ(ValueOf(Run().objectColor[0].mode), 1);
-}
 
 TEST_F(ColorPageWindow, AdjustmentsFollowSliders) {
     constexpr int kBrightness = 6112, kBrightnessEdit = 6113, kCyanRed = 6136, kCyanRedEdit = 6135;
@@ -145,7 +100,7 @@ TEST_F(ColorPageWindow, AdjustmentsFollowSliders) {
     Run();
 }
 
-TEST_F(ColorPageWindow, PresetsAreThoseOfTheUsersFile) {
+TEST_F(ColorPageWindow, PresetsAreNamedAndReadAgain) {
     const auto manage = [&](std::function<void(HWND dialog)> use) {
         ThenUse([&](HWND page) {
             Click(page, kManual);
@@ -156,31 +111,24 @@ TEST_F(ColorPageWindow, PresetsAreThoseOfTheUsersFile) {
     manage([&](HWND dialog) {
         SetDlgItemTextW(dialog, kPresetName, TEXT("abcdefghij"));
         Ask(dialog, kPresetName, EM_SETSEL, 0, 4);
-        host::SetClipboardText(TEXT("12345"));
-        Ask(dialog, kPresetName, WM_PASTE);
-        EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), "abcdefghij");
-        host::SetClipboardText(TEXT("1234"));
-        Ask(dialog, kPresetName, WM_PASTE);
-        EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), "1234efghij");
-        SetDlgItemTextW(dialog, kPresetName, TEXT("Warm"));
+        for (const auto& [pasted, name] : {std::pair(u"12345", "abcdefghij"), std::pair(u"1234", "1234efghij")}) {
+            host::SetClipboardText(pasted);
+            Ask(dialog, kPresetName, WM_PASTE);
+            EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), name);
+        }
         Click(dialog, kSavePreset);
-    });
-    ThenUse([&](HWND page) {
-        EXPECT_TRUE(host_->Context().isChanged[kColorSlot]);
-        EXPECT_EQ(Ask(page, kFirstTreatment, CB_GETCOUNT), 4);
-        EXPECT_EQ(ToText(TextOf(page, kFirstTreatment)), "Deep");
+        // What no file has stays; a file that lacks slots isn't written anew.
         ColorPresetTable()[0].workingValue = 9;
         WritePrivateProfileStringW(TEXT("UserEnt5"), TEXT("UserEntName"), nullptr, CurrentSettingsFile());
     });
     manage([&](HWND dialog) {
-        EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), "Warm");
+        EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), "1234efghij");
         EXPECT_EQ(ColorPresetTable()[0].workingValue, 9);
         SetFocus(GetDlgItem(dialog, kDeletePreset));
         Click(dialog, kDeletePreset);
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, kPresetName));
         SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
     });
-    ThenUse([&](HWND page) { EXPECT_EQ(Ask(page, kPresets, CB_GETCOUNT), 1); });
     Run();
 }
 

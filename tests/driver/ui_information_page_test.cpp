@@ -1,24 +1,18 @@
-// Restoring the defaults of all pages at once, through real windows of the layer.
+// What restoring all defaults makes of each field of a device mode, through real windows of the layer.
 #include <algorithm>
 #include <iterator>
 
 #include "driver/base/text.h"
-#include "driver/devmode/default_devmode.h"
 #include "driver/settings/settings_folder.h"
 #include "driver/settings/watermark_list.h"
-#include "driver/ui/controls.h"
-#include "driver/ui/paper_choices.h"
 #include "tests/driver/changed_devmode.h"
-#include "tests/driver/machine.h"
-#include "tests/driver/sheet_host.h"
-#include "tests/driver/sheet_package.h"
+#include "tests/driver/document_sheet.h"
 
 namespace velmora {
 namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-constexpr int kInformationSlot = 4;
 constexpr UINT kLastPage = 4;  // of the sheet: the information page
 constexpr int kLogo = 10002, kRestoreAll = 10009;
 
@@ -27,40 +21,19 @@ void Fill(T (&field)[count], T value) {
     std::fill(std::begin(field), std::end(field), value);
 }
 
-class InformationPageTest : public MachineTest {
+class InformationPageTest : public DocumentSheetTest {
   protected:
-    void SetUp() override {
-        Install(SheetPackage());
-        SetDeviceInfo(Printer(), {3, 1, 1, 0});
-        host_ = std::make_unique<SheetHost>(&machine_, Printer());
-        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
-    }
-    void ThenOpen(int slot) {
-        host_->Then([=, this](HWND sheet) { SendMessageW(sheet, PSM_SETCURSEL, 0, Context().hostPages[slot]); });
-    }
-    void ThenRestore(int answer = IDOK) {
-        ThenOpen(kInformationSlot);
-        host_->Then([this](HWND) { Click(host_->Page(), kRestoreAll); });
-        host_->Then([=](HWND) {
+    void ThenRestore() {
+        ThenUse(kInformationSlot, [](HWND page) { Click(page, kRestoreAll); });
+        host_->Then([](HWND) {
             EXPECT_EQ(ToText(TextOf(FrontDialog())), "Restore defaults");
-            Click(FrontDialog(), answer);
+            Click(FrontDialog(), IDOK);
         });
-    }
-    void ThenPress(int button) {
-        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
     }
     // Keeps what the sheet has made of the device mode by then.
     void ThenKeep(VelmoraDevMode* kept) {
         host_->Then([=, this](HWND) { *kept = *Context().devMode; });
     }
-    void Run() {
-        VelmoraDevMode output = {};
-        EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output), 1);
-    }
-    SheetContext& Context() const { return host_->Context(); }
-
-    std::unique_ptr<SheetHost> host_;
-    VelmoraDevMode input_;
 };
 
 // Where two device modes differ.
@@ -164,60 +137,6 @@ TEST_F(InformationPageTest, WritesTheDefaultsOfClosedPages) {
     std::fill_n(own.outputText, 16, '\0');
     Fill<uint8_t>(own.finishFlags, 0);
     EXPECT_EQ(Differences(restored, expected), Offsets());
-}
-
-TEST_F(InformationPageTest, OpenPagesAreAppliedWithTheirDefaults) {
-    input_ = With(input_,
-                  "dmPaperSize=258 customWidth=15000 customLength=25000 customUnit=0 dmCopies=7 dmOrientation=2 "
-                  "colorPreset=4 colorFlagB=1 finishFlagA=1 finishFlagB=1 finishSide=2 finishFlagC=0 optionFlags=0x10 "
-                  "outputFlag=1 uiBinding=3 uiShiftX=-9");
-    const int slots[] = {kPaperSlot, kColorSlot, kWatermarkSlot, kOutputSlot};
-    VelmoraDevMode opened;
-    VelmoraDevMode restored[2];
-    VelmoraDevMode applied[2];
-    for (const int slot : slots) {
-        ThenOpen(slot);
-    }
-    ThenKeep(&opened);
-    ThenRestore(IDCANCEL);
-    host_->Then([&](HWND) {
-        EXPECT_EQ(Differences(*Context().devMode, opened), Offsets());
-        EXPECT_EQ(std::count(std::begin(Context().isChanged), std::end(Context().isChanged), true), 0);
-    });
-    for (VelmoraDevMode& devMode : restored) {
-        ThenRestore();
-        ThenKeep(&devMode);
-    }
-    host_->Then([&](HWND) {
-        for (const int slot : slots) {
-            EXPECT_TRUE(Context().isChanged[slot]) << slot;
-        }
-        EXPECT_FALSE(Context().isChanged[kInformationSlot]);
-        EXPECT_EQ(ValueOf(Context().devMode->privatePart.uiStale), 1);
-    });
-    ThenOpen(kPaperSlot);
-    host_->Then([&](HWND) {
-        EXPECT_EQ(ValueOf(Context().devMode->privatePart.uiStale), 0);
-        EXPECT_EQ(ToText(TextOf(host_->Page(), kPaperControl)), "A4");
-        SendDlgItemMessageW(host_->Page(), kPaperControl, CB_SETCURSEL, 13, 0);
-        EXPECT_EQ(ToText(TextOf(host_->Page(), kPaperControl)), "Custom (210.0 x 297.0 mm)");
-        SelectComboByData(host_->Page(), kPaperControl, DMPAPER_A4);
-    });
-    for (VelmoraDevMode& devMode : applied) {
-        ThenRestore();
-        ThenPress(PSBTN_APPLYNOW);
-        ThenKeep(&devMode);
-    }
-    Run();
-    EXPECT_EQ(host_->results.size(), 2u);
-    EXPECT_EQ(Differences(restored[0], restored[1]), Offsets());
-    EXPECT_EQ(Differences(applied[0], applied[1]), Offsets());
-    const VelmoraDevMode expected = With(
-        applied[0],
-        "dmPaperSize=9 dmCopies=1 dmOrientation=1 customWidth=21000 "
-        "customLength=29700 customUnit=1 uiBinding=0 uiShiftX=0 colorPreset=1 colorFlagB=0 dmColor=2 finishFlagA=0 "
-        "finishFlagB=0 finishSide=1 finishFlagC=1 optionFlags=0x210 outputFlag=0 watermarkFlags=0");
-    EXPECT_EQ(Differences(applied[0], expected), Offsets());
 }
 
 }  // namespace

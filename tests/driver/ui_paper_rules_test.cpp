@@ -11,7 +11,6 @@
 
 #include "driver/ui/custom_size.h"
 #include "driver/ui/layout_details.h"
-#include "driver/ui/nup_border.h"
 #include "driver/ui/paper_choices.h"
 #include "driver/ui/paper_rules.h"
 #include "driver/ui/paper_summary.h"
@@ -102,60 +101,6 @@ PaperApplication Application() {
 VelmoraDevMode Applied(PaperChoices* page, VelmoraDevMode devMode = NewDevMode()) {
     ApplyPaperChoices(page, Application(), &devMode);
     return devMode;
-}
-
-// Tables, typed once more as they read row by row.
-
-TEST(PaperTables, HoldWhatTheirRowsSay) {
-    const uint32_t papers[] = {8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 5, 34, 43, 20, 27, 258};
-    const uint32_t fits[] = {0xFFFFFFFF, 9, 11, 13, 1, 6, 7, 5, 34, 43, 20, 27};
-    const uint32_t targets[] = {9, 9, 11, 11, 13, 13, 13, 1, 6, 7, 5, 34, 43, 20, 27, 258};
-    EXPECT_TRUE(std::equal(std::begin(papers), std::end(papers), std::begin(kPaperClasses), std::end(kPaperClasses)));
-    EXPECT_TRUE(std::equal(std::begin(fits), std::end(fits), std::begin(kFitClasses), std::end(kFitClasses)));
-    EXPECT_TRUE(std::equal(std::begin(targets), std::end(targets), std::begin(kFitTargets), std::end(kFitTargets)));
-
-    // Down the rows for one medium; those other than 1 and 10 are alike.
-    const auto column = [](const auto& table, uint32_t medium) {
-        std::string text;
-        for (const MediumColumns& row : table) {
-            text += std::to_string(row.For(medium)) + ' ';
-        }
-        return text;
-    };
-    for (const uint32_t medium : {0, 2, 3, 4, 5, 6, 7, 8, 9}) {
-        EXPECT_EQ(column(kPaperDemands, medium), "-1 -1 -1 -1 -1 -1 -1 -1 -1 -1 4 5 ");
-        EXPECT_EQ(column(kFitOffers, medium), "1 -1 1 1 1 1 1 1 1 1 1 1 2 5 6 3 ");
-    }
-    EXPECT_EQ(column(kPaperDemands, 1), "1 1 0 0 1 0 0 0 0 0 0 0 ");
-    EXPECT_EQ(column(kPaperDemands, 10), "2 0 0 0 0 0 0 0 0 2 4 5 ");
-    EXPECT_EQ(column(kFitOffers, 1), "4 4 0 0 0 0 0 4 0 0 0 0 0 5 6 3 ");
-    EXPECT_EQ(column(kFitOffers, 10), "0 0 0 0 0 0 0 0 0 0 0 0 2 5 6 3 ");
-    for (size_t paper = 0; paper < std::size(papers); ++paper) {
-        for (size_t fit = 0; fit < std::size(fits); ++fit) {
-            const bool isEnvelope = (papers[paper] == 20 || papers[paper] == 27) && (fit == 0 || fit >= 10);
-            EXPECT_EQ(kTakesEnvelopeMedia[paper][fit], isEnvelope) << paper << ' ' << fit;
-        }
-    }
-    // Column by column.
-    const std::vector<std::vector<int>> zoom = {
-        {70, 100, 100, 145, 70, 100, 144, 100, 100, 100, 100, 100, 100, 100, 100, 100},
-        {70, 100, 144, 208, 81, 116, 167, 97, 139, 112, 83, 120, 0, 0, 0, 0},
-        {48, 69, 100, 145, 56, 80, 116, 67, 97, 78, 58, 83, 0, 0, 0, 0},
-        {60, 86, 124, 179, 70, 100, 144, 84, 120, 96, 71, 103, 0, 0, 0, 0},
-        {66, 94, 135, 195, 76, 109, 157, 100, 131, 105, 78, 112, 0, 0, 0, 0},
-        {45, 65, 94, 137, 53, 75, 110, 63, 100, 74, 60, 78, 0, 0, 0, 0},
-        {61, 87, 126, 183, 71, 101, 148, 85, 125, 100, 74, 105, 0, 0, 0, 0},
-        {72, 103, 149, 217, 83, 120, 175, 100, 159, 118, 100, 124, 0, 0, 0, 0},
-        {58, 83, 120, 174, 67, 97, 140, 81, 117, 93, 69, 100, 0, 0, 0, 0},
-        {0, 45, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 0, 0, 0},
-        {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 0, 0},
-        {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100, 0},
-    };
-    for (size_t fit = 0; fit < zoom.size(); ++fit) {
-        for (size_t paper = 0; paper < zoom[fit].size(); ++paper) {
-            EXPECT_EQ(kZoomProposals[paper][fit], zoom[fit][paper]) << paper << ' ' << fit;
-        }
-    }
 }
 
 // What is offered as the page opens.
@@ -252,21 +197,11 @@ TEST(PaperPage, ForcesThePaperThatAFitPaperAndAMediumNeed) {
 TEST(PaperPage, FollowsTheSecondTray) {
     PaperChoices page = Open(NewDevMode(), {false, 1, 1});
     Choose(&page, kSourceControl, kSecondTray);
-    EXPECT_EQ(ValuesOf(page.fitPaper), (Values{kNoFitPaper, 9, 13, 1, 7, 34}));
-    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5}));
     Choose(&page, kMediumControl, 4);
     Choose(&page, kPaperControl, DMPAPER_B5);
     EXPECT_EQ(ValuesOf(page.fitPaper), (Values{kNoFitPaper, 9, 13, 1, 7, 34}));
     EXPECT_EQ(page.source.selected, kSecondTray);
     EXPECT_EQ(page.medium.selected, 4u);
-    Choose(&page, kPaperControl, DMPAPER_STATEMENT);
-    EXPECT_EQ(page.source.selected, kCassette);
-    EXPECT_EQ(ValuesOf(page.source), (Values{263, 257}));
-
-    Choose(&page, kPaperControl, DMPAPER_A4);
-    Choose(&page, kSourceControl, kSecondTray);
-    Choose(&page, kFitPaperControl, DMPAPER_B5);
-    EXPECT_EQ(page.source.selected, kSecondTray);
     Choose(&page, kSourceControl, kUsualSource);
     Choose(&page, kFitPaperControl, DMPAPER_A5);
     EXPECT_EQ(ValuesOf(page.source), (Values{263, 257}));
@@ -308,14 +243,8 @@ TEST(PaperPage, HasOneWayOfPrintingOnBothSidesAtATime) {
     PaperChoices page = Open(NewDevMode());
     Click(&page, kDuplexControl);
     EXPECT_FALSE(page.flagB.isEnabled);
-    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5}));
-    EXPECT_EQ(ValuesOf(page.layout), (Values{1, 2, 4}));
     Click(&page, kDuplexControl);
     Click(&page, kFlagBControl);
-    EXPECT_FALSE(page.duplex.isEnabled);
-    EXPECT_TRUE(page.flagC.isEnabled);
-    EXPECT_EQ(ValuesOf(page.medium), (Values{0, 3, 4, 5, 6, 7}));
-    EXPECT_EQ(ValuesOf(page.paper), (Values{8, 9, 11, 70, 12, 13, 88, 1, 6, 7, 34, 258}));
     Click(&page, kFlagCControl);
     Click(&page, kFlagBControl);
     EXPECT_TRUE(page.duplex.isEnabled);
@@ -366,23 +295,16 @@ TEST(PaperPage, AppliesWhatIsChosen) {
         {"scaleMode=2 dmMediaType=9 posterMode=4",
          "dmPaperWidth=90 dmPaperLength=180 uiFitToPaper=65535 scaleMode=0 scaleValue=-1 scaleWidth=0 scaleLength=0 "
          "dmDuplex=0 dmMediaType=1 uiPageOrder=1 pagesPerSheet=1 posterMode=0 dmCollate=0"},
-        {"dmPaperSize=8", "dmPaperSize=8 dmPaperWidth=80 scaleMode=33 scaleValue=9"},
-        {"uiFitToPaper=9", "uiFitToPaper=9 scaleMode=33 scaleValue=9"},
-        {"uiFitToPaper=1", "uiFitToPaper=1 scaleMode=33 scaleValue=1"},
         {"dmPaperSize=258 customWidth=18000 customLength=25000 customUnit=0",
          "dmPaperSize=258 dmPaperWidth=1800 dmPaperLength=2500 customUnit=0 scaleMode=0"},
         {"dmPaperSize=258 uiZoomOn=1 uiZoomPercent=200",
          "uiZoomOn=1 scaleMode=2 scaleValue=200 uiZoomPercent=200 scaleWidth=2100 scaleLength=2970"},
-        {"dmCopies=150 dmCollate=1", "dmCopies=150 dmCollate=1 collateCopy=1"},
-        {"dmOrientation=2 uiRotate180=1", "dmOrientation=2 rotate180=1 uiRotate180=1"},
-        {"uiDuplex=1 uiBinding=1", "uiDuplex=1 dmDuplex=2"},
-        {"uiDuplex=1 uiBinding=2", "uiDuplex=1 dmDuplex=3 uiBinding=2"},
         {"uiDuplex=1 uiBinding=9 dmDuplex=77", "uiDuplex=1 dmDuplex=77"},
-        {"uiFlagA=1 uiFlagB=1 uiFlagC=1", "uiFlagA=1 uiFlagB=1 uiFlagC=1 uiDuplex=0"},
         {"uiFlagC=1", "uiFlagC=0"},
-        {"uiPageLayout=4 uiPageOrder=7", "pagesPerSheet=4 posterMode=0 nupOrder=2 uiPageOrder=7"},
         {"uiPageLayout=2 uiPageOrder=7 uiFlagE=1",
          "pagesPerSheet=2 uiPageOrder=1 nupOrder=0 layoutMode=1 nupBorderWidth=6"},
+        {"uiPageLayout=4 uiPageOrder=5 uiFlagE=1 uiChoice=3",
+         "pagesPerSheet=4 layoutMode=3 marginValue=118 nupBorderWidth=6"},
         {"uiPageLayout=6 uiBinding=3 uiFlagE=1 dmCollate=1",
          "uiPageLayout=6 pagesPerSheet=1 posterMode=3 uiBinding=0 uiFlagE=0 layoutMode=0 uiPageOrder=1 dmCollate=0"},
     };
@@ -394,28 +316,27 @@ TEST(PaperPage, AppliesWhatIsChosen) {
         EXPECT_EQ(std::memcmp(&devMode, &same, sizeof(same)), 0) << c.chosen;
         EXPECT_STREQ(devMode.privatePart.uiLabel, "ABCD");
     }
-    const struct {
-        const WCHAR* typed;
-        short copies;
-        int zoom;
-    } numbers[] = {{u"x", 1, 100}, {u"", 1, 100}, {u"0", 1, 25}, {u"999", 999, 400}};
-    for (const auto& c : numbers) {
-        PaperChoices page = Open(NewDevMode());
-        TypeNumber(&page.copies, c.typed);
-        TypeNumber(&page.zoomPercent, c.typed);
-        const VelmoraDevMode devMode = Applied(&page);
-        EXPECT_EQ(devMode.publicPart.dmCopies, c.copies);
-        EXPECT_EQ(int{devMode.privatePart.uiZoomPercent}, c.zoom);
-        int shown = 0;
-        EXPECT_TRUE(ReadNumber(page.zoomPercent.text, &shown));
-        EXPECT_EQ(shown, c.zoom);
-    }
     // More than the spin control's range has.
     PaperChoices page = Open(With(NewDevMode(), "dmPaperSize=8"));
     TypeNumber(&page.zoomPercent, TEXT("350"));
     EXPECT_EQ(int{Applied(&page).privatePart.uiZoomPercent}, 350);
     EXPECT_EQ(std::u16string(page.zoomPercent.text), u"350");
     EXPECT_EQ(page.zoomPercent.position, 70);
+}
+
+// The device mode is also the other pages' while this one is open.
+TEST(PaperPage, WritesNoDetailsButItsOwnChanges) {
+    PrivateDevMode own = With(NewDevMode(), "uiBinding=2 uiFlagE=1 layoutMode=1 uiShiftX=5").privatePart;
+    PaperChoices page = Open(NewDevMode());
+    page.details = ReadPageDetails(own);
+    const PageDetails before = page.details;
+    own.uiBinding = 3;
+    page.details.uiFlagE = 0;
+    WritePageDetails(page, before, &own);
+    EXPECT_EQ(own.uiBinding, 3);
+    EXPECT_EQ(own.uiFlagE, 0);
+    EXPECT_EQ(own.uiShiftX, 5);
+    EXPECT_EQ(own.layoutMode, 1);
 }
 
 TEST(PaperPage, TakesTheMediaTypeFromTheModel) {
@@ -464,27 +385,6 @@ TEST(PaperPage, RestoresItsDefaults) {
     own.uiStale = 1;
     EXPECT_EQ(TakeStaleMark(&own), static_cast<uint32_t>(kEveryChange));
     EXPECT_EQ(TakeStaleMark(&own), 0u);
-}
-
-TEST(BorderRule, DependsOnStyleAndResolution) {
-    const struct {
-        uint16_t flagE, choice;
-        int resolution;
-        uint16_t layoutMode;
-        int16_t marginValue, width;
-    } cases[] = {
-        {1, 3, 0, 3, 59, 3}, {1, 3, 1, 3, 118, 6}, {1, 1, 0, 1, 7, 3}, {1, 1, 2, 1, 7, 6}, {0, 3, 1, 0, 7, 7},
-    };
-    for (const auto& c : cases) {
-        PrivateDevMode own = {};
-        own.marginValue = own.nupBorderWidth = 7;
-        own.uiFlagE = c.flagE;
-        own.uiChoice = c.choice;
-        ApplyBorderRule(&own, c.resolution);
-        EXPECT_EQ(own.layoutMode, c.layoutMode);
-        EXPECT_EQ(own.marginValue, c.marginValue);
-        EXPECT_EQ(own.nupBorderWidth, c.width);
-    }
 }
 
 TEST(NumberField, SettlesWhatIsTyped) {

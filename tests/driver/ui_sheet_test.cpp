@@ -1,6 +1,4 @@
 // The sheets through real windows of the layer: how the host drives them, what they commit, what they tell.
-#include <algorithm>
-
 #include "driver/base/text.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/ui/about_page.h"
@@ -39,7 +37,6 @@ class Sheets : public MachineTest {
     void SetOptions(uint32_t secondTray, uint32_t duplexUnit) {
         SetDeviceInfo(Printer(), {3, secondTray, duplexUnit, 0});
     }
-    DeviceInfo Options() { return ReadDeviceInfo(Printer(), nullptr); }
     // Makes the printer's own device mode one that its model can't print, or one that it can.
     void SetPaper(SHORT paper) {
         VelmoraDevMode devMode;
@@ -134,64 +131,6 @@ TEST_F(Sheets, AboutOpensTheModelsWebPage) {
         started.clear();
     }
     machine_.SetUser(nullptr);
-}
-
-TEST_F(Sheets, ARefusedPageIsTheHostsFailure) {
-    host_->refusedPage = 1;
-    EXPECT_EQ(host_->RunDeviceSheet(), 0);
-    EXPECT_EQ(host_->afterInit.Result, 0u);
-}
-
-TEST_F(Sheets, OptionsMoveBetweenTheListsAndAreStoredAtApply) {
-    const struct {
-        uint32_t secondTray;
-        uint32_t duplexUnit;
-        Texts available;
-        Texts installed;
-    } cases[] = {
-        {0, 0, {"Second paper tray", "Duplex unit"}, {}},
-        {1, 0, {"Duplex unit"}, {"Second paper tray"}},
-        {0xFFFFFFFF, 1, {}, {"Duplex unit"}},
-        {1, 0xFFFFFFFF, {}, {"Second paper tray"}},
-    };
-    for (const auto& c : cases) {
-        SetOptions(c.secondTray, c.duplexUnit);
-        host_->Then([&](HWND) {
-            const HWND page = host_->Page();
-            EXPECT_EQ(ItemsOf(page, kAvailable), c.available);
-            EXPECT_EQ(ItemsOf(page, kInstalled), c.installed);
-            // Nothing is selected yet: nothing changes.
-            Click(page, kInstall);
-            Click(page, kRemove);
-            EXPECT_FALSE(host_->Context().isChanged[kDeviceSlot]);
-            EXPECT_EQ(ItemsOf(page, kAvailable), c.available);
-        });
-        ThenPress(PSBTN_OK);
-        EXPECT_EQ(host_->RunDeviceSheet(), 1);
-        EXPECT_EQ(host_->results.size(), 0u);
-    }
-    SetOptions(0, 1);
-    host_->Then([&](HWND) {
-        Move(host_->Page(), kAvailable, kInstall);
-        Move(host_->Page(), kInstalled, kRemove, 1);
-        EXPECT_EQ(ItemsOf(host_->Page(), kAvailable), Texts{"Duplex unit"});
-        EXPECT_EQ(ItemsOf(host_->Page(), kInstalled), Texts{"Second paper tray"});
-        EXPECT_EQ(ValueOf(Options().secondTray), 0u);
-    });
-    ThenPress(PSBTN_CANCEL);
-    host_->RunDeviceSheet();
-    EXPECT_EQ(ValueOf(Options().secondTray), 0u);
-    host_->Then([&](HWND) { Move(host_->Page(), kAvailable, kInstall); });
-    ThenPress(PSBTN_APPLYNOW);
-    host_->Then([&](HWND) {
-        EXPECT_EQ(ValueOf(Options().secondTray), 1u);
-        EXPECT_EQ(ValueOf(Options().installedOptions), 7u);
-        EXPECT_FALSE(host_->Context().isChanged[kDeviceSlot]);
-        EXPECT_EQ(ValueOf(host_->Context().committedDeviceInfo.secondTray), 1u);
-    });
-    host_->RunDeviceSheet();
-    ASSERT_EQ(host_->results.size(), 1u);
-    EXPECT_EQ(host_->results[0].second, CPSUI_OK);
 }
 
 // The last changed page to be applied commits, once, for all.
@@ -310,13 +249,6 @@ TEST_F(Sheets, NoticesSayAndAsk) {
         }
     }
     machine_.SetUser(nullptr);
-}
-
-TEST_F(Sheets, LeaveNothingOpenHoweverOftenTheyAreOpened) {
-    for (int i = 0; i < 30; ++i) {
-        host_->RunDeviceSheet();
-        ASSERT_EQ(host::StillOpen(), open_);
-    }
 }
 
 }  // namespace

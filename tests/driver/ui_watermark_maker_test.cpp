@@ -6,9 +6,6 @@
 #include "driver/ui/watermark_maker.h"
 #include "driver/ui/watermark_rules.h"
 #include "tests/driver/machine.h"
-#include "tools/wm/render_job.h"
-#include "tools/wm/watermark_file.h"
-#include "tools/wm/watermark_program.h"
 
 namespace velmora {
 namespace {
@@ -293,24 +290,6 @@ TEST_F(WatermarkMaker, LeavesRecordsAsTheyAreStored) {
     ApplyWatermarks(context.Get(), MakeWatermarkFile);
     EXPECT_EQ(ToText(context.Get()->watermarks.records->colorFileName), ToText(colorFile_));
     EXPECT_FALSE(IsWatermarkChanged(*context.Get()));
-}
-
-// The program of the package itself.
-TEST_F(WatermarkMaker, HasFilesRendered) {
-    Install(kPdlPcl6, kColor);
-    program_ = [this] { RunWatermarkProgram(commandLines_.back().c_str()); };
-    WatermarkRecord record = TextMark();
-    EXPECT_EQ(Make(&record), kRendered);
-    EXPECT_EQ(record.needsRemake, 0u);
-    for (const auto& [file, color] : {std::pair(file_, RGB(73, 73, 73)), std::pair(colorFile_, RGB(255, 0, 0))}) {
-        const std::string bytes = ReadDriveFile(file);
-        const char* fault = nullptr;
-        const auto picture = ReadWatermarkFile({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}, &fault);
-        ASSERT_TRUE(picture) << fault;
-        EXPECT_EQ(picture->header.inkColor, color);
-        EXPECT_EQ(picture->header.width, record.width);
-        EXPECT_EQ(picture->header.height, record.height);
-    }
 }
 
 }  // namespace

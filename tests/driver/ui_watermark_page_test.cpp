@@ -3,14 +3,10 @@
 
 #include <cstring>
 
-#include "driver/devmode/default_devmode.h"
 #include "driver/settings/settings_folder.h"
-#include "driver/ui/controls.h"
 #include "driver/ui/watermark_page.h"
 #include "driver/ui/watermark_rules.h"
-#include "tests/driver/machine.h"
-#include "tests/driver/sheet_host.h"
-#include "tests/driver/sheet_package.h"
+#include "tests/driver/document_sheet.h"
 
 namespace velmora {
 namespace {
@@ -26,11 +22,6 @@ LRESULT Ask(HWND page, int control, UINT message, WPARAM wParam = 0, LPARAM lPar
 
 void Notify(HWND page, int control, int code) {
     SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
-}
-
-void SelectName(HWND page, uint32_t entry) {
-    EXPECT_GE(SelectComboByData(page, kWatermarkName, entry), 0);
-    Notify(page, kWatermarkName, CBN_SELCHANGE);
 }
 
 // The edit within the name's combo box.
@@ -55,14 +46,12 @@ bool DrawsSheet(HWND page) {
     return isDrawn;
 }
 
-class WatermarkPage : public MachineTest {
+class WatermarkPage : public DocumentSheetTest {
   protected:
     void SetUp() override {
         DriverPackage package = SheetPackage();
         package.dependent.push_back({u"KV62WM.EXE", "program"});
-        Install(package);
-        host_ = std::make_unique<SheetHost>(&machine_, Printer());
-        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
+        Prepare(package);
         machine_.SetWaitsElapseAtOnce(true);
     }
     // The program that renders watermarks: makes one file a call.
@@ -78,33 +67,14 @@ class WatermarkPage : public MachineTest {
             }
         });
     }
-    // A step that uses a page.
-    void ThenUse(int slot, std::function<void(HWND page)> use) {
-        host_->Then([=, this](HWND sheet) {
-            SendMessageW(sheet, PSM_SETCURSEL, 0, host_->Context().hostPages[slot]);
-            UpdateWindow(host_->Context().dialogs[slot]);
-            use(host_->Context().dialogs[slot]);
-        });
-    }
-    void ThenUse(std::function<void(HWND page)> use) { ThenUse(kWatermarkSlot, std::move(use)); }
-    void ThenPress(int button) {
-        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, static_cast<WPARAM>(button), 0); });
-    }
-    const PrivateDevMode& Run() {
-        EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output_), 1);
-        return output_.privatePart;
-    }
-    std::unique_ptr<SheetHost> host_;
-    VelmoraDevMode input_;
-    VelmoraDevMode output_ = {};
 };
 
 TEST_F(WatermarkPage, GivesTheListOfRenderedOnesTheFocus) {
     // Sheets give the focus to the first control of a page that they show.
     host_->Then([&](HWND sheet) {
         PROPSHEETPAGEW page = {};
-        page.lParam = reinterpret_cast<LPARAM>(&host_->Context());
-        const HWND dialog = CreateDialogParamW(host_->Context().resources.Get(), MAKEINTRESOURCEW(7000), sheet,
+        page.lParam = reinterpret_cast<LPARAM>(&Context());
+        const HWND dialog = CreateDialogParamW(Context().resources.Get(), MAKEINTRESOURCEW(7000), sheet,
                                                WatermarkPageProc, reinterpret_cast<LPARAM>(&page));
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, kReady));
         DestroyWindow(dialog);
@@ -114,16 +84,16 @@ TEST_F(WatermarkPage, GivesTheListOfRenderedOnesTheFocus) {
 
 TEST_F(WatermarkPage, TakesOnlyWhatIsChosenOrTyped) {
     input_.privatePart.outputFlag = 1;
-    ThenUse([&](HWND page) {
-        const WatermarkRecord shown = ShownWatermark(host_->Context());
+    ThenUse(kWatermarkSlot, [&](HWND page) {
+        const WatermarkRecord shown = ShownWatermark(Context());
         for (const int combo : {kWatermarkName, kFace, kStyle, kFamily, kPosition}) {
             Ask(page, combo, CB_SETCURSEL, static_cast<WPARAM>(-1));
             Notify(page, combo, CBN_SELCHANGE);
-            const WatermarkRecord now = ShownWatermark(host_->Context());
+            const WatermarkRecord now = ShownWatermark(Context());
             EXPECT_EQ(memcmp(&now, &shown, sizeof(now)), 0) << combo;
         }
-        EXPECT_EQ(host_->Context().watermarkEdit.current, 0u);
-        EXPECT_FALSE(host_->Context().isChanged[kWatermarkSlot]);
+        EXPECT_EQ(Context().watermarkEdit.current, 0u);
+        EXPECT_FALSE(Context().isChanged[kWatermarkSlot]);
         SetDlgItemTextW(page, kAngle, TEXT("400"));
         EXPECT_EQ(Ask(page, kAngleSlider, TBM_GETPOS), 355);
         SetDlgItemTextW(page, kAngle, TEXT("-"));
@@ -138,18 +108,18 @@ TEST_F(WatermarkPage, TakesOnlyWhatIsChosenOrTyped) {
 
 TEST_F(WatermarkPage, KeepsANamesReadingOrder) {
     UseRenderer();
-    ThenUse([&](HWND page) {
+    ThenUse(kWatermarkSlot, [&](HWND page) {
         Click(page, kWatermarkSwitch);
         SetWindowTextW(NameEdit(page), TEXT("Mine"));
         Notify(page, kWatermarkName, CBN_EDITCHANGE);
         const HWND edit = NameEdit(page);
         SetWindowLongPtrW(edit, GWL_EXSTYLE, GetWindowLongPtrW(edit, GWL_EXSTYLE) | WS_EX_RTLREADING);
         UpdateWindow(page);
-        EXPECT_FALSE(host_->Context().watermarkEdit.choices.isRightToLeft);  // painting takes nothing
+        EXPECT_FALSE(Context().watermarkEdit.choices.isRightToLeft);  // painting takes nothing
         Click(page, kAdd);
-        SelectName(page, 0);
+        Choose(page, kWatermarkName, 0);
         EXPECT_FALSE(ReadsNameFromRight(page));
-        SelectName(page, 8);
+        Choose(page, kWatermarkName, 8);
         EXPECT_TRUE(ReadsNameFromRight(page));
     });
     // The Paper page says what this one shows.
@@ -163,7 +133,7 @@ TEST_F(WatermarkPage, KeepsANamesReadingOrder) {
     ThenPress(PSBTN_OK);
     Run();
     input_ = output_;
-    ThenUse([&](HWND page) {
+    ThenUse(kWatermarkSlot, [&](HWND page) {
         EXPECT_EQ(ToText(TextOf(page, kWatermarkName)), "Mine");
         EXPECT_TRUE(ReadsNameFromRight(page));
         EXPECT_EQ(ItemsOf(page, kReady), Texts({"None", "Mine"}));

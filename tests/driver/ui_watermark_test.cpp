@@ -415,6 +415,11 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
                   driver_test::ToText(row.isColor ? Entry(8).colorFileName : Entry(8).fileName));
     }
     EXPECT_EQ(renderer.calls, 1);
+    Context()->model->colorCapability = kColor;
+    Own().colorMode = 42;
+    Entry(8).colorFileName[0] = 0;
+    Apply();
+    EXPECT_EQ(driver_test::ToText(Own().watermarkFile), driver_test::ToText(Entry(8).fileName));
     EXPECT_TRUE(IsReady(*Context(), 8));
     EXPECT_FALSE(IsReady(*Context(), 0));
     EXPECT_EQ(SelectedReady(*Context()), 8);
@@ -430,24 +435,6 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
     const size_t end = offsetof(PrivateDevMode, watermarkPosition) + sizeof(Own().watermarkPosition);
     EXPECT_EQ(std::count(bytes + first, bytes + end, 0), static_cast<ptrdiff_t>(end - first));
     EXPECT_EQ(SelectedReady(*Context()), kNoneReady);
-}
-
-TEST_F(WatermarkRules, ApplyStoresByName) {
-    Open(1);
-    SelectWatermark(Context(), 8);
-    // Another entry's, whose attributes are these.
-    SetSize(50);
-    ChooseWatermarkColor(Context(), 1, 8);
-    EditWatermarkName(Context(), TEXT("Draft"));
-    Apply();
-    EXPECT_EQ(ValueOf(Own().outputLevel), 1);
-    EXPECT_EQ(Entry(8).style.size, 72);
-    // No name: that of the device mode.
-    EditWatermarkName(Context(), TEXT(""));
-    SetSize(30);
-    Apply();
-    EXPECT_EQ(Entry(1).style.size, 30);
-    EXPECT_EQ(driver_test::ToText(Edit().choices.name), "Draft");
 }
 
 // Files that were rendered and still are there.

@@ -124,6 +124,10 @@ const Damage kDamages[] = {
      "$.colorFeatures.text[0].values[0].objectCommand command-outside",
      [](File& f, const Places&) { Put(f, HEADER(blobSize), 7u); }},
     {"$.papers table-outside", [](File& f, const Places& at) { Put(f, at.Field(SLOT(paperTable)), 65535u); }},
+    {"$.papers table-outside",
+     [](File& f, const Places& at) {
+         Put(f, at.Field(SLOT(paperTable)), static_cast<uint32_t>(sizeof(DeviceModel) - 1));
+     }},
     {"$.memory.sizes table-not-ended",
      [](File& f, const Places& at) {
          Put(f, at.Field(SLOT(memoryTable)), static_cast<uint32_t>(at.file.BlockSize() - 2));

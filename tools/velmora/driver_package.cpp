@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
-#include <iterator>
 
 #include "driver/base/handles.h"
 #include "driver/base/text.h"
@@ -21,6 +20,7 @@
 #include "tools/velmora/printer_model.h"
 #include "tools/velmora/spooler_client.h"
 #include "tools/xpic/compile.h"
+#include "tools/xpic/file_content.h"
 
 namespace velmora {
 namespace {
@@ -74,13 +74,12 @@ std::string DriverNameFrom(const fs::path& file) {
 }
 
 std::vector<std::byte> ReadFile(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream || fs::is_directory(file)) {
+    const std::optional<std::string> bytes = ReadFileContent(file);
+    if (!bytes) {
         throw CommandError(file.string() + " can't be read");
     }
-    const std::string bytes(std::istreambuf_iterator<char>(stream), {});
-    const auto* const first = reinterpret_cast<const std::byte*>(bytes.data());
-    return {first, first + bytes.size()};
+    const auto* const first = reinterpret_cast<const std::byte*>(bytes->data());
+    return {first, first + bytes->size()};
 }
 
 [[noreturn]] void ThrowFaults(const fs::path& file, const std::vector<Diagnostic>& diagnostics) {

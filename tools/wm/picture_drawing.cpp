@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "driver/settings/watermark_list.h"
 #include "tools/wm/drawing.h"
 
 namespace velmora {
@@ -131,8 +132,7 @@ class PictureDrawing final : public Drawing {
             const COLORREF color =
                 isInside ? bitmap_.ColorAt(static_cast<uint32_t>(u), static_cast<uint32_t>(v)) : kPaper;
             if (Header().dotBits == kGray) {
-                *row++ = static_cast<uint8_t>(
-                    (74u * GetRValue(color) + 155u * GetGValue(color) + 27u * GetBValue(color)) / 256);
+                *row++ = GrayOf(color);
             } else {
                 *row++ = GetRValue(color);
                 *row++ = GetGValue(color);

@@ -1,7 +1,7 @@
 #include "tools/xpic/file_content.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 namespace velmora {
 
@@ -35,8 +35,9 @@ std::optional<std::string> ReadFileContent(const std::filesystem::path& file) {
         return std::nullopt;
     }
     std::ifstream stream(file, std::ios::binary);
-    std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    return stream ? std::optional(std::move(content)) : std::nullopt;
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return stream ? std::optional(std::move(content).str()) : std::nullopt;
 }
 
 }  // namespace velmora

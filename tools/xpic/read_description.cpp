@@ -329,7 +329,7 @@ std::optional<size_t> DescriptionReader::Table(size_t slot, const std::string& p
     if (offset == 0) {
         return std::nullopt;
     }
-    if (offset >= block_.size()) {
+    if (offset < sizeof(DeviceModel) || offset >= block_.size()) {
         Report("table-outside", path,
                "its table begins at " + std::to_string(offset) + " of a device block of " +
                    std::to_string(block_.size()) + " bytes");

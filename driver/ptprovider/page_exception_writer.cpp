@@ -1,89 +1,37 @@
-#include "driver/ptprovider/page_exceptions.h"
-
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 
 #include "driver/base/format.h"
-#include "driver/base/text.h"
-#include "driver/entry/printer_access.h"
+#include "driver/ptprovider/numbered_name.h"
 #include "driver/ptprovider/overlay_features.h"
+#include "driver/ptprovider/page_exception_parts.h"
+#include "driver/ptprovider/page_exceptions.h"
 #include "driver/ptprovider/sheet_choices.h"
 #include "driver/ptprovider/ticket_units.h"
 #include "driver/ptprovider/watermark_feature.h"
-#include "driver/settings/watermark_list.h"
 
 namespace velmora {
 namespace {
 
-constexpr size_t kNameCapacity = 64;
-
-// A name with an exception's number in it.
-struct NumberedName {
-    NumberedName(const WCHAR* format, int number) { FormatWide(text, kNameCapacity, format, number); }
-    WCHAR text[kNameCapacity];
-
-    Keyword Name() const { return PrivateKeyword(text); }
-};
-
-// --- Kinds
-
-constexpr const WCHAR* kMediaFormat = TEXT("DocumentMediaException%d");
-constexpr const WCHAR* kBlankSheetFormat = TEXT("DocumentBlankSheetException%d");
-constexpr const WCHAR* kWatermarkFormat = TEXT("DocumentWatermarkException%d");
-constexpr const WCHAR* kOverlayFormat = TEXT("DocumentOverlayException%d");
-constexpr const WCHAR* kParametersFormat = TEXT("DocumentExceptionParameters%d");
-
-// What the features of exceptions are called, in the order in which they are looked for, and the kind that each reads
-// as; the other kind of blank sheet is told by an option.
-struct KindName {
-    const WCHAR* format;
-    ExceptionKind kind;
-};
-constexpr KindName kKindNames[] = {
-    {kMediaFormat, kMediaException},
-    {kBlankSheetFormat, kBlankSheetBefore},
-    {kWatermarkFormat, kWatermarkException},
-    {kOverlayFormat, kOverlayException},
-};
-
-// Null for no exception, and for a code that is none.
-const WCHAR* NameOfKind(uint8_t kind) {
-    if (kind == kBlankSheetAfter) {
-        return kBlankSheetFormat;
-    }
-    const auto* const row = std::ranges::find_if(kKindNames, [&](const KindName& name) { return name.kind == kind; });
-    return row != std::end(kKindNames) ? row->format : nullptr;
-}
-
+constexpr const WCHAR* kParametersPrefix = TEXT("DocumentExceptionParameters");
 constexpr UINT kMediaExceptionString = 2731;
 constexpr UINT kOverlayExceptionString = 3354;
 constexpr UINT kSheetPaperString = 3099;
 constexpr UINT kSheetMediaString = 3101;
 constexpr UINT kSheetBinString = 3100;
-constexpr PlainOption kBlankSheets[] = {
-    {TEXT("BeforeExceptionPages"), kBlankSheetBefore, 2732},
-    {TEXT("AfterExceptionPages"), kBlankSheetAfter, 2733},
-};
 
-// --- The pages
+// Null for no exception, and for a code that is none.
+const WCHAR* NameOfKind(uint8_t kind) {
+    if (kind == kBlankSheetAfter) {
+        return kBlankSheetPrefix;
+    }
+    const auto* const row = std::ranges::find_if(kKindNames, [&](const KindName& name) { return name.kind == kind; });
+    return row != std::end(kKindNames) ? row->prefix : nullptr;
+}
 
-constexpr Keyword kUsage = PrivateKeyword(TEXT("ExceptionUsage"));
-constexpr UINT kUsageString = 3097;
-constexpr PlainOption kUsages[] = {
-    {TEXT("SpecifiedPages"), kSpecifiedPages, 2740},
-    {TEXT("NotSpecifiedPages"), kNotSpecifiedPages, 2743},
-    {TEXT("OddPages"), kOddPages, 2741},
-    {TEXT("EvenPages"), kEvenPages, 2742},
-};
-constexpr Keyword kPagesProperty = PrivateKeyword(TEXT("Pages"));
-constexpr const WCHAR* kPagesFormat = TEXT("DocumentExceptionPages%d");
 // Up to five digits a page and what separates them.
 constexpr size_t kPageListCapacity = kExceptionPages * 6 + 1;
-
-constexpr bool HasPageList(uint32_t usage) {
-    return usage == kSpecifiedPages || usage == kNotSpecifiedPages;
-}
 
 // Codes that are no usage stand for pages that are listed.
 uint8_t UsageOf(const ExceptionRecord& exception) {
@@ -137,7 +85,7 @@ constexpr LONG LeastColor() {
 
 // A parameter of an exception: a text where `text` isn't null.
 struct ParameterRow {
-    const WCHAR* format;  // of its name
+    const WCHAR* prefix;  // of its name
     UINT displayName;
     const WCHAR* text;  // the default
     ParameterRange<LONG> range;
@@ -145,30 +93,30 @@ struct ParameterRow {
 };
 // Stored watermarks say no transparency: 0, opaque. The colour's default is the model's.
 constexpr ParameterRow kParameters[] = {
-    {kPagesFormat, 3098, TEXT(""), {}, nullptr},
-    {TEXT("DocumentWatermarkExceptionTextText%d"), 1845, TEXT("Confidential"), {}, nullptr},
-    {TEXT("DocumentWatermarkExceptionTextFont%d"), 1770, TEXT("Arial"), {}, nullptr},
-    {TEXT("DocumentWatermarkExceptionTextFontSize%d"), 1794, nullptr, {25400, 1500, 500000, 100}, unit_name::kMicrons},
-    {TEXT("DocumentWatermarkExceptionTextAngle%d"), 1795, nullptr, {45, 0, 359, 1}, unit_name::kDegrees},
-    {TEXT("DocumentWatermarkExceptionTextColor%d"), 3116, nullptr, {-1, LeastColor(), -1, 1}, unit_name::kColor},
-    {TEXT("DocumentWatermarkExceptionTextOutline%d"), 3117, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
-    {TEXT("DocumentWatermarkExceptionTextBold%d"), 3134, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
-    {TEXT("DocumentWatermarkExceptionTextItalic%d"), 3135, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
-    {TEXT("DocumentWatermarkExceptionTextRightToLeft%d"), kNoDisplayName, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
-    {TEXT("DocumentWatermarkExceptionImageFile%d"), 1778, TEXT("Image Filename"), {}, nullptr},
-    {TEXT("DocumentWatermarkExceptionImageScaleWidth%d"),
+    {kPagesPrefix, 3098, TEXT(""), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionTextText"), 1845, TEXT("Confidential"), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionTextFont"), 1770, TEXT("Arial"), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionTextFontSize"), 1794, nullptr, {25400, 1500, 500000, 100}, unit_name::kMicrons},
+    {TEXT("DocumentWatermarkExceptionTextAngle"), 1795, nullptr, {45, 0, 359, 1}, unit_name::kDegrees},
+    {TEXT("DocumentWatermarkExceptionTextColor"), 3116, nullptr, {-1, LeastColor(), -1, 1}, unit_name::kColor},
+    {TEXT("DocumentWatermarkExceptionTextOutline"), 3117, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionTextBold"), 3134, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionTextItalic"), 3135, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionTextRightToLeft"), kNoDisplayName, nullptr, {0, 0, 1, 1}, unit_name::kBoolean},
+    {TEXT("DocumentWatermarkExceptionImageFile"), 1778, TEXT("Image Filename"), {}, nullptr},
+    {TEXT("DocumentWatermarkExceptionImageScaleWidth"),
      kNoDisplayName,
      nullptr,
      {100, 1, 10000, 1},
      unit_name::kPercent},
-    {TEXT("DocumentWatermarkExceptionImageScaleHeight%d"),
+    {TEXT("DocumentWatermarkExceptionImageScaleHeight"),
      kNoDisplayName,
      nullptr,
      {100, 1, 10000, 1},
      unit_name::kPercent},
-    {TEXT("DocumentWatermarkExceptionTransparency%d"), kNoDisplayName, nullptr, {0, 0, 100, 1}, unit_name::kPercent},
-    {TEXT("DocumentWatermarkExceptionPlacementOffsetWidth%d"), 1984, nullptr, {0, 0, 1000000, 1}, unit_name::kMicrons},
-    {TEXT("DocumentWatermarkExceptionPlacementOffsetHeight%d"), 1986, nullptr, {0, 0, 1000000, 1}, unit_name::kMicrons},
+    {TEXT("DocumentWatermarkExceptionTransparency"), kNoDisplayName, nullptr, {0, 0, 100, 1}, unit_name::kPercent},
+    {TEXT("DocumentWatermarkExceptionPlacementOffsetWidth"), 1984, nullptr, {0, 0, 1000000, 1}, unit_name::kMicrons},
+    {TEXT("DocumentWatermarkExceptionPlacementOffsetHeight"), 1986, nullptr, {0, 0, 1000000, 1}, unit_name::kMicrons},
 };
 
 // What an option says, by the parameters that hold it.
@@ -206,18 +154,18 @@ constexpr int64_t kPositionUnits = 100;
 class ExceptionWriter {
   public:
     // `exception`, `pages` null: everything is listed. `watermark`: the one that the exception names, or null.
-    ExceptionWriter(FeatureWriter& writer, int number, const ExceptionRecord* exception, const ExceptionPageList* pages,
-                    const WatermarkRecord* watermark)
+    ExceptionWriter(FeatureWriter& writer, size_t number, const ExceptionRecord* exception,
+                    const ExceptionPageList* pages, const WatermarkRecord* watermark)
         : writer_(writer), number_(number), exception_(exception), pages_(pages), watermark_(watermark) {}
 
     void WriteMedia() {
-        const ElementReference feature = Begin(kMediaFormat, kMediaExceptionString);
+        const ElementReference feature = Begin(kMediaPrefix, kMediaExceptionString);
         WriteMediaAndBin(feature);
         WriteUsage(feature);
     }
 
     void WriteBlankSheet() {
-        const ElementReference feature = Begin(kBlankSheetFormat, kNoDisplayName);
+        const ElementReference feature = Begin(kBlankSheetPrefix, kNoDisplayName);
         writer_.AddOptions(feature, kPrivateNamespace, kBlankSheets, exception_ ? exception_->kind : 0);
         const SheetChoice choice = Choice();
         if (writer_.printer.papers.count > 0) {
@@ -229,7 +177,7 @@ class ExceptionWriter {
     }
 
     void WriteWatermark() {
-        const ElementReference feature = Begin(kWatermarkFormat, kNoDisplayName);
+        const ElementReference feature = Begin(kWatermarkPrefix, kNoDisplayName);
         const bool isImage = watermark_ && watermark_->type == kImageWatermark;
         if (writer_.Writes(!isImage)) {
             AddParameters(writer_.AddOption(feature, kText, kTextString), kTextProperties);
@@ -249,7 +197,7 @@ class ExceptionWriter {
     }
 
     void WriteOverlay() {
-        const ElementReference feature = Begin(kOverlayFormat, kOverlayExceptionString);
+        const ElementReference feature = Begin(kOverlayPrefix, kOverlayExceptionString);
         if (exception_) {
             WCHAR file[ARRAYSIZE(exception_->overlayName) + 1] = {};
             memcpy(file, exception_->overlayName, sizeof(exception_->overlayName));
@@ -264,7 +212,7 @@ class ExceptionWriter {
 
     // The parameters that the features of the number refer to.
     void WriteParameters() {
-        writer_.document.AppendBanner(NumberedName(kParametersFormat, number_).text);
+        writer_.document.AppendBanner(NumberedName(kParametersPrefix, number_).text);
         if (writer_.Writes(exception_ && HasPageList(UsageOf(*exception_)))) {
             WCHAR list[kPageListCapacity] = {};
             if (pages_) {
@@ -284,10 +232,10 @@ class ExceptionWriter {
     const SheetChoice* Selected(const SheetChoice& choice) const { return exception_ ? &choice : nullptr; }
 
     // Under its banner, without selection type: what is chosen of an exception are its parts.
-    ElementReference Begin(const WCHAR* format, UINT displayName) {
-        const NumberedName name(format, number_);
+    ElementReference Begin(const WCHAR* prefix, UINT displayName) {
+        const NumberedName name(prefix, number_);
         writer_.document.AppendBanner(name.text);
-        return writer_.BeginGroup({}, name.Name(), displayName);
+        return writer_.BeginGroup({}, PrivateKeyword(name.text), displayName);
     }
 
     void WriteMediaAndBin(const ElementReference& feature) {
@@ -305,7 +253,7 @@ class ExceptionWriter {
     void AddParameters(const ElementReference& option, std::span<const ScoredParameter> properties) {
         for (const ScoredParameter& row : properties) {
             writer_.AddScoredParameter(option, PrivateKeyword(row.property),
-                                       NumberedName(kParameters[row.parameter].format, number_).Name());
+                                       PrivateKeyword(NumberedName(kParameters[row.parameter].prefix, number_).text));
         }
     }
 
@@ -323,13 +271,14 @@ class ExceptionWriter {
     }
 
     void WriteUsage(const ElementReference& feature) {
-        const ElementReference usage = writer_.BeginSubFeature(feature, kUsage, kUsageString);
-        for (const PlainOption& option : kUsages) {
+        const ElementReference usage = writer_.BeginSubFeature(feature, kExceptionUsage, kExceptionUsageString);
+        for (const PlainOption& option : kExceptionUsages) {
             if (writer_.Writes(exception_ && option.value == UsageOf(*exception_))) {
                 const ElementReference written =
-                    writer_.AddOption(usage, {kUsage.uri, option.name}, option.displayName);
+                    writer_.AddOption(usage, {kExceptionUsage.uri, option.name}, option.displayName);
                 if (HasPageList(option.value)) {
-                    writer_.AddScoredParameter(written, kPagesProperty, NumberedName(kPagesFormat, number_).Name());
+                    writer_.AddScoredParameter(written, kPagesProperty,
+                                               PrivateKeyword(NumberedName(kPagesPrefix, number_).text));
                 }
             }
         }
@@ -345,18 +294,18 @@ class ExceptionWriter {
 
     void WriteText(WatermarkParameter parameter, const WCHAR* value) {
         const ParameterRow& row = kParameters[parameter];
-        const NumberedName name(row.format, number_);
-        writer_.WriteParameter(TextParameter{name.Name(), row.text, row.displayName}, value);
+        const NumberedName name(row.prefix, number_);
+        writer_.WriteParameter(TextParameter{PrivateKeyword(name.text), row.text, row.displayName}, value);
     }
 
     void WriteInteger(WatermarkParameter parameter, LONG value) {
         const ParameterRow& row = kParameters[parameter];
-        const NumberedName name(row.format, number_);
+        const NumberedName name(row.prefix, number_);
         ParameterRange<LONG> range = row.range;
         if (parameter == kTextColor) {
             range.defaultValue = OpaqueColor(DefaultWatermarkColor(writer_.Model()));
         }
-        writer_.WriteParameter(IntegerParameter{name.Name(), range, row.unit, row.displayName}, value);
+        writer_.WriteParameter(IntegerParameter{PrivateKeyword(name.text), range, row.unit, row.displayName}, value);
     }
 
     static LONG OpaqueColor(uint32_t color) { return static_cast<LONG>(color | kOpaqueAlpha); }
@@ -395,143 +344,11 @@ class ExceptionWriter {
     }
 
     FeatureWriter& writer_;
-    const int number_;
+    const size_t number_;
     const ExceptionRecord* const exception_;
     const ExceptionPageList* const pages_;
     const WatermarkRecord* const watermark_;
 };
-
-// The user's watermarks, read where an exception names one.
-class StoredWatermarks {
-  public:
-    explicit StoredWatermarks(HANDLE printer) : printer_(printer) {}
-
-    // The one that an exception names; null for none.
-    const WatermarkRecord* Find(const ExceptionRecord& exception) {
-        if (exception.kind != kWatermarkException) {
-            return nullptr;
-        }
-        if (!isRead_) {
-            isRead_ = true;
-            const HeapOwner<PRINTER_INFO_2W> info = GetPrinterInfo2(printer_);
-            if (info && info->pPrinterName) {
-                list_ = LoadWatermarkList(info->pPrinterName);
-            }
-        }
-        return exception.watermark < list_.count ? list_.records.Get() + exception.watermark : nullptr;
-    }
-
-  private:
-    const HANDLE printer_;
-    WatermarkList list_;
-    bool isRead_ = false;
-};
-
-// --- Reading
-
-void ReadPages(const WCHAR* text, ExceptionPageList* pages) {
-    while (*text != 0 && pages->count < kExceptionPages) {
-        const int32_t page = ParseInteger(text);
-        if (page == 0) {
-            return;
-        }
-        pages->pages[pages->count++] = static_cast<uint16_t>(page);
-        // Behind the number is what separates it from the next.
-        while (*text != 0 && (*text < TEXT('0') || *text > TEXT('9'))) {
-            ++text;
-        }
-        while (*text >= TEXT('0') && *text <= TEXT('9')) {
-            ++text;
-        }
-        if (*text != 0) {
-            ++text;
-        }
-    }
-}
-
-void ReadUsage(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception,
-               ExceptionPageList* pages) {
-    FoundOption found;
-    const PlainOption* const usage =
-        reader.FindOption(feature.Get(), kUsage, &found) ? MatchOption(found.name, kUsage.uri, kUsages) : nullptr;
-    exception->usage = usage ? static_cast<uint8_t>(usage->value) : uint8_t{kSpecifiedPages};
-    OwnedBstr list;
-    if (usage && HasPageList(usage->value) && reader.ReadParameter(found.option, kPagesProperty, &list)) {
-        ReadPages(list.Text(), pages);
-    }
-}
-
-// Media and trays are part of an exception where the model has any.
-bool ReadMediaAndBin(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception) {
-    FoundOption media;
-    FoundOption bin;
-    if ((reader.printer.media.count > 0 && !reader.FindOption(feature.Get(), kSheetMedia, &media)) ||
-        (reader.printer.trays.count > 0 && !reader.FindOption(feature.Get(), kSheetBin, &bin))) {
-        return false;
-    }
-    if (media.option && IsMedium(reader, ReadMedia(reader, media))) {
-        exception->media = ReadMedia(reader, media);
-    }
-    if (bin.option) {
-        exception->bin = ReadBin(reader, bin);
-    }
-    return true;
-}
-
-bool ReadBlankSheet(FeatureReader& reader, const ElementReference& feature, int number, ExceptionRecord* exception) {
-    const PlainOption* const place =
-        reader.FindPlainOption(nullptr, NumberedName(kBlankSheetFormat, number).Name(), kBlankSheets);
-    FoundOption size;
-    if (!place || !reader.FindOption(feature.Get(), kSheetPaper, &size)) {
-        return false;
-    }
-    exception->kind = static_cast<uint8_t>(place->value);
-    TicketPaper paper;
-    if (size.name.Is(kPagePaperOption.uri, kPagePaperOption.name)) {
-        exception->paper = kPagePaper;
-    } else if (ReadPaper(reader, size, SheetKind::kOther, &paper)) {
-        exception->paper = static_cast<uint16_t>(paper.paper);
-    } else {
-        return false;
-    }
-    return ReadMediaAndBin(reader, feature, exception);
-}
-
-bool ReadOverlayFile(FeatureReader& reader, const ElementReference& feature, ExceptionRecord* exception) {
-    ElementReference overlay;
-    ElementReference option;
-    OwnedBstr file;
-    const PlainOption* const layer = reader.FindPlainOption(feature.Get(), kOverlayLayering, kOverlayLayers);
-    if (!layer ||
-        reader.document.FindFeatureOption(feature.Get(), kOverlayFile.uri, kOverlayFile.name, &overlay, &option,
-                                          nullptr) != S_OK ||
-        !reader.ReadScored(option, kFileProperty, &file)) {
-        return false;
-    }
-    // The record's name needs no terminator.
-    const WCHAR* const name = FileNamePart(file.Text());
-    memset(exception->overlayName, 0, sizeof(exception->overlayName));
-    memcpy(exception->overlayName, name, TextLength(name, ARRAYSIZE(exception->overlayName)) * sizeof(WCHAR));
-    if (layer->value == kUnderPage) {
-        exception->underlay = 1;
-    }
-    return true;
-}
-
-bool ReadContent(FeatureReader& reader, StoredWatermarks& watermarks, const ElementReference& feature, int number,
-                 uint8_t kindBefore, ExceptionRecord* exception) {
-    switch (exception->kind) {
-        case kMediaException:
-            return ReadMediaAndBin(reader, feature, exception);
-        case kBlankSheetBefore:
-            return ReadBlankSheet(reader, feature, number, exception);
-        case kOverlayException:
-            return ReadOverlayFile(reader, feature, exception);
-        default:
-            // A ticket doesn't say which of the stored watermarks it is: the device mode's stays.
-            return kindBefore == kWatermarkException && watermarks.Find(*exception);
-    }
-}
 
 }  // namespace
 
@@ -539,11 +356,11 @@ void WritePageExceptions(FeatureWriter& writer, const WorkingDevMode& working) {
     StoredWatermarks watermarks(working.hPrinter);
     for (size_t i = 0; i < kExceptionSlots; ++i) {
         const ExceptionRecord& exception = working.exceptions[i];
-        const int number = static_cast<int>(i) + 1;
-        const WCHAR* const format = NameOfKind(exception.kind);
+        const size_t number = i + 1;
+        const WCHAR* const prefix = NameOfKind(exception.kind);
         const WatermarkRecord* const watermark = watermarks.Find(exception);
-        if (!format || (exception.kind == kWatermarkException && !watermark) ||
-            writer.document.FindFeature(nullptr, kPrivateNamespace, NumberedName(format, number).text, nullptr) ==
+        if (!prefix || (exception.kind == kWatermarkException && !watermark) ||
+            writer.document.FindFeature(nullptr, kPrivateNamespace, NumberedName(prefix, number).text, nullptr) ==
                 S_OK) {
             continue;
         }
@@ -568,39 +385,12 @@ void WritePageExceptions(FeatureWriter& writer, const WorkingDevMode& working) {
 
 void ListPageExceptions(FeatureWriter& writer) {
     for (size_t i = 0; i < kExceptionSlots; ++i) {
-        ExceptionWriter listed(writer, static_cast<int>(i) + 1, nullptr, nullptr, nullptr);
+        ExceptionWriter listed(writer, i + 1, nullptr, nullptr, nullptr);
         listed.WriteMedia();
         listed.WriteBlankSheet();
         listed.WriteWatermark();
         listed.WriteOverlay();
         listed.WriteParameters();
-    }
-}
-
-void ReadPageExceptions(FeatureReader& reader, WorkingDevMode& working) {
-    StoredWatermarks watermarks(working.hPrinter);
-    for (size_t i = 0; i < kExceptionSlots; ++i) {
-        ExceptionRecord& exception = working.exceptions[i];
-        ExceptionPageList& pages = working.exceptionPages[i];
-        const uint8_t kindBefore = exception.kind;
-        const int number = static_cast<int>(i) + 1;
-        exception.kind = kNoException;
-        ElementReference feature;
-        for (const KindName& row : kKindNames) {
-            const NumberedName name(row.format, number);
-            if (reader.document.FindFeature(nullptr, kPrivateNamespace, name.text, &feature) == S_OK) {
-                exception.kind = row.kind;
-                break;
-            }
-        }
-        if (exception.kind == kNoException) {
-            continue;
-        }
-        pages.count = 0;
-        ReadUsage(reader, feature, &exception, &pages);
-        if (!ReadContent(reader, watermarks, feature, number, kindBefore, &exception)) {
-            exception.kind = kNoException;
-        }
     }
 }
 
