@@ -34,10 +34,6 @@ extern "C" {
 const IID IID_IUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 const IID IID_IClassFactory = {0x00000001, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 
-HRESULT WINAPI CoInitialize(LPVOID reserved) {
-    return CoInitializeEx(reserved, COINIT_APARTMENTTHREADED);
-}
-
 HRESULT WINAPI CoInitializeEx(LPVOID reserved, DWORD mode) {
     if (host::FaultAsked("CoInitializeEx")) {
         return host::AskedFailure();

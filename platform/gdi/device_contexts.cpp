@@ -335,10 +335,6 @@ int WINAPI SetBkMode(HDC context, int mode) {
     return ExchangeAttribute(context, &ContextState::backMode, mode, 0);
 }
 
-int WINAPI GetBkMode(HDC context) {
-    return AttributeOf(context, &ContextState::backMode, 0);
-}
-
 UINT WINAPI SetTextAlign(HDC context, UINT align) {
     constexpr UINT kFailure = 0xFFFFFFFF;
     const UINT across = align & TA_CENTER;
@@ -347,10 +343,6 @@ UINT WINAPI SetTextAlign(HDC context, UINT align) {
         return kFailure;
     }
     return ExchangeAttribute(context, &ContextState::align, align, kFailure);
-}
-
-UINT WINAPI GetTextAlign(HDC context) {
-    return AttributeOf(context, &ContextState::align, 0xFFFFFFFF);
 }
 
 int WINAPI SetStretchBltMode(HDC context, int mode) {
@@ -423,16 +415,6 @@ int WINAPI IntersectClipRect(HDC context, int left, int top, int right, int bott
     }
     state.clip = clip;
     return KindOf(clip);
-}
-
-int WINAPI GetClipBox(HDC context, LPRECT rect) {
-    const MachineLock lock;
-    const auto canvas = FindCanvas(context);
-    if (!canvas || !rect) {
-        return 0;
-    }
-    *rect = IsRectEmpty(&canvas->clip) ? RECT{} : Moved(canvas->clip, -canvas->origin.x, -canvas->origin.y);
-    return KindOf(*rect);
 }
 
 }  // extern "C"

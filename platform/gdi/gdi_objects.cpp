@@ -234,12 +234,4 @@ HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom) {
         AddThing(Region{{std::min(left, right), std::min(top, bottom), std::max(left, right), std::max(top, bottom)}}));
 }
 
-HRGN WINAPI CreateRectRgnIndirect(const RECT* rect) {
-    if (!rect) {
-        Fail(ERROR_INVALID_PARAMETER);
-        return nullptr;
-    }
-    return CreateRectRgn(rect->left, rect->top, rect->right, rect->bottom);
-}
-
 }  // extern "C"

@@ -13,22 +13,6 @@ BOOL WINAPI SetRect(LPRECT rect, int left, int top, int right, int bottom) {
     return TRUE;
 }
 
-BOOL WINAPI SetRectEmpty(LPRECT rect) {
-    return SetRect(rect, 0, 0, 0, 0);
-}
-
-BOOL WINAPI CopyRect(LPRECT destination, const RECT* source) {
-    if (!destination || !source) {
-        return FALSE;
-    }
-    *destination = *source;
-    return TRUE;
-}
-
-BOOL WINAPI InflateRect(LPRECT rect, int dx, int dy) {
-    return rect && SetRect(rect, rect->left - dx, rect->top - dy, rect->right + dx, rect->bottom + dy);
-}
-
 BOOL WINAPI OffsetRect(LPRECT rect, int dx, int dy) {
     return rect && SetRect(rect, rect->left + dx, rect->top + dy, rect->right + dx, rect->bottom + dy);
 }
@@ -46,20 +30,6 @@ BOOL WINAPI IntersectRect(LPRECT destination, const RECT* a, const RECT* b) {
     const bool empty = IsRectEmpty(a) || IsRectEmpty(b) || IsRectEmpty(&common);
     *destination = empty ? RECT{} : common;
     return !empty;
-}
-
-BOOL WINAPI UnionRect(LPRECT destination, const RECT* a, const RECT* b) {
-    if (!destination || !a || !b) {
-        return FALSE;
-    }
-    if (IsRectEmpty(a) || IsRectEmpty(b)) {
-        const RECT other = IsRectEmpty(a) ? *b : *a;
-        *destination = IsRectEmpty(&other) ? RECT{} : other;
-    } else {
-        *destination = {std::min(a->left, b->left), std::min(a->top, b->top), std::max(a->right, b->right),
-                        std::max(a->bottom, b->bottom)};
-    }
-    return !IsRectEmpty(destination);
 }
 
 BOOL WINAPI EqualRect(const RECT* a, const RECT* b) {

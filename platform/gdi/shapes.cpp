@@ -162,30 +162,6 @@ std::optional<Canvas> FindRoundCanvas(HDC context, const char* call) {
     return canvas;
 }
 
-void FillPolygon(const Canvas& canvas, const POINT* points, int count) {
-    const Brush& brush = *canvas.context->state.brush.thing;
-    if (brush.hollow) {
-        return;
-    }
-    Painter painter(canvas);
-    cairo_set_antialias(painter, CAIRO_ANTIALIAS_NONE);
-    cairo_set_fill_rule(painter, CAIRO_FILL_RULE_EVEN_ODD);
-    painter.SetPixelColor(PixelOf(*canvas.surface, brush.color));
-    for (int i = 0; i < count; ++i) {
-        const POINT at = ToSurface(canvas, points[i].x, points[i].y);
-        cairo_line_to(painter, at.x, at.y);
-    }
-    cairo_fill(painter);
-}
-
-void StrokePoints(const Canvas& canvas, const POINT* points, int count, bool closed) {
-    PenStroke stroke(canvas);
-    for (int i = 1; i < count + (closed ? 1 : 0); ++i) {
-        stroke.Line(ToSurface(canvas, points[i - 1].x, points[i - 1].y),
-                    ToSurface(canvas, points[i % count].x, points[i % count].y));
-    }
-}
-
 }  // namespace
 }  // namespace host
 
@@ -201,33 +177,6 @@ BOOL WINAPI LineTo(HDC context, int x, int y) {
     }
     const POINT from = std::exchange(canvas->context->state.position, POINT{x, y});
     PenStroke(*canvas).Line(ToSurface(*canvas, from.x, from.y), ToSurface(*canvas, x, y));
-    return TRUE;
-}
-
-BOOL WINAPI Polyline(HDC context, const POINT* points, int count) {
-    const MachineLock lock;
-    const auto canvas = FindCanvas(context, "Polyline");
-    if (!canvas) {
-        return FALSE;
-    }
-    if (!points || count < 2) {
-        return Fail(ERROR_INVALID_PARAMETER);
-    }
-    StrokePoints(*canvas, points, count, false);
-    return TRUE;
-}
-
-BOOL WINAPI Polygon(HDC context, const POINT* points, int count) {
-    const MachineLock lock;
-    const auto canvas = FindCanvas(context, "Polygon");
-    if (!canvas) {
-        return FALSE;
-    }
-    if (!points || count < 2) {
-        return Fail(ERROR_INVALID_PARAMETER);
-    }
-    FillPolygon(*canvas, points, count);
-    StrokePoints(*canvas, points, count, true);
     return TRUE;
 }
 
@@ -257,24 +206,6 @@ BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom) {
     for (size_t i = 0; i < std::size(corners); ++i) {
         stroke.Line(corners[i], corners[(i + 1) % std::size(corners)]);
     }
-    return TRUE;
-}
-
-BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom) {
-    const MachineLock lock;
-    const auto canvas = FindRoundCanvas(context, "Ellipse");
-    if (!canvas) {
-        return FALSE;
-    }
-    const bool hasPen = canvas->context->state.pen.thing->style != PS_NULL;
-    const EllipsePath ellipse = EllipseIn(ToSurface(*canvas, {left, top, right, bottom}), hasPen);
-    if (ellipse.radiusX == 0 || ellipse.radiusY == 0) {
-        return TRUE;
-    }
-    Painter painter(*canvas);
-    AddArc(painter, ellipse, 2 * std::numbers::pi, 0);
-    cairo_close_path(painter);
-    FillAndStroke(*canvas, painter, &painter);
     return TRUE;
 }
 

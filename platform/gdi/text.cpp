@@ -314,11 +314,6 @@ using namespace host;
 
 extern "C" {
 
-BOOL WINAPI TextOutW(HDC context, int x, int y, LPCWSTR text, int length) {
-    return length < 0 ? Fail(ERROR_INVALID_PARAMETER)
-                      : ExtTextOutW(context, x, y, 0, nullptr, text, static_cast<UINT>(length), nullptr);
-}
-
 BOOL WINAPI ExtTextOutW(HDC context, int x, int y, UINT options, const RECT* rect, LPCWSTR text, UINT length,
                         const INT* advances) {
     if (FaultAsked("ExtTextOutW")) {

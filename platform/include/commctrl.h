@@ -11,7 +11,6 @@ VOID WINAPI InitCommonControls();
 #define NM_CLICK (NM_FIRST - 2)
 
 #define TRACKBAR_CLASSW TEXT("msctls_trackbar32")
-#define TRACKBAR_CLASS TRACKBAR_CLASSW
 #define TBS_AUTOTICKS 0x0001
 #define TBS_VERT 0x0002
 #define TBS_HORZ 0x0000
@@ -37,11 +36,9 @@ VOID WINAPI InitCommonControls();
 #define TB_THUMBPOSITION 4
 #define TB_THUMBTRACK 5
 #define TB_TOP 6
-#define TB_BOTTOM 7
 #define TB_ENDTRACK 8
 
 #define UPDOWN_CLASSW TEXT("msctls_updown32")
-#define UPDOWN_CLASS UPDOWN_CLASSW
 #define UDS_WRAP 0x0001
 #define UDS_SETBUDDYINT 0x0002
 #define UDS_ALIGNRIGHT 0x0004
@@ -77,7 +74,6 @@ struct NMUPDOWN {
 using LPNMUPDOWN = NMUPDOWN*;
 
 #define WC_TABCONTROLW TEXT("SysTabControl32")
-#define WC_TABCONTROL WC_TABCONTROLW
 #define TCIF_TEXT 0x0001
 #define TCIF_PARAM 0x0008
 struct TCITEMW {

@@ -7,9 +7,8 @@
 #define HH_DISPLAY_TOPIC 0x0000        // data: none
 #define HH_DISPLAY_TEXT_POPUP 0x000E   // data: HH_POPUP
 #define HH_TP_HELP_CONTEXTMENU 0x0010  // data: pairs of DWORDs (control id, topic), ending with a pair of zeros
-#define HH_CLOSE_ALL 0x0012
-#define HH_INITIALIZE 0x001C    // data: address of a DWORD that receives a cookie
-#define HH_UNINITIALIZE 0x001D  // data: the cookie
+#define HH_INITIALIZE 0x001C           // data: address of a DWORD that receives a cookie
+#define HH_UNINITIALIZE 0x001D         // data: the cookie
 
 // A text shown in a small window. A colour or a margin of -1 is the engine's own.
 typedef struct tagHH_POPUP {

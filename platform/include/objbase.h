@@ -5,11 +5,6 @@
 #include <unknwn.h>
 #include <windows.h>
 
-#define STDAPI extern "C" HRESULT
-#define STDAPI_(type) extern "C" type
-#define STDMETHODIMP HRESULT
-#define STDMETHODIMP_(type) type
-
 enum COINIT {
     COINIT_MULTITHREADED = 0x0,
     COINIT_APARTMENTTHREADED = 0x2,
@@ -19,12 +14,10 @@ enum COINIT {
 
 extern "C" {
 LPVOID WINAPI CoTaskMemAlloc(SIZE_T bytes);
-LPVOID WINAPI CoTaskMemRealloc(LPVOID memory, SIZE_T bytes);
 void WINAPI CoTaskMemFree(LPVOID memory);  // null: nothing
 
 // Each that succeeds needs its CoUninitialize on the same thread. S_FALSE: the thread had COM already;
 // RPC_E_CHANGED_MODE: in another mode, which it keeps. `reserved` is null.
-HRESULT WINAPI CoInitialize(LPVOID reserved);
 HRESULT WINAPI CoInitializeEx(LPVOID reserved, DWORD mode);
 void WINAPI CoUninitialize();
 

@@ -13,14 +13,11 @@ void WINAPI SetLastError(DWORD error);
 
 // --- Heap -----------------------------------------------------------------------------------------------------------
 
-#define HEAP_NO_SERIALIZE 0x00000001
 #define HEAP_ZERO_MEMORY 0x00000008
-#define HEAP_REALLOC_IN_PLACE_ONLY 0x00000010
 
 extern "C" {
 HANDLE WINAPI GetProcessHeap();
 LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes);
-LPVOID WINAPI HeapReAlloc(HANDLE heap, DWORD flags, LPVOID memory, SIZE_T bytes);
 BOOL WINAPI HeapFree(HANDLE heap, DWORD flags, LPVOID memory);
 // (SIZE_T)-1 for what is no block of the heap.
 SIZE_T WINAPI HeapSize(HANDLE heap, DWORD flags, LPCVOID memory);
@@ -33,14 +30,10 @@ SIZE_T WINAPI GlobalSize(HGLOBAL memory);
 // --- Files ----------------------------------------------------------------------------------------------------------
 
 #define FILE_READ_DATA 0x0001
-#define FILE_LIST_DIRECTORY 0x0001
 #define FILE_WRITE_DATA 0x0002
 #define FILE_APPEND_DATA 0x0004
-#define FILE_READ_EA 0x0008
-#define FILE_WRITE_EA 0x0010
 #define FILE_EXECUTE 0x0020
 #define FILE_READ_ATTRIBUTES 0x0080
-#define FILE_WRITE_ATTRIBUTES 0x0100
 #define FILE_SHARE_READ 0x00000001
 #define FILE_SHARE_WRITE 0x00000002
 #define FILE_SHARE_DELETE 0x00000004
@@ -51,14 +44,12 @@ SIZE_T WINAPI GlobalSize(HGLOBAL memory);
 #define TRUNCATE_EXISTING 5
 #define FILE_ATTRIBUTE_READONLY 0x00000001
 #define FILE_ATTRIBUTE_HIDDEN 0x00000002
-#define FILE_ATTRIBUTE_SYSTEM 0x00000004
 #define FILE_ATTRIBUTE_DIRECTORY 0x00000010
 #define FILE_ATTRIBUTE_ARCHIVE 0x00000020
 #define FILE_ATTRIBUTE_NORMAL 0x00000080
 #define FILE_ATTRIBUTE_TEMPORARY 0x00000100
 #define FILE_FLAG_WRITE_THROUGH 0x80000000u
 #define FILE_FLAG_OVERLAPPED 0x40000000
-#define FILE_FLAG_NO_BUFFERING 0x20000000
 #define FILE_FLAG_RANDOM_ACCESS 0x10000000
 #define FILE_FLAG_SEQUENTIAL_SCAN 0x08000000
 #define FILE_FLAG_DELETE_ON_CLOSE 0x04000000
@@ -107,13 +98,10 @@ DWORD WINAPI SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWOR
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER newPointer, DWORD method);
 DWORD WINAPI GetFileSize(HANDLE file, LPDWORD sizeHigh);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
-BOOL WINAPI SetEndOfFile(HANDLE file);
-BOOL WINAPI FlushFileBuffers(HANDLE file);
 BOOL WINAPI CloseHandle(HANDLE object);
 DWORD WINAPI GetFileAttributesW(LPCWSTR name);
 BOOL WINAPI SetFileAttributesW(LPCWSTR name, DWORD attributes);
 BOOL WINAPI CreateDirectoryW(LPCWSTR name, LPSECURITY_ATTRIBUTES security);
-BOOL WINAPI RemoveDirectoryW(LPCWSTR name);
 BOOL WINAPI DeleteFileW(LPCWSTR name);
 BOOL WINAPI MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags);
 BOOL WINAPI CopyFileW(LPCWSTR from, LPCWSTR to, BOOL failIfExists);
@@ -121,10 +109,6 @@ HANDLE WINAPI FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW found);
 BOOL WINAPI FindNextFileW(HANDLE search, LPWIN32_FIND_DATAW found);
 BOOL WINAPI FindClose(HANDLE search);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR name);
-DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR buffer);
-DWORD WINAPI GetTempPathW(DWORD size, LPWSTR buffer);
-UINT WINAPI GetSystemDirectoryW(LPWSTR buffer, UINT size);
-UINT WINAPI GetWindowsDirectoryW(LPWSTR buffer, UINT size);
 }
 
 // --- INI files ------------------------------------------------------------------------------------------------------
@@ -160,7 +144,6 @@ DWORD WINAPI GetEnvironmentVariableW(LPCWSTR name, LPWSTR buffer, DWORD size);
 BOOL WINAPI SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 BOOL WINAPI GetComputerNameW(LPWSTR buffer, LPDWORD size);
 BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version);
-DWORD WINAPI GetVersion();
 DWORD WINAPI GetTickCount();
 DWORD WINAPI GetCurrentThreadId();
 }
@@ -171,19 +154,15 @@ DWORD WINAPI GetCurrentThreadId();
 #define DLL_PROCESS_ATTACH 1
 #define DLL_THREAD_ATTACH 2
 #define DLL_THREAD_DETACH 3
-#define LOAD_LIBRARY_AS_DATAFILE 0x00000002
 
 extern "C" {
 HMODULE WINAPI LoadLibraryW(LPCWSTR name);
 HMODULE WINAPI LoadLibraryA(LPCSTR name);
-HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE file, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
 // `name`: a name, or an ordinal in its low word. A library of this host exports ordinal N as the symbol "OrdinalN".
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
-DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size);
 HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type);
-HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language);
 HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
 LPVOID WINAPI LockResource(HGLOBAL resource);
 DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
@@ -203,11 +182,9 @@ DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
 extern "C" {
 HANDLE WINAPI CreateSemaphoreW(LPSECURITY_ATTRIBUTES security, LONG initialCount, LONG maximumCount, LPCWSTR name);
 HANDLE WINAPI OpenSemaphoreW(DWORD access, BOOL inherit, LPCWSTR name);
-BOOL WINAPI ReleaseSemaphore(HANDLE semaphore, LONG count, LPLONG previous);
 HANDLE WINAPI CreateEventW(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL initialState, LPCWSTR name);
 HANDLE WINAPI OpenEventW(DWORD access, BOOL inherit, LPCWSTR name);
 BOOL WINAPI SetEvent(HANDLE event);
-BOOL WINAPI ResetEvent(HANDLE event);
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds);
 // Above 31: started; otherwise an error number.
 UINT WINAPI WinExec(LPCSTR commandLine, UINT show);

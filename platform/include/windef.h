@@ -9,7 +9,6 @@
 #define APIENTRY
 #define CALLBACK
 #define STDMETHODCALLTYPE
-#define CONST const
 #define VOID void
 
 using CHAR = char;
@@ -154,23 +153,14 @@ using PLARGE_INTEGER = LARGE_INTEGER*;
 static_assert(sizeof(LARGE_INTEGER) == 8);
 
 #define LOBYTE(value) (static_cast<BYTE>(static_cast<DWORD_PTR>(value) & 0xFF))
-#define HIBYTE(value) (static_cast<BYTE>((static_cast<DWORD_PTR>(value) >> 8) & 0xFF))
 #define LOWORD(value) (static_cast<WORD>((DWORD_PTR)(value)&0xFFFF))
 #define HIWORD(value) (static_cast<WORD>(((DWORD_PTR)(value) >> 16) & 0xFFFF))
-#define MAKEWORD(low, high) (static_cast<WORD>(LOBYTE(low) | (static_cast<WORD>(LOBYTE(high)) << 8)))
 #define MAKELONG(low, high) (static_cast<LONG>(LOWORD(low) | (static_cast<DWORD>(LOWORD(high)) << 16)))
 #define MAKEWPARAM(low, high) (static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high))))
 #define MAKELPARAM(low, high) (static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(low, high))))
 #define MAKELRESULT(low, high) (static_cast<LRESULT>(static_cast<DWORD>(MAKELONG(low, high))))
 
-#define UNREFERENCED_PARAMETER(name) (static_cast<void>(name))
-
 #define ZeroMemory(destination, length) memset((destination), 0, (length))
-#define FillMemory(destination, length, fill) memset((destination), (fill), (length))
-#define CopyMemory(destination, source, length) memcpy((destination), (source), (length))
-#define MoveMemory(destination, source, length) memmove((destination), (source), (length))
-
-#define MAXDWORD 0xFFFFFFFFu
 
 // Languages.
 #define MAKELANGID(primary, sub) (static_cast<WORD>((static_cast<WORD>(sub) << 10) | static_cast<WORD>(primary)))
@@ -188,15 +178,8 @@ static_assert(sizeof(LARGE_INTEGER) == 8);
 
 // Access rights.
 #define DELETE 0x00010000
-#define READ_CONTROL 0x00020000
-#define WRITE_DAC 0x00040000
-#define WRITE_OWNER 0x00080000
 #define SYNCHRONIZE 0x00100000
 #define STANDARD_RIGHTS_REQUIRED 0x000F0000
-#define STANDARD_RIGHTS_READ READ_CONTROL
-#define STANDARD_RIGHTS_WRITE READ_CONTROL
-#define STANDARD_RIGHTS_EXECUTE READ_CONTROL
-#define STANDARD_RIGHTS_ALL 0x001F0000
 #define GENERIC_READ 0x80000000u
 #define GENERIC_WRITE 0x40000000u
 #define GENERIC_EXECUTE 0x20000000u

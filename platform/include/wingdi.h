@@ -401,9 +401,6 @@ using FONTENUMPROCW = int(CALLBACK*)(const LOGFONTW*, const TEXTMETRICW*, DWORD,
 
 // Bitmaps.
 #define BI_RGB 0
-#define BI_RLE8 1
-#define BI_RLE4 2
-#define BI_BITFIELDS 3
 
 #pragma pack(push, 2)
 struct BITMAPFILEHEADER {
@@ -500,8 +497,6 @@ struct LOGBRUSH {
 #define ETO_CLIPPED 0x0004
 #define ETO_RTLREADING 0x0080
 
-#define DT_TOP 0x0000
-#define DT_LEFT 0x0000
 #define DT_CENTER 0x0001
 #define DT_RIGHT 0x0002
 #define DT_VCENTER 0x0004
@@ -526,11 +521,8 @@ struct LOGBRUSH {
 #define COLORONCOLOR 3
 #define HALFTONE 4
 
-#define RGN_AND 1
-#define RGN_COPY 5
 #define NULLREGION 1
 #define SIMPLEREGION 2
-#define COMPLEXREGION 3
 
 #define MM_TEXT 1
 #define MM_ANISOTROPIC 8
@@ -576,9 +568,7 @@ COLORREF WINAPI GetTextColor(HDC context);
 COLORREF WINAPI SetBkColor(HDC context, COLORREF color);
 COLORREF WINAPI GetBkColor(HDC context);
 int WINAPI SetBkMode(HDC context, int mode);
-int WINAPI GetBkMode(HDC context);
 UINT WINAPI SetTextAlign(HDC context, UINT align);
-UINT WINAPI GetTextAlign(HDC context);
 int WINAPI SetStretchBltMode(HDC context, int mode);
 BOOL WINAPI SetBrushOrgEx(HDC context, int x, int y, LPPOINT previous);
 BOOL WINAPI SetViewportOrgEx(HDC context, int x, int y, LPPOINT previous);
@@ -589,10 +579,7 @@ BOOL WINAPI SetViewportExtEx(HDC context, int width, int height, LPSIZE previous
 BOOL WINAPI MoveToEx(HDC context, int x, int y, LPPOINT previous);
 BOOL WINAPI LineTo(HDC context, int x, int y);
 BOOL WINAPI Rectangle(HDC context, int left, int top, int right, int bottom);
-BOOL WINAPI Ellipse(HDC context, int left, int top, int right, int bottom);
 BOOL WINAPI Pie(HDC context, int left, int top, int right, int bottom, int x1, int y1, int x2, int y2);
-BOOL WINAPI Polygon(HDC context, const POINT* points, int count);
-BOOL WINAPI Polyline(HDC context, const POINT* points, int count);
 int WINAPI FillRect(HDC context, const RECT* rect, HBRUSH brush);  // a brush, or a COLOR_ value plus 1
 int WINAPI FrameRect(HDC context, const RECT* rect, HBRUSH brush);
 BOOL WINAPI DrawFocusRect(HDC context, const RECT* rect);
@@ -604,7 +591,6 @@ BOOL WINAPI BitBlt(HDC context, int x, int y, int width, int height, HDC source,
 BOOL WINAPI StretchBlt(HDC context, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
                        int sourceWidth, int sourceHeight, DWORD operation);
 
-BOOL WINAPI TextOutW(HDC context, int x, int y, LPCWSTR text, int length);
 BOOL WINAPI ExtTextOutW(HDC context, int x, int y, UINT options, const RECT* rect, LPCWSTR text, UINT length,
                         const INT* advances);
 int WINAPI DrawTextW(HDC context, LPCWSTR text, int length, LPRECT rect, UINT format);
@@ -612,9 +598,7 @@ BOOL WINAPI GetTextExtentPoint32W(HDC context, LPCWSTR text, int length, LPSIZE 
 BOOL WINAPI GetTextMetricsW(HDC context, TEXTMETRICW* metrics);
 
 HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom);
-HRGN WINAPI CreateRectRgnIndirect(const RECT* rect);
 int WINAPI SelectClipRgn(HDC context, HRGN region);  // null: no clipping
 int WINAPI IntersectClipRect(HDC context, int left, int top, int right, int bottom);
-int WINAPI GetClipBox(HDC context, LPRECT rect);
 
 }  // extern "C"

@@ -18,5 +18,4 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int len
 UINT WINAPI GetACP();
 BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte);
 LANGID WINAPI GetUserDefaultLangID();
-LCID WINAPI GetUserDefaultLCID();
 }

@@ -12,11 +12,6 @@ extern "C" {
 // printed. TRUE: it can, and *pResID is 0.
 BOOL WINAPI DevQueryPrint(HANDLE hPrinter, LPDEVMODEW pDevMode, DWORD* pResID);
 
-// No call runs on behalf of a client here, so there is nothing to revert: null with ERROR_NO_TOKEN.
-HANDLE WINAPI RevertToPrinterSelf(VOID);
-// Takes back what RevertToPrinterSelf gave; FALSE with ERROR_INVALID_HANDLE for anything else.
-BOOL WINAPI ImpersonatePrinterClient(HANDLE hToken);
-
 #ifdef __cplusplus
 }
 #endif

@@ -6,23 +6,18 @@
 
 #define MAKEINTRESOURCEW(id) (reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(static_cast<WORD>(id))))
 #define MAKEINTRESOURCEA(id) (reinterpret_cast<LPSTR>(static_cast<ULONG_PTR>(static_cast<WORD>(id))))
-#define MAKEINTRESOURCE MAKEINTRESOURCEW
 #define IS_INTRESOURCE(name) ((reinterpret_cast<ULONG_PTR>(name) >> 16) == 0)
-#define RT_CURSOR MAKEINTRESOURCEW(1)
 #define RT_BITMAP MAKEINTRESOURCEW(2)
 #define RT_ICON MAKEINTRESOURCEW(3)
-#define RT_MENU MAKEINTRESOURCEW(4)
 #define RT_DIALOG MAKEINTRESOURCEW(5)
 #define RT_STRING MAKEINTRESOURCEW(6)
 #define RT_RCDATA MAKEINTRESOURCEW(10)
-#define RT_GROUP_CURSOR MAKEINTRESOURCEW(12)
 #define RT_GROUP_ICON MAKEINTRESOURCEW(14)
 #define RT_VERSION MAKEINTRESOURCEW(16)
 
 extern "C" {
 // The text in place, or, where the pointer's high part is 0, the one character in its low word.
 LPWSTR WINAPI CharUpperW(LPWSTR text);
-DWORD WINAPI CharUpperBuffW(LPWSTR text, DWORD length);
 // Size 0: `buffer` is taken for an LPCWSTR* that receives the text's address in the module (not NUL-terminated).
 int WINAPI LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int size);
 }
@@ -43,15 +38,12 @@ using TIMERPROC = VOID(CALLBACK*)(HWND, UINT, UINT_PTR, DWORD);
 #define WS_OVERLAPPED 0x00000000u
 #define WS_POPUP 0x80000000u
 #define WS_CHILD 0x40000000u
-#define WS_MINIMIZE 0x20000000u
 #define WS_VISIBLE 0x10000000u
 #define WS_DISABLED 0x08000000u
 #define WS_CLIPSIBLINGS 0x04000000u
 #define WS_CLIPCHILDREN 0x02000000u
-#define WS_MAXIMIZE 0x01000000u
 #define WS_CAPTION 0x00C00000u
 #define WS_BORDER 0x00800000u
-#define WS_DLGFRAME 0x00400000u
 #define WS_VSCROLL 0x00200000u
 #define WS_HSCROLL 0x00100000u
 #define WS_SYSMENU 0x00080000u
@@ -62,7 +54,6 @@ using TIMERPROC = VOID(CALLBACK*)(HWND, UINT, UINT_PTR, DWORD);
 #define WS_EX_NOPARENTNOTIFY 0x00000004u
 #define WS_EX_TOPMOST 0x00000008u
 #define WS_EX_CLIENTEDGE 0x00000200u
-#define WS_EX_CONTEXTHELP 0x00000400u
 #define WS_EX_RTLREADING 0x00002000u
 #define WS_EX_CONTROLPARENT 0x00010000u
 #define WS_EX_STATICEDGE 0x00020000u
@@ -70,7 +61,6 @@ using TIMERPROC = VOID(CALLBACK*)(HWND, UINT, UINT_PTR, DWORD);
 #define CS_VREDRAW 0x0001
 #define CS_HREDRAW 0x0002
 #define CS_DBLCLKS 0x0008
-#define CS_PARENTDC 0x0080
 
 struct WNDCLASSW {
     UINT style;
@@ -110,7 +100,6 @@ struct WINDOWPLACEMENT {
 };
 
 #define CW_USEDEFAULT (static_cast<int>(0x80000000u))
-#define HWND_DESKTOP (static_cast<HWND>(nullptr))
 #define HWND_BROADCAST (reinterpret_cast<HWND>(static_cast<ULONG_PTR>(0xFFFF)))
 #define HWND_TOP (static_cast<HWND>(nullptr))
 #define HWND_BOTTOM (reinterpret_cast<HWND>(static_cast<LONG_PTR>(1)))
@@ -211,14 +200,11 @@ LONG WINAPI SetWindowLongW(HWND window, int index, LONG value);
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity);
 
 HWND WINAPI GetParent(HWND window);
-HWND WINAPI SetParent(HWND window, HWND parent);
 HWND WINAPI GetAncestor(HWND window, UINT kind);
 HWND WINAPI GetWindow(HWND window, UINT kind);
 HWND WINAPI GetDesktopWindow();
 BOOL WINAPI IsChild(HWND parent, HWND window);
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC proc, LPARAM parameter);
 BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC proc, LPARAM parameter);
-DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process);
 HWND WINAPI FindWindowW(LPCWSTR className, LPCWSTR name);
 
 BOOL WINAPI ShowWindow(HWND window, int command);
@@ -235,12 +221,8 @@ BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 HWND WINAPI WindowFromPoint(POINT point);
-HWND WINAPI ChildWindowFromPoint(HWND parent, POINT point);
 BOOL WINAPI SetForegroundWindow(HWND window);
-HWND WINAPI GetForegroundWindow();
-HWND WINAPI SetActiveWindow(HWND window);
 HWND WINAPI GetActiveWindow();
-BOOL WINAPI BringWindowToTop(HWND window);
 HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus();
 HWND WINAPI SetCapture(HWND window);
@@ -271,12 +253,8 @@ HBRUSH WINAPI GetSysColorBrush(int index);
 BOOL WINAPI MessageBeep(UINT type);
 
 BOOL WINAPI SetRect(LPRECT rect, int left, int top, int right, int bottom);
-BOOL WINAPI SetRectEmpty(LPRECT rect);
-BOOL WINAPI CopyRect(LPRECT destination, const RECT* source);
-BOOL WINAPI InflateRect(LPRECT rect, int dx, int dy);
 BOOL WINAPI OffsetRect(LPRECT rect, int dx, int dy);
 BOOL WINAPI IntersectRect(LPRECT destination, const RECT* a, const RECT* b);
-BOOL WINAPI UnionRect(LPRECT destination, const RECT* a, const RECT* b);
 BOOL WINAPI IsRectEmpty(const RECT* rect);
 BOOL WINAPI EqualRect(const RECT* a, const RECT* b);
 BOOL WINAPI PtInRect(const RECT* rect, POINT point);
@@ -309,14 +287,12 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WM_NEXTDLGCTL 0x0028
 #define WM_DRAWITEM 0x002B
 #define WM_MEASUREITEM 0x002C
-#define WM_DELETEITEM 0x002D
 #define WM_SETFONT 0x0030
 #define WM_GETFONT 0x0031
 #define WM_VKEYTOITEM 0x002E
 #define WM_CHARTOITEM 0x002F
 #define WM_QUERYDRAGICON 0x0037
 #define WM_COMPAREITEM 0x0039
-#define WM_WINDOWPOSCHANGED 0x0047
 #define WM_NOTIFY 0x004E
 #define WM_HELP 0x0053
 #define WM_CONTEXTMENU 0x007B
@@ -331,7 +307,6 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WM_NCMOUSEMOVE 0x00A0
 #define WM_NCLBUTTONDOWN 0x00A1
 #define WM_NCLBUTTONUP 0x00A2
-#define WM_NCLBUTTONDBLCLK 0x00A3
 #define WM_NCRBUTTONDOWN 0x00A4
 #define WM_NCRBUTTONUP 0x00A5
 #define WM_KEYDOWN 0x0100
@@ -340,14 +315,12 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define WM_SYSKEYDOWN 0x0104
 #define WM_SYSKEYUP 0x0105
 #define WM_SYSCHAR 0x0106
-#define WM_IME_COMPOSITION 0x010F
 #define WM_INITDIALOG 0x0110
 #define WM_COMMAND 0x0111
 #define WM_SYSCOMMAND 0x0112
 #define WM_TIMER 0x0113
 #define WM_HSCROLL 0x0114
 #define WM_VSCROLL 0x0115
-#define WM_CHANGEUISTATE 0x0127
 #define WM_ENTERIDLE 0x0121
 #define WM_CTLCOLORMSGBOX 0x0132
 #define WM_CTLCOLOREDIT 0x0133
@@ -390,12 +363,10 @@ BOOL WINAPI PtInRect(const RECT* rect, POINT point);
 #define HTBORDER 18
 #define HTCLOSE 20
 #define SC_CLOSE 0xF060
-#define ICON_SMALL 0
 #define ICON_BIG 1
 
 #define DLGC_WANTARROWS 0x0001
 #define DLGC_WANTTAB 0x0002
-#define DLGC_WANTALLKEYS 0x0004
 #define DLGC_WANTMESSAGE 0x0004
 #define DLGC_HASSETSEL 0x0008
 #define DLGC_DEFPUSHBUTTON 0x0010
@@ -495,18 +466,15 @@ extern "C" {
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI SendMessageTimeoutW(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT flags, UINT timeout,
                                    DWORD_PTR* result);
-BOOL WINAPI SendNotifyMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 VOID WINAPI PostQuitMessage(int exitCode);
 BOOL WINAPI GetMessageW(LPMSG message, HWND window, UINT first, UINT last);
 BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT remove);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageW(const MSG* message);
-DWORD WINAPI GetMessagePos();
 SHORT WINAPI GetKeyState(int key);
 UINT WINAPI SendInput(UINT count, LPINPUT inputs, int bytesOfOne);
 BOOL WINAPI GetCursorPos(LPPOINT point);
-BOOL WINAPI SetCursorPos(int x, int y);
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC proc);
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id);
 
@@ -531,10 +499,8 @@ HANDLE WINAPI GetClipboardData(UINT format);
 #define DS_FIXEDSYS 0x0008
 #define DS_SETFONT 0x0040
 #define DS_MODALFRAME 0x0080
-#define DS_SETFOREGROUND 0x0200
 #define DS_CONTROL 0x0400
 #define DS_CENTER 0x0800
-#define DS_CONTEXTHELP 0x2000
 #define DS_SHELLFONT (DS_SETFONT | DS_FIXEDSYS)
 #define DM_GETDEFID (WM_USER + 0)
 #define DM_SETDEFID (WM_USER + 1)
@@ -546,7 +512,6 @@ HANDLE WINAPI GetClipboardData(UINT format);
 #define IDCANCEL 2
 #define IDYES 6
 #define IDNO 7
-#define IDC_STATIC (-1)
 
 #pragma pack(push, 2)
 struct DLGTEMPLATE {
@@ -585,8 +550,6 @@ int WINAPI GetDlgCtrlID(HWND window);
 LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
 UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity);
-BOOL WINAPI SetDlgItemInt(HWND dialog, int id, UINT value, BOOL isSigned);
-UINT WINAPI GetDlgItemInt(HWND dialog, int id, BOOL* translated, BOOL isSigned);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id);
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int check);
@@ -646,8 +609,6 @@ HCURSOR WINAPI GetCursor();
 #define BS_OWNERDRAW 0x000B
 #define BS_TYPEMASK 0x000F
 #define BS_LEFTTEXT 0x0020
-#define BS_ICON 0x0040
-#define BS_BITMAP 0x0080
 #define BS_MULTILINE 0x2000
 #define BS_NOTIFY 0x4000
 #define BN_CLICKED 0
@@ -663,7 +624,6 @@ HCURSOR WINAPI GetCursor();
 #define BM_SETIMAGE 0x00F7
 #define BST_UNCHECKED 0
 #define BST_CHECKED 1
-#define BST_INDETERMINATE 2
 #define BST_PUSHED 0x0004
 #define BST_FOCUS 0x0008
 
@@ -683,7 +643,6 @@ HCURSOR WINAPI GetCursor();
 #define SS_NOPREFIX 0x0080
 #define SS_NOTIFY 0x0100
 #define SS_CENTERIMAGE 0x0200
-#define SS_REALSIZEIMAGE 0x0800
 #define SS_SUNKEN 0x1000
 #define SS_ENDELLIPSIS 0x4000
 #define SS_PATHELLIPSIS 0x8000
@@ -694,10 +653,8 @@ HCURSOR WINAPI GetCursor();
 #define STN_CLICKED 0
 #define STN_DBLCLK 1
 
-#define ES_LEFT 0x0000
 #define ES_CENTER 0x0001
 #define ES_RIGHT 0x0002
-#define ES_MULTILINE 0x0004
 #define ES_UPPERCASE 0x0008
 #define ES_AUTOHSCROLL 0x0080
 #define ES_READONLY 0x0800
@@ -721,13 +678,11 @@ HCURSOR WINAPI GetCursor();
 #define LBS_HASSTRINGS 0x0040
 #define LBS_NOINTEGRALHEIGHT 0x0100
 #define LBS_MULTICOLUMN 0x0200
-#define LBN_ERRSPACE (-2)
 #define LBN_SELCHANGE 1
 #define LBN_DBLCLK 2
 #define LBN_SETFOCUS 4
 #define LBN_KILLFOCUS 5
 #define LB_ERR (-1)
-#define LB_ERRSPACE (-2)
 #define LB_ADDSTRING 0x0180
 #define LB_INSERTSTRING 0x0181
 #define LB_DELETESTRING 0x0182
@@ -768,7 +723,6 @@ HCURSOR WINAPI GetCursor();
 #define CBN_SELENDOK 9
 #define CBN_SELENDCANCEL 10
 #define CB_ERR (-1)
-#define CB_ERRSPACE (-2)
 #define CB_GETEDITSEL 0x0140
 #define CB_LIMITTEXT 0x0141
 #define CB_SETEDITSEL 0x0142
@@ -793,8 +747,6 @@ HCURSOR WINAPI GetCursor();
 
 #define SBS_HORZ 0x0000
 #define SBS_VERT 0x0001
-#define SB_HORZ 0
-#define SB_VERT 1
 #define SB_CTL 2
 #define SB_LINEUP 0
 #define SB_LINELEFT 0
@@ -835,14 +787,11 @@ using LPSCROLLINFO = SCROLLINFO*;
 using LPCSCROLLINFO = const SCROLLINFO*;
 
 // Owner-drawn items.
-#define ODT_MENU 1
 #define ODT_LISTBOX 2
 #define ODT_COMBOBOX 3
 #define ODT_BUTTON 4
 #define ODT_STATIC 5
 #define ODA_DRAWENTIRE 0x0001
-#define ODA_SELECT 0x0002
-#define ODA_FOCUS 0x0004
 #define ODS_SELECTED 0x0001
 #define ODS_DISABLED 0x0004
 #define ODS_FOCUS 0x0010

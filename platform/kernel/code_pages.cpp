@@ -304,11 +304,4 @@ LPWSTR WINAPI CharUpperW(LPWSTR text) {
     return text;
 }
 
-DWORD WINAPI CharUpperBuffW(LPWSTR text, DWORD length) {
-    for (DWORD i = 0; text != nullptr && i < length; ++i) {
-        text[i] = host::UpperCase(text[i]);
-    }
-    return text != nullptr ? length : 0;
-}
-
 }  // extern "C"

@@ -1,6 +1,8 @@
 #include "platform/kernel/drive.h"
 
 #include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -328,6 +330,28 @@ const std::u16string& CurrentDirectory() {
 
 void SetCurrentDirectory(std::u16string full) {
     Drive().currentDirectory = std::move(full);
+}
+
+bool ReadWhole(const std::string& file, std::string& bytes) {
+    const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (opened < 0) {
+        return false;
+    }
+    bytes.clear();
+    char buffer[65536];
+    ssize_t taken = 0;
+    while ((taken = read(opened, buffer, sizeof(buffer))) != 0) {
+        if (taken > 0) {
+            bytes.append(buffer, static_cast<size_t>(taken));
+        } else if (errno != EINTR) {
+            const int error = errno;
+            close(opened);
+            errno = error;
+            return false;
+        }
+    }
+    close(opened);
+    return true;
 }
 
 DWORD ErrorFromErrno(int error) {

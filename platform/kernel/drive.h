@@ -50,6 +50,9 @@ struct FolderName {
 // `status` is the folder's, got under the machine's lock, which is held as long as the list is used.
 const std::vector<FolderName>& ListFolder(const std::string& folder, const struct stat& status);
 
+// The whole content of a file of the host. False where it can't be read; the error is in errno.
+bool ReadWhole(const std::string& file, std::string& bytes);
+
 // An error number for a failed call of the host.
 DWORD ErrorFromErrno(int error);
 

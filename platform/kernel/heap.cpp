@@ -112,18 +112,6 @@ void* AllocateBlock(Resource kind, size_t bytes, bool zeroed) {
     return header + 1;
 }
 
-void* ReallocateBlock(Resource kind, void* block, size_t bytes, bool zeroed) {
-    void* fresh = AllocateBlock(kind, bytes, zeroed);
-    if (fresh != nullptr) {
-        const size_t size = HeaderOf(block)->size;
-        if (const size_t kept = size < bytes ? size : bytes; kept != 0) {
-            memcpy(fresh, block, kept);
-        }
-        FreeBlock(kind, block);
-    }
-    return fresh;
-}
-
 void FreeBlock(Resource kind, void* block) {
     if (IsBlock(kind, block)) {
         Header* header = HeaderOf(block);
@@ -204,26 +192,6 @@ LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes) {
     return host::AllocateBlock(Resource::kHeapBlock, bytes, (flags & HEAP_ZERO_MEMORY) != 0);
 }
 
-LPVOID WINAPI HeapReAlloc(HANDLE heap, DWORD flags, LPVOID memory, SIZE_T bytes) {
-    if (host::FaultAsked("HeapReAlloc") || !host::IsHeap(heap)) {
-        return nullptr;
-    }
-    if (memory == nullptr) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return nullptr;
-    }
-    host::DemandBlock("HeapReAlloc", Resource::kHeapBlock, memory);
-    if ((flags & HEAP_REALLOC_IN_PLACE_ONLY) != 0) {
-        // Every block is as long as it was asked for: only the same size needs no move.
-        if (bytes != host::BlockSize(Resource::kHeapBlock, memory)) {
-            SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-            return nullptr;
-        }
-        return memory;
-    }
-    return host::ReallocateBlock(Resource::kHeapBlock, memory, bytes, (flags & HEAP_ZERO_MEMORY) != 0);
-}
-
 BOOL WINAPI HeapFree(HANDLE heap, DWORD, LPVOID memory) {
     if (!host::IsHeap(heap)) {
         return FALSE;
@@ -247,21 +215,6 @@ LPVOID WINAPI CoTaskMemAlloc(SIZE_T bytes) {
         return nullptr;
     }
     return host::AllocateBlock(Resource::kTaskMemory, bytes, false);
-}
-
-LPVOID WINAPI CoTaskMemRealloc(LPVOID memory, SIZE_T bytes) {
-    if (host::FaultAsked("CoTaskMemRealloc")) {
-        return nullptr;
-    }
-    if (memory == nullptr) {
-        return host::AllocateBlock(Resource::kTaskMemory, bytes, false);
-    }
-    host::DemandBlock("CoTaskMemRealloc", Resource::kTaskMemory, memory);
-    if (bytes == 0) {
-        host::FreeBlock(Resource::kTaskMemory, memory);
-        return nullptr;
-    }
-    return host::ReallocateBlock(Resource::kTaskMemory, memory, bytes, false);
 }
 
 void WINAPI CoTaskMemFree(LPVOID memory) {

@@ -26,8 +26,6 @@ inline constexpr bool kMayKeepFreedMemory = true;
 
 // Null where the memory ran out or the test wants this allocation to fail.
 void* AllocateBlock(Resource kind, size_t bytes, bool zeroed);
-// As above for a new size; the old block stays as it is on failure. A grown part is zeroed when asked.
-void* ReallocateBlock(Resource kind, void* block, size_t bytes, bool zeroed);
 void FreeBlock(Resource kind, void* block);
 size_t BlockSize(Resource kind, const void* block);
 // A block of this kind that is in use. A freed block or a foreign address can't be told in every case; what can't is an

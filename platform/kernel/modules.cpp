@@ -11,7 +11,6 @@
 #include "platform/kernel/code_pages.h"
 #include "platform/kernel/drive.h"
 #include "platform/kernel/faults.h"
-#include "platform/kernel/files.h"
 #include "platform/kernel/objects.h"
 #include "platform/kernel/settings.h"
 #include "platform/kernel/text.h"
@@ -41,8 +40,7 @@ class Module final : public Object {
     bool IsHeldByProgram() const override { return references > 0; }
 
     std::u16string path;
-    std::string hostFile;  // empty: one of the system's
-    bool asData = false;
+    std::string hostFile;     // empty: one of the system's
     unsigned references = 0;  // of programs
     void* library = nullptr;  // of the host's loader: the library, or the layer itself; null: resources only
     EntryRoutine entry = nullptr;
@@ -144,12 +142,12 @@ HMODULE Fail(DWORD error) {
     return nullptr;
 }
 
-HMODULE LoadFile(const Place& place, bool asData) {
+HMODULE LoadFile(const Place& place) {
     if (place.error != ERROR_SUCCESS || S_ISDIR(place.status.st_mode)) {
         return Fail(ERROR_MOD_NOT_FOUND);
     }
-    if (const HMODULE known = FindModule(
-            [&](const Module& m) { return m.hostFile == place.file && m.asData == asData && m.references > 0; })) {
+    if (const HMODULE known =
+            FindModule([&](const Module& m) { return m.hostFile == place.file && m.references > 0; })) {
         ++FindObject<Module>(known, Resource::kModule)->references;
         return known;
     }
@@ -160,7 +158,6 @@ HMODULE LoadFile(const Place& place, bool asData) {
     auto module = std::make_unique<Module>();
     module->path = place.full;
     module->hostFile = place.file;
-    module->asData = asData;
     module->references = 1;
     if (auto resources = ParseResourceFile(bytes)) {
         module->resources = std::move(resources);
@@ -171,13 +168,11 @@ HMODULE LoadFile(const Place& place, bool asData) {
         "ELF") {
         return Fail(ERROR_BAD_EXE_FORMAT);
     }
-    if (!asData) {
-        module->library = dlopen(place.file.c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (module->library == nullptr) {
-            return Fail(ERROR_MOD_NOT_FOUND);  // something that it needs isn't there
-        }
-        module->entry = reinterpret_cast<EntryRoutine>(FindOwnSymbol(module->library, "DllMain"));
+    module->library = dlopen(place.file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (module->library == nullptr) {
+        return Fail(ERROR_MOD_NOT_FOUND);  // something that it needs isn't there
     }
+    module->entry = reinterpret_cast<EntryRoutine>(FindOwnSymbol(module->library, "DllMain"));
     const EntryRoutine entry = module->entry;
     const HMODULE handle = ToModule(AddObject(std::move(module)));
     if (entry != nullptr && !entry(handle, DLL_PROCESS_ATTACH, nullptr)) {
@@ -194,9 +189,9 @@ void Unload(HMODULE handle, Module& module) {
     RemoveObject(handle, Resource::kModule);
 }
 
-HMODULE Load(LPCWSTR name, DWORD flags) {
+HMODULE Load(LPCWSTR name) {
     MachineLock lock;
-    if ((flags & ~static_cast<DWORD>(LOAD_LIBRARY_AS_DATAFILE)) != 0 || name == nullptr || *name == 0) {
+    if (name == nullptr || *name == 0) {
         return Fail(ERROR_INVALID_PARAMETER);
     }
     const std::u16string whole = WithExtension(name);
@@ -209,7 +204,7 @@ HMODULE Load(LPCWSTR name, DWORD flags) {
         ++FindObject<Module>(handle, Resource::kModule)->references;
         return handle;
     }
-    return LoadFile(place, (flags & LOAD_LIBRARY_AS_DATAFILE) != 0);
+    return LoadFile(place);
 }
 
 }  // namespace
@@ -238,15 +233,11 @@ using host::Resource;
 extern "C" {
 
 HMODULE WINAPI LoadLibraryW(LPCWSTR name) {
-    return FaultAsked("LoadLibraryW") ? nullptr : host::Load(name, 0);
+    return FaultAsked("LoadLibraryW") ? nullptr : host::Load(name);
 }
 
 HMODULE WINAPI LoadLibraryA(LPCSTR name) {
-    return FaultAsked("LoadLibraryA") ? nullptr : host::Load(name ? host::FromAnsi(name).c_str() : nullptr, 0);
-}
-
-HMODULE WINAPI LoadLibraryExW(LPCWSTR name, HANDLE, DWORD flags) {
-    return FaultAsked("LoadLibraryExW") ? nullptr : host::Load(name, flags);
+    return FaultAsked("LoadLibraryA") ? nullptr : host::Load(name ? host::FromAnsi(name).c_str() : nullptr);
 }
 
 BOOL WINAPI FreeLibrary(HMODULE module) {
@@ -298,7 +289,7 @@ HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
     const bool nameOnly = whole.find_first_of(u"\\/:") == whole.npos;
     const HMODULE found = host::FindModule([&](const Module& module) {
         const std::u16string_view path = module.path;
-        return !module.asData && module.references > 0 &&
+        return module.references > 0 &&
                host::EqualsIgnoringCase(nameOnly ? path.substr(path.rfind(u'\\') + 1) : path, whole);
     });
     if (found != nullptr) {
@@ -307,24 +298,6 @@ HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
     const std::u16string_view system = host::SystemModuleName(whole);
     const HMODULE handle = system.empty() ? nullptr : host::SystemModule(system);
     return handle != nullptr ? handle : host::Fail(ERROR_MOD_NOT_FOUND);
-}
-
-DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size) {
-    if (FaultAsked("GetModuleFileNameW")) {
-        return 0;
-    }
-    MachineLock lock;
-    const auto* found = host::FindObject<Module>(module, Resource::kModule);
-    if (found == nullptr || size == 0) {
-        SetLastError(found == nullptr ? ERROR_MOD_NOT_FOUND : ERROR_INSUFFICIENT_BUFFER);
-        return 0;
-    }
-    const size_t length = std::min<size_t>(found->path.size(), size - 1);
-    std::copy_n(found->path.begin(), length, buffer);
-    buffer[length] = 0;
-    const bool fits = length == found->path.size();
-    SetLastError(fits ? ERROR_SUCCESS : ERROR_INSUFFICIENT_BUFFER);
-    return fits ? static_cast<DWORD>(length) : size;
 }
 
 }  // extern "C"

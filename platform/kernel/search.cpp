@@ -9,7 +9,7 @@
 
 #include "platform/kernel/drive.h"
 #include "platform/kernel/faults.h"
-#include "platform/kernel/files.h"
+#include "platform/kernel/file_attributes.h"
 #include "platform/kernel/objects.h"
 #include "platform/kernel/text.h"
 

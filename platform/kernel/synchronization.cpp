@@ -177,31 +177,6 @@ HANDLE WINAPI OpenSemaphoreW(DWORD access, BOOL, LPCWSTR name) {
     return FaultAsked("OpenSemaphoreW") ? nullptr : host::OpenNamed(Resource::kSemaphore, access, name);
 }
 
-BOOL WINAPI ReleaseSemaphore(HANDLE semaphore, LONG count, LPLONG previous) {
-    if (FaultAsked("ReleaseSemaphore")) {
-        return FALSE;
-    }
-    MachineLock lock;
-    Waitable* target = host::FindToChange(semaphore, Resource::kSemaphore);
-    if (target == nullptr) {
-        return FALSE;
-    }
-    if (count <= 0) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-    }
-    if (count > target->maximum - target->count) {
-        SetLastError(ERROR_TOO_MANY_POSTS);
-        return FALSE;
-    }
-    if (previous != nullptr) {
-        *previous = target->count;
-    }
-    target->count += count;
-    host::TheNames().changed.notify_all();
-    return TRUE;
-}
-
 HANDLE WINAPI CreateEventW(LPSECURITY_ATTRIBUTES, BOOL manualReset, BOOL initialState, LPCWSTR name) {
     if (FaultAsked("CreateEventW")) {
         return nullptr;
@@ -224,19 +199,6 @@ BOOL WINAPI SetEvent(HANDLE event) {
     }
     target->count = 1;
     host::TheNames().changed.notify_all();
-    return TRUE;
-}
-
-BOOL WINAPI ResetEvent(HANDLE event) {
-    if (FaultAsked("ResetEvent")) {
-        return FALSE;
-    }
-    MachineLock lock;
-    Waitable* target = host::FindToChange(event, Resource::kEvent);
-    if (target == nullptr) {
-        return FALSE;
-    }
-    target->count = 0;
     return TRUE;
 }
 

@@ -83,13 +83,6 @@ BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version) {
     return TRUE;
 }
 
-DWORD WINAPI GetVersion() {
-    MachineLock lock;
-    const DWORD major = CurrentSettings().majorVersion;
-    const DWORD minor = CurrentSettings().minorVersion;
-    return (major & 0xFF) | (minor & 0xFF) << 8 | host::BuildOf(major, minor) << 16;
-}
-
 DWORD WINAPI GetTickCount() {
     MachineLock lock;
     return CurrentSettings().tickCount;
@@ -103,10 +96,6 @@ DWORD WINAPI GetCurrentThreadId() {
 LANGID WINAPI GetUserDefaultLangID() {
     MachineLock lock;
     return CurrentSettings().language;
-}
-
-LCID WINAPI GetUserDefaultLCID() {
-    return GetUserDefaultLangID();
 }
 
 }  // extern "C"

@@ -63,19 +63,6 @@ HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type) {
     return reinterpret_cast<HRSRC>(const_cast<ResourceEntry*>(entry));
 }
 
-HRSRC WINAPI FindResourceExW(HMODULE module, LPCWSTR type, LPCWSTR name, WORD language) {
-    if (FaultAsked("FindResourceExW")) {
-        return nullptr;
-    }
-    MachineLock lock;
-    const auto resources = host::ResourcesOf(module);
-    const ResourceEntry* entry =
-        resources == nullptr ? nullptr
-                             : resources->Find(ResourceKey::FromArgument(type), ResourceKey::FromArgument(name),
-                                               language == LANG_NEUTRAL ? host::CurrentSettings().language : language);
-    return reinterpret_cast<HRSRC>(const_cast<ResourceEntry*>(entry));
-}
-
 HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource) {
     if (FaultAsked("LoadResource")) {
         return nullptr;

@@ -9,7 +9,6 @@
 
 #include "platform/kernel/drive.h"
 #include "platform/kernel/faults.h"
-#include "platform/kernel/files.h"
 #include "platform/kernel/objects.h"
 #include "platform/kernel/settings.h"
 #include "platform/kernel/text.h"

@@ -260,13 +260,4 @@ BOOL WINAPI PrinterProperties(HWND owner, HANDLE hPrinter) {
     return RunDriverSheets(sheets) >= 0;
 }
 
-HANDLE WINAPI RevertToPrinterSelf(VOID) {
-    SetLastError(ERROR_NO_TOKEN);
-    return nullptr;
-}
-
-BOOL WINAPI ImpersonatePrinterClient(HANDLE) {
-    return Fail(ERROR_INVALID_HANDLE);
-}
-
 }  // extern "C"

@@ -109,16 +109,6 @@ using namespace host;
 
 extern "C" {
 
-HWND WINAPI SetActiveWindow(HWND window) {
-    const Window* const found = window != nullptr ? FindWindowObject(window) : nullptr;
-    if (window != nullptr && (found == nullptr || found->IsChild() || (found->style & WS_DISABLED) != 0)) {
-        return nullptr;
-    }
-    const HWND before = ThisThread().active;
-    ActivateWindow(window);
-    return before;
-}
-
 HWND WINAPI GetActiveWindow() {
     return ThisThread().active;
 }
@@ -126,10 +116,6 @@ HWND WINAPI GetActiveWindow() {
 BOOL WINAPI SetForegroundWindow(HWND window) {
     Window* const found = FindWindowObject(window);
     return found != nullptr && ActivateWindow(RootOf(*found).handle);
-}
-
-HWND WINAPI GetForegroundWindow() {
-    return ThisThread().active;
 }
 
 HWND WINAPI SetFocus(HWND window) {

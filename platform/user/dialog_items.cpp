@@ -2,43 +2,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <limits>
-#include <optional>
 
 #include "platform/kernel/failures.h"
 #include "platform/kernel/faults.h"
 #include "platform/kernel/text.h"
 #include "platform/user/windows.h"
-
-namespace host {
-namespace {
-
-// None where the text isn't a number that fits.
-std::optional<UINT> ParseNumber(std::u16string_view text, bool isSigned) {
-    text.remove_prefix(std::min(text.find_first_not_of(u' '), text.size()));
-    const bool isNegative = isSigned && !text.empty() && text.front() == u'-';
-    text.remove_prefix(isNegative ? 1 : 0);
-    if (text.empty()) {
-        return std::nullopt;
-    }
-    const int64_t highest = !isSigned    ? int64_t{std::numeric_limits<UINT>::max()}
-                            : isNegative ? -int64_t{std::numeric_limits<int>::min()}
-                                         : int64_t{std::numeric_limits<int>::max()};
-    int64_t value = 0;
-    for (const char16_t c : text) {
-        if (c < u'0' || c > u'9') {
-            return std::nullopt;
-        }
-        value = value * 10 + (c - u'0');
-        if (value > highest) {
-            return std::nullopt;
-        }
-    }
-    return static_cast<UINT>(isNegative ? -value : value);
-}
-
-}  // namespace
-}  // namespace host
 
 using namespace host;
 
@@ -84,22 +52,6 @@ UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity) {
     text[0] = 0;
     const HWND control = !FaultAsked("GetDlgItemTextW") ? GetDlgItem(dialog, id) : nullptr;
     return control != nullptr ? static_cast<UINT>(GetWindowTextW(control, text, capacity)) : 0;
-}
-
-BOOL WINAPI SetDlgItemInt(HWND dialog, int id, UINT value, BOOL isSigned) {
-    const std::string text = isSigned ? std::to_string(static_cast<int>(value)) : std::to_string(value);
-    return SetDlgItemTextW(dialog, id, ToWide(text).c_str());
-}
-
-UINT WINAPI GetDlgItemInt(HWND dialog, int id, BOOL* translated, BOOL isSigned) {
-    constexpr int kLongest = 64;  // characters; no number is as long
-    WCHAR text[kLongest];
-    GetDlgItemTextW(dialog, id, text, kLongest);
-    const std::optional<UINT> value = ParseNumber(text, isSigned != FALSE);
-    if (translated != nullptr) {
-        *translated = value.has_value();
-    }
-    return value.value_or(0);
 }
 
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) {

@@ -315,14 +315,4 @@ BOOL WINAPI GetCursorPos(LPPOINT point) {
     return TRUE;
 }
 
-BOOL WINAPI SetCursorPos(int x, int y) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = MOUSEEVENTF_MOVE;
-    const POINT cursor = ThisThread().cursor;
-    input.mi.dx = x - cursor.x;
-    input.mi.dy = y - cursor.y;
-    return SendInput(1, &input, sizeof input) == 1;
-}
-
 }  // extern "C"

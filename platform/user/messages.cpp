@@ -79,14 +79,6 @@ LRESULT WINAPI SendMessageTimeoutW(HWND window, UINT message, WPARAM wParam, LPA
     return TRUE;
 }
 
-BOOL WINAPI SendNotifyMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (FaultAsked("SendNotifyMessageW") || (window != HWND_BROADCAST && FindWindowObject(window) == nullptr)) {
-        return FALSE;
-    }
-    SendMessageW(window, message, wParam, lParam);
-    return TRUE;
-}
-
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (FaultAsked("PostMessageW")) {
         return FALSE;

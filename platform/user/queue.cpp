@@ -156,7 +156,6 @@ Wait WaitFor(const Filter& filter, MSG* message, const std::function<void()>& id
     ThreadWindows& thread = ThisThread();
     for (bool wasIdle = false;;) {
         if (TakeReady(filter, true, message)) {
-            thread.lastMessage = *message;
             return message->message == WM_QUIT ? Wait::kQuit : Wait::kMessage;
         }
         if (idle && !wasIdle) {
@@ -233,15 +232,7 @@ BOOL WINAPI PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT
     if (window != nullptr && FindWindowObject(window) == nullptr) {
         return FALSE;
     }
-    const bool found = TakeReady({window, first, last}, (remove & PM_REMOVE) != 0, message);
-    if (found && (remove & PM_REMOVE) != 0) {
-        ThisThread().lastMessage = *message;
-    }
-    return found;
-}
-
-DWORD WINAPI GetMessagePos() {
-    return static_cast<DWORD>(PointParameter(ThisThread().lastMessage.pt));
+    return TakeReady({window, first, last}, (remove & PM_REMOVE) != 0, message);
 }
 
 UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC proc) {

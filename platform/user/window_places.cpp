@@ -295,10 +295,6 @@ BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL re
                         SWP_NOZORDER | SWP_NOACTIVATE | (repaint ? 0u : static_cast<UINT>(SWP_NOREDRAW)));
 }
 
-BOOL WINAPI BringWindowToTop(HWND window) {
-    return SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-}
-
 BOOL WINAPI GetWindowPlacement(HWND window, WINDOWPLACEMENT* placement) {
     if (FaultAsked("GetWindowPlacement")) {
         return FALSE;
@@ -385,22 +381,6 @@ int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
 HWND WINAPI WindowFromPoint(POINT point) {
     const HWND hit = HitWindow(ThisThread().topLevels, point);
     return hit != nullptr ? hit : GetDesktopWindow();
-}
-
-HWND WINAPI ChildWindowFromPoint(HWND parent, POINT point) {
-    Window* const found = FindWindowObject(parent);
-    if (found == nullptr) {
-        return nullptr;
-    }
-    for (const HWND child : ChildrenOf(*found)) {
-        const Window* const window = FindWindowObject(child);
-        if (window != nullptr && PtInRect(&window->rect, point)) {
-            return child;
-        }
-    }
-    const SIZE size = ClientSize(*found);
-    const RECT client = {0, 0, size.cx, size.cy};
-    return PtInRect(&client, point) ? parent : nullptr;
 }
 
 }  // extern "C"

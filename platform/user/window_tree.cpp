@@ -112,33 +112,6 @@ HWND WINAPI GetParent(HWND window) {
     return (found->style & WS_POPUP) != 0 ? found->owner : nullptr;
 }
 
-HWND WINAPI SetParent(HWND window, HWND parent) {
-    if (FaultAsked("SetParent")) {
-        return nullptr;
-    }
-    Window* const found = FindWindowObject(window);
-    const Window* const newParent = parent != nullptr ? FindWindowObject(parent) : &Desktop();
-    if (found == nullptr || newParent == nullptr || found->thread == 0 || IsInside(parent, window)) {
-        Fail(found != nullptr && newParent != nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_WINDOW_HANDLE);
-        return nullptr;
-    }
-    const HWND previous = found->parent != nullptr ? found->parent : Desktop().handle;
-    const bool wasVisible = found->IsMarkedVisible();
-    ShowWindow(window, SW_HIDE);
-    Window* const left = FindWindowObject(window);
-    if (left == nullptr) {
-        return nullptr;
-    }
-    TakeOutOfOrder(*left);
-    left->parent = newParent->thread != 0 ? parent : nullptr;
-    left->surface = nullptr;
-    PlaceInOrder(*left, HWND_TOP);
-    if (wasVisible) {
-        ShowWindow(window, SW_SHOWNOACTIVATE);
-    }
-    return previous;
-}
-
 HWND WINAPI GetAncestor(HWND window, UINT kind) {
     Window* const found = FindWindowObject(window);
     if (found == nullptr || found->thread == 0) {
@@ -187,16 +160,6 @@ HWND WINAPI GetDesktopWindow() {
 BOOL WINAPI IsChild(HWND parent, HWND window) {
     return FindWindowObject(parent) != nullptr && FindWindowObject(window) != nullptr && window != parent &&
            IsInside(window, parent);
-}
-
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC proc, LPARAM parameter) {
-    Window* const found = parent != nullptr ? FindWindowObject(parent) : &Desktop();
-    if (found == nullptr) {
-        return FALSE;
-    }
-    std::vector<HWND> all;
-    AddDescendants(*found, all);
-    return Enumerate(all, proc, parameter);
 }
 
 BOOL WINAPI EnumThreadWindows(DWORD thread, WNDENUMPROC proc, LPARAM parameter) {

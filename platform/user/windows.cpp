@@ -383,18 +383,6 @@ int WINAPI GetClassNameW(HWND window, LPWSTR name, int capacity) {
     return static_cast<int>(std::min(whole.size(), static_cast<size_t>(capacity) - 1));
 }
 
-DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process) {
-    const auto* const found = FindObject<Window>(window, Resource::kWindow);
-    if (found == nullptr) {
-        Fail(ERROR_INVALID_WINDOW_HANDLE);
-        return 0;
-    }
-    if (process != nullptr) {
-        *process = static_cast<DWORD>(getpid());
-    }
-    return found->thread;
-}
-
 // Text goes by messages: a control may keep its own.
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text) {
     if (FindWindowObject(window) == nullptr) {

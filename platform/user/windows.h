@@ -112,10 +112,9 @@ struct ThreadWindows {
     std::vector<PaintContext> contexts;
     std::vector<Timer> timers;
     UINT_PTR nextTimerId = 1;
-    BYTE keys[256] = {};   // 0x80: down; as of the last message taken
-    POINT cursor = {};     // as of the last input made
-    MSG lastMessage = {};  // for GetMessagePos
-    MSG lastClick = {};    // that a double click may follow
+    BYTE keys[256] = {};  // 0x80: down; as of the last message taken
+    POINT cursor = {};    // as of the last input made
+    MSG lastClick = {};   // that a double click may follow
     // Rises with whatever a user may have wanted: messages posted, input, windows made, changed or destroyed.
     uint64_t changes = 0;
     int idleTurns = 0;  // of the machine's user, in a row

@@ -61,7 +61,7 @@ TEST_F(ComTest, ObjectsAreMadeOnThreadsThatHaveCom) {
     EXPECT_EQ(Create(kDocumentClass, CLSCTX_INPROC_SERVER, kDocument2Id), CO_E_NOTINITIALIZED);
     EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
     EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED | COINIT_DISABLE_OLE1DDE), S_FALSE);
-    EXPECT_EQ(CoInitialize(nullptr), RPC_E_CHANGED_MODE);
+    EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), RPC_E_CHANGED_MODE);
     CoUninitialize();
     EXPECT_EQ(Create(kDocumentClass, CLSCTX_INPROC_SERVER, kDocument2Id), S_OK);
     EXPECT_EQ(Create(kManagerClass, CLSCTX_INPROC_SERVER, IID_IUnknown), S_OK);

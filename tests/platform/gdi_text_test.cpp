@@ -28,7 +28,9 @@ class GdiTextTest : public GdiTest {
         return Ink(canvas_, kWidth, kHeight);
     }
     RECT InkOfText(int x, int y, std::u16string_view text) {
-        return InkOf([&] { EXPECT_TRUE(TextOutW(canvas_, x, y, text.data(), static_cast<int>(text.size()))); });
+        return InkOf([&] {
+            EXPECT_TRUE(ExtTextOutW(canvas_, x, y, 0, nullptr, text.data(), static_cast<UINT>(text.size()), nullptr));
+        });
     }
     Lines Picture() { return Rows(canvas_, kWidth, kHeight); }
 
@@ -176,7 +178,8 @@ TEST_F(GdiTextTest, BackgroundAndClipping) {
     ExpectErrors({
         {"no rectangle", [&] { return ExtTextOutW(canvas_, 0, 0, ETO_OPAQUE, nullptr, u"", 0, nullptr); },
          ERROR_INVALID_PARAMETER},
-        {"no text", [&] { return TextOutW(canvas_, 0, 0, nullptr, 1); }, ERROR_INVALID_PARAMETER},
+        {"no text", [&] { return ExtTextOutW(canvas_, 0, 0, 0, nullptr, nullptr, 1, nullptr); },
+         ERROR_INVALID_PARAMETER},
         {"glyphs", [&] { return ExtTextOutW(canvas_, 0, 0, 0x10, nullptr, u"x", 1, nullptr); }, ERROR_NOT_SUPPORTED},
         {"wide letters", [] { return CreateFontW(9, 9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, u"") != nullptr; },
          ERROR_NOT_SUPPORTED},

@@ -35,7 +35,9 @@ TEST_F(KeptMachineTest, KeepsSettingsRegistryAndFiles) {
     EXPECT_FALSE(machine_->IsMetric());
     EXPECT_EQ(GetACP(), 932u);
     EXPECT_EQ(GetTickCount(), 5u);
-    EXPECT_EQ(GetVersion() & 0xFFFF, 4u);
+    OSVERSIONINFOW version = {sizeof(version), 0, 0, 0, 0, {}};
+    EXPECT_TRUE(GetVersionExW(&version));
+    EXPECT_EQ(version.dwMajorVersion, 4u);
     WCHAR text[32];
     DWORD size = 32;
     EXPECT_TRUE(GetComputerNameW(text, &size));

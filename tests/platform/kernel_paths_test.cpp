@@ -133,34 +133,7 @@ TEST_F(PathsTest, ShortNamesLeadToTheirFiles) {
     EXPECT_NE(shortName("a long game.text"), before);
 }
 
-// Length without the NUL where it fits, the size with it where it doesn't.
-TEST_F(PathsTest, FolderNamesFollowTheSizeProtocol) {
-    const struct {
-        DWORD (*call)(LPWSTR buffer, DWORD size);
-        std::u16string text;
-    } cases[] = {
-        {[](LPWSTR text, DWORD size) { return GetCurrentDirectoryW(size, text); }, u"C:\\"},
-        {[](LPWSTR text, DWORD size) { return GetTempPathW(size, text); }, u"C:\\Users\\User\\AppData\\Local\\Temp\\"},
-        {[](LPWSTR text, DWORD size) { return GetSystemDirectoryW(text, size); }, u"C:\\Windows\\System32"},
-        {[](LPWSTR text, DWORD size) { return GetWindowsDirectoryW(text, size); }, u"C:\\Windows"},
-    };
-    WCHAR buffer[MAX_PATH];
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Shown(c.text));
-        const auto length = static_cast<DWORD>(c.text.size());
-        buffer[0] = u'#';
-        EXPECT_EQ(c.call(nullptr, 0), length + 1);
-        EXPECT_EQ(c.call(buffer, length), length + 1);
-        EXPECT_EQ(buffer[0], u'#');
-        EXPECT_EQ(c.call(buffer, length + 1), length);
-        EXPECT_EQ(std::u16string(buffer), c.text);
-        EXPECT_NE(GetFileAttributesW(buffer), INVALID_FILE_ATTRIBUTES);
-    }
-    machine_->SetVariable(u"TMP", u"");
-    machine_->SetVariable(u"TEMP", u"");
-    EXPECT_EQ(GetTempPathW(MAX_PATH, buffer), 14u);
-    EXPECT_EQ(std::u16string(buffer), u"C:\\Users\\User\\");
-
+TEST_F(PathsTest, TheCurrentDirectory) {
     Put("t/a.txt", "");
     ExpectErrors({
         {"no folder", [] { return SetCurrentDirectoryW(u"C:\\x"); }, ERROR_FILE_NOT_FOUND},

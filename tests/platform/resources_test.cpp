@@ -74,7 +74,6 @@ TEST_F(ResourcesTest, ByIdNameAndLanguage) {
         machine_->SetLanguage(c.user);
         EXPECT_EQ(DataOf(FindResourceW(module_, c.name, c.type)).find(c.data), 0u) << c.data;
     }
-    EXPECT_EQ(DataOf(FindResourceExW(module_, RT_RCDATA, MAKEINTRESOURCEW(9), 0x0407)), "german");
     ExpectErrors({
         {"no name", [&] { return FindResourceW(module_, u"x", RT_RCDATA); }, ERROR_RESOURCE_NAME_NOT_FOUND},
         {"no type", [&] { return FindResourceW(module_, u"x", RT_DIALOG); }, ERROR_RESOURCE_TYPE_NOT_FOUND},

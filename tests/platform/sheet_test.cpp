@@ -281,10 +281,10 @@ TEST_F(SheetTest, TitlesAndSizes) {
         EXPECT_EQ(page.right - page.left, units.right);
         EXPECT_EQ(page.bottom - page.top, units.bottom);
         RECT both;
-        UnionRect(&both, &page, &frame);
+        IntersectRect(&both, &page, &frame);
+        EXPECT_TRUE(EqualRect(&both, &page));
+        IntersectRect(&both, &frame, &whole);
         EXPECT_TRUE(EqualRect(&both, &frame));
-        UnionRect(&both, &frame, &whole);
-        EXPECT_TRUE(EqualRect(&both, &whole));
         EXPECT_EQ(Control(kApply), nullptr);
         EXPECT_FALSE(IsWindowEnabled(owner));
         SendMessageW(Sheet(), PSM_PRESSBUTTON, PSBTN_CANCEL, 0);

@@ -1,5 +1,4 @@
 // Calls that end in the printer's driver: its configuration file is loaded, asked and released.
-#include <prsht.h>
 #include <winsplp.h>
 
 #include "tests/platform/spooler_fixture.h"
@@ -83,59 +82,10 @@ TEST_F(DriverCallsTest, DocumentProperties) {
     EXPECT_EQ(FailureOf([&] { return ask(printer_, 0); }), ERROR_BAD_EXE_FORMAT);
 }
 
-// What the driver was told, and how the sheet ended.
-TEST_F(DriverCallsTest, PropertySheets) {
-    std::filesystem::copy_file(VELMORA_PROBE_PAGES, machine_->Drive() / "Package/pages.dll");
-    constexpr SHORT kUntouchedCopies = 4;
-    const struct {
-        const char16_t* name;
-        std::vector<WPARAM> presses;
-        LONG result;
-        SHORT copies;
-        std::string calls;
-    } cases[] = {
-        {u"Probe 2", {PSBTN_OK}, IDOK, 10, "init;result;told;destroy;"},
-        {u"Probe 2", {PSBTN_CANCEL}, IDCANCEL, kUntouchedCopies, "init;destroy;"},
-        {u"Probe 2", {PSBTN_APPLYNOW, PSBTN_CANCEL}, IDOK, 9, "init;result;told;destroy;"},  // as it was applied
-        {u"R", {}, -1, kUntouchedCopies, "init;destroy;"},
-    };
-    size_t pressed = 0;
-    const std::vector<WPARAM>* presses = nullptr;
-    machine_->SetUser([&] {
-        if (pressed < presses->size()) {
-            SendMessageW(GetActiveWindow(), PSM_PRESSBUTTON, (*presses)[pressed++], 0);
-        }
-    });
-    const auto calls = [] {
-        WCHAR text[200] = {};
-        GetEnvironmentVariableW(u"SHEET_CALLS", text, 200);
-        SetEnvironmentVariableW(u"SHEET_CALLS", nullptr);
-        return Shown(text);
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(testing::Message() << "row " << &row - cases);
-        DEVMODEW modes[2] = {};  // as large as the driver's
-        modes[0].dmCopies = kUntouchedCopies;
-        pressed = 0;
-        presses = &row.presses;
-        std::u16string name = row.name;
-        EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name.data(), modes, nullptr, DM_PROMPT | DM_OUT_BUFFER),
-                  row.result);
-        EXPECT_EQ(modes[0].dmCopies, row.copies);
-        EXPECT_EQ(calls(), row.calls);
-    }
-    const HANDLE user = Open(u"Probe 2", PRINTER_ACCESS_USE);
-    const std::vector<WPARAM> cancel = {PSBTN_CANCEL};
-    presses = &cancel;
-    for (const auto& [printer, told] : {std::pair(library_, ""), std::pair(user, ", to look at")}) {
-        pressed = 0;
-        EXPECT_TRUE(PrinterProperties(nullptr, printer));
-        EXPECT_EQ(calls(), std::string("Probe 2") + told + ";init;destroy;");
-    }
-    EXPECT_TRUE(ClosePrinter(user));
-    FailCall("CreatePropertySheetPageW", ERROR_OUTOFMEMORY);
-    EXPECT_EQ(FailureOf([&] { return PrinterProperties(nullptr, library_); }), ERROR_OUTOFMEMORY);
-    EXPECT_EQ(calls(), "Probe 2;no page;destroy;");
+TEST_F(DriverCallsTest, SheetsOfADriverThatRefuses) {
+    DEVMODEW modes[2] = {};  // as large as the driver's
+    std::u16string name = u"Probe 2";
+    EXPECT_EQ(DocumentPropertiesW(nullptr, library_, name.data(), modes, nullptr, DM_PROMPT | DM_OUT_BUFFER), -1);
     EXPECT_EQ(FailureOf([&] { return PrinterProperties(nullptr, printer_); }), ERROR_BAD_EXE_FORMAT);
 }
 
@@ -173,8 +123,6 @@ TEST_F(DriverCallsTest, DevQueryPrintAsksTheDriver) {
     ExpectErrors({
         {"no place", [&] { return DevQueryPrint(library_, &mode, nullptr); }, ERROR_INVALID_PARAMETER},
         {"no library", [&] { return DevQueryPrint(printer_, &mode, &resource); }, ERROR_BAD_EXE_FORMAT},
-        {"no client", [] { return RevertToPrinterSelf(); }, ERROR_NO_TOKEN},
-        {"nobody to impersonate", [&] { return ImpersonatePrinterClient(library_); }, ERROR_INVALID_HANDLE},
     });
 }
 

@@ -280,34 +280,5 @@ TEST_F(DialogsTest, EveryAllocationFails) {
     ClearFaults();
 }
 
-TEST_F(DialogsTest, NumbersOfItems) {
-    const HWND dialog = Create(20);
-    const struct {
-        const char16_t* text;
-        BOOL isSigned;
-        BOOL translated;
-        UINT value;
-    } cases[] = {{u"12", FALSE, TRUE, 12},
-                 {u"  7", FALSE, TRUE, 7},
-                 {u"-5", TRUE, TRUE, static_cast<UINT>(-5)},
-                 {u"-5", FALSE, FALSE, 0},
-                 {u"4294967295", FALSE, TRUE, 4294967295},
-                 {u"4294967296", FALSE, FALSE, 0},
-                 {u"2147483648", TRUE, FALSE, 0},
-                 {u"", FALSE, FALSE, 0},
-                 {u"1x", FALSE, FALSE, 0}};
-    for (const auto& c : cases) {
-        SetDlgItemTextW(dialog, 101, c.text);
-        BOOL translated = -1;
-        EXPECT_EQ(GetDlgItemInt(dialog, 101, &translated, c.isSigned), c.value) << Shown(c.text);
-        EXPECT_EQ(translated, c.translated) << Shown(c.text);
-    }
-    SetDlgItemInt(dialog, 101, static_cast<UINT>(-3), TRUE);
-    WCHAR text[8];
-    EXPECT_EQ(GetDlgItemTextW(dialog, 101, text, 8), 2u);
-    EXPECT_EQ(FailureOf([&] { return GetDlgItem(dialog, 999); }), ERROR_CONTROL_ID_NOT_FOUND);
-    DestroyWindow(dialog);
-}
-
 }  // namespace
 }  // namespace host

@@ -47,7 +47,7 @@ TEST_F(WindowsTest, WindowsThatGoWhileTheyAreAsked) {
         {WM_CREATE, [](HWND) {}},
         {WM_SIZE, [](HWND window) { MoveWindow(window, 0, 0, 70, 70, TRUE); }},
         {WM_SHOWWINDOW, [](HWND window) { ShowWindow(window, SW_SHOW); }},
-        {WM_ACTIVATE, [](HWND window) { SetActiveWindow(window); }},
+        {WM_ACTIVATE, [](HWND window) { SetFocus(window); }},
         {WM_SETFOCUS, [](HWND window) { SetFocus(window); }},
         {WM_ENABLE, [](HWND window) { EnableWindow(window, FALSE); }},
         {WM_ERASEBKGND, [](HWND window) { ShowWindow(window, SW_SHOWNA), UpdateWindow(window); }},
@@ -266,7 +266,8 @@ TEST_F(WindowsTest, QueueOrderAndTimers) {
 }
 
 TEST_F(WindowsTest, Broadcasts) {
-    SendNotifyMessageW(HWND_BROADCAST, WM_DEVMODECHANGE, 0, reinterpret_cast<LPARAM>(u"Printer"));
+    SendMessageTimeoutW(HWND_BROADCAST, WM_DEVMODECHANGE, 0, reinterpret_cast<LPARAM>(u"Printer"), SMTO_ABORTIFHUNG,
+                        1000, nullptr);
     const std::vector<Broadcast> sent = Broadcasts();
     ASSERT_EQ(sent.size(), 1u);
     EXPECT_EQ(sent[0].message, static_cast<UINT>(WM_DEVMODECHANGE));

@@ -23,9 +23,8 @@ size_t MostPoints(const Work& work) {
 
 // Calls that aren't made to fail: those that close something, since what they don't close stays open by nobody's fault;
 // the host's own of a sheet; and those that fail as allocations do.
-constexpr std::string_view kSpared[] = {"ClosePrinter",    "CloseClipboard",   "DestroyPropertySheetPage",
-                                        "PropertySheetW",  "ReleaseSemaphore", "CoTaskMemAlloc",
-                                        "HeapAlloc",       "HeapReAlloc",      "CoTaskMemRealloc",
+constexpr std::string_view kSpared[] = {"ClosePrinter",    "CloseClipboard", "DestroyPropertySheetPage",
+                                        "PropertySheetW",  "CoTaskMemAlloc", "HeapAlloc",
                                         "UnregisterClassW"};
 
 // After these, what is stored may be something else: what can't be read is taken for missing, a value of an INI file or

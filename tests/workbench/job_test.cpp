@@ -1,10 +1,5 @@
 // What a printer's driver adds to a job.
-#include <windows.h>
-
-#include "platform/host.h"
 #include "tests/workbench/workbench_fixture.h"
-#include "tools/velmora/driver_library.h"
-#include "tools/velmora/spooler_client.h"
 
 namespace velmora {
 namespace {
@@ -71,16 +66,6 @@ TEST_F(WorkbenchTest, AJobDescribedByARecord) {
     EXPECT_FALSE(record.contains("reserved236")) << "nothing stands there";
     ASSERT_FALSE(job.at("differences").empty()) << "what the hooks repaired is told";
     EXPECT_EQ(job.at("differences")[0].at("field"), "dmScale");
-}
-
-TEST_F(WorkbenchTest, AJobLeavesNothingOpen) {
-    Succeed({"install", WriteSource()});
-    const host::Machine machine(MachineFolder());
-    {
-        const OwnedPrinter printer = OpenNamedPrinter("Probe 9");
-        EXPECT_TRUE(PrintByDriver(printer.Get(), "Probe 9", "", 2, nullptr).leftOpen.empty());
-    }
-    EXPECT_TRUE(host::StillOpen().empty());
 }
 
 }  // namespace

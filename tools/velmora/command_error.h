@@ -1,4 +1,5 @@
-// The failure of a command: what went wrong, where, and what to do about it, for the one who gave the command.
+// How a command ends: its exit code, and the failure that says what went wrong, where, and what to do about it, for the
+// one who gave the command.
 #pragma once
 
 #include <stdexcept>
@@ -6,6 +7,9 @@
 #include <utility>
 
 namespace velmora {
+
+// Exit codes. Of a command that answers yes or no, 1 is no, and 2 is also that it failed.
+enum ExitCode { kDone = 0, kFailed = 1, kNo = 1, kUsage = 2 };
 
 class CommandError : public std::runtime_error {
   public:

@@ -67,7 +67,6 @@ class NameIndex {
     // Reports an unknown name.
     std::optional<size_t> Resolve(SourceContext& context, const SourceValue& value) const;
     size_t Count() const { return count_; }
-    const std::string& Noun() const { return noun_; }
 
   private:
     std::string noun_;

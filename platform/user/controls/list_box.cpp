@@ -2,13 +2,13 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <string>
-#include <vector>
+#include <utility>
 
 #include "platform/kernel/failures.h"
-#include "platform/kernel/text.h"
 #include "platform/user/controls/control.h"
 #include "platform/user/controls/controls.h"
+#include "platform/user/controls/list_items.h"
+#include "platform/user/controls/list_layout.h"
 #include "platform/user/controls/scroll_parts.h"
 #include "platform/user/controls/style.h"
 
@@ -21,16 +21,11 @@ class ListBox : public Control {
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    struct Item {
-        std::u16string text;
-        ULONG_PTR data = 0;
-    };
-
     bool IsOwnerDrawn() const { return (Style() & LBS_OWNERDRAWFIXED) != 0; }
     bool HasStrings() const { return !IsOwnerDrawn() || (Style() & LBS_HASSTRINGS) != 0; }
     bool IsMultiColumn() const { return (Style() & LBS_MULTICOLUMN) != 0; }
-    int Count() const { return static_cast<int>(items_.size()); }
-    bool IsItem(WPARAM index) const { return index < items_.size(); }
+    int Count() const { return items_.Count(); }
+    ListLayout Layout() const;
     // The window that owner-drawn items and notifications are those of.
     HWND Face() const { return combo_ ? combo_ : window_; }
     void Notify(UINT code) const;
@@ -39,23 +34,12 @@ class ListBox : public Control {
     int Insert(int index, LPARAM stringOrData, bool sorted);
     LRESULT Delete(WPARAM index);
     LRESULT GetItemText(WPARAM index, LPWSTR buffer) const;
-    int Find(int after, LPCWSTR text, bool whole) const;
     LRESULT SetSelection(int index);
     void SelectByUser(int index);
     bool PressKey(WPARAM key);
     bool TypeCharacter(char16_t c);
     void FitHeight();
 
-    // Rows are the lines of one column; a plain list has one column.
-    int Rows() const { return std::max(Height(Client()) / itemHeight_, 1); }
-    int ColumnWidth() const { return IsMultiColumn() ? columnWidth_ : Width(ItemArea()); }
-    int VisibleCount() const;
-    bool HasBar() const;
-    RECT ItemArea() const;
-    RECT BarArea() const;
-    RECT ItemRect(int index) const;
-    int ItemAt(POINT point) const;
-    ScrollState Scrolling() const;
     void ScrollTo(int top);
     void Reveal(int index);
 
@@ -65,10 +49,10 @@ class ListBox : public Control {
     void Release(POINT point);
 
     void Paint(HDC context, const RECT& client) override;
-    void PaintItem(HDC context, int index) const;
+    void PaintItem(HDC context, int index, const RECT& rect) const;
     void DrawByOwner(HDC context, int index, const RECT& rect, bool selected) const;
 
-    std::vector<Item> items_;
+    ListItems items_;
     int selected_ = -1;
     int tracked_ = -1;  // the item of a dropped list that the mouse is over, shown as selected; -1: none was yet
     int top_ = 0;       // the first item that is seen
@@ -119,29 +103,20 @@ void ListBox::FitHeight() {
 }
 
 int ListBox::Insert(int index, LPARAM stringOrData, bool sorted) {
-    Item item;
+    ListItem item;
     if (HasStrings()) {
         item.text = stringOrData ? reinterpret_cast<LPCWSTR>(stringOrData) : u"";
     } else {
         item.data = static_cast<ULONG_PTR>(stringOrData);
     }
-    if (index > Count()) {
+    if (sorted && !HasStrings()) {
+        FailUnsupported("sorting a list without strings");
         return LB_ERR;
     }
+    index = sorted ? items_.InsertSorted(std::move(item)) : items_.Insert(index, std::move(item));
     if (index < 0) {
-        index = Count();
+        return LB_ERR;
     }
-    if (sorted) {
-        if (!HasStrings()) {
-            FailUnsupported("sorting a list without strings");
-            return LB_ERR;
-        }
-        const std::u16string folded = FoldCase(item.text);
-        const auto place = std::find_if(items_.begin(), items_.end(),
-                                        [&](const Item& other) { return FoldCase(other.text) > folded; });
-        index = static_cast<int>(place - items_.begin());
-    }
-    items_.insert(items_.begin() + index, std::move(item));
     if (selected_ >= index) {
         ++selected_;
     }
@@ -150,11 +125,11 @@ int ListBox::Insert(int index, LPARAM stringOrData, bool sorted) {
 }
 
 LRESULT ListBox::Delete(WPARAM wParam) {
-    if (!IsItem(wParam)) {
+    if (!items_.Has(wParam)) {
         return LB_ERR;
     }
     const int index = static_cast<int>(wParam);
-    items_.erase(items_.begin() + index);
+    items_.Erase(index);
     if (selected_ == index) {
         selected_ = -1;
     } else if (selected_ > index) {
@@ -167,10 +142,10 @@ LRESULT ListBox::Delete(WPARAM wParam) {
 
 // A list without strings gives the item's data.
 LRESULT ListBox::GetItemText(WPARAM index, LPWSTR buffer) const {
-    if (!IsItem(index)) {
+    if (!items_.Has(index)) {
         return LB_ERR;
     }
-    const Item& item = items_[index];
+    const ListItem& item = items_[static_cast<int>(index)];
     if (!HasStrings()) {
         if (buffer) {
             memcpy(buffer, &item.data, sizeof(item.data));
@@ -181,25 +156,6 @@ LRESULT ListBox::GetItemText(WPARAM index, LPWSTR buffer) const {
         memcpy(buffer, item.text.c_str(), (item.text.size() + 1) * sizeof(WCHAR));
     }
     return static_cast<LRESULT>(item.text.size());
-}
-
-// The next item behind `after`, round about, that begins with the text or is the text.
-int ListBox::Find(int after, LPCWSTR text, bool whole) const {
-    if (!text) {
-        return LB_ERR;
-    }
-    if (!IsItem(static_cast<WPARAM>(after))) {
-        after = -1;
-    }
-    const std::u16string wanted = FoldCase(text);
-    for (int step = 1; step <= Count(); ++step) {
-        const int index = (after + step) % Count();
-        const std::u16string folded = FoldCase(items_[static_cast<size_t>(index)].text);
-        if (whole ? folded == wanted : folded.starts_with(wanted)) {
-            return index;
-        }
-    }
-    return LB_ERR;
 }
 
 LRESULT ListBox::SetSelection(int index) {
@@ -224,7 +180,8 @@ void ListBox::SelectByUser(int index) {
 }
 
 bool ListBox::PressKey(WPARAM key) {
-    const int page = std::max(VisibleCount() - 1, 1);
+    const int page = std::max(Layout().VisibleCount() - 1, 1);
+    const int column = IsMultiColumn() ? Layout().Rows() : 1;
     switch (key) {
         case VK_UP:
             SelectByUser(selected_ - 1);
@@ -233,10 +190,10 @@ bool ListBox::PressKey(WPARAM key) {
             SelectByUser(selected_ + 1);
             return true;
         case VK_LEFT:
-            SelectByUser(selected_ - (IsMultiColumn() ? Rows() : 1));
+            SelectByUser(selected_ - column);
             return true;
         case VK_RIGHT:
-            SelectByUser(selected_ + (IsMultiColumn() ? Rows() : 1));
+            SelectByUser(selected_ + column);
             return true;
         case VK_PRIOR:
             SelectByUser(selected_ - page);
@@ -257,7 +214,7 @@ bool ListBox::PressKey(WPARAM key) {
 
 bool ListBox::TypeCharacter(char16_t c) {
     const WCHAR text[] = {c, u'\0'};
-    const int index = c >= u' ' && HasStrings() ? Find(selected_, text, false) : LB_ERR;
+    const int index = c >= u' ' && HasStrings() ? items_.Find(selected_, text, false) : LB_ERR;
     if (index == LB_ERR) {
         return false;
     }
@@ -265,88 +222,41 @@ bool ListBox::TypeCharacter(char16_t c) {
     return true;
 }
 
-// How many items are seen whole.
-int ListBox::VisibleCount() const {
-    return IsMultiColumn() ? Rows() * std::max(static_cast<int>(Width(Client())) / columnWidth_, 1) : Rows();
-}
-
-bool ListBox::HasBar() const {
-    return Style() & (IsMultiColumn() ? WS_HSCROLL : WS_VSCROLL) && Count() > VisibleCount();
-}
-
-RECT ListBox::ItemArea() const {
-    RECT area = Client();
-    if (HasBar()) {
-        (IsMultiColumn() ? area.bottom : area.right) -= kScrollWidth;
-    }
-    return area;
-}
-
-RECT ListBox::BarArea() const {
-    RECT area = Client();
-    (IsMultiColumn() ? area.top : area.left) = (IsMultiColumn() ? area.bottom : area.right) - kScrollWidth;
-    return area;
-}
-
-RECT ListBox::ItemRect(int index) const {
-    const int width = ColumnWidth();
-    if (!IsMultiColumn()) {
-        return {0, (index - top_) * itemHeight_, width, (index - top_ + 1) * itemHeight_};
-    }
-    const int rows = Rows();
-    const int left = (index / rows - top_ / rows) * width;
-    return {left, index % rows * itemHeight_, left + width, (index % rows + 1) * itemHeight_};
-}
-
-int ListBox::ItemAt(POINT point) const {
-    const RECT area = ItemArea();
-    if (!PtInRect(&area, point)) {
-        return -1;
-    }
-    for (int index = top_; index < Count(); ++index) {
-        const RECT rect = ItemRect(index);
-        if (PtInRect(&rect, point)) {
-            return index;
-        }
-    }
-    return -1;
-}
-
-// In items, or in columns.
-ScrollState ListBox::Scrolling() const {
-    const int unit = IsMultiColumn() ? Rows() : 1;
-    return {0, (Count() + unit - 1) / unit - 1, top_ / unit, VisibleCount() / unit};
+ListLayout ListBox::Layout() const {
+    return {Client(),
+            IsMultiColumn(),
+            itemHeight_,
+            columnWidth_,
+            (Style() & (IsMultiColumn() ? WS_HSCROLL : WS_VSCROLL)) != 0,
+            Count(),
+            top_};
 }
 
 void ListBox::ScrollTo(int top) {
-    const int unit = IsMultiColumn() ? Rows() : 1;
-    const int last = Scrolling().LastPosition() * unit;
-    top_ = std::clamp(top / unit * unit, 0, std::max(last, 0));
+    top_ = Layout().NearestTop(top);
     Redraw();
 }
 
 void ListBox::Reveal(int index) {
-    const int visible = VisibleCount();
-    if (index < top_) {
-        ScrollTo(index);
-    } else if (index >= top_ + visible) {
-        ScrollTo(IsMultiColumn() ? index - visible + Rows() : index - visible + 1);
+    if (const int top = Layout().TopToShow(index); top != top_) {
+        ScrollTo(top);
     }
 }
 
 bool ListBox::PressBar(POINT point) {
-    if (!HasBar()) {
+    const ListLayout layout = Layout();
+    if (!layout.HasBar()) {
         return false;
     }
-    const RECT bar = BarArea();
+    const RECT bar = layout.BarArea();
     if (!PtInRect(&bar, point)) {
         return false;
     }
-    scrollingAtPress_ = Scrolling();
+    scrollingAtPress_ = layout.Scrolling();
     layoutAtPress_ = LayOutScrollBar(bar, !IsMultiColumn(), scrollingAtPress_);
     heldPart_ = ScrollPartAt(layoutAtPress_, point);
     grip_ = point;
-    const int unit = IsMultiColumn() ? Rows() : 1;
+    const int unit = layout.Unit();
     const int page = scrollingAtPress_.page * unit;
     switch (heldPart_) {
         case ScrollPart::kLineBack:
@@ -381,7 +291,7 @@ void ListBox::Press(POINT point) {
     if (PressBar(point)) {
         return;
     }
-    const int index = ItemAt(point);
+    const int index = Layout().ItemAt(point);
     if (index < 0) {
         return;
     }
@@ -395,11 +305,10 @@ void ListBox::Press(POINT point) {
 
 void ListBox::Move(POINT point) {
     if (heldPart_ == ScrollPart::kThumb) {
-        const int unit = IsMultiColumn() ? Rows() : 1;
-        ScrollTo(DraggedPosition(layoutAtPress_, scrollingAtPress_, grip_, point) * unit);
+        ScrollTo(DraggedPosition(layoutAtPress_, scrollingAtPress_, grip_, point) * Layout().Unit());
         return;
     }
-    const int index = heldPart_ == ScrollPart::kNone ? ItemAt(point) : -1;
+    const int index = heldPart_ == ScrollPart::kNone ? Layout().ItemAt(point) : -1;
     if (index < 0) {
         return;
     }
@@ -421,7 +330,7 @@ void ListBox::Release(POINT point) {
         ReleaseCapture();
         return;
     }
-    const int index = onItems ? ItemAt(point) : -1;
+    const int index = onItems ? Layout().ItemAt(point) : -1;
     if (trackMouse_ && index >= 0) {
         SetSelection(index);
         SendMessageW(combo_, kListDone, 1, 0);
@@ -463,14 +372,14 @@ LRESULT ListBox::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             TypeCharacter(static_cast<char16_t>(wParam));
             return 0;
         case WM_MOUSEWHEEL:
-            ScrollTo(top_ - 3 * WheelNotches(wParam) * (IsMultiColumn() ? Rows() : 1));
+            ScrollTo(top_ - 3 * WheelNotches(wParam) * Layout().Unit());
             return 0;
         case WM_LBUTTONDOWN:
             Press(PointOf(lParam));
             return 0;
         case WM_LBUTTONDBLCLK:
             // The second click on an item; on the bar it is one like the first.
-            if (!trackMouse_ && ItemAt(PointOf(lParam)) >= 0) {
+            if (!trackMouse_ && Layout().ItemAt(PointOf(lParam)) >= 0) {
                 Notify(LBN_DBLCLK);
             } else {
                 Press(PointOf(lParam));
@@ -498,7 +407,7 @@ LRESULT ListBox::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case LB_DELETESTRING:
             return Delete(wParam);
         case LB_RESETCONTENT:
-            items_.clear();
+            items_.Clear();
             selected_ = -1;
             tracked_ = -1;
             top_ = 0;
@@ -515,34 +424,34 @@ LRESULT ListBox::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case LB_GETCOUNT:
             return Count();
         case LB_SELECTSTRING: {
-            const int found = Find(index, reinterpret_cast<LPCWSTR>(lParam), false);
+            const int found = items_.Find(index, reinterpret_cast<LPCWSTR>(lParam), false);
             return found == LB_ERR ? LB_ERR : SetSelection(found);
         }
         case LB_FINDSTRING:
-            return Find(index, reinterpret_cast<LPCWSTR>(lParam), false);
+            return items_.Find(index, reinterpret_cast<LPCWSTR>(lParam), false);
         case LB_FINDSTRINGEXACT:
-            return Find(index, reinterpret_cast<LPCWSTR>(lParam), true);
+            return items_.Find(index, reinterpret_cast<LPCWSTR>(lParam), true);
         case LB_GETTOPINDEX:
             return top_;
         case LB_SETTOPINDEX:
-            if (!IsItem(wParam)) {
+            if (!items_.Has(wParam)) {
                 return LB_ERR;
             }
             ScrollTo(index);
             return 0;
         case LB_GETITEMRECT:
-            if (!IsItem(wParam)) {
+            if (!items_.Has(wParam)) {
                 return LB_ERR;
             }
-            *reinterpret_cast<RECT*>(lParam) = ItemRect(index);
+            *reinterpret_cast<RECT*>(lParam) = Layout().ItemRect(index);
             return 1;
         case LB_GETITEMDATA:
-            return IsItem(wParam) ? static_cast<LRESULT>(items_[wParam].data) : LB_ERR;
+            return items_.Has(wParam) ? static_cast<LRESULT>(items_[index].data) : LB_ERR;
         case LB_SETITEMDATA:
-            if (!IsItem(wParam)) {
+            if (!items_.Has(wParam)) {
                 return LB_ERR;
             }
-            items_[wParam].data = static_cast<ULONG_PTR>(lParam);
+            items_[index].data = static_cast<ULONG_PTR>(lParam);
             return 0;
         case LB_SETITEMHEIGHT:
             if (LOWORD(lParam) == 0) {
@@ -567,24 +476,24 @@ LRESULT ListBox::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 void ListBox::Paint(HDC context, const RECT& client) {
     FillRect(context, &client, AskColors(context, WM_CTLCOLORLISTBOX));
     PaintFieldFrame(GetBkColor(context), HasFocus());
-    const RECT area = ItemArea();
+    const ListLayout layout = Layout();
+    const RECT area = layout.ItemArea();
     const int saved = SaveDC(context);
     IntersectClipRect(context, area.left, area.top, area.right, area.bottom);
     for (int index = top_; index < Count(); ++index) {
-        const RECT rect = ItemRect(index);
+        const RECT rect = layout.ItemRect(index);
         if (rect.top >= area.bottom || rect.left >= area.right) {
             break;
         }
-        PaintItem(context, index);
+        PaintItem(context, index, rect);
     }
     RestoreDC(context, saved);
-    if (HasBar()) {
-        PaintScrollBar(context, BarArea(), !IsMultiColumn(), Scrolling(), heldPart_, IsEnabled());
+    if (layout.HasBar()) {
+        PaintScrollBar(context, layout.BarArea(), !IsMultiColumn(), layout.Scrolling(), heldPart_, IsEnabled());
     }
 }
 
-void ListBox::PaintItem(HDC context, int index) const {
-    const RECT rect = ItemRect(index);
+void ListBox::PaintItem(HDC context, int index, const RECT& rect) const {
     const bool selected = index == (tracked_ >= 0 ? tracked_ : selected_);
     if (IsOwnerDrawn()) {
         DrawByOwner(context, index, rect, selected);
@@ -597,7 +506,7 @@ void ListBox::PaintItem(HDC context, int index) const {
     }
     RECT label = rect;
     label.left += kFieldMargin;
-    DrawLabel(context, items_[static_cast<size_t>(index)].text, label, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX, color);
+    DrawLabel(context, items_[index].text, label, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX, color);
     if (selected && HasFocus()) {
         DrawFocusRect(context, &rect);
     }
@@ -616,7 +525,7 @@ void ListBox::DrawByOwner(HDC context, int index, const RECT& rect, bool selecte
     item.itemState = (selected ? ODS_SELECTED : 0u) | (selected && HasFocus() ? ODS_FOCUS : 0u);
     item.hDC = context;
     item.rcItem = rect;
-    item.itemData = items_[static_cast<size_t>(index)].data;
+    item.itemData = items_[index].data;
     host::DrawByOwner(Face(), item);
     RestoreDC(context, saved);
 }
