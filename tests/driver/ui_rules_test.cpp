@@ -3,7 +3,6 @@
 
 #include "driver/base/text.h"
 #include "driver/ui/constraints.h"
-#include "driver/ui/device_page.h"
 #include "driver/ui/help_topics.h"
 #include "driver/ui/web_link.h"
 #include "tests/driver/changed_devmode.h"
@@ -142,35 +141,6 @@ TEST_F(Constraints, HoldForTheUsesOfPaperThatTheyName) {
     };
     for (const auto& c : cases) {
         EXPECT_EQ(IsConflict(c.constrain, c.settings, c.optionFlags, c.userPapers), c.isConflict) << c.name;
-    }
-}
-
-TEST(DeviceOptions, AreReadFromTheRecordAndWrittenIntoIt) {
-    constexpr uint32_t kNone = 0xFFFFFFFF;
-    const struct {
-        DeviceInfo before;
-        OptionStates states;  // as they are read
-        OptionStates chosen;
-        DeviceInfo after;
-        const char* picture;  // of the chosen ones
-    } cases[] = {
-        {{3, 0, 0, 5}, {0, 0}, {1, 0}, {7, 1, 0, 5}, "IDB_TRAY2A"},
-        {{7, 1, 1, 5}, {1, 1}, {0, 1}, {3, 0, 1, 5}, "IDB_DUP1A"},
-        {{7, kNone, 0, 0}, {-1, 0}, {-1, 1}, {7, kNone, 1, 0}, "IDB_DUP1A"},
-        {{3, 0, kNone, 0}, {0, -1}, {1, -1}, {7, 1, kNone, 0}, "IDB_TRAY2A"},
-        {{3, 0, 0x11, 0}, {0, 1}, {1, 0}, {7, 1, 0x10, 0}, "IDB_TRAY2A"},
-        {{7, 1, 8, 0}, {1, 0}, {1, 1}, {7, 1, 9, 0}, "IDB_DUP2A"},
-        {{7, 1, 1, 0}, {1, 1}, {0, 0}, {3, 0, 0, 0}, "IDB_TRAY1A"},
-    };
-    for (const auto& c : cases) {
-        const OptionStates states = ReadOptionStates(c.before);
-        EXPECT_EQ(states.secondTray, c.states.secondTray);
-        EXPECT_EQ(states.duplexUnit, c.states.duplexUnit);
-        const DeviceInfo same = WithOptionStates(c.before, states);
-        EXPECT_EQ(memcmp(&same, &c.before, sizeof(same)), 0);
-        const DeviceInfo after = WithOptionStates(c.before, c.chosen);
-        EXPECT_EQ(memcmp(&after, &c.after, sizeof(after)), 0) << c.picture;
-        EXPECT_EQ(ToText(PrinterPicture(c.chosen)), c.picture);
     }
 }
 
