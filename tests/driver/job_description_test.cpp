@@ -245,65 +245,6 @@ TEST_F(JobDescription, TextInEveryCapacity) {
     }
 }
 
-// Where the record takes what from: texts, or numbers of a width each.
-struct Placed {
-    size_t target;
-    size_t targetWidth;
-    size_t source;  // in the whole device mode
-    size_t sourceWidth;
-    size_t count;
-    bool isSigned;
-};
-constexpr size_t kPublic = 0;
-constexpr size_t P = 220;  // where the private part begins
-
-constexpr Placed kPlaced[] = {
-    {232, 4, P + 2472, 4, 1, false},      {934, 2, kPublic + 78, 2, 1, false}, {936, 4, kPublic + 82, 2, 1, true},
-    {940, 4, kPublic + 80, 2, 1, true},   {944, 2, P + 2658, 2, 1, false},     {950, 2, P + 170, 2, 1, false},
-    {954, 2, P + 2660, 2, 1, false},      {956, 2, P + 2662, 2, 1, false},     {958, 1, P + 2664, 1, 4, false},
-    {963, 2, kPublic + 100, 2, 1, false}, {965, 2, P + 168, 2, 1, false},      {967, 2, kPublic + 76, 2, 1, false},
-    {969, 2, P + 164, 2, 1, false},       {971, 2, P + 2675, 2, 1, false},     {973, 2, P + 2677, 2, 1, false},
-    {975, 1, P + 2679, 1, 4, false},      {980, 2, P + 2684, 2, 2, false},     {986, 2, P + 2692, 2, 6, false},
-    {998, 2, P + 2714, 2, 1, false},      {1000, 2, P + 2716, 2, 1, false},    {1006, 4, P + 2722, 4, 1, false},
-    {1010, 2, P + 2726, 2, 3, false},     {1016, 2, P + 2732, 2, 1, false},    {1018, 2, P + 2734, 2, 1, false},
-    {1020, 2, P + 2736, 2, 8, false},     {1036, 2, P + 2752, 2, 1, false},    {1114, 2, P + 2898, 2, 1, false},
-    {1118, 4, P + 2902, 4, 1, false},     {1122, 2, P + 2906, 2, 7, false},    {1138, 2, P + 2922, 2, 1, false},
-    {1142, 4, P + 2926, 4, 1, false},     {1146, 2, P + 2930, 2, 7, false},    {1162, 2, P + 2946, 2, 1, false},
-    {1166, 4, P + 2950, 4, 1, false},     {1170, 2, P + 2954, 2, 7, false},    {1186, 2, P + 2894, 2, 1, false},
-    {1188, 2, P + 2896, 2, 1, false},     {1194, 2, P + 3040, 2, 1, false},    {1200, 2, P + 3048, 1, 1, true},
-    {1202, 2, P + 3049, 1, 1, true},      {1204, 1, P + 3050, 1, 16, false},   {1221, 2, P + 3067, 1, 4, true},
-};
-
-TEST(ImageJobRecord, HoldsEachFieldAtItsPlaceAndNothingElse) {
-    for (const unsigned step : {7u, 101u}) {
-        VelmoraDevMode devMode;
-        auto* bytes = reinterpret_cast<uint8_t*>(&devMode);
-        for (size_t i = 0; i < sizeof(devMode); ++i) {
-            bytes[i] = static_cast<uint8_t>(1 + i * step % 255);  // never 0
-        }
-        std::string expected(kRecordSize, '\0');
-        expected.replace(0, 4, "Name");
-        expected.replace(32, 4, "Path");
-        for (const Placed& placed : kPlaced) {
-            for (size_t i = 0; i < placed.count; ++i) {
-                const uint8_t* const source = bytes + placed.source + i * placed.sourceWidth;
-                char* const target = expected.data() + placed.target + i * placed.targetWidth;
-                if (placed.isSigned && (source[placed.sourceWidth - 1] & 0x80) != 0) {
-                    memset(target, 0xFF, placed.targetWidth);
-                }
-                memcpy(target, source, placed.sourceWidth);
-            }
-        }
-        ImageJobRecord record = {};
-        FillImageJobRecord("Name", "Path", &devMode, &record);
-        const auto* filled = reinterpret_cast<const char*>(&record);
-        for (size_t i = 0; i < kRecordSize; ++i) {
-            ASSERT_EQ(filled[i], expected[i]) << i;
-        }
-        EXPECT_EQ(ValueOf(devMode.privatePart.uiFlagD), 0u);
-    }
-}
-
 TEST(ImageJobRecord, DerivedFields) {
     struct Case {
         const char* settings;
@@ -316,6 +257,10 @@ TEST(ImageJobRecord, DerivedFields) {
         {"uiFitToPaper=0 dmPaperSize=300 scaleValue=1 scaleWidth=2 scaleLength=3", 944, {0, 0, 0}},
         {"uiFitToPaper=65535 dmPaperSize=257 scaleValue=1 scaleWidth=2 scaleLength=3", 944, {1, 2, 3}},
         {"uiFitToPaper=65535 dmPaperSize=256 scaleValue=1 scaleWidth=2 scaleLength=3", 944, {65535, 0, 0}},
+        // numbers of another width, signed and not; the whole of several elements
+        {"dmPaperWidth=-2 dmPaperLength=3", 936, {0xFFFE, 0xFFFF, 3, 0}},
+        {"finishSide=254 finishFlagB=3", 1200, {0xFFFE, 3}},
+        {"colorBalance=-1 colorFlagA=5", 1020, {0xFFFF, 0, 0, 5}},
         // what is only there with another field
         {"uiCode=0x4241 uiFlagA=0", 958, {0, 0}},
         {"colorPreset=6 dmICMIntent=0x20003", 1192, {3}},
@@ -352,24 +297,6 @@ TEST(ImageJobRecord, FedPapers) {
         FillImageJobRecord("", "", &devMode, &record);
         EXPECT_EQ(ValueOf(record.paperMatches), fedAsOthers.contains(paper) ? 0u : 1u) << paper;
     }
-}
-
-TEST_F(JobDescription, RecordFitsWholeOrNotAtAll) {
-    Use(JobModel(kPdlImage));
-    for (const DWORD capacity : {DWORD{0}, kRecordSize - 1, kRecordSize, kRecordSize + 500}) {
-        std::string block(capacity + 1, '#');
-        DWORD size = capacity;
-        EXPECT_EQ(Build(&block, &size, TEXT("Job"), Plain()), capacity >= kRecordSize);
-        EXPECT_EQ(size, kRecordSize);
-        EXPECT_EQ(block.back(), '#');
-        block.resize(capacity);
-        EXPECT_EQ(block.find('#'), std::string::npos);
-        const bool isFilled = block.find_first_not_of('\0') != std::string::npos;
-        EXPECT_EQ(isFilled, capacity >= kRecordSize);
-    }
-    const std::string block = Describe(Plain());
-    EXPECT_STREQ(block.c_str(), "Velmora Test");
-    EXPECT_STREQ(block.c_str() + 32, "C:\\model.xpi");
 }
 
 // A driver's name longer than the record's field, of characters of two bytes: none is halved.

@@ -211,26 +211,5 @@ TEST_F(PjlBlock, EndOfAJob) {
     }
 }
 
-TEST(AppendText, AppendsWhereItFits) {
-    const struct {
-        const char* held;
-        size_t capacity;
-        size_t offset;
-        const char* text;
-        const char* result;
-    } cases[] = {
-        {"", 4, 0, "abc", "abc"},     {"", 3, 0, "abc", ""},      {"ab", 5, 2, "cd", "abcd"},
-        {"ab", 4, 2, "cd", "ab"},     {"ab", 5, 3, "cd", "ab"},    // what was left out counts
-        {"abc", 6, 0, "de", "abcde"}, {"abc", 5, 0, "de", "abc"},  // and what is there isn't cut
-        {"ab", 0, 0, "c", "ab"},
-    };
-    for (const auto& c : cases) {
-        char buffer[8] = {};
-        strcpy(buffer, c.held);
-        EXPECT_EQ(AppendText(buffer, c.capacity, c.offset, c.text), strlen(c.text));
-        EXPECT_STREQ(buffer, c.result) << c.held << "+" << c.text;
-    }
-}
-
 }  // namespace
 }  // namespace velmora
