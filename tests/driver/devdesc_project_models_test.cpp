@@ -3,8 +3,6 @@
 
 #include "driver/devdesc/model_tables.h"
 #include "driver/devdesc/paper_lookup.h"
-#include "driver/devmode/default_devmode.h"
-#include "driver/entry/resource_module.h"
 #include "tests/driver/project_models.h"
 
 namespace velmora {
@@ -40,20 +38,6 @@ TEST_P(ProjectModel, IsReadAsItWasWritten) {
             EXPECT_LT(std::abs(margins.horizontal), paper.width * 50) << paper.paperId;
             EXPECT_LT(std::abs(margins.vertical), paper.length * 50) << paper.paperId;
         }
-    }
-}
-
-TEST_P(ProjectModel, HasADefaultDeviceMode) {
-    VelmoraDevMode devMode;
-    BuildDefaultDevMode(printer_.Get(), kPrinterName, &devMode);
-    EXPECT_EQ(ValueOf(devMode.publicPart.dmPaperSize), DMPAPER_A4);
-    EXPECT_EQ(ValueOf(devMode.privatePart.modelCode), model_->modelCode);
-    EXPECT_EQ(ValueOf(devMode.publicPart.dmPrintQuality), model_->resolutionTable[1].xDpi);
-    EXPECT_EQ(ValueOf(devMode.publicPart.dmColor), model_->colorCapability == kColor ? 2 : 0);
-    const uint16_t blobSize = ReadBlob(file_.Get(), nullptr, 0);
-    for (int i = 0; i < devMode.privatePart.sliceCount; ++i) {
-        const BlobSlice& slice = devMode.privatePart.blobSlices[i];
-        EXPECT_LE(slice.start + (slice.length & 0x1FFF), blobSize) << i;
     }
 }
 

@@ -56,34 +56,5 @@ TEST(StandardPapers, HaveASizeAndAKeywordOfTheirOwn) {
     }
 }
 
-TEST(StandardPapers, TransverseAndRotatedOnesAreLikeTheirPaper) {
-    constexpr struct {
-        int id;
-        int paper;
-    } kTransverse[] = {{54, 1}, {55, 9}, {56, 50}, {61, 11}, {62, 13}, {67, 8}, {68, 63}};
-    for (const auto& [id, paper] : kTransverse) {
-        EXPECT_EQ(kStandardPaperSizes[id].width, kStandardPaperSizes[paper].width) << id;
-        EXPECT_EQ(kStandardPaperSizes[id].length, kStandardPaperSizes[paper].length) << id;
-    }
-    constexpr struct {
-        int first;
-        int firstPaper;
-        int count;
-    } kRotated[] = {{75, 1, 1},  {76, 8, 2},  {78, 11, 3}, {81, 43, 1},  {82, 69, 2},
-                    {84, 71, 4}, {89, 88, 1}, {92, 91, 1}, {106, 93, 13}};
-    for (const auto& run : kRotated) {
-        for (int i = 0; i < run.count; ++i) {
-            const StandardPaperSize& rotated = kStandardPaperSizes[run.first + i];
-            const StandardPaperSize& paper = kStandardPaperSizes[run.firstPaper + i];
-            SCOPED_TRACE(run.first + i);
-            EXPECT_EQ(rotated.width, paper.length);
-            EXPECT_EQ(rotated.length, paper.width);
-            if (*rotated.keyword != '\0') {
-                EXPECT_EQ(rotated.keyword, std::string(paper.keyword) + "Rotated");
-            }
-        }
-    }
-}
-
 }  // namespace
 }  // namespace velmora

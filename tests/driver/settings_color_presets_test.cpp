@@ -41,21 +41,6 @@ class ColorPresets : public MachineTest {
     }
 };
 
-TEST_F(ColorPresets, FirstLoadMakesTenFreeSlots) {
-    Put(3, u"Mine", 7);
-    EXPECT_EQ(LoadColorPresets(), 1);
-    for (const WideText section : {u"UserEnt0", u"UserEnt9"}) {
-        EXPECT_EQ(Stored(section, u"UserEntName"), u"");
-        for (const WideText key :
-             {u"ColorSample", u"BaseColor", u"Brightness", u"Saturation", u"Contrast", u"CyanRed", u"MagentaGreen",
-              u"YellowBlue", u"Gamma", u"Black", u"Cyan", u"Magenta", u"Yellow"}) {
-            EXPECT_EQ(Stored(section, key), u"0");
-        }
-    }
-    EXPECT_EQ(Stored(u"UserEnt10", u"UserEntName"), u"missing");
-    EXPECT_EQ(WideText(ColorPresetTable()[3].name), u"Mine");
-}
-
 TEST_F(ColorPresets, SavedLoadedOverwrittenAndDeleted) {
     LoadColorPresets();
     for (size_t i = 0; i < kColorPresets; ++i) {
