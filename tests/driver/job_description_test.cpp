@@ -90,89 +90,66 @@ TEST_F(JobDescription, TextHasAnEntryOfEachSettingInOrder) {
     select(devMode.privatePart.imageColorOptions, {0, 1, 0, 1});
     select(devMode.privatePart.generalColorOptions, {0, 1});
     // The third feature needs bit 3 here, which no printer has; the second a stapler.
-    const Texts expected = {"modelName=Velmora Test",
-                            "xpiName=C:\\model.xpi",
-                            "format=OCM_COLOR_CMYK32",
-                            "intentText=t01",
-                            "preserveKText=t10",
-                            "correctionText2=t21",
-                            "intentImage=i00",
-                            "preserveKImage=i11",
-                            "correctionImage2=i20",
-                            "correctionImage3=i31",
-                            "intentGraphics=g01",
-                            "correctionGeneral0=a00",
-                            "correctionGeneral1=a11",
-                            "cmm=TRUE",
-                            "profile=Office.icc",
-                            "dpi.x=1200",
-                            "dpi.y=600",
-                            "contrast=-5",
-                            "brightness=100",
-                            "jobName=Job",
-                            "EXTRA=E2",
-                            "FA=A1",
-                            "FD=D0"};
-    EXPECT_EQ(EntriesOf(Describe(devMode, TEXT("Job"))), expected);
+    std::string expected =
+        "modelName=Velmora Test|xpiName=C:\\model.xpi|format=OCM_COLOR_CMYK32|intentText=t01|preserveKText=t10"
+        "|correctionText2=t21|intentImage=i00|preserveKImage=i11|correctionImage2=i20|correctionImage3=i31"
+        "|intentGraphics=g01|correctionGeneral0=a00|correctionGeneral1=a11|cmm=TRUE|profile=Office.icc|dpi.x=1200"
+        "|dpi.y=600|contrast=-5|brightness=100|jobName=Job|EXTRA=E2|FA=A1|FD=D0||";
+    std::ranges::replace(expected, '|', '\0');
+    EXPECT_EQ(EntriesOf(Describe(devMode, TEXT("Job"))), EntriesOf(expected));
     // With everything in place the size is the block's own.
     std::string block(4096, 'x');
     DWORD size = 4096;
     EXPECT_TRUE(Build(&block, &size, TEXT("Job"), devMode));
-    EXPECT_EQ(EntriesOf(block), expected);
-    size_t length = 1;
-    for (const std::string& entry : expected) {
-        length += entry.size() + 1;
-    }
-    EXPECT_EQ(size, length);
-    EXPECT_EQ(block.find_first_not_of('\0', length), std::string::npos);
+    EXPECT_EQ(size, expected.size());
+    EXPECT_EQ(block, expected + std::string(4096 - expected.size(), '\0'));
 }
 
 TEST_F(JobDescription, TextByModelAndSettings) {
     using Change = void (*)(DescriptionBuilder*);
-    const Change asIs = [](DescriptionBuilder*) {};
     struct Case {
         const char* name;
-        Change change;
         const char* settings;
         const char* key;
         Texts values;
+        Change change = [](DescriptionBuilder*) {};
     };
     const Case cases[] = {
-        {"no colour management", asIs, "imageValueA=1", "cmm", {"FALSE"}},
-        {"no profile without its management", asIs, "imageValueA=1", "profile", {}},
-        {"any other management", asIs, "imageValueA=3", "cmm", {"TRUE"}},
-        {"profile that isn't set", asIs, "imageValueA=2", "profile", {""}},
-        {"last colour format", asIs, "imageMode=131072", "format", {"OCM_COLOR_CMYK16"}},
-        {"no colour format", asIs, "imageMode=0", "format", {"OCM_COLOR_NONE"}},
-        {"unlisted colour format", asIs, "imageMode=3", "format", {""}},
-        {"no such resolution", asIs, "resolutionIndex=-1", "dpi.x", {"0"}},
-        {"no colour value -1", asIs, "textColorOptions=-1", "intentText", {""}},
-        {"no colour value past the last", asIs, "textColorOptions=2", "intentText", {""}},
-        {"the next keeps its key", asIs, "textColorOptions=-1", "preserveKText", {"t10"}},
-        {"no job name", asIs, "", "jobName", {}},
-        {"extra keyword 0 of a model with a list", asIs, "", "EXTRA", {""}},
+        {"no colour management", "imageValueA=1", "cmm", {"FALSE"}},
+        {"no profile without its management", "imageValueA=1", "profile", {}},
+        {"any other management", "imageValueA=3", "cmm", {"TRUE"}},
+        {"profile that isn't set", "imageValueA=2", "profile", {""}},
+        {"last colour format", "imageMode=131072", "format", {"OCM_COLOR_CMYK16"}},
+        {"no colour format", "imageMode=0", "format", {"OCM_COLOR_NONE"}},
+        {"unlisted colour format", "imageMode=3", "format", {""}},
+        {"no such resolution", "resolutionIndex=-1", "dpi.x", {"0"}},
+        {"no colour value -1", "textColorOptions=-1", "intentText", {""}},
+        {"no colour value past the last", "textColorOptions=2", "intentText", {""}},
+        {"the next keeps its key", "textColorOptions=-1", "preserveKText", {"t10"}},
+        {"no job name", "", "jobName", {}},
+        {"extra keyword 0 of a model with a list", "", "EXTRA", {""}},
         {"extra keyword without a list",
-         [](DescriptionBuilder* builder) { builder->SetSlot(offsetof(DeviceModel, extraKeywordTable), 0); },
          "extraKeywordIndex=1",
          "EXTRA",
-         {}},
+         {},
+         [](DescriptionBuilder* builder) { builder->SetSlot(offsetof(DeviceModel, extraKeywordTable), 0); }},
         {"extra keyword without a key",
-         [](DescriptionBuilder* builder) { builder->fields.jobTextRef = 0; },
          "extraKeywordIndex=1",
          "EXTRA",
-         {}},
-        {"no option -1", asIs, "featureSelection=-1", "FA", {}},
-        {"option without a value", asIs, "featureSelection=2", "FA", {}},
-        {"no option past the last", asIs, "featureSelection=3", "FA", {}},
-        {"the next feature keeps its selection", asIs, "featureSelection=-1", "FD", {"D0"}},
-        {"margins select nothing", asIs, "marginMode=1", "FC", {}},
+         {},
+         [](DescriptionBuilder* builder) { builder->fields.jobTextRef = 0; }},
+        {"no option -1", "featureSelection=-1", "FA", {}},
+        {"option without a value", "featureSelection=2", "FA", {}},
+        {"no option past the last", "featureSelection=3", "FA", {}},
+        {"the next feature keeps its selection", "featureSelection=-1", "FD", {"D0"}},
+        {"margins select nothing", "marginMode=1", "FC", {}},
         {"five colour features",
-         [](DescriptionBuilder* builder) {
-             builder->Table(offsetof(DeviceModel, textColorFeatures), std::vector<ColorFeatureRecord>(5, {1, 0}));
-         },
          "",
          "correctionText4",
-         {}},
+         {},
+         [](DescriptionBuilder* builder) {
+             builder->Table(offsetof(DeviceModel, textColorFeatures), std::vector<ColorFeatureRecord>(5, {1, 0}));
+         }},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
