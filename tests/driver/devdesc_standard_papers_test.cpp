@@ -27,12 +27,8 @@ TEST(StandardPapers, AreFoundBySize) {
         {2100, 2964, 0},
         {2970, 2100, DMPAPER_A4_ROTATED},
         {2159, 2794, DMPAPER_LETTER},  // small, note and transverse, too
-        {2794, 4318, DMPAPER_TABLOID},
-        {2500, 3530, DMPAPER_ENV_B4},
-        {1103, 2197, DMPAPER_ENV_DL},
         {4580, 3240, DMPAPER_PENV_10_ROTATED},
         {0, 0, 0},
-        {-5, 5, 0},
         {INT32_MAX, INT32_MIN, 0},
     };
     for (const auto& c : kCases) {

@@ -5,10 +5,8 @@
 #include "driver/entry/stored_devmode.h"
 #include "driver/settings/custom_sizes.h"
 #include "driver/settings/settings_folder.h"
-#include "driver/settings/watermark_list.h"
 #include "platform/spooler/state.h"
 #include "tests/driver/machine.h"
-#include "tests/driver/resource_file.h"
 
 namespace velmora {
 namespace {
@@ -43,12 +41,6 @@ class InstallEvents : public MachineTest {
             package.dependent.push_back(package.data);
             package.data = {u"KV62.DAT", dataFile};
         }
-        package.dependent[0].bytes = StringModule({{2117, u"Custom size"},
-                                                   {2420, u"ini"},
-                                                   {2490, u"Draft"},
-                                                   {2498, u"Arial"},
-                                                   {2499, u"0"},
-                                                   {2500, u"ENUS"}});
         return package;
     }
 
@@ -305,10 +297,6 @@ TEST_F(InstallEvents, FormsOfOwnPapersAndCustomSizes) {
     EXPECT_EQ(GetData(Printer(), u"PaperSizes"),
               Words({300, 1016, 1524, 301, 1016, 1524, 500, 1100, 2000, 448, 1000, 2000, 449, 3000, 5000}));
     EXPECT_EQ(LoadCustomSizes(kPrinterName).count, 2);
-    // The file has no watermarks, so they have the built-in one.
-    const WatermarkList watermarks = LoadWatermarkList(kPrinterName);
-    ASSERT_EQ(watermarks.count, 1);
-    EXPECT_EQ(ToText(watermarks.records.Get()[0].text), "Draft");
 }
 
 TEST_F(InstallEvents, ThePrintersDeviceModeTellsWhereTheFontsAre) {

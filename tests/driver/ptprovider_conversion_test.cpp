@@ -219,7 +219,7 @@ class Conversions : public testing::Test {
         printer_.reset();
         machine_.reset();
         machine_.emplace();
-        printer_.emplace(PackageOf(model.Build(), ini_), missing, missingTrays);
+        printer_.emplace(PackageOf(model.Build()), missing, missingTrays);
     }
     VelmoraDevMode Base(const std::string& settings) const { return With(printer_->Default(), settings); }
 
@@ -264,7 +264,6 @@ class Conversions : public testing::Test {
         }
     }
 
-    std::string ini_;
     std::optional<host::Machine> machine_;
     std::optional<TicketPrinter> printer_;
 };
@@ -504,17 +503,6 @@ TEST_F(Conversions, ReadPostScriptSettingsOnPostScriptPrintersOnly) {
     for (const ReadRow& row : rows) {
         EXPECT_EQ(Read(row.ticket, row.settings), "") << row.ticket;
     }
-}
-
-TEST_F(Conversions, ReadTheXpsWritersSettings) {
-    const std::string ticket =
-        "<psf:Feature xmlns:w='http://schemas.microsoft.com/windows/2006/06/printing/printschemakeywords/"
-        "microsoftxpsdocumentwriter' name='w:JobImageType'><psf:Option name='w:PNG'/></psf:Feature>";
-    ini_ = "[PrinterDriver]\r\nMXDWConfig=1\r\n";
-    Use(TicketModel(kPdlXps));
-    EXPECT_EQ(Read(ticket), "jobImageType=3");
-    CheckWrites({{"jobImageType=2 jobInterleaving=1",
-                  {"ns0000:JobImageType(ns0000:JPEGLow)", "ns0000:JobInterleaving(ns0000:ON)"}}});
 }
 
 // --- Writing

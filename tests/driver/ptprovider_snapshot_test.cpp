@@ -103,15 +103,12 @@ class Snapshot : public MachineTest {
                 std::vector<PaperRecord>{
                     {label("A4"), 9, name("psk:ISOA4"), 2100, 2970, 1, {}, 0, 0, 0, {1, 2, 3}},
                     {label(std::string(200, 'l').c_str()), 300, name("Card"), 1016, 1524, 0, {}, -1, 0, 0, {}}});
+        const auto plain = static_cast<int16_t>(label("Plain"));
+        const auto gloss = static_cast<int16_t>(label("Gloss"));
+        const auto null = static_cast<int16_t>(name("null"));
         b.Table(offsetof(DeviceModel, mediaTable),
-                std::vector<MediaRecord>{{1,
-                                          static_cast<int16_t>(label("Plain")),
-                                          0,
-                                          static_cast<int16_t>(name("null")),
-                                          name("psk:Plain"),
-                                          257,
-                                          {4, 5, 6}},
-                                         {2, static_cast<int16_t>(label("Gloss")), 0, 0, name("kxp:Gloss"), 258, {}}});
+                std::vector<MediaRecord>{{1, plain, 0, null, name("psk:Plain"), 257, {4, 5, 6}},
+                                         {2, gloss, 0, 0, name("kxp:Gloss"), 258, {}}});
         b.Table(offsetof(DeviceModel, binTable),
                 std::vector<BinRecord>{{1, 7, -2117, name("psk:AutoSelect")},
                                        {0x10, 261, static_cast<int16_t>(label(std::string(99, 't').c_str())), 0}});

@@ -246,15 +246,6 @@ TEST_F(WatermarkRules, StoresNumbersWithinTheirRangesAndFacesOfTheList) {
     EXPECT_EQ(choices.shade, (ShadedColor{kWhiteFamily, kLastShade, false}));
     EXPECT_EQ(Own().shadeMaxFlag, 0);
 
-    // Another of the user's by its name.
-    EditWatermarkName(Context(), TEXT("Ua"));
-    choices.face[0] = 0;
-    choices.size = {TEXT("x"), 60, kFewestPoints, kMostPoints};
-    ChangeWatermark(Context());
-    EXPECT_EQ(Edit().current, 8u);
-    EXPECT_EQ(driver_test::ToText(Entry(8).style.face), "Arial");
-    EXPECT_EQ(Entry(8).style.size, 60);
-
     for (const WCHAR* name : {TEXT("Draft"), TEXT("Unknown")}) {
         EditWatermarkName(Context(), name);
         DeleteWatermark(Context());
