@@ -23,7 +23,7 @@ template <class... Arguments>
 std::string Wide(const WCHAR* format, Arguments... arguments) {
     WCHAR buffer[256];
     const size_t length = FormatWide(buffer, ARRAYSIZE(buffer), format, arguments...);
-    EXPECT_EQ(length, std::u16string(buffer).size());
+    EXPECT_EQ(length, WideText(buffer).size());
     return ToText(buffer);
 }
 

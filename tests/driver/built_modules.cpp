@@ -30,16 +30,16 @@ std::vector<PackageFile> BuiltLanguageModules() {
 }
 
 void UseBuiltModules(DriverPackage& package) {
-    std::erase_if(package.dependent, [](const PackageFile& file) { return file.name.ends_with(u".DLL"); });
+    std::erase_if(package.dependent, [](const PackageFile& file) { return file.name.ends_with(TEXT(".DLL")); });
     for (PackageFile& module : BuiltLanguageModules()) {
         package.dependent.push_back(std::move(module));
     }
     // Its name without an INI file, and with one.
-    for (const char16_t* library : {u"KVIME.DLL", u"KV62E.DLL"}) {
+    for (const WCHAR* library : {TEXT("KVIME.DLL"), TEXT("KV62E.DLL")}) {
         package.dependent.push_back({library, "no library"});
     }
     package.dependent.push_back(ReadModule(VELMORA_IMAGE_MODULE));
-    package.dependent.push_back({u"KV62WM.EXE", "no program"});
+    package.dependent.push_back({TEXT("KV62WM.EXE"), "no program"});
 }
 
 }  // namespace driver_test

@@ -31,7 +31,7 @@ class DescriptionFile : public MachineTest {
 
 TEST_F(DescriptionFile, IsFoundAmongTheDriversFiles) {
     DriverPackage package = PackageOf(SmallModel(kPdlPcl6).Build());
-    package.dependent.push_back({u"other.xpi", SmallModel(kPdlPcl5).Build()});
+    package.dependent.push_back({TEXT("other.xpi"), SmallModel(kPdlPcl5).Build()});
     Install(package);
     const auto language = [&] {
         const OwnedFile first = OpenDescriptionFile(Printer());  // others may read it meanwhile
@@ -39,12 +39,12 @@ TEST_F(DescriptionFile, IsFoundAmongTheDriversFiles) {
         return model ? model->pdlType : 0xFFFF;
     };
     EXPECT_EQ(language(), kPdlPcl5);
-    SetString(Printer(), u"XPI", u"kv62.xpi");
+    SetString(Printer(), TEXT("XPI"), TEXT("kv62.xpi"));
     EXPECT_EQ(language(), kPdlPcl6);
-    SetString(Printer(), u"XPI", u"missing");
+    SetString(Printer(), TEXT("XPI"), TEXT("missing"));
     EXPECT_EQ(language(), 0xFFFF);
-    SetString(Printer(), u"XPI", u"kv62.xpi");
-    std::filesystem::remove(DrivePath(InstalledPath(u"KV62.XPI")));
+    SetString(Printer(), TEXT("XPI"), TEXT("kv62.xpi"));
+    std::filesystem::remove(DrivePath(InstalledPath(TEXT("KV62.XPI"))));
     EXPECT_FALSE(OpenDescriptionFile(Printer()));
 }
 
@@ -193,7 +193,8 @@ TEST_F(DescriptionFile, StringsOfALanguageOrOfTheModule) {
     builder.AddString("Papier");
     builder.AddString("Schacht");
     file_ = OpenDescription(builder.Build());
-    WriteDriveFile(u"C:\\strings.dll", StringModule({{1, u"one"}, {2009, u"A4"}, {32768, u"last"}}));
+    WriteDriveFile(TEXT("C:\\strings.dll"),
+                   StringModule({{1, TEXT("one")}, {2009, TEXT("A4")}, {32768, TEXT("last")}}));
     const OwnedModule module(LoadLibraryW(TEXT("C:\\strings.dll")));
     const struct {
         WORD language;

@@ -143,15 +143,15 @@ TEST_F(PaperLookup, TheFirstMatchWins) {
 
 TEST_F(PaperLookup, TheTableThenCustomSizesThenUserForms) {
     InstallPapers({Paper(449, 700, 800)}, kPdlXps, kTwoSizes);
-    AddForm(u"Printer form", FORM_PRINTER, 50000, 60000);
-    AddForm(u"User form", FORM_USER, 100004, 199996);
+    AddForm(TEXT("Printer form"), FORM_PRINTER, 50000, 60000);
+    AddForm(TEXT("User form"), FORM_USER, 100004, 199996);
     EXPECT_EQ(Size(448), "1234x2345 1");
     EXPECT_EQ(Size(449), "700x800 0");
     EXPECT_EQ(Size(450), "1000x2000 1");
     EXPECT_EQ(Size(451), kA4);
-    AddForm(u"Vast form", FORM_USER, 2000000000, 199996);
+    AddForm(TEXT("Vast form"), FORM_USER, 2000000000, 199996);
     EXPECT_EQ(Size(451), "32767x2000 1") << "as much as a device mode can hold";
-    WideText vast = u"Vast form";
+    WideText vast = TEXT("Vast form");
     DeleteFormW(Printer(), vast.data());
     machine_.SetMetric(false);
     EXPECT_EQ(Size(450), "1000x2000 0");

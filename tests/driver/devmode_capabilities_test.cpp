@@ -39,7 +39,7 @@ std::string EntryText(CapabilityKind kind, const BYTE* entry, size_t nameCapacit
         default: {
             WideText slot(nameCapacity, 0);
             memcpy(slot.data(), entry, nameCapacity * sizeof(WCHAR));
-            const size_t length = slot.find_last_not_of(u'\0') + 1;  // zeros to the slot's end, or it shows
+            const size_t length = slot.find_last_not_of(TEXT('\0')) + 1;  // zeros to the slot's end, or it shows
             return "'" + driver_test::ToText(slot.substr(0, length)) + "'";
         }
     }
@@ -68,10 +68,10 @@ class Capabilities : public MachineTest {
     // Driver files with the names of the standard papers, "#" and the string's id each.
     static DriverPackage Package(const std::string& description, const std::string& iniFile = "") {
         DriverPackage package = PackageOf(description, iniFile);
-        std::map<unsigned, WideText> strings = {{2117, u"Any"}, {2420, u"ini"}, {5107, u"Default"}};
+        std::map<unsigned, WideText> strings = {{2117, TEXT("Any")}, {2420, TEXT("ini")}, {5107, TEXT("Default")}};
         for (unsigned id = 2000; id <= 2038; ++id) {
             const std::string number = std::to_string(id);
-            strings[id] = u"#" + WideText(number.begin(), number.end());
+            strings[id] = TEXT("#") + WideText(number.begin(), number.end());
         }
         package.dependent[0].bytes = StringModule(strings);
         return package;
@@ -148,7 +148,7 @@ TEST_F(Capabilities, WithAndWithoutModel) {
     for (const auto& c : cases) {
         EXPECT_EQ(Ask(c.capability), c.withModel) << kCapabilityFormats[c.capability - 1].name;
     }
-    WriteDriveFile(InstalledPath(u"KV62.XPI"), "no description");
+    WriteDriveFile(InstalledPath(TEXT("KV62.XPI")), "no description");
     for (const auto& c : cases) {
         EXPECT_EQ(Ask(c.capability), c.withoutModel) << kCapabilityFormats[c.capability - 1].name;
     }
@@ -244,10 +244,10 @@ TEST_F(Capabilities, FollowTheUser) {
     EXPECT_EQ(Ask(DC_MEDIAREADY), "1: 'A4'");
     EXPECT_EQ(Ask(DC_BINS), "6: 7 262 4 2000 2001 2002") << "the model's default options";
     // Without a resource module the names of standard papers are empty, those of the user's sizes aren't.
-    WriteDriveFile(InstalledPath(u"KV62ENUS.DLL"), "no module");
+    WriteDriveFile(InstalledPath(TEXT("KV62ENUS.DLL")), "no module");
     EXPECT_EQ(last(DC_PAPERNAMES), "''");
     EXPECT_NE(Ask(DC_PAPERNAMES).find("'' 'Half' 'Slip' ''"), std::string::npos);
-    WriteDriveFile(InstalledPath(u"KV62.XPI"), "");
+    WriteDriveFile(InstalledPath(TEXT("KV62.XPI")), "");
     EXPECT_EQ(Ask(DC_PAPERS), "1: 1");
     EXPECT_EQ(Ask(DC_MAXEXTENT), std::to_string(2159 | 2794 << 16));
 }

@@ -55,7 +55,7 @@ VelmoraDevMode OfSmallModel() {
              "frontCoverMedia=2 backCoverMedia=2 interleaveMedia=2 separatorMedia=2 modelCode=0x4321 "
              "optionFlags=0x00080300");
     PrivateDevMode& own = devMode.privatePart;
-    WideText path = InstalledPath(u"KV62.XPI");
+    WideText path = InstalledPath(TEXT("KV62.XPI"));
     CharUpperW(path.data());
     CopyText<WCHAR>(own.descriptionPath, ARRAYSIZE(own.descriptionPath), path.c_str());
     SetWide(own.primaryFont, ARRAYSIZE(own.primaryFont), "CG Times");
@@ -87,7 +87,7 @@ TEST_F(DefaultDevMode, WithoutADescriptionFileThatCanBeLoaded) {
     VelmoraDevMode expected = WithoutModel();
     CopyText<WCHAR>(expected.privatePart.descriptionPath, 160, OfSmallModel().privatePart.descriptionPath);
     EXPECT_EQ(DifferencesTo(expected), Texts());
-    SetString(Printer(), u"XPI", u"missing");
+    SetString(Printer(), TEXT("XPI"), TEXT("missing"));
     EXPECT_EQ(DifferencesTo(WithoutModel()), Texts());
 }
 
@@ -147,7 +147,7 @@ TEST_F(DefaultDevMode, MonochromePcl5HasPatterns) {
     builder.AddFont("font");
     DriverPackage package = PackageOf(builder.Build());
     package.dependent.push_back(package.data);
-    package.data = {u"KV62.DAT", std::string(5000, 'd')};
+    package.data = {TEXT("KV62.DAT"), std::string(5000, 'd')};
     Install(package);
     VelmoraDevMode expected = OfSmallModel();
     PrivateDevMode& own = expected.privatePart;
@@ -160,7 +160,7 @@ TEST_F(DefaultDevMode, MonochromePcl5HasPatterns) {
 
     // Once the patterns and fonts are in the file, the size that it had before counts.
     const DWORD baseSize = 3000;
-    SetData(Printer(), u"BasePDFSize", REG_DWORD, &baseSize, sizeof(baseSize));
+    SetData(Printer(), TEXT("BasePDFSize"), REG_DWORD, &baseSize, sizeof(baseSize));
     own.patternOffset = own.patternOffset - 2000;
     own.fontDataOffset = own.fontDataOffset - 2000;
     EXPECT_EQ(DifferencesTo(expected), Texts());

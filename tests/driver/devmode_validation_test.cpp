@@ -553,10 +553,10 @@ TEST_F(Validation, TheOrderOfChecks) {
 TEST_F(Validation, TheDescriptionFileIsKnownByItsName) {
     Use(SmallModel(kPdlPcl6));
     const WideText name = FileNamePart(facts_.descriptionPath);
-    for (const auto& [path, isKnown] : {std::pair(u"D:\\Elsewhere\\" + name, true),
+    for (const auto& [path, isKnown] : {std::pair(TEXT("D:\\Elsewhere\\") + name, true),
                                         {name, true},
-                                        {name + u"2", false},
-                                        {u"D:\\kv62.xpi", false},
+                                        {name + TEXT("2"), false},
+                                        {TEXT("D:\\kv62.xpi"), false},
                                         {WideText(), false}}) {
         devMode_ = valid_;
         WCHAR* const stored = devMode_.privatePart.descriptionPath;
@@ -574,9 +574,9 @@ TEST_F(Validation, TheDescriptionFileIsKnownByItsName) {
 // Who has no model or file in hand leaves finding them to the validations.
 TEST_F(Validation, FindsTheModelAndTheFactsItself) {
     DriverPackage package = PackageOf("");
-    package.data = {u"KV62.DAT", "ten bytes."};
-    package.dependent.push_back({u"KV62.XPI", SmallModel(kPdlImage).Build()});
-    package.dependent.push_back({u"PipelineConfig.xml", "<x/>"});
+    package.data = {TEXT("KV62.DAT"), "ten bytes."};
+    package.dependent.push_back({TEXT("KV62.XPI"), SmallModel(kPdlImage).Build()});
+    package.dependent.push_back({TEXT("PipelineConfig.xml"), "<x/>"});
     Install(package);
     VelmoraDevMode devMode;
     BuildDefaultDevMode(Printer(), kPrinterName, &devMode);
@@ -595,7 +595,7 @@ TEST_F(Validation, FindsTheModelAndTheFactsItself) {
     }
     EXPECT_EQ(report.repairs, 0u);
     EXPECT_EQ(devMode.privatePart.fontDataOffset, 0u);
-    WriteDriveFile(InstalledPath(u"KV62.XPI"), "no description");
+    WriteDriveFile(InstalledPath(TEXT("KV62.XPI")), "no description");
     EXPECT_EQ(ValidatePublicDevMode(Printer(), &devMode.publicPart, nullptr, &report), 0);
     EXPECT_STREQ(report.rejectedBy, "description file");
     EXPECT_EQ(ValidatePrivateDevMode(Printer(), &devMode.privatePart, INVALID_HANDLE_VALUE, nullptr, &report), 0);

@@ -31,8 +31,8 @@ class ResourceModule : public MachineTest {
         DriverPackage package = PackageOf("");
         package.dependent.clear();
         for (const WideText& code : codes) {
-            package.dependent.push_back({u"KV62" + code + u".DLL", StringModule({{1, code}})});
-            package.dependent.push_back({u"KV62" + code + u".CHM", "help"});
+            package.dependent.push_back({TEXT("KV62") + code + TEXT(".DLL"), StringModule({{1, code}})});
+            package.dependent.push_back({TEXT("KV62") + code + TEXT(".CHM"), "help"});
         }
         return package;
     }
@@ -49,7 +49,7 @@ class ResourceModule : public MachineTest {
 };
 
 TEST_F(ResourceModule, FollowsTheUsersLanguageOrIsEnglish) {
-    Install(Languages({u"GERM", u"GSWI", u"FREN", u"ENUK", u"ENUS"}));
+    Install(Languages({TEXT("GERM"), TEXT("GSWI"), TEXT("FREN"), TEXT("ENUK"), TEXT("ENUS")}));
     EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1)), "GERM");
     EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 2)), "GSWI");
     EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 3)), "ENUS");  // GAUS isn't in the package
@@ -60,27 +60,27 @@ TEST_F(ResourceModule, FollowsTheUsersLanguageOrIsEnglish) {
 }
 
 TEST_F(ResourceModule, APrinterDataValueMayNameIt) {
-    Install(Languages({u"GERM", u"FREN", u"ENUS"}));
-    SetString(Printer(), u"GERM", u"kv62fren.dll");
-    SetString(Printer(), u"GERMhelp", u"kv62fren.chm");
+    Install(Languages({TEXT("GERM"), TEXT("FREN"), TEXT("ENUS")}));
+    SetString(Printer(), TEXT("GERM"), TEXT("kv62fren.dll"));
+    SetString(Printer(), TEXT("GERMhelp"), TEXT("kv62fren.chm"));
     ResourceContext context;
     EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1), &context), "FREN");
     EXPECT_EQ(ToText(context.helpPath).substr(ToText(context.helpPath).rfind('\\') + 1), "KV62FREN.CHM");
 }
 
 TEST_F(ResourceModule, TheContextSaysWhatIsUsed) {
-    Install(Languages({u"GERM", u"ENUS"}));
+    Install(Languages({TEXT("GERM"), TEXT("ENUS")}));
     ResourceContext context;
-    machine_.SetDecimalSeparator(u",");
+    machine_.SetDecimalSeparator(TEXT(","));
     EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1), &context), "GERM");
     EXPECT_EQ(ValueOf(context.language), LANG_GERMAN);
     EXPECT_EQ(ValueOf(context.sublanguage), 1);
     EXPECT_EQ(ToText(context.decimalSeparator), ",");
-    WideText help = InstalledPath(u"KV62GERM.CHM");
+    WideText help = InstalledPath(TEXT("KV62GERM.CHM"));
     CharUpperW(help.data());
     EXPECT_EQ(ToText(context.helpPath), ToText(help));
 
-    machine_.SetDecimalSeparator(u"123456789");
+    machine_.SetDecimalSeparator(TEXT("123456789"));
     EXPECT_EQ(Loaded(MAKELANGID(LANG_FRENCH, 2), &context), "ENUS");
     EXPECT_EQ(ValueOf(context.language), LANG_ENGLISH);
     EXPECT_EQ(ValueOf(context.sublanguage), 1);
@@ -89,8 +89,8 @@ TEST_F(ResourceModule, TheContextSaysWhatIsUsed) {
 }
 
 TEST_F(ResourceModule, AModuleThatDoesNotLoadIsReplaced) {
-    DriverPackage package = Languages({u"ENUS"});
-    package.dependent.push_back({u"KV62GERM.DLL", "no library"});
+    DriverPackage package = Languages({TEXT("ENUS")});
+    package.dependent.push_back({TEXT("KV62GERM.DLL"), "no library"});
     Install(package);
     EXPECT_EQ(Loaded(MAKELANGID(LANG_GERMAN, 1)), "ENUS");
 }

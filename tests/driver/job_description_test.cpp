@@ -169,10 +169,10 @@ TEST_F(JobDescription, TextByModelAndSettings) {
 TEST_F(JobDescription, TextOfEveryLength) {
     UseText();
     VelmoraDevMode devMode = Plain();
-    std::fill_n(devMode.privatePart.descriptionPath, 160, u'p');  // unterminated
+    std::fill_n(devMode.privatePart.descriptionPath, 160, TEXT('p'));  // unterminated
     int raised = 0;
     for (size_t length = 0; length <= 1000; ++length) {
-        const WideText name(length, u'n');
+        const WideText name(length, TEXT('n'));
         DWORD size = 0;
         ASSERT_FALSE(Build(nullptr, &size, name.c_str(), devMode));
         ASSERT_NE(size, kRecordSize);
@@ -187,7 +187,7 @@ TEST_F(JobDescription, TextOfEveryLength) {
     std::string block(2000, 'x');
     DWORD size = 2000;
     ASSERT_TRUE(Build(&block, &size, TEXT(""), devMode));
-    const WideText name(kRecordSize - size, u'n');
+    const WideText name(kRecordSize - size, TEXT('n'));
     size = 2000;
     EXPECT_TRUE(Build(&block, &size, name.c_str(), devMode));
     EXPECT_EQ(size, kRecordSize + 1);

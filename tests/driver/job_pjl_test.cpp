@@ -142,7 +142,7 @@ TEST_F(PjlBlock, FeaturesBehindTheLastSelectionHaveNoLine) {
 TEST_F(PjlBlock, JobNamesOfEveryLength) {
     Use(JobModel(kPdlPcl6));
     for (size_t length = 0; length <= 600; ++length) {
-        const WideText name(length, u'n');
+        const WideText name(length, TEXT('n'));
         const std::string block = Start("", name.c_str());
         const std::string shown = block.substr(0, block.find("\r\n"));
         ASSERT_EQ(shown, "@PJL JOB NAME=\"" + std::string(std::min<size_t>(length, 493), 'n') + "\"");
@@ -150,8 +150,8 @@ TEST_F(PjlBlock, JobNamesOfEveryLength) {
     }
     // A character of two bytes isn't halved where the name is cut.
     machine_.SetAnsiCodePage(932);
-    WideText name(600, u'\x3042');
-    name[0] = u'n';
+    WideText name(600, TEXT('\x3042'));
+    name[0] = TEXT('n');
     EXPECT_EQ(Start("", name.c_str()).find("\"\r\nR0"), 15 + 493u);
 }
 

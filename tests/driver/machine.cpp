@@ -22,7 +22,7 @@ void MachineTest::AddForm(WideText name, DWORD flags, LONG width, LONG length) {
 }
 
 velmora::OwnedFile MachineTest::OpenDescription(const std::string& bytes) {
-    WriteDriveFile(u"C:\\test.xpi", bytes);
+    WriteDriveFile(TEXT("C:\\test.xpi"), bytes);
     return velmora::OwnedFile(CreateFileW(TEXT("C:\\test.xpi"), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr));
 }
@@ -51,7 +51,7 @@ void ReadEverything(HANDLE file) {
     }
 }
 
-std::string ToText(std::u16string_view text) {
+std::string ToText(WideView text) {
     return host::ToUtf8(text);
 }
 

@@ -29,7 +29,7 @@ class MachineTest : public testing::Test {
     void Install(const std::string& description) { Install(PackageOf(description)); }
     // Gives the installed printer another description file.
     static void Describe(const DescriptionBuilder& builder) {
-        WriteDriveFile(InstalledPath(u"KV62.XPI"), builder.Build());
+        WriteDriveFile(InstalledPath(TEXT("KV62.XPI")), builder.Build());
     }
 
     HANDLE Printer() const { return printer_.Get(); }
@@ -65,6 +65,6 @@ inline Texts RepairsOf(const velmora::ValidationReport& report) {
 }
 
 // For messages of failed expectations.
-std::string ToText(std::u16string_view text);
+std::string ToText(WideView text);
 
 }  // namespace driver_test

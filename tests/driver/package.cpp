@@ -12,7 +12,7 @@
 namespace driver_test {
 namespace {
 
-constexpr char16_t kPackageFolder[] = u"C:\\Package";
+constexpr WCHAR kPackageFolder[] = TEXT("C:\\Package");
 constexpr DWORD kDriverVersion = 3;  // DRIVER_INFO_3.cVersion: user-mode drivers
 
 [[noreturn]] void ThrowRefused(const char* call, DWORD error) {
@@ -24,7 +24,7 @@ WideText Place(const PackageFile& file) {
     if (file.name.empty()) {
         return {};
     }
-    const WideText path = WideText(kPackageFolder) + u"\\" + file.name;
+    const WideText path = WideText(kPackageFolder) + TEXT("\\") + file.name;
     WriteDriveFile(path, file.bytes);
     return path;
 }
@@ -33,12 +33,12 @@ WideText Place(const PackageFile& file) {
 
 DriverPackage PackageOf(const std::string& description, const std::string& iniFile) {
     DriverPackage package;
-    package.core = {u"KV62R.DLL", VersionedFile(u"10.0.5.3")};
-    package.configuration = {u"KV62U.DLL", "no library"};
-    package.data = description.empty() ? PackageFile{u"KV62.DAT", ""} : PackageFile{u"KV62.XPI", description};
-    package.dependent = {{u"KV62ENUS.DLL", StringModule({{2117, u"Custom size"}, {2420, u"ini"}})}};
+    package.core = {TEXT("KV62R.DLL"), VersionedFile(TEXT("10.0.5.3"))};
+    package.configuration = {TEXT("KV62U.DLL"), "no library"};
+    package.data = description.empty() ? PackageFile{TEXT("KV62.DAT"), ""} : PackageFile{TEXT("KV62.XPI"), description};
+    package.dependent = {{TEXT("KV62ENUS.DLL"), StringModule({{2117, TEXT("Custom size")}, {2420, TEXT("ini")}})}};
     if (!iniFile.empty()) {
-        package.dependent.push_back({u"KV62.INI", iniFile});
+        package.dependent.push_back({TEXT("KV62.INI"), iniFile});
     }
     return package;
 }
@@ -54,7 +54,7 @@ void InstallPrinter(const DriverPackage& package, const WideText& printerName) {
         dependent += Place(file);
         dependent.push_back(0);
     }
-    WideText environment = u"Windows x64";
+    WideText environment = TEXT("Windows x64");
     const auto pointerOrNull = [](WideText& text) { return text.empty() ? nullptr : text.data(); };
     DRIVER_INFO_3W driver = {};
     driver.cVersion = kDriverVersion;
@@ -70,8 +70,8 @@ void InstallPrinter(const DriverPackage& package, const WideText& printerName) {
         ThrowRefused("AddPrinterDriverExW", GetLastError());
     }
     WideText name = printerName;
-    WideText port = u"FILE:";
-    WideText processor = u"winprint";
+    WideText port = TEXT("FILE:");
+    WideText processor = TEXT("winprint");
     PRINTER_INFO_2W info = {};
     info.pPrinterName = name.data();
     info.pDriverName = driverName.data();
@@ -100,7 +100,7 @@ WideText InstalledPath(const WideText& fileName) {
                                     &needed)) {
         ThrowRefused("GetPrinterDriverDirectoryW", GetLastError());
     }
-    return WideText(directory) + u"\\3\\" + fileName;
+    return WideText(directory) + TEXT("\\3\\") + fileName;
 }
 
 std::filesystem::path DrivePath(const WideText& path) {

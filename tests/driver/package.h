@@ -12,7 +12,7 @@
 
 namespace driver_test {
 
-using WideText = std::u16string;
+using WideText = WideText;
 
 struct PackageFile {
     WideText name;  // empty: the package has no such file
@@ -20,7 +20,7 @@ struct PackageFile {
 };
 
 struct DriverPackage {
-    WideText driverName = u"Velmora Test";
+    WideText driverName = TEXT("Velmora Test");
     PackageFile core;           // the rendering core
     PackageFile configuration;  // the library's own place; not loaded
     PackageFile data;
@@ -28,7 +28,7 @@ struct DriverPackage {
     std::vector<PackageFile> dependent;
 };
 
-inline constexpr char16_t kPrinterName[] = u"Test Printer";
+inline constexpr WCHAR kPrinterName[] = TEXT("Test Printer");
 
 // A rendering core of version 10.0 and a U.S. English resource module. The description, where there is one, is the data
 // file KV62.XPI, as packages are shipped; without one the data file is the empty KV62.DAT. `iniFile`, where it isn't

@@ -135,9 +135,9 @@ class Lines {
         std::string mark;
         for (const print_schema::XmlAttribute& attribute : node.attributes) {
             const std::string value = print_schema::Printable(attribute.value);
-            if (attribute.name == u"name") {
+            if (attribute.name == TEXT("name")) {
                 name = value.starts_with("psk:") ? value.substr(4) : value;
-            } else if (attribute.name == u"constrained" && value != "psk:None") {
+            } else if (attribute.name == TEXT("constrained") && value != "psk:None") {
                 mark = "!";
             }
         }
@@ -732,7 +732,7 @@ TEST_F(Conversions, TakeOverPageExceptions) {
          " kxp:MediaType(oem:Gloss) kxp:InputBin(oem:Tray7(kxp:SelectionIndex(7)))"
          " kxp:ExceptionUsage(kxp:OddPages))\n",
          ""},
-        {{40, kOverlayException, kEvenPages, 0, 0, 0, 1, u"ONE.ovl", 0},
+        {{40, kOverlayException, kEvenPages, 0, 0, 0, 1, TEXT("ONE.ovl"), 0},
          {},
          "kxp:DocumentOverlayException3(kxp:Overlay(*(kxp:File(ONE.ovl))) kxp:Layering(kxp:Underlay)"
          " kxp:ExceptionUsage(kxp:EvenPages))\n",

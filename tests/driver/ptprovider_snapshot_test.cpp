@@ -41,24 +41,24 @@ Texts Lines(const EntryList<Entry>& list, Numbers... numbers) {
 }
 
 TEST(Keywords, AreTakenApart) {
-    const WideText longName(200, u'n');
+    const WideText longName(200, TEXT('n'));
     const struct {
         WideText text;
         std::string expected;
     } cases[] = {
-        {u"psk:ISOA4", "psk:ISOA4"},
-        {u"kxp:Card", "kxp:Card"},
-        {u"oem:Special", "own:Special"},
-        {u"Plain", "own:Plain"},
-        {u":Odd", "own:Odd"},
-        {u"PSK:A4", "own:A4"},
-        {u"pskx:A4", "own:A4"},
-        {u"ps:A4", "own:A4"},
-        {u"psk:a:b", "psk:a:b"},
-        {u"psk", "own:psk"},
-        {u"psk:", "psk:"},
-        {u"", "own:"},
-        {u"kxp:" + longName, "kxp:" + std::string(79, 'n')},
+        {TEXT("psk:ISOA4"), "psk:ISOA4"},
+        {TEXT("kxp:Card"), "kxp:Card"},
+        {TEXT("oem:Special"), "own:Special"},
+        {TEXT("Plain"), "own:Plain"},
+        {TEXT(":Odd"), "own:Odd"},
+        {TEXT("PSK:A4"), "own:A4"},
+        {TEXT("pskx:A4"), "own:A4"},
+        {TEXT("ps:A4"), "own:A4"},
+        {TEXT("psk:a:b"), "psk:a:b"},
+        {TEXT("psk"), "own:psk"},
+        {TEXT("psk:"), "psk:"},
+        {TEXT(""), "own:"},
+        {TEXT("kxp:") + longName, "kxp:" + std::string(79, 'n')},
     };
     for (const auto& c : cases) {
         OptionName name;
@@ -150,12 +150,12 @@ class Snapshot : public MachineTest {
 
     void InstallFull(const DescriptionBuilder& builder) {
         DriverPackage package = PackageOf(builder.Build(), kIni);
-        package.dependent[0].bytes = StringModule({{2117, u"Any tray"},
-                                                   {2420, u"ini"},
-                                                   {2654, u"ovl"},
-                                                   {3361, u"Manual"},
-                                                   {3362, u"System"},
-                                                   {3363, u"Printer"}});
+        package.dependent[0].bytes = StringModule({{2117, TEXT("Any tray")},
+                                                   {2420, TEXT("ini")},
+                                                   {2654, TEXT("ovl")},
+                                                   {3361, TEXT("Manual")},
+                                                   {3362, TEXT("System")},
+                                                   {3363, TEXT("Printer")}});
         Install(package);
     }
 };
@@ -244,7 +244,7 @@ TEST_F(Snapshot, ReadsTheFileAtOnceHoweverManyEntries) {
         }
         builder.Table(offsetof(DeviceModel, paperTable), records);
         DriverPackage package = PackageOf(builder.Build());
-        package.driverName = u"Many " + WideText(1, static_cast<char16_t>(u'0' + papers % 10));
+        package.driverName = TEXT("Many ") + WideText(1, static_cast<WCHAR>(TEXT('0') + papers % 10));
         const WideText printerName = package.driverName;
         InstallPrinter(package, printerName);
         const OwnedPrinter printer = OpenWithAllAccess(printerName);

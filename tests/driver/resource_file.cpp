@@ -19,8 +19,8 @@ void PutU32(std::string* bytes, size_t value) {
     bytes->append(reinterpret_cast<const char*>(&number), sizeof(number));
 }
 
-void PutText(std::string* bytes, std::u16string_view text) {
-    bytes->append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
+void PutText(std::string* bytes, WideView text) {
+    bytes->append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(WCHAR));
 }
 
 void PadToFour(std::string* bytes) {
@@ -52,13 +52,13 @@ std::string EmptyResourceFile() {
 }
 
 // A block of a version resource: {bytes, value length, is text, key, value, children}, each part on 4 bytes.
-std::string VersionBlock(std::u16string_view key, bool isText, const std::string& value, size_t valueLength,
+std::string VersionBlock(WideView key, bool isText, const std::string& value, size_t valueLength,
                          const std::string& children) {
     std::string block;
     PutU16(&block, 0);
     PutU16(&block, valueLength);
     PutU16(&block, isText ? 1 : 0);
-    PutText(&block, std::u16string(key) + u'\0');
+    PutText(&block, WideText(key) + TEXT('\0'));
     PadToFour(&block);
     block += value;
     if (!children.empty()) {
@@ -73,7 +73,7 @@ std::string VersionBlock(std::u16string_view key, bool isText, const std::string
 
 }  // namespace
 
-std::string StringModule(const std::map<unsigned, std::u16string>& strings) {
+std::string StringModule(const std::map<unsigned, WideText>& strings) {
     std::string file = EmptyResourceFile();
     std::map<unsigned, std::string> tables;
     for (const auto& [id, text] : strings) {
@@ -82,7 +82,7 @@ std::string StringModule(const std::map<unsigned, std::u16string>& strings) {
     for (auto& [table, data] : tables) {
         for (unsigned i = 0; i < kStringsPerTable; ++i) {
             const auto found = strings.find(table * kStringsPerTable + i);
-            const std::u16string text = found != strings.end() ? found->second : std::u16string();
+            const WideText text = found != strings.end() ? found->second : WideText();
             PutU16(&data, text.size());
             PutText(&data, text);
         }
@@ -95,8 +95,8 @@ std::string VersionedFile(const std::vector<Translation>& translations, const st
     std::string texts;
     for (const VersionTable& table : tables) {
         std::string value;
-        PutText(&value, table.fileVersion + u'\0');
-        const std::string entry = VersionBlock(u"FileVersion", true, value, table.fileVersion.size() + 1, "");
+        PutText(&value, table.fileVersion + TEXT('\0'));
+        const std::string entry = VersionBlock(TEXT("FileVersion"), true, value, table.fileVersion.size() + 1, "");
         texts += VersionBlock(table.key, true, "", 0, entry);
     }
     std::string pairs;
@@ -104,22 +104,22 @@ std::string VersionedFile(const std::vector<Translation>& translations, const st
         PutU16(&pairs, translation.language);
         PutU16(&pairs, translation.codePage);
     }
-    std::string children = VersionBlock(u"StringFileInfo", true, "", 0, texts);
+    std::string children = VersionBlock(TEXT("StringFileInfo"), true, "", 0, texts);
     if (!pairs.empty()) {
-        children +=
-            VersionBlock(u"VarFileInfo", true, "", 0, VersionBlock(u"Translation", false, pairs, pairs.size(), ""));
+        children += VersionBlock(TEXT("VarFileInfo"), true, "", 0,
+                                 VersionBlock(TEXT("Translation"), false, pairs, pairs.size(), ""));
     }
     std::string fixed;
     PutU32(&fixed, 0xFEEF04BD);
     PutU32(&fixed, 0x10000);
     fixed.resize(52);
     std::string file = EmptyResourceFile();
-    PutResource(&file, kVersion, 1, VersionBlock(u"VS_VERSION_INFO", false, fixed, fixed.size(), children));
+    PutResource(&file, kVersion, 1, VersionBlock(TEXT("VS_VERSION_INFO"), false, fixed, fixed.size(), children));
     return file;
 }
 
-std::string VersionedFile(std::u16string_view fileVersion) {
-    return VersionedFile({{0x0409, 1252}}, {{u"040904E4", std::u16string(fileVersion)}});
+std::string VersionedFile(WideView fileVersion) {
+    return VersionedFile({{0x0409, 1252}}, {{TEXT("040904E4"), WideText(fileVersion)}});
 }
 
 }  // namespace driver_test

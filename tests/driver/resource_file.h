@@ -10,7 +10,7 @@
 namespace driver_test {
 
 // The strings of a resource module by their ids.
-std::string StringModule(const std::map<unsigned, std::u16string>& strings);
+std::string StringModule(const std::map<unsigned, WideText>& strings);
 
 // A version resource: its translations, and a text "FileVersion" for each of some tables, which need not be the same.
 struct Translation {
@@ -18,12 +18,12 @@ struct Translation {
     uint16_t codePage;
 };
 struct VersionTable {
-    std::u16string key;  // "040904E4": language and code page
-    std::u16string fileVersion;
+    WideText key;  // "040904E4": language and code page
+    WideText fileVersion;
 };
 std::string VersionedFile(const std::vector<Translation>& translations, const std::vector<VersionTable>& tables);
 
 // One translation, 1033 and 1252, with this text.
-std::string VersionedFile(std::u16string_view fileVersion);
+std::string VersionedFile(WideView fileVersion);
 
 }  // namespace driver_test

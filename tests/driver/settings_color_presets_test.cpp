@@ -35,7 +35,7 @@ class ColorPresets : public MachineTest {
     }
     static WideText Stored(const WideText& section, const WideText& key) {
         WCHAR value[64];
-        GetPrivateProfileStringW(section.c_str(), key.c_str(), u"missing", value, ARRAYSIZE(value),
+        GetPrivateProfileStringW(section.c_str(), key.c_str(), TEXT("missing"), value, ARRAYSIZE(value),
                                  CurrentSettingsFile());
         return value;
     }
@@ -44,32 +44,32 @@ class ColorPresets : public MachineTest {
 TEST_F(ColorPresets, SavedLoadedOverwrittenAndDeleted) {
     LoadColorPresets();
     for (size_t i = 0; i < kColorPresets; ++i) {
-        Put(i, u"Preset " + WideText(1, static_cast<char16_t>(u'0' + i)), static_cast<int32_t>(i) + 10);
+        Put(i, TEXT("Preset ") + WideText(1, static_cast<WCHAR>(TEXT('0') + i)), static_cast<int32_t>(i) + 10);
         EXPECT_TRUE(SaveColorPreset(ColorPresetTable()[i].name));
     }
-    Put(0, u"Eleventh!", 1);
-    EXPECT_FALSE(SaveColorPreset(u"Eleventh!"));  // no slot is free
-    Put(0, u"Preset 4!", 99);
+    Put(0, TEXT("Eleventh!"), 1);
+    EXPECT_FALSE(SaveColorPreset(TEXT("Eleventh!")));  // no slot is free
+    Put(0, TEXT("Preset 4!"), 99);
     ColorPresetTable()[0].name[8] = 0;  // a second record of the name
-    EXPECT_TRUE(SaveColorPreset(u"Preset 4"));
-    EXPECT_EQ(Stored(u"UserEnt4", u"Yellow"), u"-99");
-    EXPECT_FALSE(DeleteColorPreset(u"preset 4"));
-    EXPECT_TRUE(DeleteColorPreset(u"Preset 4"));
-    EXPECT_FALSE(DeleteColorPreset(u"Preset 4"));
-    EXPECT_EQ(Stored(u"UserEnt4", u"Yellow"), u"-99");
-    EXPECT_FALSE(SaveColorPreset(u"Unknown"));  // a slot, but no record
+    EXPECT_TRUE(SaveColorPreset(TEXT("Preset 4")));
+    EXPECT_EQ(Stored(TEXT("UserEnt4"), TEXT("Yellow")), TEXT("-99"));
+    EXPECT_FALSE(DeleteColorPreset(TEXT("preset 4")));
+    EXPECT_TRUE(DeleteColorPreset(TEXT("Preset 4")));
+    EXPECT_FALSE(DeleteColorPreset(TEXT("Preset 4")));
+    EXPECT_EQ(Stored(TEXT("UserEnt4"), TEXT("Yellow")), TEXT("-99"));
+    EXPECT_FALSE(SaveColorPreset(TEXT("Unknown")));  // a slot, but no record
 
     Clear();
-    WritePrivateProfileStringW(u"UserEnt5", u"Gamma", nullptr, CurrentSettingsFile());
+    WritePrivateProfileStringW(TEXT("UserEnt5"), TEXT("Gamma"), nullptr, CurrentSettingsFile());
     EXPECT_EQ(LoadColorPresets(), 1);
-    EXPECT_EQ(WideText(ColorPresetTable()[5].name), u"Preset 5");
+    EXPECT_EQ(WideText(ColorPresetTable()[5].name), TEXT("Preset 5"));
     EXPECT_EQ(ColorPresetTable()[5].brightness, 15);
     EXPECT_EQ(ColorPresetTable()[5].yellow, -15);
     EXPECT_EQ(ColorPresetTable()[5].gamma, 99);
     EXPECT_EQ(ColorPresetTable()[5].workingValue, 0);
-    EXPECT_EQ(WideText(ColorPresetTable()[4].name), u"");
+    EXPECT_EQ(WideText(ColorPresetTable()[4].name), TEXT(""));
 
-    const WideText longName(19, u'x');
+    const WideText longName(19, TEXT('x'));
     Put(4, longName, 1);
     EXPECT_TRUE(SaveColorPreset(longName.c_str()));
     Clear();
@@ -80,24 +80,24 @@ TEST_F(ColorPresets, SavedLoadedOverwrittenAndDeleted) {
 TEST_F(ColorPresets, ReadAgainWithoutTouchingTheFile) {
     LoadColorPresets();
     for (const size_t i : {0, 2, 4}) {
-        Put(i, WideText(1, static_cast<char16_t>(u'a' + i)), 7);
+        Put(i, WideText(1, static_cast<WCHAR>(TEXT('a') + i)), 7);
         SaveColorPreset(ColorPresetTable()[i].name);  // into slots 0 to 2
     }
-    WritePrivateProfileStringW(u"UserEnt2", u"UserEntName", nullptr, CurrentSettingsFile());
-    Put(0, u"a", 1);
-    Put(1, u"other", 1);
+    WritePrivateProfileStringW(TEXT("UserEnt2"), TEXT("UserEntName"), nullptr, CurrentSettingsFile());
+    Put(0, TEXT("a"), 1);
+    Put(1, TEXT("other"), 1);
     ReadColorPresetsAgain();
     const struct {
         WideText name;
         int32_t brightness;
         int32_t workingValue;
-    } records[] = {{u"a", 7, 5}, {u"c", 7, 0}, {u"", 0, 0}, {u"", 0, 0}, {u"", 0, 0}};
+    } records[] = {{TEXT("a"), 7, 5}, {TEXT("c"), 7, 0}, {TEXT(""), 0, 0}, {TEXT(""), 0, 0}, {TEXT(""), 0, 0}};
     for (size_t i = 0; i < std::size(records); ++i) {
         EXPECT_EQ(WideText(ColorPresetTable()[i].name), records[i].name);
         EXPECT_EQ(ColorPresetTable()[i].brightness, records[i].brightness);
         EXPECT_EQ(ColorPresetTable()[i].workingValue, records[i].workingValue);
     }
-    EXPECT_EQ(Stored(u"UserEnt2", u"UserEntName"), u"missing");
+    EXPECT_EQ(Stored(TEXT("UserEnt2"), TEXT("UserEntName")), TEXT("missing"));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-constexpr char16_t kIni[] = u"C:\\sizes.ini";
+constexpr WCHAR kIni[] = TEXT("C:\\sizes.ini");
 constexpr const char* kBlank = " 21000x29700 1";
 constexpr const char* kShipped =
     "[CustomSizes]\r\nNumCustomSizes=1\r\n"
@@ -50,7 +50,7 @@ TEST_F(CustomSizes, BlankRecords) {
 
 TEST_F(CustomSizes, WhatIsWrittenIsRead) {
     const CustomSizeRecord records[] = {Size(TEXT("A name, with = and ;"), 0, 20000, 1),
-                                        Size(WideText(63, u'n').c_str(), 2147483647, 4000000000u, 0)};
+                                        Size(WideText(63, TEXT('n')).c_str(), 2147483647, 4000000000u, 0)};
     WriteCustomSizes(kIni, records, 2);
     EXPECT_EQ(ReadDriveFile(kIni),
               "[CustomSizes]\r\nNumCustomSizes=2\r\n"
@@ -68,14 +68,15 @@ TEST_F(CustomSizes, WhatIsWrittenIsRead) {
 
 // Names that reading would take something from, and one that fills its record.
 TEST_F(CustomSizes, EveryNameIsReadAsItIs) {
-    for (const WideText& name : {WideText(u" a"), WideText(u"a\t"), WideText(u"  "), WideText(u"\"a\""),
-                                 WideText(u"'a'"), WideText(u"\""), WideText(u"a\""), WideText(62, u'n') + u" "}) {
+    for (const WideText& name :
+         {WideText(TEXT(" a")), WideText(TEXT("a\t")), WideText(TEXT("  ")), WideText(TEXT("\"a\"")),
+          WideText(TEXT("'a'")), WideText(TEXT("\"")), WideText(TEXT("a\"")), WideText(62, TEXT('n')) + TEXT(" ")}) {
         const CustomSizeRecord record = Size(name.c_str(), 1, 2, 1);
         WriteCustomSizes(kIni, &record, 1);
         EXPECT_EQ(Lines(ReadCustomSizes(kIni)), Texts({driver_test::ToText(name.c_str()) + " 1x2 1"}));
     }
     CustomSizeRecord full[] = {Size(TEXT(""), 1, 2, 1), Size(TEXT("next"), 3, 4, 1)};
-    std::fill(std::begin(full[0].name), std::end(full[0].name), u'n');
+    std::fill(std::begin(full[0].name), std::end(full[0].name), TEXT('n'));
     WriteCustomSizes(kIni, full, 2);
     EXPECT_EQ(Lines(ReadCustomSizes(kIni)), Texts({std::string(63, 'n') + " 1x2 1", "next 3x4 1"}));
 }
@@ -117,16 +118,16 @@ TEST_F(CustomSizes, TheUsersOrThoseOfTheDriver) {
     EXPECT_EQ(Lines(LoadCustomSizes(kPrinterName)), Texts({"Own 11111x22222 0"}));
     SaveCustomSizes(kPrinterName, nullptr, 0);
     EXPECT_EQ(LoadCustomSizes(kPrinterName).count, 0);
-    EXPECT_EQ(ReadDriveFile(InstalledPath(u"KV62.INI")), kShipped);
+    EXPECT_EQ(ReadDriveFile(InstalledPath(TEXT("KV62.INI"))), kShipped);
     EXPECT_EQ(LoadCustomSizes(TEXT("Unknown")).count, 0);
 }
 
 TEST_F(CustomSizes, FormsOfTheUser) {
     Install("");
     EXPECT_EQ(EnumUserForms(Printer()).count, 0);
-    AddForm(u"Half", FORM_USER, 100005, 100004);
-    AddForm(u"Of a printer", FORM_PRINTER, 50000, 50000);
-    AddForm(WideText(70, u'L'), FORM_USER, 148000, 210000);
+    AddForm(TEXT("Half"), FORM_USER, 100005, 100004);
+    AddForm(TEXT("Of a printer"), FORM_PRINTER, 50000, 50000);
+    AddForm(WideText(70, TEXT('L')), FORM_USER, 148000, 210000);
     EXPECT_EQ(Lines(EnumUserForms(Printer())), Texts({"Half 10001x10000 1", std::string(63, 'L') + " 14800x21000 1"}));
     machine_.SetMetric(false);
     EXPECT_EQ(Lines(EnumUserForms(Printer()))[0], "Half 10001x10000 0");

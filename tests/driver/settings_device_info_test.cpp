@@ -27,11 +27,11 @@ TEST_F(InstalledOptions, DefaultsOfTheModelOrAStoredRecord) {
     EXPECT_EQ(Read(false), "0 0 0 0");
     const std::string bytes(20, '\x01');
     for (const size_t size : {0u, 15u, 17u, 20u}) {  // no record
-        SetData(Printer(), u"DeviceInfo", REG_BINARY, bytes.data(), size);
+        SetData(Printer(), TEXT("DeviceInfo"), REG_BINARY, bytes.data(), size);
         EXPECT_EQ(Read(), "11 0 0 4") << size;
     }
     EXPECT_TRUE(SetDeviceInfo(Printer(), {1, 2, 0xFFFFFFFF, 3}));
-    EXPECT_EQ(GetData(Printer(), u"DeviceInfo")->size(), 16u);
+    EXPECT_EQ(GetData(Printer(), TEXT("DeviceInfo"))->size(), 16u);
     machine_.SetMayWritePrinterData(false);
     EXPECT_FALSE(SetDeviceInfo(Printer(), {}));
     EXPECT_EQ(Read(), "1 2 FFFFFFFF 3");
@@ -42,7 +42,7 @@ TEST_F(InstalledOptions, TheDriversIniFileOverridesTheDefaults) {
     InstallWithIni("[DeviceInfo]\r\nSources=1F3\r\nDestinations=0x2\r\nOptions=ffffffff\r\nTotalMemory=512\r\n");
     EXPECT_EQ(Read(), "1F3 2 FFFFFFFF 512");
     EXPECT_EQ(Read(false), "1F3 2 FFFFFFFF 512");
-    WriteDriveFile(InstalledPath(u"KV62.INI"), "[DeviceInfo]\r\nOptions=3\r\n[Other]\r\nSources=7\r\n");
+    WriteDriveFile(InstalledPath(TEXT("KV62.INI")), "[DeviceInfo]\r\nOptions=3\r\n[Other]\r\nSources=7\r\n");
     EXPECT_EQ(Read(), "11 0 3 4");  // what it lacks keeps its value
     EXPECT_TRUE(SetDeviceInfo(Printer(), {1, 2, 4, 3}));
     EXPECT_EQ(Read(), "1 2 4 3");

@@ -7,11 +7,11 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-const WideText kFolder = u"C:\\Data\\Kestranix Inc.\\Velmora Test\\";
+const WideText kFolder = TEXT("C:\\Data\\Kestranix Inc.\\Velmora Test\\");
 
 class SettingsFolder : public MachineTest {
   protected:
-    void SetUp() override { machine_.SetVariable(u"APPDATA", u"C:\\Data"); }
+    void SetUp() override { machine_.SetVariable(TEXT("APPDATA"), TEXT("C:\\Data")); }
 
     static std::string Folder() {
         WCHAR folder[MAX_PATH] = TEXT("#");
@@ -25,24 +25,24 @@ class SettingsFolder : public MachineTest {
         return ToText(path);
     }
     std::string SettingsValue() const {
-        const auto value = GetData(Printer(), u"Settings");
-        return value ? ToText(reinterpret_cast<const char16_t*>(value->c_str())) : "none";
+        const auto value = GetData(Printer(), TEXT("Settings"));
+        return value ? ToText(reinterpret_cast<const WCHAR*>(value->c_str())) : "none";
     }
 };
 
 TEST_F(SettingsFolder, LiesInTheUsersApplicationData) {
     DriverPackage package = PackageOf("");
-    package.driverName = u"Velmora 62/B: why?";  // is cleaned
+    package.driverName = TEXT("Velmora 62/B: why?");  // is cleaned
     Install(package);
     EXPECT_EQ(Folder(), "C:\\Data\\Kestranix Inc.\\Velmora 62-B  why ");
-    machine_.SetVariable(u"APPDATA", u"");
-    machine_.SetVariable(u"USERPROFILE", u"C:\\Users\\Other");
+    machine_.SetVariable(TEXT("APPDATA"), TEXT(""));
+    machine_.SetVariable(TEXT("USERPROFILE"), TEXT("C:\\Users\\Other"));
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(Folder(), "C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora 62-B  why ");
-        EXPECT_TRUE(DriveFileExists(u"C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora 62-B  why "));
+        EXPECT_TRUE(DriveFileExists(TEXT("C:\\Users\\Other\\Application Data\\Kestranix Inc.\\Velmora 62-B  why ")));
     }
-    machine_.SetVariable(u"APPDATA", u"C:\\" + WideText(300, u'a'));
-    machine_.SetVariable(u"USERPROFILE", u"C:\\" + WideText(250, u'u'));
+    machine_.SetVariable(TEXT("APPDATA"), TEXT("C:\\") + WideText(300, TEXT('a')));
+    machine_.SetVariable(TEXT("USERPROFILE"), TEXT("C:\\") + WideText(250, TEXT('u')));
     EXPECT_EQ(Folder().size(), static_cast<size_t>(MAX_PATH - 1));
     // A file's name isn't cut, whether it is to be given or is there.
     PrepareSettingsFile(kPrinterName);
@@ -69,10 +69,10 @@ TEST_F(SettingsFolder, APrinterGetsItsFileNameOnce) {
     const std::string path = ToText(kFolder) + "0000ABCD.ini";
     EXPECT_EQ(FilePath(), path);
     EXPECT_EQ(ToText(CurrentSettingsFile()), path);
-    EXPECT_FALSE(DriveFileExists(kFolder + u"0000ABCD.ini"));
+    EXPECT_FALSE(DriveFileExists(kFolder + TEXT("0000ABCD.ini")));
 
     machine_.SetTickCount(0x99999999);
-    InstallPrinter(PackageOf(""), u"Second");
+    InstallPrinter(PackageOf(""), TEXT("Second"));
     PrepareSettingsFile(TEXT("Second"));
     EXPECT_EQ(ToText(CurrentSettingsFile()), ToText(kFolder) + "99999999.ini");
     PrepareSettingsFile(kPrinterName);
@@ -86,17 +86,17 @@ TEST_F(SettingsFolder, APrinterGetsItsFileNameOnce) {
 TEST_F(SettingsFolder, NamesOfExistingFilesArePassedOver) {
     Install("");
     machine_.SetTickCount(0x10);
-    for (char16_t digit : WideText(u"0123456789ABCDEF")) {
-        if (digit != u'2') {
-            WriteDriveFile(kFolder + u"0000001" + digit + u".INI", "");
+    for (WCHAR digit : WideText(TEXT("0123456789ABCDEF"))) {
+        if (digit != TEXT('2')) {
+            WriteDriveFile(kFolder + TEXT("0000001") + digit + TEXT(".INI"), "");
         }
-        WriteDriveFile(kFolder + u"0000002" + digit + u".INI", "");
-        WriteDriveFile(kFolder + u"0000003" + digit + u".INI", "");
+        WriteDriveFile(kFolder + TEXT("0000002") + digit + TEXT(".INI"), "");
+        WriteDriveFile(kFolder + TEXT("0000003") + digit + TEXT(".INI"), "");
     }
     PrepareSettingsFile(kPrinterName);
     EXPECT_EQ(SettingsValue(), "00000012.ini");
-    WriteDriveFile(kFolder + u"00000012.ini", "");
-    InstallPrinter(PackageOf(""), u"Second");
+    WriteDriveFile(kFolder + TEXT("00000012.ini"), "");
+    InstallPrinter(PackageOf(""), TEXT("Second"));
     PrepareSettingsFile(TEXT("Second"));
     EXPECT_TRUE(FilePath(TEXT("Second")).starts_with(ToText(kFolder) + "0000002"));
 }
@@ -151,10 +151,10 @@ TEST_F(SettingsFolder, ShortPaths) {
         const OwnedSearch search(FindFirstFileW(path.c_str(), &found));
         return ToText(found.cAlternateFileName);
     };
-    const WideText folder = u"C:\\A long folder name";
-    const WideText file = folder + u"\\another long name.text";
+    const WideText folder = TEXT("C:\\A long folder name");
+    const WideText file = folder + TEXT("\\another long name.text");
     WriteDriveFile(file, "");
-    WriteDriveFile(u"C:\\short.txt", "");
+    WriteDriveFile(TEXT("C:\\short.txt"), "");
     const std::string shortFolder = "C:\\" + shortName(folder);
     const struct {
         WideText path;
@@ -163,12 +163,12 @@ TEST_F(SettingsFolder, ShortPaths) {
     } cases[] = {
         {folder, MAX_PATH, shortFolder},
         {file, MAX_PATH, shortFolder + "\\" + shortName(file)},
-        {folder + u"\\missing folder\\missing", MAX_PATH, shortFolder + "\\missing folder\\missing"},
-        {u"C:\\SHORT.TXT", MAX_PATH, "C:\\short.txt"},  // the name as the file system has it
-        {u"C:\\short.txt", 13, "C:\\short.txt"},
-        {u"C:\\short.txt", 12, "C:\\short.tx"},
-        {u"C:", MAX_PATH, "C:"},
-        {u"", MAX_PATH, ""},
+        {folder + TEXT("\\missing folder\\missing"), MAX_PATH, shortFolder + "\\missing folder\\missing"},
+        {TEXT("C:\\SHORT.TXT"), MAX_PATH, "C:\\short.txt"},  // the name as the file system has it
+        {TEXT("C:\\short.txt"), 13, "C:\\short.txt"},
+        {TEXT("C:\\short.txt"), 12, "C:\\short.tx"},
+        {TEXT("C:"), MAX_PATH, "C:"},
+        {TEXT(""), MAX_PATH, ""},
     };
     for (const auto& c : cases) {
         WCHAR text[MAX_PATH] = {};

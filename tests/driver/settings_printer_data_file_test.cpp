@@ -15,14 +15,14 @@ class PrinterDataFile : public MachineTest {
         package.data = {name, std::string(1234, 'd')};
         Install(package);
     }
-    static WideText Copy(char16_t version) {
-        return WideText(u"C:\\Windows\\System32\\spool\\drivers\\W32X86\\") + version + u"\\kv62.dat";
+    static WideText Copy(WCHAR version) {
+        return WideText(TEXT("C:\\Windows\\System32\\spool\\drivers\\W32X86\\")) + version + TEXT("\\kv62.dat");
     }
 };
 
 TEST_F(PrinterDataFile, IsOpenedUnsharedAndWritable) {
-    InstallWithData(u"kv62.dat");
-    const WideText path = InstalledPath(u"kv62.dat");
+    InstallWithData(TEXT("kv62.dat"));
+    const WideText path = InstalledPath(TEXT("kv62.dat"));
     ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
     file_ = OpenPrinterDataFile(kPrinterName, GENERIC_READ);
     EXPECT_TRUE(file_);
@@ -34,43 +34,43 @@ TEST_F(PrinterDataFile, IsOpenedUnsharedAndWritable) {
     EXPECT_EQ(GetPrinterDataFileSize(kPrinterName), 1234u);
     EXPECT_EQ(GetBasePdfSize(Printer()), 1234u);
     const DWORD stored = 7;
-    SetData(Printer(), u"BasePDFSize", REG_DWORD, &stored, sizeof(stored));
+    SetData(Printer(), TEXT("BasePDFSize"), REG_DWORD, &stored, sizeof(stored));
     EXPECT_EQ(GetBasePdfSize(Printer()), 7u);
 }
 
 TEST_F(PrinterDataFile, TheDescriptionFileIsNoneAndNeitherIsAMissingOne) {
-    InstallWithData(u"kv62.xpi");
+    InstallWithData(TEXT("kv62.xpi"));
     for (const char* what : {"a description file", "missing"}) {
         EXPECT_FALSE(OpenPrinterDataFile(kPrinterName, GENERIC_READ)) << what;
         EXPECT_EQ(GetPrinterDataFileSize(kPrinterName), kNoPrinterDataFile) << what;
         EXPECT_EQ(GetBasePdfSize(Printer()), 0u) << what;
-        host::FindDriver(u"Velmora Test")->dataFile = InstalledPath(u"kv62.dat");
+        host::FindDriver(TEXT("Velmora Test"))->dataFile = InstalledPath(TEXT("kv62.dat"));
     }
-    EXPECT_FALSE(DriveFileExists(InstalledPath(u"kv62.dat")));
+    EXPECT_FALSE(DriveFileExists(InstalledPath(TEXT("kv62.dat"))));
     SyncPrinterDataFileCopies(kPrinterName);
     SyncPrinterDataFileCopies(TEXT("Unknown"));
 }
 
 // The driver of a 32-bit system: its files lie in a folder that this machine's spooler doesn't use.
 TEST_F(PrinterDataFile, SmallerCopiesAreReplaced) {
-    InstallWithData(u"kv62.dat");
-    WriteDriveFile(Copy(u'2'), "smaller");
+    InstallWithData(TEXT("kv62.dat"));
+    WriteDriveFile(Copy(TEXT('2')), "smaller");
     SyncPrinterDataFileCopies(kPrinterName);  // the driver's folder has no copies
-    EXPECT_EQ(ReadDriveFile(Copy(u'2')), "smaller");
-    host::FindDriver(u"Velmora Test")->dataFile = Copy(u'3');
-    WriteDriveFile(Copy(u'1'), "");
-    WriteDriveFile(Copy(u'3'), "the current file");
-    std::filesystem::create_directories(DrivePath(Copy(u'4')).parent_path());
+    EXPECT_EQ(ReadDriveFile(Copy(TEXT('2'))), "smaller");
+    host::FindDriver(TEXT("Velmora Test"))->dataFile = Copy(TEXT('3'));
+    WriteDriveFile(Copy(TEXT('1')), "");
+    WriteDriveFile(Copy(TEXT('3')), "the current file");
+    std::filesystem::create_directories(DrivePath(Copy(TEXT('4'))).parent_path());
     SyncPrinterDataFileCopies(kPrinterName);
-    EXPECT_EQ(ReadDriveFile(Copy(u'1')), "");
-    EXPECT_EQ(ReadDriveFile(Copy(u'2')), "the current file");
-    EXPECT_FALSE(DriveFileExists(Copy(u'4')));  // missing ones stay missing
-    WriteDriveFile(Copy(u'4'), "as long as that.");
+    EXPECT_EQ(ReadDriveFile(Copy(TEXT('1'))), "");
+    EXPECT_EQ(ReadDriveFile(Copy(TEXT('2'))), "the current file");
+    EXPECT_FALSE(DriveFileExists(Copy(TEXT('4'))));  // missing ones stay missing
+    WriteDriveFile(Copy(TEXT('4')), "as long as that.");
     SyncPrinterDataFileCopies(kPrinterName);
-    EXPECT_EQ(ReadDriveFile(Copy(u'4')), "as long as that.");
-    WriteDriveFile(Copy(u'4'), "old");
+    EXPECT_EQ(ReadDriveFile(Copy(TEXT('4'))), "as long as that.");
+    WriteDriveFile(Copy(TEXT('4')), "old");
     SyncPrinterDataFileCopies(kPrinterName);
-    EXPECT_EQ(ReadDriveFile(Copy(u'4')), "the current file");
+    EXPECT_EQ(ReadDriveFile(Copy(TEXT('4'))), "the current file");
 }
 
 }  // namespace

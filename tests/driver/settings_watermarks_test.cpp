@@ -12,14 +12,14 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
-constexpr char16_t kIni[] = u"C:\\marks.ini";
+constexpr WCHAR kIni[] = TEXT("C:\\marks.ini");
 constexpr const char* kBlank = "0 '' Arial 0 72 450 7070FF";
 
 // A language module with built-in watermarks "EN0", "EN1"...
 std::string ModuleOf(const WideText& code, unsigned builtIns, const WideText& charSet) {
-    std::map<unsigned, WideText> strings = {{2420, u"ini"}, {2498, u"Face"}, {2499, charSet}, {2500, code}};
+    std::map<unsigned, WideText> strings = {{2420, TEXT("ini")}, {2498, TEXT("Face")}, {2499, charSet}, {2500, code}};
     for (unsigned i = 0; i < builtIns; ++i) {
-        strings[2490 + i] = code.substr(0, 2) + static_cast<WCHAR>(u'0' + i);
+        strings[2490 + i] = code.substr(0, 2) + static_cast<WCHAR>(TEXT('0') + i);
     }
     return StringModule(strings);
 }
@@ -84,9 +84,9 @@ class Watermarks : public MachineTest {
   protected:
     void SetUp() override {
         DriverPackage package = PackageOf("");
-        package.dependent = {{u"KV62ENUS.DLL", ModuleOf(u"ENUS", 8, u"0")},
-                             {u"KV62GERM.DLL", ModuleOf(u"GERM", 8, u"222")},
-                             {u"KV62JAPA.DLL", ModuleOf(u"JAPA", 6, u"128")}};
+        package.dependent = {{TEXT("KV62ENUS.DLL"), ModuleOf(TEXT("ENUS"), 8, TEXT("0"))},
+                             {TEXT("KV62GERM.DLL"), ModuleOf(TEXT("GERM"), 8, TEXT("222"))},
+                             {TEXT("KV62JAPA.DLL"), ModuleOf(TEXT("JAPA"), 6, TEXT("128"))}};
         Install(package);
     }
 
@@ -139,7 +139,7 @@ TEST_F(Watermarks, BuiltInOnesOfAModule) {
     ASSERT_EQ(list.count, 6);
     EXPECT_EQ(Lines(list)[5], "1 'JA5' Face 128 50 450 7070FF");
     EXPECT_EQ(Lines(list)[6], kBlank);
-    WriteDriveFile(InstalledPath(u"KV62JAPA.DLL"), StringModule({{2490, u"No face"}}));
+    WriteDriveFile(InstalledPath(TEXT("KV62JAPA.DLL")), StringModule({{2490, TEXT("No face")}}));
     EXPECT_EQ(BuildDefaultWatermarkList(LoadResourceModule(Printer(), nullptr).Get()).count, 0);
 }
 
@@ -170,7 +170,7 @@ TEST_F(Watermarks, WhatIsWrittenIsRead) {
     ASSERT_EQ(list.count, 3);
     EXPECT_EQ(memcmp(list.records.Get(), records, sizeof(records)), 0);
     // Another list takes the place of the whole section. Without a module the language stays.
-    WriteDriveFile(InstalledPath(u"KV62ENUS.DLL"), "no library");
+    WriteDriveFile(InstalledPath(TEXT("KV62ENUS.DLL")), "no library");
     WriteWatermarkList(kPrinterName, kIni, nullptr, 0);
     EXPECT_EQ(ReadDriveFile(kIni), "[Watermarks]\r\nLanguage=ENUS\r\nNumWatermarks=0\r\n");
     EXPECT_EQ(Lines(ReadWatermarkList(kIni)), Texts({kBlank}));
@@ -241,14 +241,14 @@ TEST_F(Watermarks, ALanguageBringsItsOwnAndKeepsTheUsers) {
     EXPECT_EQ(Lines(german)[7], "1 'GE7' Face 222 50 450 7070FF");
     ASSERT_EQ(german.count, 11);
     EXPECT_EQ(memcmp(german.records.Get() + 8, &first, sizeof(first)), 0);
-    EXPECT_EQ(Key(u"NumWatermarks"), "11");
+    EXPECT_EQ(Key(TEXT("NumWatermarks")), "11");
     const WatermarkList back = LoadIn(LANG_JAPANESE);
     EXPECT_EQ(Names(back), japanese);
     EXPECT_EQ(Lines(back)[0], "1 'JA0' Face 128 50 450 7070FF");
     EXPECT_EQ(memcmp(back.records.Get() + 6, &first, sizeof(first)), 0);
-    EXPECT_EQ(Key(u"NumWatermarks") + Key(u"Language") + Key(u"WMString9"), "9JAPAnone");
+    EXPECT_EQ(Key(TEXT("NumWatermarks")) + Key(TEXT("Language")) + Key(TEXT("WMString9")), "9JAPAnone");
     // Without a module nothing is rewritten.
-    WriteDriveFile(InstalledPath(u"KV62ENUS.DLL"), "no library");
+    WriteDriveFile(InstalledPath(TEXT("KV62ENUS.DLL")), "no library");
     EXPECT_EQ(Names(LoadIn(LANG_ENGLISH)), japanese);
 }
 
@@ -270,9 +270,9 @@ TEST_F(Watermarks, CountsThatAreNotTrue) {
         LoadIn(c.from);
         WritePrivateProfileStringW(TEXT("Watermarks"), TEXT("NumWatermarks"), c.count, SettingsFile().c_str());
         LoadIn(c.to);
-        EXPECT_EQ(Key(u"NumWatermarks"), c.becomes);
-        EXPECT_EQ(Key(u"WMString0"), c.to == LANG_JAPANESE ? "JA0" : c.to == LANG_GERMAN ? "GE0" : "EN0");
-        EXPECT_EQ(Key(u"WMString7"), c.to == LANG_JAPANESE ? "none" : c.to == LANG_GERMAN ? "GE7" : "EN7");
+        EXPECT_EQ(Key(TEXT("NumWatermarks")), c.becomes);
+        EXPECT_EQ(Key(TEXT("WMString0")), c.to == LANG_JAPANESE ? "JA0" : c.to == LANG_GERMAN ? "GE0" : "EN0");
+        EXPECT_EQ(Key(TEXT("WMString7")), c.to == LANG_JAPANESE ? "none" : c.to == LANG_GERMAN ? "GE7" : "EN7");
     }
 }
 
@@ -283,9 +283,10 @@ TEST_F(Watermarks, AGapMovesWithTheEntriesAroundIt) {
     Append({TextMark(TEXT("First")), TextMark(TEXT("Second")), TextMark(TEXT("Third"))});
     WritePrivateProfileStringW(TEXT("Watermarks"), TEXT("WMString7"), nullptr, SettingsFile().c_str());
     LoadIn(LANG_ENGLISH);
-    EXPECT_EQ(Key(u"WMString8") + Key(u"WMString9") + Key(u"WMString10"), "FirstnoneThird");
+    EXPECT_EQ(Key(TEXT("WMString8")) + Key(TEXT("WMString9")) + Key(TEXT("WMString10")), "FirstnoneThird");
     LoadIn(LANG_JAPANESE);
-    EXPECT_EQ(Key(u"WMString6") + Key(u"WMString7") + Key(u"WMString8") + Key(u"NumWatermarks"), "FirstnoneThird9");
+    EXPECT_EQ(Key(TEXT("WMString6")) + Key(TEXT("WMString7")) + Key(TEXT("WMString8")) + Key(TEXT("NumWatermarks")),
+              "FirstnoneThird9");
 }
 
 TEST_F(Watermarks, AMovedImageLeavesItsPictureBehind) {
@@ -293,7 +294,8 @@ TEST_F(Watermarks, AMovedImageLeavesItsPictureBehind) {
     LoadIn(LANG_JAPANESE);
     Append({ImageMark(TEXT("Image"))});
     EXPECT_EQ(LoadIn(LANG_ENGLISH).count, 0);
-    EXPECT_EQ(Key(u"WMType8") + Key(u"WMString8") + Key(u"WMImageName8") + Key(u"WMScaleX8"), "2Imagenonenone");
+    EXPECT_EQ(Key(TEXT("WMType8")) + Key(TEXT("WMString8")) + Key(TEXT("WMImageName8")) + Key(TEXT("WMScaleX8")),
+              "2Imagenonenone");
 }
 
 TEST_F(Watermarks, RenderedFilesGoWithWhatTheyShow) {
@@ -305,22 +307,22 @@ TEST_F(Watermarks, RenderedFilesGoWithWhatTheyShow) {
     SetRendered(&own, TEXT("C:\\r\\own.wm"), TEXT("C:\\r\\own.cwm"));
     list.records.Get()[8] = own;
     SaveWatermarkList(kPrinterName, list.records.Get(), 9);
-    const WideText files[] = {u"1.wm", u"1.cwm", u"7.cwm", u"own.wm", u"own.cwm"};
+    const WideText files[] = {TEXT("1.wm"), TEXT("1.cwm"), TEXT("7.cwm"), TEXT("own.wm"), TEXT("own.cwm")};
     const auto existing = [&files] {
         std::string names;
         for (const WideText& name : files) {
-            names += DriveFileExists(u"C:\\r\\" + name) ? driver_test::ToText(name) + " " : "";
+            names += DriveFileExists(TEXT("C:\\r\\") + name) ? driver_test::ToText(name) + " " : "";
         }
         return names;
     };
     for (const WideText& name : files) {
-        WriteDriveFile(u"C:\\r\\" + name, "rendered");
+        WriteDriveFile(TEXT("C:\\r\\") + name, "rendered");
     }
     LoadIn(LANG_ENGLISH);
     EXPECT_EQ(existing(), "1.wm 1.cwm 7.cwm own.wm own.cwm ");
     EXPECT_EQ(LoadIn(LANG_JAPANESE).count, 7);  // one has another text now, one is gone
     EXPECT_EQ(existing(), "own.wm own.cwm ");
-    EXPECT_EQ(Key(u"WMFileName1") + Key(u"WMColorFile1") + Key(u"WMFileName0"), "none");
+    EXPECT_EQ(Key(TEXT("WMFileName1")) + Key(TEXT("WMColorFile1")) + Key(TEXT("WMFileName0")), "none");
     const WideText file = SettingsFile();
     DeleteWatermarkFiles(file.c_str());
     EXPECT_EQ(existing(), "");
@@ -328,18 +330,19 @@ TEST_F(Watermarks, RenderedFilesGoWithWhatTheyShow) {
 }
 
 TEST_F(Watermarks, FoundByTheFileOfADeviceMode) {
-    const WideText longFile = u"C:\\" + WideText(92, u'l');  // 95 characters
+    const WideText longFile = TEXT("C:\\") + WideText(92, TEXT('l'));  // 95 characters
     WatermarkRecord records[] = {TextMark(TEXT("Plain")), TextMark(TEXT("Mono")), TextMark(TEXT("Long"))};
     SetRendered(&records[1], TEXT("C:\\a.wm"), TEXT("C:\\a.cwm"));
-    SetRendered(&records[2], TEXT("C:\\b.wm"), (longFile + u"more").c_str());
+    SetRendered(&records[2], TEXT("C:\\b.wm"), (longFile + TEXT("more")).c_str());
     WriteWatermarkList(kPrinterName, kIni, records, 3);
     const WatermarkList list = ReadWatermarkList(kIni);
     const auto find = [&list](const WideText& file) {
         const WatermarkRecord* found = FindWatermarkByFile(list, file.c_str());
         return found ? driver_test::ToText(found->text) : "none";
     };
-    EXPECT_EQ(find(u"C:\\a.wm") + find(u"C:\\a.cwm") + find(longFile) + find(longFile + u"other"), "MonoMonoLongLong");
-    for (const WideText file : {u"", u"C:\\A.wm", u"C:\\a.w", u"C:\\a.wmx", u"a.wm"}) {
+    EXPECT_EQ(find(TEXT("C:\\a.wm")) + find(TEXT("C:\\a.cwm")) + find(longFile) + find(longFile + TEXT("other")),
+              "MonoMonoLongLong");
+    for (const WideText file : {TEXT(""), TEXT("C:\\A.wm"), TEXT("C:\\a.w"), TEXT("C:\\a.wmx"), TEXT("a.wm")}) {
         EXPECT_EQ(find(file), "none") << driver_test::ToText(file);
     }
     EXPECT_EQ(find(longFile.substr(0, 94)), "none");

@@ -60,7 +60,7 @@ std::string TicketText(const std::string& content) {
 
 TicketPrinter::TicketPrinter(DriverPackage package, uint32_t missing, uint32_t missingTrays) {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    package.dependent[0].bytes = StringModule({{2117, u"Custom size"}, {2420, u"ini"}, {2654, u"ovl"}});
+    package.dependent[0].bytes = StringModule({{2117, TEXT("Custom size")}, {2420, TEXT("ini")}, {2654, TEXT("ovl")}});
     InstallPrinter(package);
     printer_ = OpenWithAllAccess(kPrinterName);
     const OwnedSnapshot before = LoadPrinterSnapshot(Handle());
@@ -69,7 +69,7 @@ TicketPrinter::TicketPrinter(DriverPackage package, uint32_t missing, uint32_t m
     const uint32_t options = ~missing & ~(canHaveDuplexUnit ? 0 : uint32_t{kDuplexInstalled});
     const DeviceInfo installed = {~missingTrays, 1, options, before.Get()->installed.memoryKey};
     SetDeviceInfo(Handle(), installed);
-    for (const char16_t* const name : {u"\\ONE.ovl", u"\\TWO.ovl"}) {
+    for (const WCHAR* const name : {TEXT("\\ONE.ovl"), TEXT("\\TWO.ovl")}) {
         WriteDriveFile(WideText(before.Get()->overlayFolder) + name, "overlay");
     }
     snapshot_ = LoadPrinterSnapshot(Handle());

@@ -128,9 +128,9 @@ std::vector<int> Numbers(Number... numbers) {
 class ColorRules : public MachineTest {
   protected:
     ColorRules() {
-        Copy(texts_[0], u"(none)");
+        Copy(texts_[0], TEXT("(none)"));
         for (size_t i = 0; i < 3; ++i) {
-            Copy(treatmentTexts_[i], WideText(1, static_cast<WCHAR>(u'X' + i)) + u" as the device does it");
+            Copy(treatmentTexts_[i], WideText(1, static_cast<WCHAR>(TEXT('X') + i)) + TEXT(" as the device does it"));
         }
         devMode_ = {};
         for (ResolutionRecord& resolution : resolutions_) {
@@ -180,14 +180,14 @@ class ColorRules : public MachineTest {
 };
 
 TEST_F(ColorRules, ItemsAreFoundByTextThenByValue) {
-    Put(2, u"Mine");
-    Put(7, u"Other");
+    Put(2, TEXT("Mine"));
+    Put(7, TEXT("Other"));
     const struct {
         int value;
         const WCHAR* text;
         int item;
-    } cases[] = {{0, u"Other", 4}, {5, u"Mine", 3}, {5, u"gone", 3},   {2, u"gone", 1},
-                 {0, u"gone", 0},  {9, u"gone", 0}, {-1, u"gone", -1}, {1, treatmentTexts_[2], 2}};
+    } cases[] = {{0, TEXT("Other"), 4}, {5, TEXT("Mine"), 3}, {5, TEXT("gone"), 3},   {2, TEXT("gone"), 1},
+                 {0, TEXT("gone"), 0},  {9, TEXT("gone"), 0}, {-1, TEXT("gone"), -1}, {1, treatmentTexts_[2], 2}};
     for (const auto& c : cases) {
         EXPECT_EQ(FindPresetItem(lists_.treatments, c.value, c.text), c.item) << c.value << ToText(c.text);
     }
@@ -200,14 +200,14 @@ TEST_F(ColorRules, ItemsAreFoundByTextThenByValue) {
 }
 
 TEST_F(ColorRules, ReadingAndApplyingKeepsAPage) {
-    Put(0, u"Mine");
+    Put(0, TEXT("Mine"));
     const ColorPage page = PageOf(5, 1, {2, 3, 0}, false);
     Apply(page);
-    EXPECT_EQ(memcmp(own_.colorPresetName, u"Mine\0\0\0", 16), 0);
-    EXPECT_EQ(WideText(own_.objectPresetNames[0]), u"Z as the d");
+    EXPECT_EQ(memcmp(own_.colorPresetName, TEXT("Mine\0\0\0"), 16), 0);
+    EXPECT_EQ(WideText(own_.objectPresetNames[0]), TEXT("Z as the d"));
     EXPECT_EQ(ChoicesOf(Read()), ChoicesOf(page));
-    Put(1, WideText(11, u'x'));
-    std::fill_n(own_.objectPresetNames[1], 11, u'x');  // the next one follows without a terminator
+    Put(1, WideText(11, TEXT('x')));
+    std::fill_n(own_.objectPresetNames[1], 11, TEXT('x'));  // the next one follows without a terminator
     EXPECT_EQ(Read().treatments[1].item, 4);
     own_.resolutionIndex = 3;
     EXPECT_EQ(Read().resolutionItem, -1);
@@ -236,13 +236,13 @@ TEST_F(ColorRules, ResolutionIsTheModelsOrStays) {
 // Presets are those that the lists showed, whatever has become of the table; values that a field doesn't take become
 // its default.
 TEST_F(ColorRules, PresetsFillTheAdjustmentAndTheObjectKinds) {
-    Put(3, u"Mine");
+    Put(3, TEXT("Mine"));
     presets_[3].magenta = 99;
     ColorPage page = Read();
     page.mode = 5;
     page.preset = SelectPresetItem(lists_.presets, 1);
     page.treatments[1] = SelectPresetItem(lists_.treatments, 3);
-    Put(0, u"New");
+    Put(0, TEXT("New"));
     own_.objectColor[0].values[0] = 7;
     Apply(page);
     EXPECT_EQ(
@@ -254,7 +254,7 @@ TEST_F(ColorRules, PresetsFillTheAdjustmentAndTheObjectKinds) {
     EXPECT_EQ(Numbers(treated.mode, treated.flag), Numbers(5, 1));
     const std::vector<int16_t> values = {-3, -9, 3, 4, 8, -7, 6};
     EXPECT_EQ(memcmp(treated.values, values.data(), sizeof(treated.values)), 0);
-    EXPECT_EQ(WideText(own_.objectPresetNames[1]), u"Mine");
+    EXPECT_EQ(WideText(own_.objectPresetNames[1]), TEXT("Mine"));
     const ObjectColor& plain = own_.objectColor[0];
     EXPECT_EQ(Numbers(plain.mode, plain.flag, plain.values[0]), Numbers(1, 1, 0));
     // In the other modes a preset that is still selected changes nothing.
@@ -262,7 +262,7 @@ TEST_F(ColorRules, PresetsFillTheAdjustmentAndTheObjectKinds) {
     page.mode = 6;
     Apply(page);
     EXPECT_EQ(ValueOf(own_.colorAdjust[0]), 1);
-    EXPECT_EQ(WideText(own_.colorPresetName), u"");
+    EXPECT_EQ(WideText(own_.colorPresetName), TEXT(""));
     const ColorAdjustment shown = AdjustmentOf(presets_[3]);
     EXPECT_EQ(Numbers(shown.baseColor, shown.brightness, shown.contrast, shown.saturation, shown.cyanRed,
                       shown.magentaGreen, shown.yellowBlue),
@@ -270,11 +270,11 @@ TEST_F(ColorRules, PresetsFillTheAdjustmentAndTheObjectKinds) {
 }
 
 TEST_F(ColorRules, SelectionsOutliveThePresetManager) {
-    Put(4, u"Kept");
-    Put(6, u"Gone");
+    Put(4, TEXT("Kept"));
+    Put(6, TEXT("Gone"));
     ColorPage page = PageOf(5, 0, {3, 4, 4}, false);
     presets_[6] = {};
-    Put(0, u"New");
+    Put(0, TEXT("New"));
     FindSelectionsAgain(lists_, &page);
     EXPECT_EQ(page.preset.item, 0);
     EXPECT_EQ(page.treatments[0].item, 4);  // behind the new one
@@ -297,9 +297,9 @@ TEST_F(ColorRules, PresetsNeedANameRoomAndASelection) {
     EXPECT_EQ(SaveNewPreset(presets_, &manager, &own_), PresetSaving::kImpossible);
     EXPECT_EQ(OverwritePreset(presets_, manager, &own_), PresetSaving::kImpossible);
     for (size_t i = 0; i < kColorPresets; ++i) {
-        Put(i, WideText(1, static_cast<WCHAR>(u'a' + i)));
+        Put(i, WideText(1, static_cast<WCHAR>(TEXT('a') + i)));
     }
-    TypePresetName(presets_, u"k", &manager);
+    TypePresetName(presets_, TEXT("k"), &manager);
     EXPECT_EQ(SaveNewPreset(presets_, &manager, &own_), PresetSaving::kImpossible);
     // The first free slot is taken, wherever it lies.
     SelectPreset(presets_, 3, &manager);
@@ -307,7 +307,7 @@ TEST_F(ColorRules, PresetsNeedANameRoomAndASelection) {
     EXPECT_TRUE(manager.canSave && manager.canChange);
     EXPECT_EQ(manager.selected, 0);
     EXPECT_EQ(SaveNewPreset(presets_, &manager, &own_), PresetSaving::kDone);
-    EXPECT_EQ(WideText(presets_[3].name), u"k");
+    EXPECT_EQ(WideText(presets_[3].name), TEXT("k"));
     for (size_t i = 0; i < kColorPresets; ++i) {
         EXPECT_TRUE(manager.canChange);
         DeletePreset(presets_, &manager);
@@ -317,7 +317,7 @@ TEST_F(ColorRules, PresetsNeedANameRoomAndASelection) {
 }
 
 TEST_F(ColorRules, AnotherPrintersPresetsGo) {
-    ColorPresetTable()[3] = {{u'M'}, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
+    ColorPresetTable()[3] = {{TEXT('M')}, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
     RefreshColorPresets();
     EXPECT_EQ(NamedPreset(ColorPresetTable(), 0), nullptr);
 }
@@ -328,19 +328,19 @@ TEST_F(ColorRules, NamesHaveTenCharactersAndBytesAtMost) {
         const WCHAR* inserted;  // a text of one character is typed, too
         bool fits;
     } cases[] = {
-        {{u"123456789", 9, 9}, u"0", true},
-        {{u"1234567890", 10, 10}, u"x", false},
-        {{u"1234567890", 4, 5}, u"x", true},
-        {{u"", 0, 0}, u"1234567890", true},
-        {{u"", 0, 0}, u"12345678901", false},
-        {{u"12345678", 0, 8}, u"1234567890", true},
-        {{u"12345678", 1, 8}, u"1234567890", false},
-        {{u"\u3042\u3044\u3046\u3048", 4, 4}, u"\u304A", true},
-        {{u"\u3042\u3044\u3046\u3048\u304A", 5, 5}, u"x", false},
-        {{u"\u3042\u3044\u3046\u3048\u304A", 5, 9}, u"\u304B", false},
-        {{u"\u3042\u3044\u3046\u3048\u304A", 2, 3}, u"xy", true},
-        {{u"1234567890", 10, 10}, u"\b", true},
-        {{u"1234567890", 10, 10}, u"\x7F", true},
+        {{TEXT("123456789"), 9, 9}, TEXT("0"), true},
+        {{TEXT("1234567890"), 10, 10}, TEXT("x"), false},
+        {{TEXT("1234567890"), 4, 5}, TEXT("x"), true},
+        {{TEXT(""), 0, 0}, TEXT("1234567890"), true},
+        {{TEXT(""), 0, 0}, TEXT("12345678901"), false},
+        {{TEXT("12345678"), 0, 8}, TEXT("1234567890"), true},
+        {{TEXT("12345678"), 1, 8}, TEXT("1234567890"), false},
+        {{TEXT("\u3042\u3044\u3046\u3048"), 4, 4}, TEXT("\u304A"), true},
+        {{TEXT("\u3042\u3044\u3046\u3048\u304A"), 5, 5}, TEXT("x"), false},
+        {{TEXT("\u3042\u3044\u3046\u3048\u304A"), 5, 9}, TEXT("\u304B"), false},
+        {{TEXT("\u3042\u3044\u3046\u3048\u304A"), 2, 3}, TEXT("xy"), true},
+        {{TEXT("1234567890"), 10, 10}, TEXT("\b"), true},
+        {{TEXT("1234567890"), 10, 10}, TEXT("\x7F"), true},
     };
     machine_.SetAnsiCodePage(932);
     for (const auto& c : cases) {
@@ -348,15 +348,15 @@ TEST_F(ColorRules, NamesHaveTenCharactersAndBytesAtMost) {
         if (c.inserted[1] == 0) {
             EXPECT_EQ(AcceptsCharacter(c.edit, first), c.fits) << ToText(c.edit.text) << ToText(c.inserted);
         }
-        if (first >= u' ' && first != 0x7F) {
+        if (first >= TEXT(' ') && first != 0x7F) {
             EXPECT_EQ(AcceptsPaste(c.edit, c.inserted), c.fits) << ToText(c.edit.text) << ToText(c.inserted);
         }
     }
     machine_.SetAnsiCodePage(1252);
-    EXPECT_TRUE(AcceptsCharacter({u"\u3042\u3044\u3046\u3048\u304A", 5, 5}, u'x'));
-    EXPECT_TRUE(AcceptsPaste({u"1234567890", 0, 0}, nullptr));
-    EXPECT_TRUE(AcceptsCutOrCopy({u"12", 0, 1}));
-    EXPECT_FALSE(AcceptsCutOrCopy({u"12", 1, 1}));
+    EXPECT_TRUE(AcceptsCharacter({TEXT("\u3042\u3044\u3046\u3048\u304A"), 5, 5}, TEXT('x')));
+    EXPECT_TRUE(AcceptsPaste({TEXT("1234567890"), 0, 0}, nullptr));
+    EXPECT_TRUE(AcceptsCutOrCopy({TEXT("12"), 0, 1}));
+    EXPECT_FALSE(AcceptsCutOrCopy({TEXT("12"), 1, 1}));
 }
 
 }  // namespace

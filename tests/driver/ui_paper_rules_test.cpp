@@ -270,7 +270,7 @@ TEST(PaperPage, AppliesWhatIsChosen) {
     PaperChoices page = Open(With(NewDevMode(), "dmPaperSize=8"));
     TypeNumber(&page.zoomPercent, TEXT("350"));
     EXPECT_EQ(int{Applied(&page).privatePart.uiZoomPercent}, 350);
-    EXPECT_EQ(std::u16string(page.zoomPercent.text), u"350");
+    EXPECT_EQ(WideText(page.zoomPercent.text), TEXT("350"));
     EXPECT_EQ(page.zoomPercent.position, 70);
 }
 
@@ -318,31 +318,33 @@ TEST(PaperPage, TakesTheMediaTypeFromTheModel) {
 TEST(NumberField, SettlesWhatIsTyped) {
     const struct {
         const WCHAR* typed;
-        const char16_t* settled;  // 5 is the spin control's position before
+        const WCHAR* settled;  // 5 is the spin control's position before
         int position;
     } cases[] = {
-        {u"1", u"1", 1},     {u"999", u"999", 999}, {u"0", u"1", 1},      {u"-4", u"1", 1},  {u"1500", u"150", 150},
-        {u"", u"5", 5},      {u"x", u"5", 5},       {u"1x", u"5", 5},     {u" 7", u" 7", 7}, {u"+", u"5", 5},
-        {u"007", u"007", 7}, {u"- 1", u"5", 5},     {u"\u0663", u"5", 5},
+        {TEXT("1"), TEXT("1"), 1},      {TEXT("999"), TEXT("999"), 999},  {TEXT("0"), TEXT("1"), 1},
+        {TEXT("-4"), TEXT("1"), 1},     {TEXT("1500"), TEXT("150"), 150}, {TEXT(""), TEXT("5"), 5},
+        {TEXT("x"), TEXT("5"), 5},      {TEXT("1x"), TEXT("5"), 5},       {TEXT(" 7"), TEXT(" 7"), 7},
+        {TEXT("+"), TEXT("5"), 5},      {TEXT("007"), TEXT("007"), 7},    {TEXT("- 1"), TEXT("5"), 5},
+        {TEXT("\u0663"), TEXT("5"), 5},
     };
     for (const auto& c : cases) {
         PaperChoices page = Open(NewDevMode());
         SetNumber(&page.copies, 5);
         TypeNumber(&page.copies, c.typed);
         SettleCopies(&page);
-        EXPECT_EQ(std::u16string(page.copies.text), c.settled);
+        EXPECT_EQ(WideText(page.copies.text), c.settled);
         EXPECT_EQ(page.copies.position, c.position);
     }
     PaperChoices page = Open(NewDevMode());
     TypeNumber(&page.zoomPercent, TEXT("24"));
     SettleZoomPercent(&page);
-    EXPECT_EQ(std::u16string(page.zoomPercent.text), u"25");
+    EXPECT_EQ(WideText(page.zoomPercent.text), TEXT("25"));
     int number = 0;
-    EXPECT_TRUE(ReadNumber(std::u16string(1000, u'9').c_str(), &number));
+    EXPECT_TRUE(ReadNumber(WideText(1000, TEXT('9')).c_str(), &number));
 }
 
-std::u16string Formatted(int32_t length, uint16_t unit, LengthRounding rounding = LengthRounding::kNearest,
-                         const WCHAR* separator = TEXT(".")) {
+WideText Formatted(int32_t length, uint16_t unit, LengthRounding rounding = LengthRounding::kNearest,
+                   const WCHAR* separator = TEXT(".")) {
     WCHAR text[32];
     FormatLength(length, unit, separator, rounding, text, std::size(text));
     return text;
@@ -354,33 +356,33 @@ TEST(CustomSize, WritesLengths) {
         uint16_t unit;
         LengthRounding rounding;
         const WCHAR* separator;
-        const char16_t* text;
+        const WCHAR* text;
     } cases[] = {
-        {21590, kMillimetres, LengthRounding::kNearest, u",", u"215,9"},
-        {21599, kMillimetres, LengthRounding::kUp, u".", u"215.9"},
-        {21590, kInches, LengthRounding::kNearest, u".", u"8.50"},
-        {10000, kInches, LengthRounding::kDown, u".", u"3.93"},
-        {10000, kInches, LengthRounding::kUp, u"::", u"3::94"},
-        {2539, kInches, LengthRounding::kNearest, u".", u"1.00"},
-        {2539, kInches, LengthRounding::kDown, u".", u"0.99"},
-        {-50, kMillimetres, LengthRounding::kNearest, u".", u"-0.5"},
-        {-254, kInches, LengthRounding::kNearest, u".", u"-0.10"},
-        {INT32_MIN, kMillimetres, LengthRounding::kUp, u".", u"-21474836.4"},
+        {21590, kMillimetres, LengthRounding::kNearest, TEXT(","), TEXT("215,9")},
+        {21599, kMillimetres, LengthRounding::kUp, TEXT("."), TEXT("215.9")},
+        {21590, kInches, LengthRounding::kNearest, TEXT("."), TEXT("8.50")},
+        {10000, kInches, LengthRounding::kDown, TEXT("."), TEXT("3.93")},
+        {10000, kInches, LengthRounding::kUp, TEXT("::"), TEXT("3::94")},
+        {2539, kInches, LengthRounding::kNearest, TEXT("."), TEXT("1.00")},
+        {2539, kInches, LengthRounding::kDown, TEXT("."), TEXT("0.99")},
+        {-50, kMillimetres, LengthRounding::kNearest, TEXT("."), TEXT("-0.5")},
+        {-254, kInches, LengthRounding::kNearest, TEXT("."), TEXT("-0.10")},
+        {INT32_MIN, kMillimetres, LengthRounding::kUp, TEXT("."), TEXT("-21474836.4")},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(Formatted(c.length, c.unit, c.rounding, c.separator), c.text) << c.length;
     }
     WCHAR narrow[4];
     FormatLength(21590, kMillimetres, TEXT("."), LengthRounding::kNearest, narrow, std::size(narrow));
-    EXPECT_EQ(std::u16string(narrow), u"215");
+    EXPECT_EQ(WideText(narrow), TEXT("215"));
 
     PageDetails details = Open(NewDevMode()).details;
     WCHAR entry[64];
     FormatCustomSizeEntry(details, TEXT("Custom"), TEXT("mm"), TEXT(","), entry, std::size(entry));
-    EXPECT_EQ(std::u16string(entry), u"Custom (210,0 x 297,0 mm)");
+    EXPECT_EQ(WideText(entry), TEXT("Custom (210,0 x 297,0 mm)"));
     details.customUnit = kInches;
     FormatCustomSizeEntry(details, TEXT("Custom"), TEXT("in"), TEXT("."), entry, std::size(entry));
-    EXPECT_EQ(std::u16string(entry), u"Custom (8.27 x 11.69 in)");
+    EXPECT_EQ(WideText(entry), TEXT("Custom (8.27 x 11.69 in)"));
 }
 
 TEST(CustomSize, ReadsLengths) {
@@ -388,28 +390,28 @@ TEST(CustomSize, ReadsLengths) {
         const WCHAR* text;
         int32_t inMillimetres;
         int32_t inInches;
-        const WCHAR* separator = u".";
+        const WCHAR* separator = TEXT(".");
     } cases[] = {
-        {u"215.9", 21590, 548386},
-        {u" \t8.5 \r\n", 850, 21590},
-        {u"8.50999", 850, 21590},
-        {u"8.", 800, 20320},
-        {u".5", 50, 1270},
-        {u"-1.5", -150, -3810},
-        {u"+1.5", 150, 3810},
-        {u"1,5", 0, 0},
-        {u"1,5", 150, 3810, u","},
-        {u"1::5", 150, 3810, u"::"},
-        {u"1:5", 0, 0, u"::"},
-        {u"1.5", 0, 0, u""},
-        {u"", 0, 0},
-        {u"1.5mm", 0, 0},
-        {u"--1", 0, 0},
-        {u"1 2", 100, 2540},
-        {u"99999999999999999999", 10000000, 254000000},
+        {TEXT("215.9"), 21590, 548386},
+        {TEXT(" \t8.5 \r\n"), 850, 21590},
+        {TEXT("8.50999"), 850, 21590},
+        {TEXT("8."), 800, 20320},
+        {TEXT(".5"), 50, 1270},
+        {TEXT("-1.5"), -150, -3810},
+        {TEXT("+1.5"), 150, 3810},
+        {TEXT("1,5"), 0, 0},
+        {TEXT("1,5"), 150, 3810, TEXT(",")},
+        {TEXT("1::5"), 150, 3810, TEXT("::")},
+        {TEXT("1:5"), 0, 0, TEXT("::")},
+        {TEXT("1.5"), 0, 0, TEXT("")},
+        {TEXT(""), 0, 0},
+        {TEXT("1.5mm"), 0, 0},
+        {TEXT("--1"), 0, 0},
+        {TEXT("1 2"), 100, 2540},
+        {TEXT("99999999999999999999"), 10000000, 254000000},
     };
     for (const auto& c : cases) {
-        const std::u16string wide = c.text;
+        const WideText wide = c.text;
         const std::string text(wide.begin(), wide.end());
         EXPECT_EQ(ReadLength(c.text, kMillimetres, c.separator), c.inMillimetres) << text;
         EXPECT_EQ(ReadLength(c.text, kInches, c.separator), c.inInches) << text;
@@ -420,7 +422,7 @@ TEST(CustomSize, ReadsLengths) {
 TEST(CustomSize, ReadsWhatItWrites) {
     for (const uint16_t unit : {kMillimetres, kInches}) {
         for (int32_t length = kCustomSizeLimits.minWidth; length <= kCustomSizeLimits.maxLength; ++length) {
-            const std::u16string shown = Formatted(length, unit);
+            const WideText shown = Formatted(length, unit);
             const int32_t read = ReadLength(shown.c_str(), unit, TEXT("."));
             ASSERT_LE(std::abs(read - length), unit == kInches ? 13 : 9) << length;
             ASSERT_EQ(Formatted(read, unit), shown);
@@ -441,7 +443,7 @@ TEST(CustomSize, StaysWithinItsLimits) {
         SteppedLength at = {kCustomSizeLimits.minWidth, LengthRounding::kUp};
         for (int steps = 0; at.length < kCustomSizeLimits.maxWidth; ++steps) {
             ASSERT_LT(steps, 1200);
-            const std::u16string shown = Formatted(at.length, unit, at.rounding);
+            const WideText shown = Formatted(at.length, unit, at.rounding);
             const int32_t read = ReadLength(shown.c_str(), unit, TEXT("."));
             at = StepLength(read, unit, true, kCustomSizeLimits.minWidth, kCustomSizeLimits.maxWidth);
             ASSERT_TRUE(at.rounding == LengthRounding::kDown || Formatted(at.length, unit, at.rounding) != shown);
@@ -462,16 +464,16 @@ TEST(LayoutDetails, StoresTheOrderOfTheLayout) {
         uint16_t before;
         int shown, chosen;
         uint16_t after, nupOrder;
-        const char16_t* icon;  // selected, of the one that was chosen; null for none
+        const WCHAR* icon;  // selected, of the one that was chosen; null for none
     } cases[] = {
         {kOnePage, false, 7, 0, 0, 0, 0, nullptr},
-        {kTwoPages, false, 4, 1, 1, 2, 1, u"ICO_SEL_PORT_BA"},
-        {kTwoPages, true, 1, 0, 1, 4, 1, u"ICO_SEL_LAND_BA"},
-        {kTwoPages, true, 2, 1, 0, 3, 0, u"ICO_SEL_LAND_AB"},
+        {kTwoPages, false, 4, 1, 1, 2, 1, TEXT("ICO_SEL_PORT_BA")},
+        {kTwoPages, true, 1, 0, 1, 4, 1, TEXT("ICO_SEL_LAND_BA")},
+        {kTwoPages, true, 2, 1, 0, 3, 0, TEXT("ICO_SEL_LAND_AB")},
         {kTwoPages, false, 8, 0, -1, 1, 0, nullptr},
-        {kFourPages, false, 2, 0, 1, 6, 16, u"ICO_SEL_PORT_ACBD"},
-        {kFourPages, true, 8, 3, 2, 7, 2, u"ICO_SEL_LAND_BADC"},
-        {kFourPages, false, 99, 0, 3, 8, 18, u"ICO_SEL_PORT_BDAC"},
+        {kFourPages, false, 2, 0, 1, 6, 16, TEXT("ICO_SEL_PORT_ACBD")},
+        {kFourPages, true, 8, 3, 2, 7, 2, TEXT("ICO_SEL_LAND_BADC")},
+        {kFourPages, false, 99, 0, 3, 8, 18, TEXT("ICO_SEL_PORT_BDAC")},
         {kFourPages, false, 5, 0, 4, 5, 0, nullptr},
     };
     for (const auto& c : cases) {
@@ -490,7 +492,7 @@ TEST(LayoutDetails, StoresTheOrderOfTheLayout) {
         const PageOrders orders = PageOrdersOf(c.layout, c.isLandscape);
         EXPECT_EQ(orders.count, c.layout == kOnePage ? 0u : c.layout);
         if (c.icon) {
-            EXPECT_EQ(std::u16string(orders.icons[c.chosen].selected), c.icon);
+            EXPECT_EQ(WideText(orders.icons[c.chosen].selected), c.icon);
         }
     }
 }
@@ -498,11 +500,12 @@ TEST(LayoutDetails, StoresTheOrderOfTheLayout) {
 TEST(LayoutDetails, SettlesShifts) {
     const struct {
         const WCHAR* typed;
-        const char16_t* settled;
+        const WCHAR* settled;
         int16_t stored;
     } cases[] = {
-        {u"+5", u"5", 5},      {u" 7", u"7", 7}, {u"+ 9", u"9", 9}, {u"61", u"60", 60},
-        {u"-99", u"-60", -60}, {u"", u"3", 0},   {u"-", u"3", 0},   {u"-60", u"-60", -60},
+        {TEXT("+5"), TEXT("5"), 5},   {TEXT(" 7"), TEXT("7"), 7},      {TEXT("+ 9"), TEXT("9"), 9},
+        {TEXT("61"), TEXT("60"), 60}, {TEXT("-99"), TEXT("-60"), -60}, {TEXT(""), TEXT("3"), 0},
+        {TEXT("-"), TEXT("3"), 0},    {TEXT("-60"), TEXT("-60"), -60},
     };
     for (const auto& c : cases) {
         PaperChoices page = Open(NewDevMode());
@@ -514,7 +517,7 @@ TEST(LayoutDetails, SettlesShifts) {
         StoreLayoutDetails(details, &page);
         EXPECT_EQ(page.details.uiShiftX, c.stored) << c.stored;
         SettleShift(&details.shiftX);
-        EXPECT_EQ(std::u16string(details.shiftX.text), c.settled);
+        EXPECT_EQ(WideText(details.shiftX.text), c.settled);
     }
     // Without a duplex unit the shift of back sides stays.
     PaperChoices page = Open(NewDevMode(), {false, 0, kNoUnit});
@@ -531,13 +534,13 @@ TEST(PaperSummary, HasTheSettingsInTheirOrder) {
         OtherSettings other;
         const char* rows;  // label=string or "text"
     } cases[] = {
-        {{1, false, u"", 1, 0, 1, 1, nullptr},
+        {{1, false, TEXT(""), 1, 0, 1, 1, nullptr},
          "5073=2014 5074=5105 5075=5086 5080=5094 5081=5097 5082=3056 5083=5101 5084=5093 "},
-        {{5, false, u"mine", 4, 2, 4, 3, u"draft"},
+        {{5, false, TEXT("mine"), 4, 2, 4, 3, TEXT("draft")},
          "5073=2014 5074=5105 5075=\"mine\" 5076=6157 5080=5096 5081=5100 5082=3056 5083=5103 5084=\"draft\" "},
-        {{5, false, u"", 3, 1, 2, 2, nullptr},
+        {{5, false, TEXT(""), 3, 1, 2, 2, nullptr},
          "5073=2014 5074=5105 5075=3160 5076=6154 5080=5095 5081=5098 5082=3056 5083=5102 5084=5093 "},
-        {{7, true, u"mine", 1, 9, 9, 9, nullptr},
+        {{7, true, TEXT("mine"), 1, 9, 9, 9, nullptr},
          "5073=2014 5074=5105 5075=5091 5080=\"\" 5081=\"\" 5082=3056 5083=\"\" 5084=5093 "},
     };
     const PaperChoices page = Open(NewDevMode());
@@ -546,7 +549,7 @@ TEST(PaperSummary, HasTheSettingsInTheirOrder) {
         const size_t count = MakeSummary(page, c.other, rows);
         std::string text;
         for (size_t i = 0; i < count; ++i) {
-            const std::u16string value = rows[i].text;
+            const WideText value = rows[i].text;
             text +=
                 std::to_string(rows[i].label) + '=' +
                 (rows[i].value ? std::to_string(rows[i].value) : '"' + std::string(value.begin(), value.end()) + '"') +

@@ -146,21 +146,22 @@ TEST_F(Constraints, HoldForTheUsesOfPaperThatTheyName) {
 
 TEST(BrowserCommand, HasTheLinkAsOneArgument) {
     host::Machine machine;
-    const std::u16string longLink(200, u'x');
-    const std::u16string longCommand = u"C:\\" + std::u16string(60, u'y') + u".exe";
+    const WideText longLink(200, TEXT('x'));
+    const WideText longCommand = TEXT("C:\\") + WideText(60, TEXT('y')) + TEXT(".exe");
     const struct {
-        std::u16string command;
-        std::u16string link;
+        WideText command;
+        WideText link;
         std::string line;  // empty: none
     } cases[] = {
-        {u"\"C:\\b.exe\" -url \"%1\" -new", u"http://v.example/", "\"C:\\b.exe\" -url \"http://v.example/\" -new"},
-        {u"C:\\b.exe %1", u"http://v.example/", "C:\\b.exe  \"http://v.example/\" "},
-        {u"C:\\b.exe %1 -new", u"http://v.example/", "C:\\b.exe  \"http://v.example/\"  -new"},
-        {u"C:\\b.exe", u"http://v.example/", "C:\\b.exe \"http://v.example/\""},
-        {u"C:\\b.exe \"%1\"", u"http://v.example/%1%s", "C:\\b.exe \"http://v.example/%1%s\""},
-        {u"C:\\b.exe \"%1\"", u"x\" & calc \"", ""},
-        {u"C:\\b.exe", u"x\ny", ""},
-        {u"C:\\b.exe", u"http://v.example\\", ""},
+        {TEXT("\"C:\\b.exe\" -url \"%1\" -new"), TEXT("http://v.example/"),
+         "\"C:\\b.exe\" -url \"http://v.example/\" -new"},
+        {TEXT("C:\\b.exe %1"), TEXT("http://v.example/"), "C:\\b.exe  \"http://v.example/\" "},
+        {TEXT("C:\\b.exe %1 -new"), TEXT("http://v.example/"), "C:\\b.exe  \"http://v.example/\"  -new"},
+        {TEXT("C:\\b.exe"), TEXT("http://v.example/"), "C:\\b.exe \"http://v.example/\""},
+        {TEXT("C:\\b.exe \"%1\""), TEXT("http://v.example/%1%s"), "C:\\b.exe \"http://v.example/%1%s\""},
+        {TEXT("C:\\b.exe \"%1\""), TEXT("x\" & calc \""), ""},
+        {TEXT("C:\\b.exe"), TEXT("x\ny"), ""},
+        {TEXT("C:\\b.exe"), TEXT("http://v.example\\"), ""},
         {longCommand, longLink, ""},
     };
     for (const auto& c : cases) {

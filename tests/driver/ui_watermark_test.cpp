@@ -67,9 +67,9 @@ Renderer renderer;
 
 int32_t Render(const SheetContext&, WatermarkRecord* record, bool) {
     const std::string number = std::to_string(++renderer.calls);
-    const WideText file = u"C:\\" + WideText(number.begin(), number.end());
-    CopyText(record->fileName, ARRAYSIZE(record->fileName), (file + u".WM").c_str());
-    CopyText(record->colorFileName, ARRAYSIZE(record->colorFileName), (file + u".CWM").c_str());
+    const WideText file = TEXT("C:\\") + WideText(number.begin(), number.end());
+    CopyText(record->fileName, ARRAYSIZE(record->fileName), (file + TEXT(".WM")).c_str());
+    CopyText(record->colorFileName, ARRAYSIZE(record->colorFileName), (file + TEXT(".CWM")).c_str());
     record->resolution = 600;
     record->width = 1200;
     record->height = 400;
@@ -85,7 +85,7 @@ WatermarkRecord UserMark(int number) {
     MakeBlankWatermark(&record);
     record.type = kTextWatermark;
     record.needsRemake = 0;
-    const WCHAR name[] = {u'U', static_cast<WCHAR>(u'a' + number), 0};
+    const WCHAR name[] = {TEXT('U'), static_cast<WCHAR>(TEXT('a') + number), 0};
     CopyText(record.text, ARRAYSIZE(record.text), name);
     return record;
 }
@@ -256,7 +256,7 @@ TEST_F(WatermarkRules, StoresNumbersWithinTheirRangesAndFacesOfTheList) {
 TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
     WatermarkRecord image = UserMark(0);
     image.type = kImageWatermark;
-    std::fill(std::begin(image.imageName), std::end(image.imageName), u'\u1234');
+    std::fill(std::begin(image.imageName), std::end(image.imageName), TEXT('\u1234'));
     image.imageName[MAX_PATH - 1] = 0;
     image.scaleX = image.scaleY = 50;
     WatermarkRecord odd = UserMark(1);
@@ -289,7 +289,7 @@ TEST_F(WatermarkRules, ListsFromOutsideAreSafe) {
 
     std::vector<WatermarkRecord> many(21, UserMark(0));
     for (size_t i = 0; i < many.size(); ++i) {
-        many[i].text[1] = static_cast<WCHAR>(u'A' + i);
+        many[i].text[1] = static_cast<WCHAR>(TEXT('A') + i);
         CopyText(many[i].fileName, ARRAYSIZE(many[i].fileName), TEXT("C:\\many.WM"));
         many[i].resolution = many[i].height = many[i].width = UINT32_MAX;
     }
