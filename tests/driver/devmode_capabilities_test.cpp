@@ -196,9 +196,6 @@ TEST_F(Capabilities, FollowTheModel) {
              builder.fields.defaultOptionFlags = kModelPlainPcl5;
          },
          DC_PERSONALITY, "1: 'PCL5'"},
-        {pdl(kPdlPostScript), DC_PERSONALITY, "1: 'PostScript'"},
-        {pdl(kPdlImage), DC_PERSONALITY, "1: 'Image'"},
-        {pdl(kPdlXps), DC_PERSONALITY, "1: 'XPS'"},
         {pdl(9), DC_PERSONALITY, "1: 'Velmora'"},
         {pdl(kPdlImage), DC_NUP, images},
         {pdl(kPdlImage), DC_TRUETYPE, "1"},

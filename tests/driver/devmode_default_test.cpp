@@ -10,6 +10,7 @@ namespace {
 
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
+constexpr const char* kJobLine = "@PJL JOB NAME=\"!JOBNAME\"\r\n";
 constexpr const char* kStartLine = "@PJL SET GUISTARTJOB=1\r\n";
 
 void SetWide(WCHAR* text, size_t capacity, const char* ascii) {
@@ -60,13 +61,12 @@ VelmoraDevMode OfSmallModel() {
     SetWide(own.primaryFont, ARRAYSIZE(own.primaryFont), "CG Times");
     SetWide(own.secondaryFont, ARRAYSIZE(own.secondaryFont), "Univers");
     own.featureSelection[1] = -1;
-    SetJobStart(&own, std::string("@PJL JOB NAME=\"!JOBNAME\"\r\n") + kStartLine);
+    SetJobStart(&own, std::string(kJobLine) + kStartLine);
     return devMode;
 }
 
-void AddColor(VelmoraDevMode* devMode) {
-    *devMode = With(*devMode, "dmColor=2 dmFields=0x380EF0F dmICMIntent=2 dmMediaType=258 colorMode=1");
-}
+// What is set on colour models.
+constexpr const char* kInColor = "dmColor=2 dmFields=0x380EF0F dmICMIntent=2 dmMediaType=258 colorMode=1";
 
 class DefaultDevMode : public MachineTest {
   protected:
@@ -96,46 +96,35 @@ TEST_F(DefaultDevMode, OfEveryKindOfModel) {
     const struct {
         const char* what;
         uint16_t pdlType, colorCapability;
-        void (*model)(DescriptionBuilder* builder);
-        void (*expect)(VelmoraDevMode* devMode);
+        std::string settings;  // that differ
+        const char* jobLine = kJobLine;
+        void (*model)(DescriptionBuilder* builder) = [](DescriptionBuilder*) {};
     } cases[] = {
-        {"monochrome PCL 6", kPdlPcl6, kColorNone, [](DescriptionBuilder*) {}, [](VelmoraDevMode*) {}},
-        {"colour PCL 6", kPdlPcl6, kColor, [](DescriptionBuilder*) {}, AddColor},
-        {"colour of the second kind", kPdlPcl6, kColorSecondKind, [](DescriptionBuilder*) {},
-         [](VelmoraDevMode* devMode) { devMode->privatePart.colorMode = 42; }},
-        {"monochrome PostScript", kPdlPostScript, kColorNone, [](DescriptionBuilder*) {},
-         [](VelmoraDevMode* devMode) { *devMode = With(*devMode, "nonPostScriptFlag=0 outputOption=2"); }},
+        {"monochrome PCL 6", kPdlPcl6, kColorNone, ""},
+        {"colour PCL 6", kPdlPcl6, kColor, kInColor},
+        {"colour of the second kind", kPdlPcl6, kColorSecondKind, "colorMode=42"},
+        {"monochrome PostScript", kPdlPostScript, kColorNone, "nonPostScriptFlag=0 outputOption=2"},
         {"colour PostScript without job name", kPdlPostScript, kColor,
+         std::string(kInColor) + " nonPostScriptFlag=0 noJobName=1 optionFlags=0x00080240", "",
          [](DescriptionBuilder* builder) {
              builder->fields.defaultOptionFlags = 1u << 6;
              builder->fields.jobNameFlags = 1u << 2;
-         },
-         [](VelmoraDevMode* devMode) {
-             AddColor(devMode);
-             *devMode = With(*devMode, "nonPostScriptFlag=0 noJobName=1 optionFlags=0x00080240");
-             SetJobStart(&devMode->privatePart, kStartLine);
          }},
         // Bit 6 means this on PostScript models only.
-        {"job name shown", kPdlPcl6, kColorNone,
+        {"job name shown", kPdlPcl6, kColorNone, "optionFlags=0x00080240", "@PJL JOB DISPLAY=\"!JOBNAME\"\r\n",
          [](DescriptionBuilder* builder) {
              builder->fields.defaultOptionFlags = 1u << 6;
              builder->fields.jobNameFlags = 1u << 2;
-         },
-         [](VelmoraDevMode* devMode) {
-             devMode->privatePart.optionFlags = 0x00080240;
-             SetJobStart(&devMode->privatePart, std::string("@PJL JOB DISPLAY=\"!JOBNAME\"\r\n") + kStartLine);
          }},
-        {"colour image model", kPdlImage, kColor,
+        {"colour image model", kPdlImage, kColor, "dmColor=2 dmFields=0xEF0F colorMode=1 imageMode=0x12345678",
+         kJobLine,
          [](DescriptionBuilder* builder) {
              builder->fields.imageModeDefault = 0x12345678;
              builder->Table(offsetof(DeviceModel, colorModeTable),
                             std::vector<ColorModeRecord>{{kColorModeSystem, 0, -1}});
-         },
-         [](VelmoraDevMode* devMode) {
-             *devMode = With(*devMode, "dmColor=2 dmFields=0xEF0F colorMode=1 imageMode=0x12345678");
          }},
-        {"monochrome image model", kPdlImage, kColorNone,
-         [](DescriptionBuilder* builder) { builder->fields.imageModeDefault = 7; }, [](VelmoraDevMode*) {}},
+        {"monochrome image model", kPdlImage, kColorNone, "", kJobLine,
+         [](DescriptionBuilder* builder) { builder->fields.imageModeDefault = 7; }},
     };
     Install(SmallModel(kPdlPcl6).Build());
     for (const bool isMetric : {true, false}) {  // A4 in any case, as the model has it
@@ -144,8 +133,8 @@ TEST_F(DefaultDevMode, OfEveryKindOfModel) {
             DescriptionBuilder builder = SmallModel(c.pdlType, c.colorCapability);
             c.model(&builder);
             Describe(builder);
-            VelmoraDevMode expected = OfSmallModel();
-            c.expect(&expected);
+            VelmoraDevMode expected = With(OfSmallModel(), c.settings);
+            SetJobStart(&expected.privatePart, std::string(c.jobLine) + kStartLine);
             EXPECT_EQ(DifferencesTo(expected), Texts()) << c.what;
         }
     }
@@ -185,8 +174,7 @@ TEST_F(DefaultDevMode, MonochromePcl5HasPatterns) {
         EXPECT_EQ(DifferencesTo(expected), Texts()) << resolution;
     }
     Describe(SmallModel(kPdlPcl5, kColor));
-    expected = OfSmallModel();
-    AddColor(&expected);
+    expected = With(OfSmallModel(), kInColor);
     expected.privatePart.fontDataOffset = 3000;
     EXPECT_EQ(DifferencesTo(expected), Texts());
 }
@@ -242,8 +230,7 @@ TEST_F(DefaultDevMode, Features) {
 TEST_F(DefaultDevMode, PapersMediaAndColourModesThatAreMissing) {
     machine_.SetMetric(false);
     Install(SmallModel(kPdlPcl6, kColor).Build());
-    VelmoraDevMode expected = OfSmallModel();
-    AddColor(&expected);
+    VelmoraDevMode expected = With(OfSmallModel(), kInColor);
     expected.publicPart.dmPaperWidth = 2159;
     expected.publicPart.dmPaperLength = 2794;
     expected.publicPart.dmMediaType = 1;

@@ -3,7 +3,6 @@
 #include <memory>
 #include <random>
 
-#include "driver/devdesc/model_tables.h"
 #include "driver/devmode/default_devmode.h"
 #include "driver/devmode/devmode_fields.h"
 #include "driver/devmode/validate_devmode.h"
@@ -90,24 +89,6 @@ class DevModeProperties : public ProjectModelTest {
     VelmoraDevMode valid_ = {};
     std::minstd_rand random_;  // the same numbers each time
 };
-
-// A feature whose user types a text has no options: a new device mode marks it by a selection below 0, which is none
-// of its options. Each check of such a device mode counts that; it becomes 0, which is valid.
-TEST_P(DevModeProperties, ANewDeviceModeIsAccepted) {
-    Texts repairs;
-    for (const FeatureRecord& feature : RecordList(model_->featureTable)) {
-        if (CountOptions(*model_, feature) == 0) {
-            repairs.emplace_back("featureSelection");
-        }
-    }
-    VelmoraDevMode devMode = valid_;
-    const Reports reports = Check(&devMode);
-    EXPECT_TRUE(reports.AreAccepted());
-    EXPECT_EQ(RepairsOf(reports.ofPublicPart), Texts());
-    EXPECT_EQ(RepairsOf(reports.ofPrivatePart), repairs);
-    EXPECT_EQ(DifferenceLines(valid_, devMode).size(), repairs.size());
-    EXPECT_TRUE(CheckTwice(valid_));
-}
 
 TEST_P(DevModeProperties, WhatIsAcceptedIsAcceptedAsItIs) {
     int accepted = 0;

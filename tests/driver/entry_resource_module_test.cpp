@@ -14,14 +14,9 @@ TEST(LanguageCodes, RowsEndsAndHoles) {
         WORD sublanguage;
         const char* code;  // "" for none
     } kCases[] = {
-        {0, 0, "NEUT"},  {0, 1, "NEUT"},  {0, 2, "NEUT"},  {0, 3, ""},       {1, 0, ""},      {1, 1, "SAUD"},
-        {1, 14, "UAE"},  {1, 16, "QATA"}, {1, 17, ""},     {4, 1, "CTRA"},   {4, 2, "CSIM"},  {4, 5, ""},
-        {7, 1, "GERM"},  {7, 5, "GLIE"},  {7, 6, ""},      {9, 0, ""},       {9, 1, "ENUS"},  {9, 2, "ENUK"},
-        {9, 11, "ENTR"}, {9, 12, ""},     {10, 1, "SCAS"}, {10, 20, "SPUE"}, {10, 21, ""},    {18, 2, "KJOH"},
-        {20, 2, "NYNO"}, {22, 1, "BRAZ"}, {22, 2, "PORT"}, {26, 3, "SCYR"},  {31, 1, "TURK"}, {32, 1, "ENUS"},
-        {32, 2, ""},     {33, 1, "INDO"}, {40, 1, "FARS"}, {41, 1, "ENUS"},  {42, 1, "VIET"}, {44, 1, "ENUS"},
-        {45, 1, "BASQ"}, {46, 1, "ENUS"}, {53, 1, "ENUS"}, {54, 1, "AFRI"},  {55, 1, "AFRI"}, {56, 1, "FAER"},
-        {56, 0, ""},     {57, 1, ""},     {1023, 1, ""},   {17, 63, ""},
+        {0, 0, "NEUT"}, {0, 2, "NEUT"},  {0, 3, ""},  {1, 0, ""},      {1, 1, "SAUD"}, {1, 16, "QATA"},
+        {1, 17, ""},    {9, 1, "ENUS"},  {9, 12, ""}, {22, 2, "PORT"}, {32, 2, ""},    {40, 1, "FARS"},
+        {56, 0, ""},    {56, 1, "FAER"}, {57, 1, ""}, {1023, 1, ""},   {17, 63, ""},
     };
     for (const auto& c : kCases) {
         const WCHAR* code = LanguageCode(c.primary, c.sublanguage);

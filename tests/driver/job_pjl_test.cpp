@@ -1,7 +1,5 @@
 #include "driver/job/pjl_block.h"
 
-#include <functional>
-
 #include "driver/settings/device_info.h"
 #include "tests/driver/changed_devmode.h"
 #include "tests/driver/job_model.h"
@@ -44,63 +42,49 @@ class PjlBlock : public MachineTest {
 };
 
 TEST_F(PjlBlock, StartHasTheLinesOfTheModelAndTheSettings) {
-    using Change = std::function<void(DescriptionBuilder*)>;
-    const auto asIs = [](DescriptionBuilder*) {};
-    const auto flags = [](uint8_t jobNameFlags, uint8_t descriptionFlags) {
-        return [=](DescriptionBuilder* builder) {
-            builder->fields.jobNameFlags = jobNameFlags;
-            builder->fields.descriptionFlags = descriptionFlags;
-        };
-    };
     const std::string gray = "@PJL SET RENDERMODE=GRAYSCALE\r\n";
     const std::string color = "@PJL SET RENDERMODE=COLOR\r\n";
-    struct Case {
+    const struct {
         const char* name;
         uint16_t pdlType;
         uint16_t colorCapability;
-        Change change;
         const char* settings;
-        const WCHAR* jobName;
-        std::string expected;
+        std::string lines;  // before those of the features
+        const WCHAR* jobName = nullptr;
+        uint8_t jobNameFlags = 0;
+        uint8_t descriptionFlags = 0;
+    } cases[] = {
+        {"plain", kPdlPcl6, kColorNone, "", "R0\r\n"},
+        {"named", kPdlPcl5, kColorNone, "", "@PJL JOB NAME=\"Job\"\r\nR0\r\n", TEXT("Job"), 1},
+        {"named by display", kPdlPcl5, kColorNone, "", "@PJL JOB DISPLAY=\"Job\"\r\nR0\r\n", TEXT("Job"), 4},
+        {"in colour", kPdlXps, kColor, "dmColor=2", color + "R0\r\n", nullptr, 0, 0xFD},
+        {"in gray", kPdlXps, kColor, "dmColor=1", gray + "R0\r\n"},
+        {"data mode in colour", kPdlPostScript, kColor, "dmColor=2", color + "@PJL SET DATAMODE=COLOR\r\nR0\r\n",
+         nullptr, 0, 2},
+        {"data mode in gray", kPdlPostScript, kColor, "", gray + "@PJL SET DATAMODE=GRAYSCALE\r\nR0\r\n", nullptr, 0,
+         2},
+        {"another kind of colour", kPdlPcl6, kColorSecondKind, "dmColor=2", "R0\r\n", nullptr, 0, 2},
+        {"second resolution and medium", kPdlPcl6, kColorNone, "resolutionIndex=1 mediaIndex=2", "R1\r\nM1\r\n"},
+        {"resolution without command, first medium", kPdlPcl6, kColorNone, "resolutionIndex=2 mediaIndex=1", "M0\r\n"},
+        {"no such resolution or medium", kPdlPcl6, kColorNone, "resolutionIndex=3 mediaIndex=3", ""},
+        {"negative resolution and medium", kPdlPcl6, kColorNone, "resolutionIndex=-1 mediaIndex=-1", ""},
+        {"extra keyword", kPdlPcl6, kColorNone, "extraKeywordIndex=2", "R0\r\n@PJL SET EXTRA=E2\r\n"},
+        {"PCL without job name", kPdlPcl5, kColorNone, "noJobName=1", "R0\r\n"},
     };
-    const Case cases[] = {
-        {"plain", kPdlPcl6, kColorNone, asIs, "", nullptr, std::string("R0\r\n") + kFeatures},
-        {"named", kPdlPcl5, kColorNone, flags(1, 0), "", TEXT("Job"),
-         std::string("@PJL JOB NAME=\"Job\"\r\nR0\r\n") + kFeatures},
-        {"named by display", kPdlPcl5, kColorNone, flags(4, 0), "", TEXT("Job"),
-         std::string("@PJL JOB DISPLAY=\"Job\"\r\nR0\r\n") + kFeatures},
-        {"in colour", kPdlXps, kColor, flags(0, 0xFD), "dmColor=2", nullptr, color + "R0\r\n" + kFeatures},
-        {"in gray", kPdlXps, kColor, asIs, "dmColor=1", nullptr, gray + "R0\r\n" + kFeatures},
-        {"data mode in colour", kPdlPostScript, kColor, flags(0, 2), "dmColor=2", nullptr,
-         color + "@PJL SET DATAMODE=COLOR\r\nR0\r\n" + kFeatures},
-        {"data mode in gray", kPdlPostScript, kColor, flags(0, 2), "", nullptr,
-         gray + "@PJL SET DATAMODE=GRAYSCALE\r\nR0\r\n" + kFeatures},
-        {"another kind of colour", kPdlPcl6, kColorSecondKind, flags(0, 2), "dmColor=2", nullptr,
-         std::string("R0\r\n") + kFeatures},
-        {"second resolution and medium", kPdlPcl6, kColorNone, asIs, "resolutionIndex=1 mediaIndex=2", nullptr,
-         std::string("R1\r\nM1\r\n") + kFeatures},
-        {"resolution without command, first medium", kPdlPcl6, kColorNone, asIs, "resolutionIndex=2 mediaIndex=1",
-         nullptr, std::string("M0\r\n") + kFeatures},
-        {"no such resolution or medium", kPdlPcl6, kColorNone, asIs, "resolutionIndex=3 mediaIndex=3", nullptr,
-         kFeatures},
-        {"negative resolution and medium", kPdlPcl6, kColorNone, asIs, "resolutionIndex=-1 mediaIndex=-1", nullptr,
-         kFeatures},
-        {"extra keyword", kPdlPcl6, kColorNone, asIs, "extraKeywordIndex=2", nullptr,
-         std::string("R0\r\n@PJL SET EXTRA=E2\r\n") + kFeatures},
-        // What is asked for is the device mode's, whether the model lists it or not.
-        {"extra keyword without a table", kPdlPcl6, kColorNone,
-         [](DescriptionBuilder* builder) { builder->SetSlot(offsetof(DeviceModel, extraKeywordTable), 0); },
-         "extraKeywordIndex=1", nullptr, std::string("R0\r\n@PJL SET EXTRA=E1\r\n") + kFeatures},
-        {"PostScript without job name", kPdlPostScript, kColor, asIs, "noJobName=1", TEXT("Job"), "%!PS-Adobe-3.0\r\n"},
-        {"PCL without job name", kPdlPcl5, kColorNone, asIs, "noJobName=1", nullptr, std::string("R0\r\n") + kFeatures},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& c : cases) {
         DescriptionBuilder builder = JobModel(c.pdlType, c.colorCapability);
-        c.change(&builder);
+        builder.fields.jobNameFlags = c.jobNameFlags;
+        builder.fields.descriptionFlags = c.descriptionFlags;
         Use(builder);
-        EXPECT_EQ(Start(c.settings, c.jobName), c.expected);
+        EXPECT_EQ(Start(c.settings, c.jobName), c.lines + kFeatures) << c.name;
     }
+    Use(JobModel(kPdlPostScript, kColor));
+    EXPECT_EQ(Start("noJobName=1", TEXT("Job")), "%!PS-Adobe-3.0\r\n");
+    // What is asked for is the device mode's, whether the model lists it or not.
+    DescriptionBuilder builder = JobModel(kPdlPcl6);
+    builder.SetSlot(offsetof(DeviceModel, extraKeywordTable), 0);
+    Use(builder);
+    EXPECT_EQ(Start("extraKeywordIndex=1"), std::string("R0\r\n@PJL SET EXTRA=E1\r\n") + kFeatures);
 }
 
 // Features A, B (needs a stapler), C (follows the margin mode) and D. A feature that isn't installed keeps its place.
@@ -208,27 +192,6 @@ TEST_F(PjlBlock, EndOfAJob) {
         EXPECT_EQ(BuildPjlEnd(block, &size, Job(), devMode), c.fits);
         EXPECT_EQ(size, c.size);
         EXPECT_STREQ(block, c.block);
-    }
-}
-
-TEST(AppendText, AppendsWhereItFits) {
-    const struct {
-        const char* held;
-        size_t capacity;
-        size_t offset;
-        const char* text;
-        const char* result;
-    } cases[] = {
-        {"", 4, 0, "abc", "abc"},     {"", 3, 0, "abc", ""},      {"ab", 5, 2, "cd", "abcd"},
-        {"ab", 4, 2, "cd", "ab"},     {"ab", 5, 3, "cd", "ab"},    // what was left out counts
-        {"abc", 6, 0, "de", "abcde"}, {"abc", 5, 0, "de", "abc"},  // and what is there isn't cut
-        {"ab", 0, 0, "c", "ab"},
-    };
-    for (const auto& c : cases) {
-        char buffer[8] = {};
-        strcpy(buffer, c.held);
-        EXPECT_EQ(AppendText(buffer, c.capacity, c.offset, c.text), strlen(c.text));
-        EXPECT_STREQ(buffer, c.result) << c.held << "+" << c.text;
     }
 }
 

@@ -1,9 +1,7 @@
-// The language modules as they are built: they hold the same resources and are found by their language.
+// The language modules as they are built: they hold the same resources.
 #include <map>
 #include <optional>
 
-#include "driver/entry/printer_access.h"
-#include "driver/entry/resource_module.h"
 #include "platform/kernel/text.h"
 #include "tests/driver/built_modules.h"
 #include "tests/driver/machine.h"
@@ -84,40 +82,6 @@ TEST(LanguageModules, HoldTheSameResources) {
         EXPECT_EQ(strings[kSettingsExtension], u"ini") << "a user who changes the language keeps the settings";
         EXPECT_EQ(host::ToUtf8(strings[kLanguage]), code);
         EXPECT_TRUE(ResourcesOf(module.bytes).contains("type 2, \"ABOUT_LOGO\""));
-    }
-}
-
-class LanguageModule : public MachineTest {
-  protected:
-    void SetUp() override {
-        DriverPackage package = PackageOf("");
-        package.dependent = BuiltLanguageModules();
-        Install(package);
-    }
-
-    std::string TextOf(LANGID language, UINT id) {
-        machine_.SetLanguage(language);
-        const OwnedModule module = LoadResourceModule(Printer(), nullptr);
-        WCHAR text[64] = {};
-        LoadStringW(module.Get(), id, text, ARRAYSIZE(text));
-        return ToText(text);
-    }
-};
-
-TEST_F(LanguageModule, IsTheOneOfTheUsersLanguage) {
-    constexpr struct {
-        LANGID language;
-        const char* envelope;
-        const char* customSize;
-    } kCases[] = {
-        {MAKELANGID(LANG_ENGLISH, 1), "Envelope #10", "Custom size"},
-        {MAKELANGID(LANG_GERMAN, 1), "Umschlag Nr. 10", "Benutzerdefiniert"},
-        {MAKELANGID(LANG_JAPANESE, 1), "封筒 10号", "ユーザー定義サイズ"},
-        {MAKELANGID(LANG_FRENCH, 1), "Envelope #10", "Custom size"},
-    };
-    for (const auto& c : kCases) {
-        EXPECT_EQ(TextOf(c.language, 2024), c.envelope);
-        EXPECT_EQ(TextOf(c.language, 2117), c.customSize);
     }
 }
 

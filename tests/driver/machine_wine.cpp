@@ -22,7 +22,7 @@ void SetInternational(const WCHAR* key, const WCHAR* text) {
     }
 }
 
-// Takes away the printers of the tests' driver, the driver and its files.
+// Takes away the printers of the tests' drivers, the drivers and their files.
 void RemovePrinters() {
     DWORD needed = 0;
     DWORD count = 0;
@@ -31,20 +31,21 @@ void RemovePrinters() {
     if (!EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 2, block.data(), needed, &needed, &count)) {
         throw std::runtime_error("printers can't be listed");
     }
-    driver_test::WideText driver = driver_test::DriverPackage().driverName;
+    constexpr driver_test::WideView kMaker = TEXT("Velmora ");
     bool isInstalled = false;
     const auto* printers = reinterpret_cast<const PRINTER_INFO_2W*>(block.data());
     for (DWORD i = 0; i < count; ++i) {
         HANDLE printer = nullptr;
         PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-        if (printers[i].pDriverName == driver && OpenPrinterW(printers[i].pPrinterName, &printer, &access)) {
+        if (driver_test::WideView(printers[i].pDriverName).starts_with(kMaker) &&
+            OpenPrinterW(printers[i].pPrinterName, &printer, &access)) {
             DeletePrinter(printer);
             ClosePrinter(printer);
+            DeletePrinterDriverExW(nullptr, nullptr, printers[i].pDriverName, 0, 0);
             isInstalled = true;
         }
     }
     if (isInstalled) {
-        DeletePrinterDriverExW(nullptr, nullptr, driver.data(), 0, 0);
         std::error_code ignored;
         std::filesystem::remove_all(driver_test::InstalledPath(L""), ignored);
     }

@@ -1,9 +1,10 @@
 // What the PrintTicket provider reads of a printer's model.
 #include "driver/ptprovider/printer_snapshot.h"
 
+#include <functional>
+
 #include "driver/base/text.h"
 #include "driver/ptprovider/print_schema.h"
-#include "driver/settings/settings_folder.h"
 #include "tests/driver/machine.h"
 #include "tests/driver/resource_file.h"
 
@@ -23,59 +24,18 @@ std::string NameOf(const OptionName& name) {
     return prefix + ":" + ToText(name.keyword);
 }
 
-std::string Join(std::initializer_list<int64_t> values) {
-    std::string text;
-    for (const int64_t value : values) {
-        text += " " + std::to_string(value);
-    }
-    return text;
-}
-
-template <class Entry>
-std::string ValuesOf(const Entry& entry) {
-    return Join({entry.ticketValues[0], entry.ticketValues[1], entry.ticketValues[2]});
-}
-std::string ValuesOf(const PaperEntry& entry) {
-    return Join({entry.width, entry.length, entry.isMetric, entry.paperId, entry.ticketValues[0], entry.ticketValues[1],
-                 entry.ticketValues[2]});
-}
-std::string ValuesOf(const MediaEntry& entry) {
-    return Join({entry.index, entry.ticketValues[0], entry.ticketValues[1], entry.ticketValues[2]}) + " " +
-           ToText(entry.rendererName);
-}
-std::string ValuesOf(const TrayEntry& entry) {
-    return Join({entry.optionMask, entry.binId});
-}
-std::string ValuesOf(const ExtraKeywordEntry& entry) {
-    return Join({entry.optionMask, entry.id});
-}
-std::string ValuesOf(const ResolutionEntry& entry) {
-    return Join({entry.xDpi, entry.yDpi, entry.resolutionId, entry.ticketValues[0], entry.ticketValues[1],
-                 entry.ticketValues[2]});
-}
-std::string ValuesOf(const FeatureEntry& entry) {
-    return Join(
-        {entry.featureMask, static_cast<int64_t>(entry.options.first), static_cast<int64_t>(entry.options.count)});
-}
-std::string ValuesOf(const OptionEntry&) {
-    return "";
-}
-std::string ValuesOf(const ColorModeEntry& entry) {
-    return Join({entry.kind});
-}
-std::string ValuesOf(const ColorFeatureEntry& entry) {
-    return Join({static_cast<int64_t>(entry.values.first), static_cast<int64_t>(entry.values.count)});
-}
-
-template <class Entry>
-Texts Lines(const EntryList<Entry>& list) {
+// "name display name numbers" of each entry.
+template <class Entry, class... Numbers>
+Texts Lines(const EntryList<Entry>& list, Numbers... numbers) {
     Texts lines;
     for (const Entry& entry : list) {
-        std::string name;
+        std::string line;
         if constexpr (requires { entry.name; }) {
-            name = NameOf(entry.name) + " ";
+            line = NameOf(entry.name) + " ";
         }
-        lines.push_back(name + ToText(entry.displayName) + ValuesOf(entry));
+        line += ToText(entry.displayName);
+        ((line += " " + std::to_string(std::invoke(numbers, entry))), ...);
+        lines.push_back(line);
     }
     return lines;
 }
@@ -143,15 +103,12 @@ class Snapshot : public MachineTest {
                 std::vector<PaperRecord>{
                     {label("A4"), 9, name("psk:ISOA4"), 2100, 2970, 1, {}, 0, 0, 0, {1, 2, 3}},
                     {label(std::string(200, 'l').c_str()), 300, name("Card"), 1016, 1524, 0, {}, -1, 0, 0, {}}});
+        const auto plain = static_cast<int16_t>(label("Plain"));
+        const auto gloss = static_cast<int16_t>(label("Gloss"));
+        const auto null = static_cast<int16_t>(name("null"));
         b.Table(offsetof(DeviceModel, mediaTable),
-                std::vector<MediaRecord>{{1,
-                                          static_cast<int16_t>(label("Plain")),
-                                          0,
-                                          static_cast<int16_t>(name("null")),
-                                          name("psk:Plain"),
-                                          257,
-                                          {4, 5, 6}},
-                                         {2, static_cast<int16_t>(label("Gloss")), 0, 0, name("kxp:Gloss"), 258, {}}});
+                std::vector<MediaRecord>{{1, plain, 0, null, name("psk:Plain"), 257, {4, 5, 6}},
+                                         {2, gloss, 0, 0, name("kxp:Gloss"), 258, {}}});
         b.Table(offsetof(DeviceModel, binTable),
                 std::vector<BinRecord>{{1, 7, -2117, name("psk:AutoSelect")},
                                        {0x10, 261, static_cast<int16_t>(label(std::string(99, 't').c_str())), 0}});
@@ -210,29 +167,39 @@ TEST_F(Snapshot, HasAnEntryForEachRecord) {
     const OwnedSnapshot owner = LoadPrinterSnapshot(Printer());
     ASSERT_TRUE(owner);
     const PrinterSnapshot& snapshot = *owner.Get();
-    EXPECT_EQ(Lines(snapshot.papers), (Texts{"psk:ISOA4 A4 210000 297000 1 9 1 2 3",
-                                             "oem:Card " + std::string(127, 'l') + " 101600 152400 0 300 0 0 0",
-                                             "oem:custom_123.4x234.5mm Mine 123400 234500 1 448 0 0 0",
-                                             "oem:custom_2.000x3.000in Ours 50800 76200 0 449 0 0 0"}));
-    EXPECT_EQ(Lines(snapshot.media), (Texts{"psk:Plain Plain 1 4 5 6 null", "kxp:Gloss Gloss 2 0 0 0 "}));
-    EXPECT_EQ(Lines(snapshot.trays),
+    const auto first = [](const auto& entry) { return entry.options.first; };
+    const auto count = [](const auto& entry) { return entry.options.count; };
+    const auto last = [](const auto& entry) { return entry.ticketValues[2]; };
+    EXPECT_EQ(Lines(snapshot.papers, &PaperEntry::width, &PaperEntry::length, &PaperEntry::isMetric,
+                    &PaperEntry::paperId, last),
+              (Texts{"psk:ISOA4 A4 210000 297000 1 9 3", "oem:Card " + std::string(127, 'l') + " 101600 152400 0 300 0",
+                     "oem:custom_123.4x234.5mm Mine 123400 234500 1 448 0",
+                     "oem:custom_2.000x3.000in Ours 50800 76200 0 449 0"}));
+    EXPECT_EQ(Lines(snapshot.media, &MediaEntry::index, last), (Texts{"psk:Plain Plain 1 6", "kxp:Gloss Gloss 2 0"}));
+    EXPECT_EQ(ToText(snapshot.media[0].rendererName), "null");
+    EXPECT_EQ(Lines(snapshot.trays, &TrayEntry::optionMask, &TrayEntry::binId),
               (Texts{"psk:AutoSelect Any tray 1 7", "oem: " + std::string(47, 't') + " 16 261"}));
-    EXPECT_EQ(Lines(snapshot.extraKeywords), Texts{"oem:Extra Extra 8 77"});
-    EXPECT_EQ(Lines(snapshot.resolutions), Texts{"oem:R600 600 dpi 600 300 600 7 8 9"});
-    const EntryList<KeywordEntry>* const lists[] = {&snapshot.extraListA,   &snapshot.extraListB,
-                                                    &snapshot.extraListC,   &snapshot.mediaColors,
-                                                    &snapshot.photoIntents, &snapshot.signatureOptions};
-    for (size_t i = 0; i < std::size(lists); ++i) {
-        const std::string number = std::to_string(i);
-        EXPECT_EQ(Lines(*lists[i]), Texts{"kxp:E" + number + " Entry " + number + " 4294967295 0"});
+    EXPECT_EQ(Lines(snapshot.extraKeywords, &ExtraKeywordEntry::optionMask, &ExtraKeywordEntry::id),
+              Texts{"oem:Extra Extra 8 77"});
+    EXPECT_EQ(Lines(snapshot.resolutions, &ResolutionEntry::xDpi, &ResolutionEntry::yDpi,
+                    &ResolutionEntry::resolutionId, last),
+              Texts{"oem:R600 600 dpi 600 300 600 9"});
+    size_t number = 0;
+    for (const auto* const list : {&snapshot.extraListA, &snapshot.extraListB, &snapshot.extraListC,
+                                   &snapshot.mediaColors, &snapshot.photoIntents, &snapshot.signatureOptions}) {
+        EXPECT_EQ(Lines(*list), Texts{"kxp:E" + std::to_string(number++) + " Entry"});
+        EXPECT_EQ((*list)[0].ticketValues[1], 0xFFFFFFFF);
     }
-    EXPECT_EQ(Lines(snapshot.features),
+    EXPECT_EQ(Lines(snapshot.features, &FeatureEntry::featureMask, first, count),
               (Texts{"kxp:F0 F0 16 0 2", "oem:F1 F1 0 1 1", "oem:F2 F2 0 0 0", "oem:F3 F3 0 0 0", "oem:F4 F4 0 0 0"}));
     EXPECT_EQ(Lines(snapshot.options), (Texts{"kxp:One One", "psk:Two Two"}));
-    EXPECT_EQ(Lines(snapshot.colorModes), (Texts{"Vivid 8", "Manual 4", "System 2", "Printer 1"}));
+    EXPECT_EQ(Lines(snapshot.colorModes, &ColorModeEntry::kind),
+              (Texts{"Vivid 8", "Manual 4", "System 2", "Printer 1"}));
     EXPECT_EQ(snapshot.colorModeKinds, 15u);
-    EXPECT_EQ(Lines(snapshot.colorFeatures[0]), Texts(4, "Tone 1 2"));
-    EXPECT_EQ(Lines(snapshot.colorFeatures[3]), (Texts{"None 0 0", "Last 2 1"}));
+    const auto firstValue = [](const ColorFeatureEntry& entry) { return entry.values.first; };
+    const auto values = [](const ColorFeatureEntry& entry) { return entry.values.count; };
+    EXPECT_EQ(Lines(snapshot.colorFeatures[0], firstValue, values), Texts(4, "Tone 1 2"));
+    EXPECT_EQ(Lines(snapshot.colorFeatures[3], firstValue, values), (Texts{"None 0 0", "Last 2 1"}));
     ASSERT_EQ(snapshot.colorValues.count, 3u);
     EXPECT_EQ(ToText(snapshot.colorValues[2].displayName), "Hard");
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(snapshot.blob.Get()), snapshot.blobSize), "commands");
@@ -264,22 +231,6 @@ TEST_F(Snapshot, OfAPrinterWithoutModel) {
     EXPECT_EQ(snapshot.papers.count + snapshot.trays.count + snapshot.blobSize, 0u);
     EXPECT_EQ(ToText(snapshot.ownPrefix), "oem");
     EXPECT_FALSE(snapshot.isXpsWriter);
-}
-
-TEST_F(Snapshot, ListsTheUsersOverlays) {
-    InstallFull(FullModel());
-    WCHAR folder[MAX_PATH];
-    GetSettingsFolder(kPrinterName, folder, ARRAYSIZE(folder));
-    for (const WCHAR* name : {TEXT("01000000.ovl"), TEXT("010000001.ovl"), TEXT("a.ini"), TEXT("b.ovl")}) {
-        WriteDriveFile(WideText(folder) + TEXT("\\") + name, "");
-    }
-    const OwnedSnapshot owner = LoadPrinterSnapshot(Printer());
-    EXPECT_EQ(ToText(owner.Get()->overlayFolder), ToText(folder));
-    Texts names;
-    for (const OverlayEntry& overlay : owner.Get()->overlays) {
-        names.push_back(ToText(overlay.fileName));
-    }
-    EXPECT_EQ(names, (Texts{"01000000.ovl", "b.ovl"}));
 }
 
 TEST_F(Snapshot, ReadsTheFileAtOnceHoweverManyEntries) {

@@ -41,21 +41,6 @@ class ColorPresets : public MachineTest {
     }
 };
 
-TEST_F(ColorPresets, FirstLoadMakesTenFreeSlots) {
-    Put(3, TEXT("Mine"), 7);
-    EXPECT_EQ(LoadColorPresets(), 1);
-    for (const WideText section : {TEXT("UserEnt0"), TEXT("UserEnt9")}) {
-        EXPECT_EQ(Stored(section, TEXT("UserEntName")), TEXT(""));
-        for (const WideText key : {TEXT("ColorSample"), TEXT("BaseColor"), TEXT("Brightness"), TEXT("Saturation"),
-                                   TEXT("Contrast"), TEXT("CyanRed"), TEXT("MagentaGreen"), TEXT("YellowBlue"),
-                                   TEXT("Gamma"), TEXT("Black"), TEXT("Cyan"), TEXT("Magenta"), TEXT("Yellow")}) {
-            EXPECT_EQ(Stored(section, key), TEXT("0"));
-        }
-    }
-    EXPECT_EQ(Stored(TEXT("UserEnt10"), TEXT("UserEntName")), TEXT("missing"));
-    EXPECT_EQ(WideText(ColorPresetTable()[3].name), TEXT("Mine"));
-}
-
 TEST_F(ColorPresets, SavedLoadedOverwrittenAndDeleted) {
     LoadColorPresets();
     for (size_t i = 0; i < kColorPresets; ++i) {

@@ -107,11 +107,9 @@ TEST_F(Fonts, TableOfTheIniFile) {
         {"FontSubSize=20\n", "17 Courier New|Cou||"},
         {"NumFontSubs=2\n", "17 Courier New|Cou||"},
     };
+    InstallWith(Pairs("Courier New|Cou|"), "[Other]\n");
     for (const auto& c : cases) {
         SCOPED_TRACE(c.keys);
-        if (!model_) {
-            InstallWith(Pairs("Courier New|Cou|"), "[Other]\n");
-        }
         WriteDriveFile(InstalledPath(u"KV62.INI"), "[FontSubstitutions]\n" + c.keys + pairs);
         EXPECT_EQ(TableOf(), c.table);
         EXPECT_EQ(TableOf(false), "17 Courier New|Cou||");

@@ -40,10 +40,7 @@ LONG_PTR CALLBACK SheetHost::Callback(HANDLE host, UINT function, LPARAM first, 
         ADD_FAILURE() << "function " << function;
         return ERR_CPSUI_FUNCTION_NOT_IMPLEMENTED;
     }
-    const auto& page = *reinterpret_cast<const PROPSHEETPAGEW*>(first);
-    self->pages.push_back(page);
-    self->titles.emplace_back(page.pszTitle);
-    const HPROPSHEETPAGE handle = self->pages.size() == self->refusedPage ? nullptr : CreatePropertySheetPageW(&page);
+    const HPROPSHEETPAGE handle = CreatePropertySheetPageW(reinterpret_cast<const PROPSHEETPAGEW*>(first));
     if (handle) {
         self->handles_.push_back(handle);
     }
@@ -51,8 +48,6 @@ LONG_PTR CALLBACK SheetHost::Callback(HANDLE host, UINT function, LPARAM first, 
 }
 
 LONG SheetHost::Run(Entry entry, void* header) {
-    pages.clear();
-    titles.clear();
     results.clear();
     handles_.clear();
     info_ = {};
@@ -64,7 +59,6 @@ LONG SheetHost::Run(Entry entry, void* header) {
     info_.pfnComPropSheet = Callback;
     info_.lParamInit = reinterpret_cast<LPARAM>(header);
     const LONG result = entry(&info_, 0);
-    afterInit = info_;
     if (result > 0) {
         machine_->SetUser([this] { Act(); });
         PROPSHEETHEADERW sheet = {};

@@ -40,15 +40,8 @@ class SheetHost {
 
     // The page that the sheet opens with.
     UINT startPage = 0;
-    // The page that is refused, from 1 on; 0: none.
-    size_t refusedPage = 0;
-    // The sizes and flags of the pages that were added, and their titles.
-    std::vector<PROPSHEETPAGEW> pages;
-    std::vector<WideText> titles;
     // The pages of CPSFUNC_SET_RESULT and their results.
     std::vector<std::pair<LPARAM, LPARAM>> results;
-    // What INIT left.
-    PROPSHEETUI_INFO afterInit = {};
 
   private:
     using Entry = LONG(WINAPI*)(PPROPSHEETUI_INFO, LPARAM);

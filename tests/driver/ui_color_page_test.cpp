@@ -1,11 +1,6 @@
 // The Color page, its sheet and its dialogs through real windows of the layer.
-#include "driver/devmode/default_devmode.h"
-#include "driver/settings/color_presets.h"
-#include "driver/settings/settings_folder.h"
 #include "platform/user/controls/clipboard.h"
-#include "tests/driver/machine.h"
-#include "tests/driver/sheet_host.h"
-#include "tests/driver/sheet_package.h"
+#include "tests/driver/document_sheet.h"
 
 namespace velmora {
 namespace {
@@ -36,42 +31,18 @@ HWND PageOf(HWND sheet) {
     return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
 }
 
-class ColorPageWindow : public MachineTest {
+class ColorPageWindow : public DocumentSheetTest {
   protected:
-    void SetUp() override {
-        Install(SheetPackage());
-        host_ = std::make_unique<SheetHost>(&machine_, Printer());
-        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
-    }
-
-    // A step that uses the Color page.
-    void ThenUse(std::function<void(HWND page)> use) {
-        host_->Then([this, use](HWND sheet) {
-            SendMessageW(sheet, PSM_SETCURSEL, 0, reinterpret_cast<LPARAM>(ColorPageHandle()));
-            use(host_->Context().dialogs[kColorSlot]);
-        });
-    }
     // A step that uses the dialog in front: one that the page has opened.
     void ThenInDialog(std::function<void(HWND dialog)> use) {
         host_->Then([use](HWND) { use(FrontDialog()); });
     }
-    void Run() {
-        VelmoraDevMode output = {};
-        host_->RunDocumentSheet(&input_.publicPart, &output);
-    }
-
-    HPROPSHEETPAGE ColorPageHandle() {
-        return reinterpret_cast<HPROPSHEETPAGE>(host_->Context().hostPages[kColorSlot]);
-    }
-
-    std::unique_ptr<SheetHost> host_;
-    VelmoraDevMode input_;
 };
 
 TEST_F(ColorPageWindow, AdjustmentsFollowSliders) {
     constexpr int kBrightness = 6112, kBrightnessEdit = 6113, kCyanRed = 6136, kCyanRedEdit = 6135;
     constexpr int kSample = 6107, kPlainSample = 6149;
-    ThenUse([&](HWND page) {
+    ThenUse(kColorSlot, [&](HWND page) {
         Click(page, kManual);
         Click(page, kAdjust);
     });
@@ -102,7 +73,7 @@ TEST_F(ColorPageWindow, AdjustmentsFollowSliders) {
 
 TEST_F(ColorPageWindow, PresetsAreNamedAndReadAgain) {
     const auto manage = [&](std::function<void(HWND dialog)> use) {
-        ThenUse([&](HWND page) {
+        ThenUse(kColorSlot, [&](HWND page) {
             Click(page, kManual);
             Click(page, kManagePresets);
         });
@@ -117,13 +88,9 @@ TEST_F(ColorPageWindow, PresetsAreNamedAndReadAgain) {
             EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), name);
         }
         Click(dialog, kSavePreset);
-        // What no file has stays; a file that lacks slots isn't written anew.
-        ColorPresetTable()[0].workingValue = 9;
-        WritePrivateProfileStringW(TEXT("UserEnt5"), TEXT("UserEntName"), nullptr, CurrentSettingsFile());
     });
     manage([&](HWND dialog) {
         EXPECT_EQ(ToText(TextOf(dialog, kPresetName)), "1234efghij");
-        EXPECT_EQ(ColorPresetTable()[0].workingValue, 9);
         SetFocus(GetDlgItem(dialog, kDeletePreset));
         Click(dialog, kDeletePreset);
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, kPresetName));

@@ -14,7 +14,7 @@ namespace {
 using namespace driver_test;  // NOLINT(google-build-using-namespace): the test kit
 
 constexpr UINT kLastPage = 4;  // of the sheet: the information page
-constexpr int kLogo = 10002, kRestoreAll = 10009;
+constexpr int kRestoreAll = 10009;
 
 template <class T, size_t count>
 void Fill(T (&field)[count], T value) {
@@ -46,32 +46,6 @@ Offsets Differences(const VelmoraDevMode& a, const VelmoraDevMode& b) {
         }
     }
     return offsets;
-}
-
-TEST_F(InformationPageTest, ShowsTheLogoInItsSheet) {
-    host_->Then([this](HWND) {
-        const HWND paperPage = host_->Page();
-        RECT place = {};
-        GetWindowRect(paperPage, &place);
-        SendMessageW(GetParent(paperPage), PSM_SETCURSEL, 0, Context().hostPages[kInformationSlot]);
-        const HWND page = host_->Page();
-        RECT placeNow = {};
-        GetWindowRect(page, &placeNow);
-        EXPECT_TRUE(EqualRect(&placeNow, &place));
-        EXPECT_EQ(ToText(TextOf(page, 10004)), "Velmora printer driver");
-        UpdateWindow(page);
-        const RECT logo = ControlRect(page, kLogo);
-        const HDC context = GetDC(page);
-        const COLORREF background = GetPixel(context, logo.left - 1, logo.top);
-        int pixels = 0;
-        for (int x = logo.left; x < logo.right; ++x) {
-            pixels += GetPixel(context, x, (logo.top + logo.bottom) / 2) != background;
-        }
-        ReleaseDC(page, context);
-        EXPECT_GT(pixels, 0);
-        EXPECT_LT(pixels, logo.right - logo.left);
-    });
-    Run();
 }
 
 TEST_F(InformationPageTest, WritesTheDefaultsOfClosedPages) {

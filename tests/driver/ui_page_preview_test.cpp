@@ -300,7 +300,7 @@ TEST_F(PagePreviewTest, RecoversFromFailures) {
                                       "CreateCompatibleBitmap",
                                       "CreateSolidBrush",
                                       "CreatePen",
-                                      "CreateFontW",  //
+                                      "CreateFontW",
                                       "CreateFontIndirectW",
                                       "SaveDC",
                                       "SelectObject",

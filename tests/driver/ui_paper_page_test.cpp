@@ -4,14 +4,10 @@
 #include <algorithm>
 
 #include "driver/base/text.h"
-#include "driver/devmode/default_devmode.h"
-#include "driver/ui/controls.h"
 #include "driver/ui/paper_choices.h"
 #include "driver/ui/paper_preview.h"
 #include "tests/driver/changed_devmode.h"
-#include "tests/driver/machine.h"
-#include "tests/driver/sheet_host.h"
-#include "tests/driver/sheet_package.h"
+#include "tests/driver/document_sheet.h"
 
 namespace velmora {
 namespace {
@@ -21,23 +17,21 @@ using namespace driver_test;  // NOLINT(google-build-using-namespace): the test 
 // Controls that the rules don't name.
 constexpr int kCopiesSpin = 5018;
 
-class PaperPageTest : public MachineTest {
+class PaperPageTest : public DocumentSheetTest {
   protected:
     void SetUp() override {
-        Install(SheetPackage());
+        DocumentSheetTest::SetUp();
         SetDeviceInfo(Printer(), {3, 0, 1, 0});
-        host_ = std::make_unique<SheetHost>(&machine_, Printer());
-        BuildDefaultDevMode(Printer(), kPrinterName, &input_);
     }
     // What the user does on the page, then OK. The steps in between are those of dialogs that the first one
     // opens.
-    void Run(std::function<void(HWND page)> use, std::vector<std::function<void(HWND)>> inner = {}) {
+    void Use(std::function<void(HWND page)> use, std::vector<std::function<void(HWND)>> inner = {}) {
         host_->Then([=, this](HWND) { use(host_->Page()); });
         for (const auto& step : inner) {
             host_->Then([=](HWND) { step(FrontDialog()); });
         }
-        host_->Then([=](HWND sheet) { SendMessageW(sheet, PSM_PRESSBUTTON, PSBTN_OK, 0); });
-        EXPECT_EQ(host_->RunDocumentSheet(&input_.publicPart, &output_), 1);
+        ThenPress(PSBTN_OK);
+        Run();
         host_->ForgetSteps();
     }
     // Runs it on the input with other numbers in some fields.
@@ -45,20 +39,9 @@ class PaperPageTest : public MachineTest {
               std::vector<std::function<void(HWND)>> inner = {}) {
         BuildDefaultDevMode(Printer(), kPrinterName, &input_);
         input_ = With(input_, settings);
-        Run(std::move(use), std::move(inner));
+        Use(std::move(use), std::move(inner));
     }
-
-    VelmoraDevMode input_;
-    VelmoraDevMode output_ = {};
-    std::unique_ptr<SheetHost> host_;
 };
-
-// The user's choice of an item of a combo box, which the page is told of as by the keyboard.
-void Choose(HWND page, int control, uint32_t value) {
-    EXPECT_GE(SelectComboByData(page, control, value), 0) << control << " has no " << value;
-    SendMessageW(page, WM_COMMAND, MAKEWPARAM(control, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(GetDlgItem(page, control)));
-}
 
 std::string Shown(HWND dialog, int control) {
     return ToText(TextOf(dialog, control));
@@ -117,7 +100,7 @@ TEST_F(PaperPageTest, CutsNoCharacters) {
 
 TEST_F(PaperPageTest, StepsNumbers) {
     std::copy_n("A-1", 4, input_.privatePart.uiCode);
-    Run([&](HWND page) {
+    Use([&](HWND page) {
         EXPECT_EQ(Shown(page, kCodeControl), "A-1");
         const auto press = [&](WPARAM key) { SendDlgItemMessageW(page, kCopiesControl, WM_KEYDOWN, key, 1); };
         SetDlgItemTextW(page, kCopiesControl, TEXT("7"));

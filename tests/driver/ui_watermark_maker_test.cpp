@@ -39,11 +39,9 @@ WatermarkRecord PictureMark() {
 
 class WatermarkMaker : public MachineTest {
   protected:
-    void Install(uint16_t pdlType, uint16_t colorCapability, bool hasProgram = true) {
+    void Install(uint16_t pdlType, uint16_t colorCapability) {
         DriverPackage package = PackageOf(SmallModel(pdlType, colorCapability).Build());
-        if (hasProgram) {
-            package.dependent.push_back({u"KV62WM.EXE", "no program"});
-        }
+        package.dependent.push_back({u"KV62WM.EXE", "no program"});
         MachineTest::Install(package);
         WCHAR folder[MAX_PATH];
         GetSettingsFolder(kPrinterName, folder, ARRAYSIZE(folder));
@@ -110,7 +108,6 @@ TEST_F(WatermarkMaker, TellsTheProgramWhatToRender) {
     } cases[] = {
         {"monochrome", kPdlPcl5, kColorNone, false, TextMark(), "4802889", false},
         {"colour", kPdlPcl6, kColor, false, TextMark(), "4802889", true},
-        {"colour of the second kind", kPdlPcl6, kColorSecondKind, false, TextMark(), "4802889", true},
         {"monochrome only", kPdlPcl6, kColor, true, TextMark(), "4802889", false},
         {"image model", kPdlImage, kColor, false, TextMark(), "255", false},
         {"picture", kPdlPcl5, kColorNone, false, PictureMark(), "", false},
@@ -158,6 +155,11 @@ TEST_F(WatermarkMaker, TellsTheProgramWhatToRender) {
 
 TEST_F(WatermarkMaker, TakesWhatTheProgramAnswers) {
     const auto nothing = [] {};
+    const auto answer = [this] { Answer(); };
+    const auto half = [this] {
+        Write(u"Size.x", u"120");
+        Signal();
+    };
     const struct {
         const char* name;
         std::function<void()> program;
@@ -169,29 +171,11 @@ TEST_F(WatermarkMaker, TakesWhatTheProgramAnswers) {
         const char* colorFile;
     } cases[] = {
         {"hangs or dies", nothing, nullptr, 0, 2, -1, kNone, "new"},
-        {"doesn't signal",
-         [this] {
-             Answer();
-             WaitForSingleObject(OwnedEvent(OpenEventW(EVENT_ALL_ACCESS, FALSE, u"0A1B2C3D.INI")).Get(), 0);
-         },
-         nullptr, 0, 2, 7, 120, "new"},
-        {"answers half",
-         [this] {
-             Write(u"Size.x", u"120");
-             Signal();
-         },
-         nullptr, 0, 2, -1, 120, "new"},
-        {"answers rubbish",
-         [this] {
-             Write(u"Size.x", u"wide");
-             Write(u"Result", u"\x7F!");
-             Signal();
-         },
-         nullptr, 0, 2, 0, 0, "new"},
-        {"without an event", [this] { Answer(); }, "CreateEventW", 1, 2, 7, 120, "new"},
+        {"answers half", half, nullptr, 0, 2, -1, 120, "new"},
+        {"without an event", answer, "CreateEventW", 1, 2, 7, 120, "new"},
         {"without an event and an answer", nothing, "CreateEventW", 1, 2, -1, kNone, "new"},
         {"doesn't start", nothing, "WinExec", 1, 0, 0, 0, "old"},
-        {"doesn't start again", [this] { Answer(); }, "WinExec", 2, 1, 0, 120, "new"},
+        {"doesn't start again", answer, "WinExec", 2, 1, 0, 120, "new"},
     };
     Install(kPdlPcl6, kColor);
     machine_.SetWaitsElapseAtOnce(true);
@@ -229,15 +213,6 @@ TEST_F(WatermarkMaker, WaitsTenSecondsForEachFile) {
     EXPECT_GE(host::CallsSoFar("GetPrivateProfileIntW") - before, 300u);
 }
 
-TEST_F(WatermarkMaker, NeedsItsProgram) {
-    Install(kPdlPcl5, kColorNone, false);
-    WatermarkRecord record = TextMark();
-    EXPECT_EQ(Make(&record), 0);
-    EXPECT_EQ(jobs_, Texts{});
-    EXPECT_EQ(ToText(record.fileName), ToText(file_));
-    EXPECT_EQ(record.resolution, 1200u);
-}
-
 TEST_F(WatermarkMaker, LeavesFilesOfTheSameNumberAlone) {
     Install(kPdlPcl5, kColorNone);
     const WideText settings = jobFile_;
@@ -249,27 +224,6 @@ TEST_F(WatermarkMaker, LeavesFilesOfTheSameNumberAlone) {
     EXPECT_EQ(Make(&record), -1);
     EXPECT_TRUE(WideText(record.fileName).ends_with(u"0A1B2C3E.WM"));
     EXPECT_EQ(ReadDriveFile(settings), "[Watermarks]\r\n");
-}
-
-TEST_F(WatermarkMaker, StartsNothingWithoutMemory) {
-    Install(kPdlPcl5, kColorNone);
-    VelmoraDevMode devMode = {};
-    const OwnedSheetContext context(CreateSheetContext(Printer(), kPrinterName, &devMode));
-    machine_.SetTickCount(kTick);
-    const Texts open = host::StillOpen();
-    uint64_t nth = 1;
-    for (bool isFailed = true; isFailed; ++nth) {
-        jobs_.clear();
-        WatermarkRecord record = TextMark();
-        host::FailAllocation(nth);
-        const int32_t result = MakeWatermarkFile(*context.Get(), &record, false);
-        isFailed = host::AllocationsSoFar() >= nth;
-        host::ClearFaults();
-        EXPECT_TRUE(result == 7 ? jobs_.size() == 1 : result == 0 && jobs_.empty()) << nth;
-        EXPECT_EQ(host::StillOpen(), open) << nth;
-        EXPECT_FALSE(DriveFileExists(jobFile_)) << nth;
-    }
-    EXPECT_GT(nth, 4u);
 }
 
 // Lists are compared with the store byte for byte, and short paths are shorter than the long ones.

@@ -176,7 +176,6 @@ TEST_F(WatermarkRules, ButtonsFollowWhatIsTypedSelectedAndEdited) {
         {"a built-in entry", 2, kBuiltIn, nullptr, 0, kNone},
         {"the user's", 2, kUsers, nullptr, 0, kOwn},
         {"no name", 2, kUsers, TEXT(""), 0, kNone},
-        {"no name, another size", 2, kUsers, TEXT(""), 9, kNone},
         {"a new name", 2, kBuiltIn, TEXT("New"), 0, kAdd},
         {"a new name for the user's", 2, kUsers, TEXT("New"), 0, {true, true, false}},
         {"the other of the user's", 2, kBuiltIn, TEXT("Ub"), 0, kDelete},
@@ -184,17 +183,13 @@ TEST_F(WatermarkRules, ButtonsFollowWhatIsTypedSelectedAndEdited) {
         {"a built-in entry's size", 2, kBuiltIn, nullptr, 9, kNone},
         {"the user's entry's size", 2, kUsers, nullptr, 9, kOwn},
         {"the user's entry's size and back", 2, kUsers, nullptr, 9, kOwn, true},
-        {"a new name and size", 2, kBuiltIn, TEXT("New"), 9, kAdd},
         {"a new name and size and back", 2, kBuiltIn, TEXT("New"), 9, kAdd, true},
-        {"a built-in name and another size", 2, kUsers, TEXT("Draft"), 9, kNone},
-        {"full: the user's", 10, kUsers, nullptr, 0, kOwn},
         {"full: a new name", 10, kBuiltIn, TEXT("New"), 0, kNone},
         {"full: a new name for the user's", 10, kUsers, TEXT("New"), 0, kChange},
         {"full: the other of the user's", 10, kBuiltIn, TEXT("Ub"), 0, kOwn},
         {"full: the name of a built-in one", 10, kUsers, TEXT("Draft"), 0, kAdd},
         {"full: the name of a built-in one, and size", 10, kUsers, TEXT("Draft"), 9, kNone},
         {"full: size", 10, kUsers, nullptr, 9, kOwn},
-        {"full: a built-in entry's size", 10, kBuiltIn, nullptr, 9, kNone},
     };
     int own = 0;
     for (const auto& row : rows) {
@@ -250,15 +245,6 @@ TEST_F(WatermarkRules, StoresNumbersWithinTheirRangesAndFacesOfTheList) {
     SelectWatermark(Context(), 9);
     EXPECT_EQ(choices.shade, (ShadedColor{kWhiteFamily, kLastShade, false}));
     EXPECT_EQ(Own().shadeMaxFlag, 0);
-
-    // Another of the user's by its name.
-    EditWatermarkName(Context(), TEXT("Ua"));
-    choices.face[0] = 0;
-    choices.size = {TEXT("x"), 60, kFewestPoints, kMostPoints};
-    ChangeWatermark(Context());
-    EXPECT_EQ(Edit().current, 8u);
-    EXPECT_EQ(driver_test::ToText(Entry(8).style.face), "Arial");
-    EXPECT_EQ(Entry(8).style.size, 60);
 
     for (const WCHAR* name : {TEXT("Draft"), TEXT("Unknown")}) {
         EditWatermarkName(Context(), name);
@@ -374,27 +360,6 @@ TEST_F(WatermarkRules, ChangesAreToldFromWhatIsCommittedAndStored) {
     }
 }
 
-TEST_F(WatermarkRules, RestoresTheBuiltInOnes) {
-    Open(1, 8);
-    Own().outputFlag = 1;
-    const std::vector<WatermarkRecord> fresh = Records(Context()->watermarks);
-    for (auto* const restore : {RestoreWatermarks, ResetBuiltinWatermarks}) {
-        for (size_t i = 0; i < 9; ++i) {
-            Entry(i).style = {TEXT("Symbol"), SYMBOL_CHARSET, {}, 1, 1, 9, 0, 0, 0, 0};
-            Entry(i).angle = Entry(i).placement = 9;
-        }
-        restore(Context());
-        for (size_t i = 0; i < 8; ++i) {
-            EXPECT_EQ(std::exchange(Entry(i).needsRemake, 0u), 1u);
-            EXPECT_EQ(memcmp(&Entry(i), &fresh[i], sizeof(fresh[i])), 0) << i;
-        }
-        EXPECT_EQ(Entry(8).style.size, 9);
-        EXPECT_EQ(ValueOf(Own().outputLevel), 0);
-    }
-    EXPECT_FALSE(Edit().choices.isOn);
-    EXPECT_EQ(ValueOf(Own().outputFlag), 0);
-}
-
 TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
     const struct {
         uint16_t capability;
@@ -423,17 +388,8 @@ TEST_F(WatermarkRules, ApplyWritesTheRenderedFileIntoTheDeviceMode) {
     EXPECT_TRUE(IsReady(*Context(), 8));
     EXPECT_FALSE(IsReady(*Context(), 0));
     EXPECT_EQ(SelectedReady(*Context()), 8);
-
-    Own().watermarkPages = 1;
-    Own().watermarkColor = 1;
-    Own().watermarkBold = Own().watermarkItalic = 1;
-    Own().watermarkOffsetX = Own().watermarkOffsetY = 1;
     SwitchWatermark(Context(), false);
     Apply();
-    const auto* const bytes = reinterpret_cast<const uint8_t*>(&Own());
-    const size_t first = offsetof(PrivateDevMode, watermarkFlags);
-    const size_t end = offsetof(PrivateDevMode, watermarkPosition) + sizeof(Own().watermarkPosition);
-    EXPECT_EQ(std::count(bytes + first, bytes + end, 0), static_cast<ptrdiff_t>(end - first));
     EXPECT_EQ(SelectedReady(*Context()), kNoneReady);
 }
 

@@ -1,6 +1,7 @@
 // The rendering program as the driver runs it: by a job's file, its answers in that file and its event.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -220,6 +221,13 @@ TEST_F(WatermarkProgram, DrawsPicturesScaledAndTurned) {
     constexpr COLORREF kRed = RGB(255, 0, 0);
     constexpr COLORREF kGreen = RGB(0, 255, 0);
     constexpr COLORREF kBlue = RGB(0, 0, 255);
+    using Corners = std::array<COLORREF, 4>;  // from the top left
+    constexpr Corners kUpright = {kRed, kGreen, kBlue, kPaper};
+    constexpr Corners kInGray = {RGB(73, 73, 73), RGB(154, 154, 154), RGB(26, 26, 26), kPaper};
+    constexpr Corners kNoInk = {kPaper, kPaper, kPaper, kPaper};
+    const Keys tilted = {{"Angle", "450"}, {"image.Scale.x", "1000"}, {"image.Scale.y", "1000"}};
+    const Keys tiny = {{"image.Scale.x", "1"}, {"image.Scale.y", "1"}};
+    const Keys forImages = {{"OutputFile", "C:\\out.WM"}, {"ImageDriver", "1"}};
     const struct {
         const char* name;
         std::string bitmap;
@@ -227,43 +235,19 @@ TEST_F(WatermarkProgram, DrawsPicturesScaledAndTurned) {
         DotBits dotBits;
         uint32_t width;
         uint32_t height;
-        COLORREF corners[4];  // from the top left
+        Corners corners;
     } cases[] = {
-        {"24 bits", BitmapOf(24), {}, kTrueColor, 4, 8, {kRed, kGreen, kBlue, kPaper}},
-        {"32 bits", BitmapOf(32), {}, kTrueColor, 4, 8, {kRed, kGreen, kBlue, kPaper}},
-        {"8 bits", BitmapOf(8), {}, kTrueColor, 4, 8, {kRed, kGreen, kBlue, kPaper}},
-        {"4 bits", BitmapOf(4), {}, kTrueColor, 4, 8, {kRed, kGreen, kBlue, kPaper}},
-        {"from the top", BitmapOf(24, true), {}, kTrueColor, 4, 8, {kRed, kGreen, kBlue, kPaper}},
-        {"192 dpi", BitmapOf(24, false, 7559), {}, kTrueColor, 2, 4, {kRed, kGreen, kBlue, kPaper}},
+        {"24 bits", BitmapOf(24), {}, kTrueColor, 4, 8, kUpright},
+        {"32 bits", BitmapOf(32), {}, kTrueColor, 4, 8, kUpright},
+        {"8 bits", BitmapOf(8), {}, kTrueColor, 4, 8, kUpright},
+        {"4 bits", BitmapOf(4), {}, kTrueColor, 4, 8, kUpright},
+        {"from the top", BitmapOf(24, true), {}, kTrueColor, 4, 8, kUpright},
+        {"192 dpi", BitmapOf(24, false, 7559), {}, kTrueColor, 2, 4, kUpright},
         {"turned", BitmapOf(24), {{"Angle", "900"}}, kTrueColor, 8, 4, {kGreen, kPaper, kRed, kBlue}},
-        {"turned by half",
-         BitmapOf(24),
-         {{"Angle", "450"}, {"image.Scale.x", "1000"}, {"image.Scale.y", "1000"}},
-         kTrueColor,
-         57,
-         57,
-         {kPaper, kPaper, kPaper, kPaper}},
-        {"scaled away",
-         BitmapOf(24),
-         {{"image.Scale.x", "1"}, {"image.Scale.y", "1"}},
-         kTrueColor,
-         1,
-         1,
-         {kPaper, kPaper, kPaper, kPaper}},
-        {"grey",
-         BitmapOf(24),
-         {{"OutputFile", "C:\\out.WM"}},
-         kGray,
-         4,
-         8,
-         {RGB(73, 73, 73), RGB(154, 154, 154), RGB(26, 26, 26), kPaper}},
-        {"an image model's",
-         BitmapOf(24),
-         {{"OutputFile", "C:\\out.WM"}, {"ImageDriver", "1"}},
-         kTrueColor,
-         4,
-         8,
-         {kRed, kGreen, kBlue, kPaper}},
+        {"turned by half", BitmapOf(24), tilted, kTrueColor, 57, 57, kNoInk},
+        {"scaled away", BitmapOf(24), tiny, kTrueColor, 1, 1, kNoInk},
+        {"grey", BitmapOf(24), {{"OutputFile", "C:\\out.WM"}}, kGray, 4, 8, kInGray},
+        {"an image model's", BitmapOf(24), forImages, kTrueColor, 4, 8, kUpright},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -285,6 +269,8 @@ TEST_F(WatermarkProgram, DrawsPicturesScaledAndTurned) {
 TEST_F(WatermarkProgram, SaysWhatItCannotRender) {
     Write("picture.bmp", BitmapOf(24));
     Write("text.bmp", "a text");
+    const Keys vast = {
+        {"image.Scale.x", "10000"}, {"image.Scale.y", "10000"}, {"Resolution", "9600"}, {"Angle", "450"}};
     const struct {
         const char* name;
         Keys job;
@@ -304,9 +290,7 @@ TEST_F(WatermarkProgram, SaysWhatItCannotRender) {
         {"another file", PictureJob({{"image.File", "C:\\text.bmp"}}), kUnknownPicture},
         {"letters too large", TextJob({{"text.PtSize", "500"}, {"Resolution", "1200"}}), kTooLarge},
         {"text too long", TextJob({{"text.PtSize", "400"}, {"text.String", std::string(63, 'W')}}), kTooLarge},
-        {"picture too large",
-         PictureJob({{"image.Scale.x", "10000"}, {"image.Scale.y", "10000"}, {"Resolution", "9600"}, {"Angle", "450"}}),
-         kTooLarge},
+        {"picture too large", PictureJob(vast), kTooLarge},
         {"blanks", TextJob({{"text.String", "\"  \""}}), kNothingToDraw},
         {"no drawing", TextJob(), kDrawingFailed, "CreateDIBSection"},
         {"no text's drawing", TextJob(), kDrawingFailed, "ExtTextOutW"},
