@@ -2,10 +2,11 @@
 // the published structures and entry points.
 #pragma once
 
+#include <windows.h>
+
 #include <compstui.h>
 #include <prsht.h>
 #include <winddiui.h>
-#include <windows.h>
 #include <winspool.h>
 
 #include <cstddef>
