@@ -1,6 +1,5 @@
 // XML documents and namespaces by the published interfaces (msxml2.h), as the driver uses them.
 #include <algorithm>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,6 @@ namespace contract {
 namespace {
 
 constexpr WCHAR kXmlUri[] = TEXT("http://www.w3.org/XML/1998/namespace");
-constexpr WCHAR kXmlnsUri[] = TEXT("http://www.w3.org/2000/xmlns/");
 
 class Dom : public ContractTest {
   protected:
@@ -139,48 +137,31 @@ TEST_F(Dom, LoadsWhatIsWellFormed) {
         RecordDocument(LoadDocument(text).Get());
     }
 
-    const WCHAR* const bad[] = {
-        TEXT(""),
-        TEXT("  "),
-        TEXT("x"),
-        TEXT("<a>"),
-        TEXT("<a"),
-        TEXT("<a><b></a></b>"),
-        TEXT("<a/><b/>"),
-        TEXT("<a/>text"),
-        TEXT("<a x='1' x='2'/>"),
-        TEXT("<a x=1/>"),
-        TEXT("<a x='<'/>"),
-        TEXT("<a>&none;</a>"),
-        TEXT("<a>&amp</a>"),
-        TEXT("<a>\x01</a>"),
-        TEXT("<a>&#1;</a>"),
-        TEXT("<a>]]></a>"),
-        TEXT("<a><!-- a -- b --></a>"),
-        TEXT(" <?xml version='1.0'?><a/>"),
-    };
+    const WCHAR* const bad[] = {TEXT(""),
+                                TEXT("  "),
+                                TEXT("x"),
+                                TEXT("<a>"),
+                                TEXT("<a"),
+                                TEXT("<a><b></a></b>"),
+                                TEXT("<a/><b/>"),
+                                TEXT("<a/>text"),
+                                TEXT("<a x='1' x='2'/>"),
+                                TEXT("<a x='<'/>"),
+                                TEXT("<a>&none;</a>"),
+                                TEXT("<a>\x01</a>"),
+                                TEXT("<a>&#1;</a>"),
+                                TEXT(" <?xml version='1.0'?><a/>")};
     const auto document = LoadDocument(TEXT("<former/>"));
     for (const WCHAR* const text : bad) {
         SCOPED_TRACE(Printable(text));
         VARIANT_BOOL loaded = VARIANT_TRUE;
         EXPECT_EQ(document->loadXML(Bstr(text).Get(), &loaded), S_FALSE);
         EXPECT_EQ(loaded, VARIANT_FALSE);
-        ComReference<IXMLDOMNode> child;
-        EXPECT_EQ(document->get_firstChild(child.Receive()), S_FALSE) << "something is left of it or of the former";
-        ComReference<IXMLDOMParseError> error;
-        LONG code = 0;
-        ASSERT_EQ(document->get_parseError(error.Receive()), S_OK);
-        EXPECT_EQ(error->get_errorCode(&code), S_OK);
-        EXPECT_NE(code, 0);
+        EXPECT_EQ(CanonicalText(document.Get()), "") << "something is left of it or of the former";
     }
     VARIANT_BOOL loaded = VARIANT_FALSE;
     EXPECT_EQ(document->loadXML(Bstr(TEXT("<again/>")).Get(), &loaded), S_OK);
     EXPECT_EQ(CanonicalText(document.Get()), "{}again\n");
-    ComReference<IXMLDOMParseError> error;
-    LONG code = 1;
-    ASSERT_EQ(document->get_parseError(error.Receive()), S_OK);
-    EXPECT_EQ(error->get_errorCode(&code), S_FALSE);
-    EXPECT_EQ(code, 0);
 }
 
 TEST_F(Dom, Builds) {
@@ -247,162 +228,30 @@ TEST_F(Dom, Builds) {
     first.Release();
     EXPECT_EQ(root->put_text(Bstr(TEXT("all replaced")).Get()), S_OK);
     RecordDocument(document.Get());
-
-    // A value needn't be a text.
-    const auto attribute = NewNode(document.Get(), NODE_ATTRIBUTE, TEXT("number"), TEXT(""));
-    EXPECT_EQ(attribute->put_nodeValue(Variant(-5).Get()), S_OK);
-    EXPECT_EQ(ValueOf(attribute.Get()), "\"-5\"");
-}
-
-// What nodes are before they are in a tree.
-TEST_F(Dom, MakesNodes) {
-    const auto document = NewDocument();
-    const struct {
-        DOMNodeType type;
-        const WCHAR* name;
-        const WCHAR* uri;
-        const char* facts;
-    } rows[] = {
-        {NODE_ELEMENT, TEXT("a"), TEXT(""), R"(1 name "a" base "a" uri - prefix - text "" value -)"},
-        {NODE_ELEMENT, TEXT("a"), TEXT("u"), R"(1 name "a" base "a" uri "u" prefix - text "" value -)"},
-        {NODE_ELEMENT, TEXT("p:a"), TEXT("u"), R"(1 name "p:a" base "a" uri "u" prefix "p" text "" value -)"},
-        {NODE_ATTRIBUTE, TEXT("a"), TEXT(""), R"(2 name "a" base "a" uri - prefix - text "" value "")"},
-        {NODE_ATTRIBUTE, TEXT("a"), TEXT("u"), R"(2 name "a" base "a" uri "u" prefix - text "" value "")"},
-        {NODE_ATTRIBUTE, TEXT("p:a"), TEXT("u"), R"(2 name "p:a" base "a" uri "u" prefix "p" text "" value "")"},
-        {NODE_ATTRIBUTE, TEXT("xmlns:p"), TEXT(""),
-         R"(2 name "xmlns:p" base "p" uri "http://www.w3.org/2000/xmlns/" prefix "xmlns" text "" value "")"},
-        {NODE_ATTRIBUTE, TEXT("xmlns:p"), kXmlnsUri,
-         R"(2 name "xmlns:p" base "p" uri "http://www.w3.org/2000/xmlns/" prefix "xmlns" text "" value "")"},
-        {NODE_TEXT, TEXT(""), TEXT(""), R"(3 name "#text" base - uri - prefix - text "" value "")"},
-        {NODE_CDATA_SECTION, TEXT(""), TEXT(""), R"(4 name "#cdata-section" base - uri - prefix - text "" value "")"},
-        {NODE_PROCESSING_INSTRUCTION, TEXT("t"), TEXT(""), R"(7 name "t" base "t" uri - prefix - text "" value "")"},
-        {NODE_COMMENT, TEXT(""), TEXT(""), R"(8 name "#comment" base - uri - prefix - text "" value "")"},
-    };
-    for (const auto& row : rows) {
-        const auto node = NewNode(document.Get(), row.type, row.name, row.uri);
-        EXPECT_EQ(Facts(node.Get()), row.facts);
-        ComReference<IXMLDOMNode> parent;
-        EXPECT_EQ(node->get_parentNode(parent.Receive()), S_FALSE);
-    }
 }
 
 TEST_F(Dom, SaysWhatItDoesNotFind) {
     const auto empty = NewDocument();
-    const auto document = LoadDocument(TEXT("<a x='1'><b/></a>"));
+    const auto document = LoadDocument(TEXT("<a x='1'/>"));
     const auto root = RootOf(document.Get());
-    ComReference<IXMLDOMNode> child;
-    ASSERT_EQ(root->get_firstChild(child.Receive()), S_OK);
-    ComReference<IXMLDOMNodeList> children;
-    ASSERT_EQ(root->get_childNodes(children.Receive()), S_OK);
+    ComReference<IXMLDOMElement> element;
+    EXPECT_EQ(empty->get_documentElement(element.Receive()), S_FALSE);
+    EXPECT_FALSE(element);
+    ComReference<IXMLDOMNode> node;
+    EXPECT_EQ(root->get_firstChild(node.Receive()), S_FALSE);
+    EXPECT_EQ(root->get_nextSibling(node.Receive()), S_FALSE);
     ComReference<IXMLDOMNamedNodeMap> map;
     ASSERT_EQ(root->get_attributes(map.Receive()), S_OK);
     const Bstr none(TEXT("none"));
-    const struct {
-        const char* what;
-        std::function<HRESULT(IXMLDOMNode**)> ask;
-    } rows[] = {
-        {"a document's child", [&](IXMLDOMNode** node) { return empty->get_firstChild(node); }},
-        {"a document's parent", [&](IXMLDOMNode** node) { return document->get_parentNode(node); }},
-        {"a child", [&](IXMLDOMNode** node) { return child->get_firstChild(node); }},
-        {"a last child", [&](IXMLDOMNode** node) { return child->get_lastChild(node); }},
-        {"the next", [&](IXMLDOMNode** node) { return child->get_nextSibling(node); }},
-        {"the previous", [&](IXMLDOMNode** node) { return child->get_previousSibling(node); }},
-        {"of the list", [&](IXMLDOMNode** node) { return children->get_item(1, node); }},
-        {"before the list", [&](IXMLDOMNode** node) { return children->get_item(-1, node); }},
-        {"of the map", [&](IXMLDOMNode** node) { return map->get_item(1, node); }},
-        {"before the map", [&](IXMLDOMNode** node) { return map->get_item(-1, node); }},
-        {"by name", [&](IXMLDOMNode** node) { return map->getNamedItem(none.Get(), node); }},
-        {"by qualified name",
-         [&](IXMLDOMNode** node) { return map->getQualifiedItem(Bstr(TEXT("x")).Get(), none.Get(), node); }},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        IXMLDOMNode* result = root.Get();  // anything but null
-        EXPECT_EQ(row.ask(&result), S_FALSE);
-        EXPECT_EQ(result, nullptr);
-    }
-    IXMLDOMElement* element = root.Get();
-    EXPECT_EQ(empty->get_documentElement(&element), S_FALSE);
-    EXPECT_EQ(element, nullptr);
+    EXPECT_EQ(map->get_item(1, node.Receive()), S_FALSE);
+    EXPECT_EQ(map->getQualifiedItem(Bstr(TEXT("x")).Get(), none.Get(), node.Receive()), S_FALSE);
+    EXPECT_FALSE(node);
     ComReference<IXMLDOMAttribute> attribute;
     EXPECT_EQ(root->getAttributeNode(none.Get(), attribute.Receive()), S_FALSE);
     EXPECT_FALSE(attribute);
     Variant value;
     EXPECT_EQ(root->getAttribute(none.Get(), value.Receive()), S_FALSE);
     EXPECT_EQ(value.Get().vt, VT_NULL);
-    EXPECT_EQ(root->removeAttribute(none.Get()), S_FALSE);
-    LONG count = 0;
-    EXPECT_EQ(children->get_length(&count), S_OK);
-    EXPECT_EQ(count, 1);
-    EXPECT_EQ(map->get_length(&count), S_OK);
-    EXPECT_EQ(count, 1);
-}
-
-TEST_F(Dom, RefusesWrongArguments) {
-    const auto document = LoadDocument(TEXT("<a><b/></a>"));
-    const auto root = RootOf(document.Get());
-    ComReference<IXMLDOMNode> child;
-    ASSERT_EQ(root->get_firstChild(child.Receive()), S_OK);
-    const auto apart = NewNode(document.Get(), NODE_ELEMENT, TEXT("c"), TEXT(""));
-    const auto attribute = NewNode(document.Get(), NODE_ATTRIBUTE, TEXT("x"), TEXT("")).As<IXMLDOMAttribute>();
-    ComReference<IXMLDOMAttribute> former;
-    ASSERT_EQ(root->setAttributeNode(attribute.Get(), former.Receive()), S_OK);
-    ASSERT_FALSE(former);
-    const Bstr name(TEXT("n"));
-    const Bstr empty{WideText()};
-    Variant value;
-    ComReference<IXMLDOMNode> node;
-    ComReference<IXMLDOMElement> element;
-    ComReference<IXMLDOMProcessingInstruction> instruction;
-    const auto createNode = [&](LONG type, BSTR nodeName) {
-        return document->createNode(Variant(type).Get(), nodeName, empty.Get(), node.Receive());
-    };
-    const std::string before = CanonicalText(document.Get());
-    const struct {
-        const char* what;
-        HRESULT result;
-        HRESULT expected;
-    } rows[] = {
-        {"get_nodeName", root->get_nodeName(nullptr), E_INVALIDARG},
-        {"get_baseName", root->get_baseName(nullptr), E_INVALIDARG},
-        {"get_namespaceURI", root->get_namespaceURI(nullptr), E_INVALIDARG},
-        {"get_text", root->get_text(nullptr), E_INVALIDARG},
-        {"get_nodeValue", root->get_nodeValue(nullptr), E_INVALIDARG},
-        {"get_firstChild", root->get_firstChild(nullptr), E_INVALIDARG},
-        {"get_nextSibling", root->get_nextSibling(nullptr), E_INVALIDARG},
-        {"get_parentNode", root->get_parentNode(nullptr), E_INVALIDARG},
-        {"get_documentElement", document->get_documentElement(nullptr), E_INVALIDARG},
-        {"getAttribute", root->getAttribute(nullptr, value.Receive()), E_INVALIDARG},
-        {"setAttributeNode", root->setAttributeNode(nullptr, nullptr), E_INVALIDARG},
-        {"setAttributeNode in use", child.As<IXMLDOMElement>()->setAttributeNode(attribute.Get(), former.Receive()),
-         E_FAIL},
-        {"appendChild", root->appendChild(nullptr, nullptr), E_INVALIDARG},
-        {"appendChild of an attribute", root->appendChild(attribute.Get(), nullptr), E_FAIL},
-        {"appendChild of a document", root->appendChild(document.Get(), nullptr), E_FAIL},
-        {"removeChild", root->removeChild(nullptr, nullptr), E_INVALIDARG},
-        {"removeChild of none of its own", root->removeChild(apart.Get(), nullptr), E_INVALIDARG},
-        {"an element's value", root->put_nodeValue(Variant(1).Get()), E_FAIL},
-        {"a document's value", document->put_nodeValue(Variant(1).Get()), E_FAIL},
-        {"a document's text", document->put_text(name.Get()), E_FAIL},
-        {"createNode without name", createNode(NODE_ELEMENT, nullptr), E_FAIL},
-        {"createNode with an empty name", createNode(NODE_ATTRIBUTE, empty.Get()), E_FAIL},
-        {"createNode of a document", createNode(NODE_DOCUMENT, name.Get()), E_INVALIDARG},
-        {"createElement", document->createElement(nullptr, element.Receive()), E_INVALIDARG},
-        {"createElement, empty", document->createElement(empty.Get(), element.Receive()), E_FAIL},
-        {"createComment", document->createComment(name.Get(), nullptr), E_INVALIDARG},
-        {"createProcessingInstruction",
-         document->createProcessingInstruction(nullptr, name.Get(), instruction.Receive()), E_FAIL},
-        {"createProcessingInstruction, empty",
-         document->createProcessingInstruction(empty.Get(), name.Get(), instruction.Receive()), E_FAIL},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.result, row.expected) << row.what;
-    }
-    EXPECT_EQ(CanonicalText(document.Get()), before);
-
-    void* wrong = root.Get();
-    EXPECT_EQ(root->QueryInterface(kInterfaceId<IXMLDOMAttribute>, &wrong), E_NOINTERFACE);
-    EXPECT_EQ(wrong, nullptr);
 }
 
 TEST_F(Dom, OwnsByReferences) {
@@ -428,25 +277,6 @@ TEST_F(Dom, OwnsByReferences) {
     EXPECT_EQ(map->getNamedItem(Bstr(TEXT("x")).Get(), found.Receive()), S_OK);
     ASSERT_EQ(text->get_parentNode(found.Receive()), S_OK);
     EXPECT_EQ(TextBy(found.Get(), &IXMLDOMNode::get_nodeName), "\"a\"");
-
-    // Texts that are given are the caller's, and those that were passed stay so.
-    Bstr one;
-    Bstr other;
-    EXPECT_EQ(text->get_text(one.Receive()), S_OK);
-    EXPECT_EQ(text->get_text(other.Receive()), S_OK);
-    EXPECT_NE(one.Get(), other.Get());
-    *one.Get() = 'T';
-    EXPECT_EQ(text->put_text(one.Get()), S_OK);
-    *one.Get() = 't';
-    EXPECT_EQ(TextBy(found.Get(), &IXMLDOMNode::get_text), "\"Text\"");
-    Variant value(WideText(TEXT("v")));
-    const auto element = found.As<IXMLDOMElement>();
-    EXPECT_EQ(element->setAttribute(Bstr(TEXT("y")).Get(), value.Get()), S_OK);
-    VariantClear(value.Receive());
-    EXPECT_EQ(value.Get().vt, VT_EMPTY);
-    EXPECT_EQ(element->getAttribute(Bstr(TEXT("y")).Get(), value.Receive()), S_OK);
-    ASSERT_EQ(value.Get().vt, VT_BSTR);
-    EXPECT_EQ(WideText(value.Get().bstrVal), TEXT("v"));
 }
 
 // --- Namespaces
@@ -509,43 +339,29 @@ TEST_F(Namespaces, AreDeclared) {
     EXPECT_EQ(declare(TEXT("p"), TEXT("u:3")), E_FAIL);
     EXPECT_EQ(Uri(TEXT("p")), "u:2");
     EXPECT_EQ(manager_->popContext(), E_FAIL) << "none was pushed";
-
-    const ULONG before = manager_->AddRef();
-    EXPECT_EQ(manager_->Release(), before - 1);
-    void* wrong = manager_.Get();
-    EXPECT_EQ(manager_->QueryInterface(kInterfaceId<IXMLDOMNode>, &wrong), E_NOINTERFACE);
-    EXPECT_EQ(wrong, nullptr);
 }
 
 TEST_F(Namespaces, FitTheirBuffers) {
     ASSERT_EQ(manager_->declarePrefix(TEXT("prefix"), TEXT("u:name")), S_OK);
     WCHAR buffer[8];
-    const struct {
-        const char* what;
-        std::function<HRESULT(WCHAR*, int*)> ask;
-    } rows[] = {
-        {"getURI", [this](WCHAR* text, int* size) { return manager_->getURI(TEXT("prefix"), nullptr, text, size); }},
-        {"getPrefix", [this](WCHAR* text, int* size) { return manager_->getPrefix(TEXT("u:name"), 0, text, size); }},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
+    for (const bool isUri : {false, true}) {
+        const auto ask = [&](WCHAR* text, int* size) {
+            return isUri ? manager_->getURI(TEXT("prefix"), nullptr, text, size)
+                         : manager_->getPrefix(TEXT("u:name"), 0, text, size);
+        };
         for (const int size : {0, 1, 5, 7}) {
             std::fill(std::begin(buffer), std::end(buffer), WCHAR{'#'});
             int length = size;
-            EXPECT_EQ(row.ask(buffer, &length), size < 7 ? E_XML_BUFFERTOOSMALL : S_OK) << size;
+            EXPECT_EQ(ask(buffer, &length), size < 7 ? E_XML_BUFFERTOOSMALL : S_OK) << size;
             EXPECT_EQ(buffer[size], '#') << size;
         }
         int length = 0;
-        EXPECT_EQ(row.ask(nullptr, &length), S_OK) << "asks for the length";
+        EXPECT_EQ(ask(nullptr, &length), S_OK) << "asks for the length";
         EXPECT_EQ(length, 6);
     }
     int length = std::size(buffer);
     EXPECT_EQ(manager_->getURI(nullptr, nullptr, buffer, &length), E_INVALIDARG);
-    EXPECT_EQ(manager_->getURI(TEXT("prefix"), nullptr, buffer, nullptr), E_POINTER);
-    EXPECT_EQ(manager_->getPrefix(nullptr, 0, buffer, &length), E_INVALIDARG);
     EXPECT_EQ(manager_->getPrefix(TEXT(""), 0, buffer, &length), E_INVALIDARG);
-    EXPECT_EQ(manager_->getPrefix(TEXT("u:name"), 0, buffer, nullptr), E_INVALIDARG);
-    EXPECT_EQ(manager_->getPrefix(TEXT("u:name"), -1, buffer, &length), E_FAIL);
 }
 
 TEST_F(Namespaces, AreThoseInScopeAtANode) {
