@@ -12,7 +12,6 @@ namespace {
 
 using driver_test::With;
 
-constexpr const char* kModel = "VELMORA-C3200.XPI";
 constexpr WCHAR kDeviceInfo[] = TEXT("DeviceInfo");
 
 // Controls of the page and of notices.
@@ -22,30 +21,16 @@ constexpr int kInstalled = 11007;
 constexpr int kRemove = 11008;
 constexpr int kNoticeOk = 1604;
 
-// Words of the printer data "DeviceInfo".
-struct DeviceInfo {
-    DWORD installedOptions;
-    DWORD secondTray;
-    DWORD optionFlags;
-    DWORD memoryKey;
-
-    bool operator==(const DeviceInfo&) const = default;
-};
 constexpr DWORD kNotApplicable = 0xFFFFFFFF;
 
-DeviceInfo StoredInfo(const InstalledPrinter& printer) {
-    DeviceInfo info = {};
-    const PrinterData data = printer.Data();
-    const auto value = data.find(kDeviceInfo);
-    if (value != data.end() && value->second.bytes.size() == sizeof(info)) {
-        memcpy(&info, value->second.bytes.data(), sizeof(info));
-    }
-    return info;
+std::string Text(const Device& device) {
+    return Hex(reinterpret_cast<const BYTE*>(&device), sizeof(device));
 }
 
-std::string Text(const DeviceInfo& info) {
-    return std::to_string(info.installedOptions) + ' ' + std::to_string(info.secondTray) + ' ' +
-           std::to_string(info.optionFlags) + ' ' + std::to_string(info.memoryKey);
+// The printer data "DeviceInfo" as text.
+std::string StoredText(const InstalledPrinter& printer) {
+    const std::vector<BYTE> bytes = printer.Data().at(kDeviceInfo).bytes;
+    return Hex(bytes.data(), bytes.size());
 }
 
 // A top-level window that keeps which printers it is told of.
@@ -87,7 +72,7 @@ class ChangeListener {
 };
 
 // Moves an item of one list to the other.
-Step Install(int item) {
+Step Add(int item) {
     return [item] {
         SelectInList(kAvailable, item);
         PressButton(kInstall);
@@ -110,43 +95,41 @@ TEST_F(DeviceSheet, KeepsWhatIsInstalled) {
         PressButton(kInstall);
         PressButton(kRemove);
     };
-    const DeviceInfo bare = {3, 0, 0, 5};
-    const DeviceInfo whole = {7, 1, 1, 5};
     const struct {
         const char* title;
-        DeviceInfo before;
+        Device before;
         std::vector<Step> steps;
         LONG result;
         size_t commits;
-        DeviceInfo after;
+        Device after;
     } cases[] = {
-        {"nothing changed", bare, {ok}, CPSUI_OK, 0, bare},
-        {"nothing selected", bare, {pressBoth, Describe("pressed"), ok}, CPSUI_OK, 0, bare},
-        {"the tray", bare, {Install(0), Describe("installed"), ok}, CPSUI_OK, 1, {7, 1, 0, 5}},
-        {"the duplex unit", bare, {Install(1), Describe("installed"), ok}, CPSUI_OK, 1, {3, 0, 1, 5}},
-        {"one by one", bare, {Install(0), apply, Describe("applied"), Install(0), apply, ok}, CPSUI_OK, 2, whole},
-        {"there and back", bare, {Install(0), Remove(0), apply, ok}, CPSUI_OK, 1, bare},
-        {"removed", whole, {Remove(1), Remove(0), Describe("removed"), ok}, CPSUI_OK, 1, bare},
-        {"cancelled", bare, {Install(0), Install(0), cancel}, CPSUI_CANCEL, 0, bare},
-        {"cancelled after applying", bare, {Install(1), apply, Remove(0), cancel}, CPSUI_OK, 1, {3, 0, 1, 5}},
+        {"nothing changed", kBare, {ok}, CPSUI_OK, 0, kBare},
+        {"nothing selected", kBare, {pressBoth, Describe("pressed"), ok}, CPSUI_OK, 0, kBare},
+        {"the tray", kBare, {Add(0), Describe("installed"), ok}, CPSUI_OK, 1, {7, 1, 0, 5}},
+        {"the duplex unit", kBare, {Add(1), Describe("installed"), ok}, CPSUI_OK, 1, {3, 0, 1, 5}},
+        {"one by one", kBare, {Add(0), apply, Describe("applied"), Add(0), apply, ok}, CPSUI_OK, 2, kWhole},
+        {"there and back", kBare, {Add(0), Remove(0), apply, ok}, CPSUI_OK, 1, kBare},
+        {"removed", kWhole, {Remove(1), Remove(0), Describe("removed"), ok}, CPSUI_OK, 1, kBare},
+        {"cancelled", kBare, {Add(0), Add(0), cancel}, CPSUI_CANCEL, 0, kBare},
+        {"cancelled after applying", kBare, {Add(1), apply, Remove(0), cancel}, CPSUI_OK, 1, {3, 0, 1, 5}},
         {"no tray can be",
          {3, kNotApplicable, 0, 5},
-         {Describe("shown"), Install(0), ok},
+         {Describe("shown"), Add(0), ok},
          CPSUI_OK,
          1,
          {7, kNotApplicable, 1, 5}},
-        {"no duplex unit can be", {3, 0, kNotApplicable, 5}, {Install(0), ok}, CPSUI_OK, 1, {7, 1, kNotApplicable, 5}},
-        {"the stapler stays", {3, 0, 4, 5}, {Install(1), ok}, CPSUI_OK, 1, {3, 0, 5, 5}},
+        {"no duplex unit can be", {3, 0, kNotApplicable, 5}, {Add(0), ok}, CPSUI_OK, 1, {7, 1, kNotApplicable, 5}},
+        {"the stapler stays", {3, 0, 4, 5}, {Add(1), ok}, CPSUI_OK, 1, {3, 0, 5, 5}},
     };
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
     for (const auto& c : cases) {
         SCOPED_TRACE(c.title);
         Record(c.title);
-        printer.SetData(kDeviceInfo, REG_BINARY, &c.before, sizeof(c.before));
+        Install(printer, c.before);
         const PrinterData before = printer.Data();
         const ChangeListener listener;
         EXPECT_EQ(ShowDeviceSheet(printer, c.steps), c.result);
-        EXPECT_EQ(Text(StoredInfo(printer)), Text(c.after));
+        EXPECT_EQ(StoredText(printer), Text(c.after));
         EXPECT_EQ(listener.Printers(), std::vector<WideText>(c.commits, printer.Name()));
         PrinterData after = printer.Data();
         after[kDeviceInfo] = before.at(kDeviceInfo);
@@ -156,17 +139,13 @@ TEST_F(DeviceSheet, KeepsWhatIsInstalled) {
 
 TEST_F(DeviceSheet, InEveryLanguage) {
     // A device mode that the model refuses: a banner on both sides.
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
-    const DeviceInfo info = {3, 0, 1, 0};
-    printer.SetData(kDeviceInfo, REG_BINARY, &info, sizeof(info));
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    constexpr Device kDevice = {3, 0, 1, 0};
+    Install(printer, kDevice);
     printer.SetDevMode(With(*DefaultDevMode(printer, printer.Name()).content, "dmPaperSize=600 dmDuplex=2").publicPart);
-    for (const Language& language : kLanguages) {
-        SCOPED_TRACE(language.name);
-        Record(language.name);
-        environment_->SetLanguage(language.id);
-        printer.SetData(kDeviceInfo, REG_BINARY, &info, sizeof(info));
+    InEachLanguage([&] {
+        Install(printer, kDevice);
         const ChangeListener listener;
-        const std::string suffix = std::string("-") + language.name;
         // Away from the screen's edges: the notice is wider than the sheet that it is centred on.
         const Step move = [] {
             SetWindowPos(FrontDialog(), nullptr, 100, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -174,12 +153,12 @@ TEST_F(DeviceSheet, InEveryLanguage) {
         const std::vector<Step> steps = {
             move,
             Describe("page"),
-            TakePicture(*environment_, "device" + suffix),
-            Install(0),
+            Picture("device"),
+            Add(0),
             InSheet(PSBTN_OK),
             Describe("notice"),
-            TakePicture(*environment_, "conflict" + suffix),
-            [] { PressButton(kNoticeOk); },
+            Picture("conflict"),
+            Press(kNoticeOk),
             Describe("after the notice"),
             InSheet(PSBTN_OK),  // the page still counts as changed
             [] { PressKey(VK_ESCAPE); },
@@ -187,13 +166,12 @@ TEST_F(DeviceSheet, InEveryLanguage) {
         };
         EXPECT_EQ(ShowDeviceSheet(printer, steps), CPSUI_CANCEL);
         EXPECT_EQ(listener.Printers().size(), 0u);
-    }
+    });
 }
 
 TEST_F(DeviceSheet, ByTheKeyboardAlone) {
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
-    const DeviceInfo bare = {3, 0, 0, 5};
-    printer.SetData(kDeviceInfo, REG_BINARY, &bare, sizeof(bare));
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Install(printer, kBare);
     std::vector<Step> steps;
     const auto press = [&steps](const char* name, WORD key, std::initializer_list<WORD> modifiers = {}) {
         const std::vector<WORD> held = modifiers;
@@ -208,11 +186,9 @@ TEST_F(DeviceSheet, ByTheKeyboardAlone) {
     // The access keys of the two lists are those of the labels before them.
     const auto accessKey = [&steps](int control) {
         steps.push_back([control] {
-            const WideText text = TextOf(Control(control));
-            const size_t mark = text.find('&');
-            ASSERT_LT(mark + 1, text.size()) << "no access key";
-            const WCHAR key = text[mark + 1];
-            PressKey(static_cast<WORD>(key >= 'a' && key <= 'z' ? key - ('a' - 'A') : key), {VK_MENU});
+            const WORD key = AccessKeyOf(TextOf(Control(control)));
+            ASSERT_NE(key, 0) << "no access key";
+            PressKey(key, {VK_MENU});
         });
         steps.push_back([control] {
             Record("access key of " + std::to_string(control) + ": focus " + std::to_string(FocusedControl()));
@@ -233,26 +209,25 @@ TEST_F(DeviceSheet, ByTheKeyboardAlone) {
     accessKey(11003);
     steps.push_back([] { PressKey(VK_RETURN); });
     EXPECT_EQ(ShowDeviceSheet(printer, steps), CPSUI_OK);
-    EXPECT_EQ(Text(StoredInfo(printer)), Text({7, 1, 1, 5}));
+    EXPECT_EQ(StoredText(printer), Text({7, 1, 1, 5}));
 
     EXPECT_EQ(ShowDeviceSheet(printer, {[] { PressKey(VK_ESCAPE); }}), CPSUI_CANCEL);
 }
 
 TEST_F(DeviceSheet, RefusedByItsHost) {
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
     EXPECT_LT(ShowDeviceSheet(printer, {}, 1), 0);
 }
 
 TEST_F(DeviceSheet, ByPrinterProperties) {
-    InstalledPrinter printer(*environment_, PackageOf(kModel));
-    const DeviceInfo bare = {3, 0, 0, 5};
-    printer.SetData(kDeviceInfo, REG_BINARY, &bare, sizeof(bare));
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Install(printer, kBare);
     // The driver's export hands on to the spooler's client.
     BOOL shown = FALSE;
-    RunWithUser(*environment_, {Install(0), InSheet(PSBTN_OK)},
+    RunWithUser(*environment_, {Add(0), InSheet(PSBTN_OK)},
                 [&] { shown = printer.Driver().PrinterProperties(nullptr, printer.Handle()); });
     EXPECT_TRUE(shown);
-    EXPECT_EQ(Text(StoredInfo(printer)), Text({7, 1, 0, 5}));
+    EXPECT_EQ(StoredText(printer), Text({7, 1, 0, 5}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "driver/ptprovider/print_schema.h"
 #include "tests/contract/transcript.h"
 
 namespace contract {
@@ -34,10 +35,21 @@ ComReference<IXMLDOMDocument2> NewDocument() {
 ComReference<IXMLDOMDocument2> LoadDocument(const WideText& text) {
     auto document = NewDocument();
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    if (document->loadXML(Bstr(text).Get(), &loaded) != S_OK || loaded != VARIANT_TRUE) {
+    if (document->loadXML(OwnedBstr(text.c_str()).Get(), &loaded) != S_OK || loaded != VARIANT_TRUE) {
         throw std::runtime_error("not well-formed: " + Printable(text));
     }
     return document;
+}
+
+ComReference<IXMLDOMDocument2> LoadDocument(const std::string& text) {
+    WideText whole(text.begin(), text.end());
+    for (const velmora::StandardNamespace& standard : velmora::kStandardNamespaces) {
+        const WideText shortForm = TEXT("{") + WideText(standard.prefix) + TEXT("}");
+        for (size_t place = 0; (place = whole.find(shortForm, place)) != WideText::npos;) {
+            whole.replace(place, shortForm.size(), standard.uri);
+        }
+    }
+    return LoadDocument(whole);
 }
 
 ComReference<IMXNamespaceManager> NewNamespaceManager() {
@@ -47,19 +59,23 @@ ComReference<IMXNamespaceManager> NewNamespaceManager() {
 ComReference<IXMLDOMNode> NewNode(IXMLDOMDocument2* document, DOMNodeType type, const WideText& name,
                                   const WideText& uri) {
     ComReference<IXMLDOMNode> node;
-    Check(document->createNode(Variant(type).Get(), Bstr(name).Get(), Bstr(uri).Get(), node.Receive()), "createNode");
+    Check(document->createNode(Variant(type).Get(), OwnedBstr(name.c_str()).Get(), OwnedBstr(uri.c_str()).Get(),
+                               node.Receive()),
+          "createNode");
     return node;
 }
 
 void SetAttributeNode(IXMLDOMDocument2* document, IXMLDOMNode* element, const WideText& name, const WideText& uri,
                       const WideText& value) {
-    const auto attribute = NewNode(document, NODE_ATTRIBUTE, name, uri).As<IXMLDOMAttribute>();
-    Check(attribute->put_nodeValue(Variant(value).Get()), "put_nodeValue");
-    void* owner = nullptr;
-    Check(element->QueryInterface(kInterfaceId<IXMLDOMElement>, &owner), "QueryInterface of an element");
-    const ComReference<IXMLDOMElement> ownerElement(static_cast<IXMLDOMElement*>(owner));
+    const auto node = NewNode(document, NODE_ATTRIBUTE, name, uri);
+    Check(node->put_nodeValue(Variant(value).Get()), "put_nodeValue");
+    ComReference<IXMLDOMAttribute> attribute;
+    Check(node.Query(kInterfaceId<IXMLDOMAttribute>, &attribute), "QueryInterface of an attribute");
+    ComReference<IXMLDOMElement> owner;
+    Check(ComReference<IXMLDOMNode>::Share(element).Query(kInterfaceId<IXMLDOMElement>, &owner),
+          "QueryInterface of an element");
     ComReference<IXMLDOMAttribute> former;
-    Check(ownerElement->setAttributeNode(attribute.Get(), former.Receive()), "setAttributeNode");
+    Check(owner->setAttributeNode(attribute.Get(), former.Receive()), "setAttributeNode");
 }
 
 }  // namespace contract

@@ -1,4 +1,4 @@
-// COM objects, their texts and values as tests own them, and the XML documents that tests make (msxml2.h).
+// COM on the test's thread, values, and the XML documents that tests make (msxml2.h).
 #pragma once
 
 #include <windows.h>
@@ -7,11 +7,15 @@
 #include <objbase.h>
 #include <oleauto.h>
 
-#include <utility>
+#include <string>
 
+#include "driver/base/com.h"
 #include "tests/contract/environment.h"
 
 namespace contract {
+
+using velmora::ComReference;
+using velmora::OwnedBstr;
 
 // Classes of MSXML 6.
 inline constexpr CLSID kDomDocumentClass = {
@@ -27,8 +31,6 @@ template <class Interface>
 inline constexpr IID kInterfaceId = {};
 template <>
 inline constexpr IID kInterfaceId<IUnknown> = {0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMNode> = DomInterfaceId(0x2933BF80);
 template <>
 inline constexpr IID kInterfaceId<IXMLDOMAttribute> = DomInterfaceId(0x2933BF85);
 template <>
@@ -53,67 +55,6 @@ class ComOnThread {
 
   private:
     const bool initialized_;  // else the thread has it already, in another mode
-};
-
-// An owned reference to an object, or none.
-template <class Interface>
-class ComReference {
-  public:
-    ComReference() = default;
-    explicit ComReference(Interface* owned) : object_(owned) {}
-    ComReference(ComReference&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-    ComReference& operator=(ComReference&& other) noexcept {
-        std::swap(object_, other.object_);
-        return *this;
-    }
-    ~ComReference() { Release(); }
-
-    Interface* Get() const { return object_; }
-    Interface* operator->() const { return object_; }
-    explicit operator bool() const { return object_ != nullptr; }
-
-    void Release() {
-        if (object_ != nullptr) {
-            std::exchange(object_, nullptr)->Release();
-        }
-    }
-    // For a call's owned result; what was held is released before.
-    Interface** Receive() {
-        Release();
-        return &object_;
-    }
-    // Another interface of the object; none where it doesn't have it.
-    template <class Other>
-    ComReference<Other> As() const {
-        void* other = nullptr;
-        object_->QueryInterface(kInterfaceId<Other>, &other);
-        return ComReference<Other>(static_cast<Other*>(other));
-    }
-
-  private:
-    Interface* object_ = nullptr;
-};
-
-// An owned text, or none.
-class Bstr {
-  public:
-    Bstr() = default;
-    explicit Bstr(const WideText& text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-    ~Bstr() { SysFreeString(text_); }
-    Bstr(const Bstr&) = delete;
-    Bstr& operator=(const Bstr&) = delete;
-
-    BSTR Get() const { return text_; }
-    BSTR* Receive() {
-        SysFreeString(text_);
-        text_ = nullptr;
-        return &text_;
-    }
-    // Empty where there is none.
-    WideText Text() const { return text_ == nullptr ? WideText() : WideText(text_, SysStringLen(text_)); }
-
-  private:
-    BSTR text_ = nullptr;
 };
 
 // An owned value; VT_EMPTY at first.
@@ -148,6 +89,8 @@ ComReference<IXMLDOMDocument2> NewDocument();
 
 // A document of a text. Throws std::runtime_error, with the text, where it isn't well-formed.
 ComReference<IXMLDOMDocument2> LoadDocument(const WideText& text);
+// The same of an ASCII text, where the usual prefix of a standard namespace in braces, "{psf}", stands for its URI.
+ComReference<IXMLDOMDocument2> LoadDocument(const std::string& text);
 
 // A new namespace manager. Throws std::runtime_error where there is none.
 ComReference<IMXNamespaceManager> NewNamespaceManager();

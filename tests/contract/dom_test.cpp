@@ -34,7 +34,7 @@ std::string Shown(HRESULT result, BSTR text) {
 
 template <class Getter>
 std::string TextBy(IXMLDOMNode* node, Getter getter) {
-    Bstr text;
+    OwnedBstr text;
     const HRESULT result = (node->*getter)(text.Receive());
     return Shown(result, text.Get());
 }
@@ -110,8 +110,11 @@ TEST_F(Dom, TellsItsNodes) {
     RecordDocument(document.Get());
 
     ComReference<IXMLDOMNode> attribute;
-    EXPECT_EQ(attributes->getQualifiedItem(Bstr(TEXT("x")).Get(), Bstr(TEXT("u:a")).Get(), attribute.Receive()), S_OK);
-    EXPECT_EQ(attributes->getNamedItem(Bstr(TEXT("x")).Get(), attribute.Receive()), S_FALSE) << "without its prefix";
+    EXPECT_EQ(
+        attributes->getQualifiedItem(OwnedBstr(TEXT("x")).Get(), OwnedBstr(TEXT("u:a")).Get(), attribute.Receive()),
+        S_OK);
+    EXPECT_EQ(attributes->getNamedItem(OwnedBstr(TEXT("x")).Get(), attribute.Receive()), S_FALSE)
+        << "without its prefix";
 }
 
 TEST_F(Dom, LoadsWhatIsWellFormed) {
@@ -155,12 +158,12 @@ TEST_F(Dom, LoadsWhatIsWellFormed) {
     for (const WCHAR* const text : bad) {
         SCOPED_TRACE(Printable(text));
         VARIANT_BOOL loaded = VARIANT_TRUE;
-        EXPECT_EQ(document->loadXML(Bstr(text).Get(), &loaded), S_FALSE);
+        EXPECT_EQ(document->loadXML(OwnedBstr(text).Get(), &loaded), S_FALSE);
         EXPECT_EQ(loaded, VARIANT_FALSE);
         EXPECT_EQ(CanonicalText(document.Get()), "") << "something is left of it or of the former";
     }
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    EXPECT_EQ(document->loadXML(Bstr(TEXT("<again/>")).Get(), &loaded), S_OK);
+    EXPECT_EQ(document->loadXML(OwnedBstr(TEXT("<again/>")).Get(), &loaded), S_OK);
     EXPECT_EQ(CanonicalText(document.Get()), "{}again\n");
 }
 
@@ -175,10 +178,11 @@ TEST_F(Dom, Builds) {
     };
     ComReference<IXMLDOMProcessingInstruction> declaration;
     const WideText data = TEXT("version=\"1.0\"  encoding=\"UTF-8\"");
-    ASSERT_EQ(document->createProcessingInstruction(Bstr(TEXT("xml")).Get(), Bstr(data).Get(), declaration.Receive()),
+    ASSERT_EQ(document->createProcessingInstruction(OwnedBstr(TEXT("xml")).Get(), OwnedBstr(data.c_str()).Get(),
+                                                    declaration.Receive()),
               S_OK);
     EXPECT_EQ(document->appendChild(declaration.Get(), nullptr), S_OK);
-    Bstr kept;
+    OwnedBstr kept;
     EXPECT_EQ(declaration->get_data(kept.Receive()), S_OK);
     EXPECT_EQ(kept.Text(), data);
 
@@ -191,9 +195,9 @@ TEST_F(Dom, Builds) {
     auto second = append(root.Get(), TEXT("second"), TEXT("u:d"));
     const auto third = append(second.Get(), TEXT("third"), TEXT(""));
     SetAttributeNode(document.Get(), third.Get(), TEXT("p:type"), TEXT("u:p"), TEXT("q:name"));
-    EXPECT_EQ(third->put_text(Bstr(TEXT(" <&> \"'\x3042 ")).Get()), S_OK);
+    EXPECT_EQ(third->put_text(OwnedBstr(TEXT(" <&> \"'\x3042 ")).Get()), S_OK);
     ComReference<IXMLDOMComment> comment;
-    ASSERT_EQ(document->createComment(Bstr(WideText(5, ' ')).Get(), comment.Receive()), S_OK);
+    ASSERT_EQ(document->createComment(OwnedBstr(TEXT("     ")).Get(), comment.Receive()), S_OK);
     EXPECT_EQ(second->appendChild(comment.Get(), nullptr), S_OK);
     EXPECT_EQ(root->appendChild(first.Get(), nullptr), S_OK) << "moves it to the end";
     EXPECT_EQ(CanonicalText(document.Get()), R"(?xml version="1.0"  encoding="UTF-8"
@@ -216,17 +220,17 @@ TEST_F(Dom, Builds) {
     EXPECT_EQ(root->removeChild(second.Get(), removed.Receive()), S_OK);
     EXPECT_EQ(removed.Get(), second.Get());
     EXPECT_EQ(second->get_parentNode(parent.Receive()), S_FALSE);
-    EXPECT_EQ(first->put_text(Bstr(TEXT("gone")).Get()), S_OK);
-    EXPECT_EQ(first->put_text(Bstr(TEXT("")).Get()), S_OK);
+    EXPECT_EQ(first->put_text(OwnedBstr(TEXT("gone")).Get()), S_OK);
+    EXPECT_EQ(first->put_text(OwnedBstr(TEXT("")).Get()), S_OK);
     EXPECT_EQ(first->appendChild(second.Get(), nullptr), S_OK);
     EXPECT_EQ(second->removeChild(third.Get(), nullptr), S_OK);
     RecordDocument(document.Get());
     // Nothing of what goes is held any longer: not every DOM bears that.
-    removed.Release();
-    comment.Release();
-    second.Release();
-    first.Release();
-    EXPECT_EQ(root->put_text(Bstr(TEXT("all replaced")).Get()), S_OK);
+    removed.Reset();
+    comment.Reset();
+    second.Reset();
+    first.Reset();
+    EXPECT_EQ(root->put_text(OwnedBstr(TEXT("all replaced")).Get()), S_OK);
     RecordDocument(document.Get());
 }
 
@@ -242,9 +246,9 @@ TEST_F(Dom, SaysWhatItDoesNotFind) {
     EXPECT_EQ(root->get_nextSibling(node.Receive()), S_FALSE);
     ComReference<IXMLDOMNamedNodeMap> map;
     ASSERT_EQ(root->get_attributes(map.Receive()), S_OK);
-    const Bstr none(TEXT("none"));
+    const OwnedBstr none(TEXT("none"));
     EXPECT_EQ(map->get_item(1, node.Receive()), S_FALSE);
-    EXPECT_EQ(map->getQualifiedItem(Bstr(TEXT("x")).Get(), none.Get(), node.Receive()), S_FALSE);
+    EXPECT_EQ(map->getQualifiedItem(OwnedBstr(TEXT("x")).Get(), none.Get(), node.Receive()), S_FALSE);
     EXPECT_FALSE(node);
     ComReference<IXMLDOMAttribute> attribute;
     EXPECT_EQ(root->getAttributeNode(none.Get(), attribute.Receive()), S_FALSE);
@@ -265,16 +269,15 @@ TEST_F(Dom, OwnsByReferences) {
         EXPECT_EQ(object->Release(), before);
         EXPECT_EQ(object->Release(), before - 1);
     }
-    EXPECT_EQ(root.As<IUnknown>().Get(), root.As<IXMLDOMNode>().As<IUnknown>().Get());
 
     // A node keeps its tree.
     ComReference<IXMLDOMNamedNodeMap> map;
     ASSERT_EQ(root->get_attributes(map.Receive()), S_OK);
-    document.Release();
-    root.Release();
+    document.Reset();
+    root.Reset();
     EXPECT_EQ(Facts(text.Get()), R"(3 name "#text" base - uri - prefix - text "text" value "text")");
     ComReference<IXMLDOMNode> found;
-    EXPECT_EQ(map->getNamedItem(Bstr(TEXT("x")).Get(), found.Receive()), S_OK);
+    EXPECT_EQ(map->getNamedItem(OwnedBstr(TEXT("x")).Get(), found.Receive()), S_OK);
     ASSERT_EQ(text->get_parentNode(found.Receive()), S_OK);
     EXPECT_EQ(TextBy(found.Get(), &IXMLDOMNode::get_nodeName), "\"a\"");
 }
@@ -370,7 +373,7 @@ TEST_F(Namespaces, AreThoseInScopeAtANode) {
                          TEXT("<b xmlns:x='u:2' xmlns:y='u:1' xmlns:n-1.\x00E4='u:&amp;&lt;\"'>")
                              TEXT("<c xmlns=''><d:d xmlns:d='u:a' xmlns:e='u:a' xmlns='u:f'/></c></b></a:a>"));
     std::vector<ComReference<IXMLDOMNode>> nodes;
-    ComReference<IXMLDOMNode> node = RootOf(document.Get()).As<IXMLDOMNode>();
+    auto node = ComReference<IXMLDOMNode>::Share(RootOf(document.Get()).Get());
     while (node) {
         ComReference<IXMLDOMNode> child;
         node->get_firstChild(child.Receive());
@@ -382,48 +385,27 @@ TEST_F(Namespaces, AreThoseInScopeAtANode) {
     ASSERT_EQ(manager_->declarePrefix(TEXT("z"), TEXT("u:manager")), S_OK);
     ASSERT_EQ(manager_->declarePrefix(TEXT("own"), TEXT("u:1")), S_OK);
 
-    const struct {
-        size_t node;
-        VARIANT_BOOL deep;
-        const WCHAR* prefix;
-        const char* uri;
-    } uris[] = {
-        {0, VARIANT_TRUE, TEXT("a"), "u:a"},
-        {0, VARIANT_TRUE, TEXT("x"), "u:1"},
-        {0, VARIANT_TRUE, TEXT(""), "u:d"},
-        {0, VARIANT_TRUE, TEXT("z"), "u:manager"},
-        {0, VARIANT_TRUE, TEXT("y"), "-"},
-        {1, VARIANT_TRUE, TEXT("a"), "u:a"},
-        {1, VARIANT_TRUE, TEXT("x"), "u:2"},
-        {1, VARIANT_TRUE, TEXT("n-1.\x00E4"), "u:&<\""},
-        {1, VARIANT_FALSE, TEXT("x"), "u:2"},
-        {1, VARIANT_FALSE, TEXT("a"), "-"},
-        {1, VARIANT_FALSE, TEXT("own"), "u:1"},
-        {2, VARIANT_TRUE, TEXT("x"), "u:2"},
-        {3, VARIANT_TRUE, TEXT("d"), "u:a"},
-        {3, VARIANT_TRUE, TEXT(""), "u:f"},
-        {3, VARIANT_TRUE, TEXT("xml"), "http://www.w3.org/XML/1998/namespace"},
-    };
-    for (const auto& row : uris) {
-        ASSERT_EQ(manager_->pushNodeContext(nodes[row.node].Get(), row.deep), S_OK);
-        EXPECT_EQ(Uri(row.prefix), row.uri) << row.node << ' ' << Printable(row.prefix);
+    // What is asked in a node's context, told behind each other.
+    const auto told = [&](size_t node, VARIANT_BOOL deep, bool areUris, const std::vector<WideText>& asked) {
+        EXPECT_EQ(manager_->pushNodeContext(nodes[node].Get(), deep), S_OK);
+        std::string answers;
+        for (const WideText& text : asked) {
+            answers += areUris ? Uri(text.c_str()) + ' ' : Prefixes(text.c_str()) + "| ";
+        }
         EXPECT_EQ(manager_->popContext(), S_OK);
-        EXPECT_EQ(Uri(TEXT("x")), "u:manager");
-    }
-    const struct {
-        size_t node;
-        const WCHAR* uri;
-        const char* prefixes;
-    } prefixes[] = {
-        {0, TEXT("u:1"), "x own "}, {0, TEXT("u:manager"), "z "}, {0, TEXT("u:d"), "'' "}, {1, TEXT("u:1"), "y own "},
-        {1, TEXT("u:2"), "x "},     {1, TEXT("u:manager"), "z "}, {2, TEXT("u:d"), ""},    {2, TEXT("u:a"), "a "},
-        {3, TEXT("u:f"), "'' "},    {3, TEXT("u:none"), ""},
+        return answers;
     };
-    for (const auto& row : prefixes) {
-        ASSERT_EQ(manager_->pushNodeContext(nodes[row.node].Get(), VARIANT_TRUE), S_OK);
-        EXPECT_EQ(Prefixes(row.uri), row.prefixes) << row.node << ' ' << Printable(row.uri);
-        EXPECT_EQ(manager_->popContext(), S_OK);
-    }
+    EXPECT_EQ(told(0, VARIANT_TRUE, true, {TEXT("a"), TEXT("x"), TEXT(""), TEXT("z"), TEXT("y")}),
+              "u:a u:1 u:d u:manager - ");
+    EXPECT_EQ(told(1, VARIANT_TRUE, true, {TEXT("a"), TEXT("x"), TEXT("n-1.\x00E4")}), "u:a u:2 u:&<\" ");
+    EXPECT_EQ(told(1, VARIANT_FALSE, true, {TEXT("x"), TEXT("a"), TEXT("own")}), "u:2 - u:1 ");
+    EXPECT_EQ(told(2, VARIANT_TRUE, true, {TEXT("x")}), "u:2 ");
+    EXPECT_EQ(told(3, VARIANT_TRUE, true, {TEXT("d"), TEXT(""), TEXT("xml")}), "u:a u:f " + Printable(kXmlUri) + ' ');
+    EXPECT_EQ(told(0, VARIANT_TRUE, false, {TEXT("u:1"), TEXT("u:manager"), TEXT("u:d")}), "x own | z | '' | ");
+    EXPECT_EQ(told(1, VARIANT_TRUE, false, {TEXT("u:1"), TEXT("u:2"), TEXT("u:manager")}), "y own | x | z | ");
+    EXPECT_EQ(told(2, VARIANT_TRUE, false, {TEXT("u:d"), TEXT("u:a")}), "| a | ");
+    EXPECT_EQ(told(3, VARIANT_TRUE, false, {TEXT("u:f"), TEXT("u:none")}), "'' | | ");
+    EXPECT_EQ(Uri(TEXT("x")), "u:manager");
     EXPECT_EQ(Prefixes(TEXT("u:manager")), "x z ");
 
     // Of a node that is given with the question, only what is in scope there counts.

@@ -37,8 +37,6 @@ TEST_F(PlatformCalls, PrinterData) {
 
         DWORD type = 0;
         DWORD needed = 0;
-        EXPECT_EQ(GetPrinterDataW(printer, name, &type, nullptr, 0, &needed), DWORD{ERROR_MORE_DATA});
-        EXPECT_EQ(needed, size);
         std::vector<BYTE> read(size + 10, 0x55);
         EXPECT_EQ(GetPrinterDataW(printer, name, &type, read.data(), size - 1, &needed), DWORD{ERROR_MORE_DATA});
         EXPECT_EQ(needed, size);
@@ -56,62 +54,42 @@ TEST_F(PlatformCalls, PrinterData) {
     EXPECT_EQ(DeletePrinterDataW(printer, name), DWORD{ERROR_FILE_NOT_FOUND});
 }
 
-std::vector<FORM_INFO_1W> ReadForms(HANDLE printer, std::vector<BYTE>* block) {
+// The forms as lines, and what a buffer that is a byte too small answers.
+std::multiset<std::string> ReadForms(HANDLE printer) {
     DWORD needed = 0;
     DWORD count = 0;
     EXPECT_FALSE(EnumFormsW(printer, 1, nullptr, 0, &needed, &count));
+    std::vector<BYTE> block(needed);
+    EXPECT_FALSE(EnumFormsW(printer, 1, block.data(), needed - 1, &needed, &count));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    block->assign(needed, 0);
-    EXPECT_FALSE(EnumFormsW(printer, 1, block->data(), needed - 1, &needed, &count));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    EXPECT_TRUE(EnumFormsW(printer, 1, block->data(), needed, &needed, &count));
-    const auto* forms = reinterpret_cast<const FORM_INFO_1W*>(block->data());
-    return std::vector<FORM_INFO_1W>(forms, forms + count);
+    EXPECT_TRUE(EnumFormsW(printer, 1, block.data(), needed, &needed, &count));
+    std::multiset<std::string> lines;
+    const auto* forms = reinterpret_cast<const FORM_INFO_1W*>(block.data());
+    for (DWORD i = 0; i < count; ++i) {
+        lines.insert(Printable(forms[i].pName) + ' ' + std::to_string(forms[i].Flags) + ' ' +
+                     std::to_string(forms[i].Size.cx) + ' ' + std::to_string(forms[i].ImageableArea.bottom));
+    }
+    return lines;
 }
 
 TEST_F(PlatformCalls, Forms) {
     const HANDLE printer = printer_.Handle();
-    std::vector<BYTE> block;
-    const size_t builtIn = ReadForms(printer, &block).size();
-    EXPECT_GT(builtIn, 0u);
+    std::multiset<std::string> forms = ReadForms(printer);
+    const std::multiset<std::string> builtIn = forms;
+    EXPECT_GT(builtIn.size(), 0u);
 
     WCHAR name[] = TEXT("Contract form");
-    FORM_INFO_1W form = {};
-    form.Flags = FORM_USER;
-    form.pName = name;
-    form.Size = {123000, 234000};
-    form.ImageableArea = {1000, 2000, 122000, 232000};
+    FORM_INFO_1W form = {FORM_USER, name, {123000, 234000}, {1000, 2000, 122000, 232000}};
     EXPECT_TRUE(AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form)));
     EXPECT_FALSE(AddFormW(printer, 1, reinterpret_cast<BYTE*>(&form)));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_EXISTS});
-
-    const std::vector<FORM_INFO_1W> forms = ReadForms(printer, &block);
-    ASSERT_EQ(forms.size(), builtIn + 1);
-    size_t userForms = 0;
-    for (const FORM_INFO_1W& kept : forms) {
-        if (kept.Flags == FORM_USER) {
-            ++userForms;
-            EXPECT_EQ(WideText(kept.pName), WideText(name));
-            EXPECT_EQ(kept.Size.cx, 123000);
-            EXPECT_EQ(kept.Size.cy, 234000);
-            EXPECT_EQ(kept.ImageableArea.bottom, 232000);
-        }
-    }
-    EXPECT_EQ(userForms, 1u);
+    forms.insert("Contract form 0 123000 232000");
+    EXPECT_EQ(ReadForms(printer), forms);
 
     EXPECT_TRUE(DeleteFormW(printer, name));
     EXPECT_FALSE(DeleteFormW(printer, name));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FORM_NAME});
-    EXPECT_EQ(ReadForms(printer, &block).size(), builtIn);
-}
-
-std::vector<BYTE> ReadPrinterInfo(HANDLE printer) {
-    DWORD needed = 0;
-    EXPECT_FALSE(GetPrinterW(printer, 2, nullptr, 0, &needed));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    std::vector<BYTE> block(needed);
-    EXPECT_TRUE(GetPrinterW(printer, 2, block.data(), needed, &needed));
-    return block;
+    EXPECT_EQ(ReadForms(printer), builtIn);
 }
 
 TEST_F(PlatformCalls, PrinterKeepsItsDeviceModeWhole) {
@@ -121,16 +99,12 @@ TEST_F(PlatformCalls, PrinterKeepsItsDeviceModeWhole) {
         privateBytes[i] = static_cast<BYTE>(i * 7);
     }
     devMode.Get()->dmDeviceName[CCHDEVICENAME - 1] = 0x1234;  // behind the name's end
-    std::vector<BYTE> block = ReadPrinterInfo(printer_.Handle());
-    auto* info = reinterpret_cast<PRINTER_INFO_2W*>(block.data());
+    printer_.SetDevMode(*devMode.Get());
+
+    const std::vector<BYTE> block = printer_.Info();
+    const auto* info = reinterpret_cast<const PRINTER_INFO_2W*>(block.data());
     EXPECT_EQ(WideText(info->pPrinterName), printer_.Name());
     EXPECT_EQ(WideText(info->pDriverName), TEXT("Velmora Contract"));
-    info->pDevMode = devMode.Get();
-    info->pSecurityDescriptor = nullptr;
-    ASSERT_TRUE(SetPrinterW(printer_.Handle(), 2, block.data(), 0));
-
-    block = ReadPrinterInfo(printer_.Handle());
-    info = reinterpret_cast<PRINTER_INFO_2W*>(block.data());
     ASSERT_NE(info->pDevMode, nullptr);
     EXPECT_EQ(memcmp(info->pDevMode, devMode.Get(), sizeof(velmora::VelmoraDevMode)), 0);
 }
@@ -156,11 +130,6 @@ TEST_F(PlatformCalls, DriverInfo) {
     }
 }
 
-// The platform's own calls lead into the driver.
-TEST_F(PlatformCalls, DocumentPropertiesAskTheDriver) {
-    EXPECT_EQ(DocumentPropertiesW(nullptr, printer_.Handle(), printer_.NameArgument(), nullptr, nullptr, 0), 4088);
-}
-
 // The driver hands these two on to the platform, which asks the driver's DevQueryPrintEx in turn.
 TEST_F(PlatformCalls, ForwardersReachThePlatform) {
     DevModeBuffer devMode = DefaultDevMode(printer_, printer_.Name());
@@ -168,43 +137,6 @@ TEST_F(PlatformCalls, ForwardersReachThePlatform) {
     EXPECT_TRUE(printer_.Driver().DevQueryPrint(printer_.Handle(), devMode.Get(), &reason));
     EXPECT_EQ(reason, 0u);
     EXPECT_FALSE(printer_.Driver().PrinterProperties(nullptr, nullptr));
-}
-
-TEST_F(PlatformCalls, IniFiles) {
-    const WCHAR* file = TEXT("C:\\contract.ini");
-    const WCHAR* section = TEXT("Contract");
-    const struct {
-        const WCHAR* value;
-        UINT number;
-    } numbers[] = {{TEXT("-40"), static_cast<UINT>(-40)},
-                   {TEXT("-2147483648"), 0x80000000},
-                   {TEXT("4000000000"), 4000000000},
-                   {TEXT("007070FF"), 7070},
-                   {TEXT(""), 42},
-                   {nullptr, 42}};
-    for (const auto& c : numbers) {
-        EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Number"), c.value, file));
-        EXPECT_EQ(GetPrivateProfileIntW(section, TEXT("Number"), 42, file), c.number);
-    }
-    const auto text = [&](const WCHAR* key) {
-        WCHAR value[16];
-        GetPrivateProfileStringW(section, key, TEXT("missing"), value, 16, file);
-        return WideText(value);
-    };
-    // An empty value is one; a key goes without its neighbours.
-    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Empty"), TEXT(""), file));
-    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key1"), TEXT("one"), file));
-    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key11"), TEXT("eleven"), file));
-    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key1"), nullptr, file));
-    EXPECT_TRUE(WritePrivateProfileStringW(section, TEXT("Key1"), nullptr, file));
-    EXPECT_EQ(text(TEXT("Empty")), TEXT(""));
-    EXPECT_EQ(text(TEXT("Key1")), TEXT("missing"));
-    EXPECT_EQ(text(TEXT("Key11")), TEXT("eleven"));
-    EXPECT_TRUE(DeleteFileW(file));
-    EXPECT_EQ(text(TEXT("Key11")), TEXT("missing"));
-    // A file without name is none.
-    EXPECT_FALSE(WritePrivateProfileStringW(section, TEXT("Key11"), TEXT("eleven"), TEXT("")));
-    EXPECT_EQ(GetPrivateProfileIntW(section, TEXT("Key11"), 42, TEXT("")), 42u);
 }
 
 struct SeenFonts {
@@ -215,7 +147,7 @@ struct SeenFonts {
 int CALLBACK SeeFont(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM data) {
     auto& seen = *reinterpret_cast<SeenFonts*>(data);
     seen.fonts.emplace_back(TextOf(font->lfFaceName), font->lfCharSet);
-    EXPECT_LT(seen.fonts.back().first.size(), size_t{LF_FACESIZE});
+    EXPECT_NE(*font->lfFaceName, 0);
     return seen.fonts.size() < seen.most ? static_cast<int>(seen.fonts.size()) : 0;
 }
 
@@ -227,22 +159,12 @@ TEST_F(PlatformCalls, FontFamiliesOfTheDisplay) {
     const int result = EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&all));
     EXPECT_EQ(static_cast<size_t>(result), all.fonts.size());
     EXPECT_GT(result, 0);
-    SeenFonts again = {{}, SIZE_MAX};
-    EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&again));
-    EXPECT_TRUE(again.fonts == all.fonts);
     const std::set distinct(all.fonts.begin(), all.fonts.end());
     EXPECT_EQ(distinct.size(), all.fonts.size());
-    for (const auto& [face, charSet] : distinct) {
-        EXPECT_FALSE(face.empty()) << "character set " << int{charSet};
-    }
     SeenFonts one = {{}, 1};
     EXPECT_EQ(EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&one)), 0);
     EXPECT_EQ(one.fonts.size(), 1u);
     EXPECT_TRUE(DeleteDC(display));
-    EXPECT_FALSE(DeleteDC(display));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
-    EXPECT_EQ(EnumFontFamiliesW(display, nullptr, SeeFont, reinterpret_cast<LPARAM>(&one)), 0);
-    EXPECT_EQ(CreateDCW(TEXT("Nobody's driver"), nullptr, nullptr, nullptr), nullptr);
 }
 
 TEST_F(PlatformCalls, UnknownPrinter) {

@@ -26,7 +26,7 @@ using velmora::VelmoraDevMode;
 // A document as its reader gets it: saved and read again. Some DOMs save a declaration that was set beside the same one
 // that was read or is the element's own; it counts once.
 ComReference<IXMLDOMDocument2> Saved(IXMLDOMDocument2* document) {
-    Bstr saved;
+    OwnedBstr saved;
     EXPECT_EQ(document->get_xml(saved.Receive()), S_OK);
     WideText text = saved.Text();
     const WideText prefixes = TEXT(" xmlns:");
@@ -92,7 +92,7 @@ DriverPackage XpsWriterPackage(const std::string& model) {
 
 // A printer's default device mode as a conversion begins with it: features without options lose their numbers.
 VelmoraDevMode PreparedDevMode(const InstalledPrinter& printer, IPrintTicketProvider* provider) {
-    const auto empty = LoadDocument(TicketText(""));
+    const auto empty = NewTicket();
     return DevModeOf(provider, empty.Get(), *DefaultDevMode(printer, printer.Name()).content);
 }
 
@@ -122,7 +122,7 @@ TEST_F(PrintSchema, HoldsForEveryModelsDocuments) {
         EXPECT_EQ(Findings(ticket.Get()), "");
         EXPECT_EQ(Content(ticket.Get()), content);
 
-        const auto empty = LoadDocument(TicketText(""));
+        const auto empty = NewTicket();
         Validate(provider.Get(), empty.Get());
         record("validated", empty.Get());
 
@@ -140,10 +140,8 @@ TEST_F(PrintSchema, KeepsWhatApplicationsSayInTheirWords) {
         features += "<f:Feature name='" + prefix + ":Fold'><f:Option name='" + prefix + ":Once'/></f:Feature>";
     }
     const std::string text =
-        "<f:PrintTicket version='1' xmlns:f='http://schemas.microsoft.com/windows/2003/08/printing/"
-        "printschemaframework' xmlns:k='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'"
-        " xmlns:i='http://www.w3.org/2001/XMLSchema-instance' xmlns:s='http://www.w3.org/2001/XMLSchema'" +
-        declarations + ">" + features +
+        "<f:PrintTicket version='1' xmlns:f='{psf}' xmlns:k='{psk}' xmlns:i='{xsi}' xmlns:s='{xsd}'" + declarations +
+        ">" + features +
         "<f:Feature name='k:PageOrientation'><f:Option name='k:Landscape'/></f:Feature>"
         "<f:ParameterInit name='k:PageCopies'><f:Value i:type='s:integer'>2</f:Value></f:ParameterInit>"
         "</f:PrintTicket>";
@@ -152,7 +150,7 @@ TEST_F(PrintSchema, KeepsWhatApplicationsSayInTheirWords) {
         const std::string model = "VELMORA-C3200.XPI";
         InstalledPrinter printer(*environment_, isXpsWriter ? XpsWriterPackage(model) : PackageOf(model));
         auto provider = BoundProviderOf(printer);
-        const auto ticket = LoadDocument(WideText(text.begin(), text.end()));
+        const auto ticket = LoadDocument(text);
         Validate(provider.Get(), ticket.Get());
         EXPECT_EQ(Findings(ticket.Get()), "");
         RecordDocument(ticket.Get());
@@ -186,7 +184,7 @@ TEST_F(PrintSchema, HasTheFeaturesOfXpsWriters) {
     const VelmoraDevMode devMode = PreparedDevMode(printer, provider.Get());
     const VelmoraDevMode changed = driver_test::With(devMode, "jobInterleaving=1 jobImageType=3");
     const auto ticket = TicketOf(provider.Get(), changed);
-    const auto empty = LoadDocument(TicketText(""));
+    const auto empty = NewTicket();
     Validate(provider.Get(), empty.Get());
     const auto capabilities = CapabilitiesOf(provider.Get(), nullptr);
     for (IXMLDOMDocument2* document : {ticket.Get(), empty.Get(), capabilities.Get()}) {
@@ -250,9 +248,7 @@ TEST_F(PrintSchema, TicketsSayWhatDeviceModesSay) {
 // The printer's overlays are what the user's settings folder holds.
 TEST_F(PrintSchema, ListsTheUsersOverlays) {
     InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    WCHAR applicationData[MAX_PATH];
-    ASSERT_NE(GetEnvironmentVariableW(TEXT("APPDATA"), applicationData, MAX_PATH), 0u);
-    const auto folder = environment_->HostPath(WideText(applicationData) + TEXT("\\Kestranix Inc.\\Velmora Contract"));
+    const auto folder = environment_->HostPath(Variable(TEXT("APPDATA")) + TEXT("\\Kestranix Inc.\\Velmora Contract"));
     std::filesystem::create_directories(folder);
     // A device mode holds twelve characters.
     for (const char* name : {"LETTER.ovl", "12345678.ovl", "123456789.ovl", "OTHER.txt"}) {
@@ -303,7 +299,7 @@ TEST_F(PrintSchema, ListsThePaperThatPagesAreFittedTo) {
     const std::string fit =
         "<psf:Feature name='psk:PageScaling'><psf:Option name='psk:FitApplicationMediaSizeToPageMediaSize'/>"
         "</psf:Feature>";
-    const auto ticket = LoadDocument(TicketText(paper + fit));
+    const auto ticket = NewTicket(paper + fit);
     const auto capabilities = CapabilitiesOf(provider.Get(), ticket.Get());
     EXPECT_EQ(Findings(capabilities.Get()), "");
     const std::string text = CanonicalText(capabilities.Get());

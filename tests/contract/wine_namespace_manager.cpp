@@ -81,7 +81,7 @@ Bindings DeclarationsIn(std::wstring_view tag) {
 // element of a document takes the XML declaration out of it there.
 Bindings DeclarationsOf(IXMLDOMNode* element, IXMLDOMDocument2* scratch) {
     ComReference<IXMLDOMNode> copy;
-    Bstr saved;
+    OwnedBstr saved;
     if (element->cloneNode(VARIANT_FALSE, copy.Receive()) != S_OK ||
         scratch->appendChild(copy.Get(), nullptr) != S_OK) {
         return {};
