@@ -9,50 +9,18 @@ namespace contract {
 namespace {
 
 // Controls of the page.
-constexpr int kAutomatic = 6004;
-constexpr int kVivid = 6006;
-constexpr int kPhoto = 6008;
-constexpr int kMonochrome = 6010;
-constexpr int kManual = 6012;
-constexpr int kPresets = 6013;
-constexpr int kManagePresets = 6014;
-constexpr int kMatched = 6016;
-constexpr int kSetIntent = 6017;
-constexpr int kNone = 6019;
-constexpr int kTextTreatment = 6021;
-constexpr int kImageTreatment = 6025;
-constexpr int kAdjust = 6026;
-constexpr int kResolution = 6028;
-constexpr int kRendering = 6030;
-constexpr int kChoiceA = 6032;
-constexpr int kResolutionFlag = 6033;
-constexpr int kAdvanced = 6034;
-constexpr int kDefaults = 6035;
+constexpr int kAutomatic = 6004, kVivid = 6006, kPhoto = 6008, kMonochrome = 6010, kManual = 6012, kPresets = 6013,
+              kManagePresets = 6014, kMatched = 6016, kSetIntent = 6017, kNone = 6019, kTextTreatment = 6021,
+              kImageTreatment = 6025, kAdjust = 6026, kResolution = 6028, kRendering = 6030, kChoiceA = 6032,
+              kResolutionFlag = 6033, kAdvanced = 6034, kDefaults = 6035;
 
 // Controls of the adjustment sheet.
-constexpr int kSample = 6104;
-constexpr int kBaseColor = 6106;
-constexpr int kBrightnessBar = 6112;
-constexpr int kBrightness = 6113;
-constexpr int kSaturation = 6119;
-constexpr int kContrast = 6125;
-constexpr int kCyanRed = 6135;
-constexpr int kMagentaGreen = 6140;
-constexpr int kYellowBlue = 6145;
-constexpr int kResetAdjustment = 6148;
-constexpr int kGamma = 6204;
-constexpr int kBlack = 6211;
-constexpr int kCyan = 6215;
-constexpr int kMagenta = 6219;
-constexpr int kYellow = 6223;
-constexpr int kResetToners = 6226;
+constexpr int kSample = 6104, kBaseColor = 6106, kBrightnessBar = 6112, kBrightness = 6113, kSaturation = 6119,
+              kContrast = 6125, kCyanRed = 6135, kMagentaGreen = 6140, kYellowBlue = 6145, kResetAdjustment = 6148,
+              kGamma = 6204, kBlack = 6211, kCyan = 6215, kMagenta = 6219, kYellow = 6223, kResetToners = 6226;
 
 // Controls of the preset manager and of the intent dialog.
-constexpr int kNames = 6303;
-constexpr int kName = 6306;
-constexpr int kSave = 6307;
-constexpr int kOverwrite = 6308;
-constexpr int kDelete = 6309;
+constexpr int kNames = 6303, kName = 6306, kSave = 6307, kOverwrite = 6308, kDelete = 6309;
 constexpr int kIntents[] = {6402, 6403, 6404};
 constexpr int kDefaultIntent = 6405;
 

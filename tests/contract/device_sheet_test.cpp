@@ -15,11 +15,7 @@ using driver_test::With;
 constexpr WCHAR kDeviceInfo[] = TEXT("DeviceInfo");
 
 // Controls of the page and of notices.
-constexpr int kAvailable = 11004;
-constexpr int kInstall = 11005;
-constexpr int kInstalled = 11007;
-constexpr int kRemove = 11008;
-constexpr int kNoticeOk = 1604;
+constexpr int kAvailable = 11004, kInstall = 11005, kInstalled = 11007, kRemove = 11008, kNoticeOk = 1604;
 
 constexpr DWORD kNotApplicable = 0xFFFFFFFF;
 

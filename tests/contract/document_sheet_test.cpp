@@ -9,51 +9,19 @@ namespace contract {
 namespace {
 
 // Controls of the page.
-constexpr int kPaper = 5006;
-constexpr int kFitPaper = 5008;
-constexpr int kSource = 5010;
-constexpr int kMedium = 5012;
-constexpr int kCodeBox = 5013;
-constexpr int kCode = 5014;
-constexpr int kCopies = 5017;
-constexpr int kCopiesSpin = 5018;
-constexpr int kCollate = 5019;
-constexpr int kZoom = 5021;
-constexpr int kPercent = 5022;
-constexpr int kPercentSpin = 5023;
-constexpr int kLandscape = 5027;
-constexpr int kRotated = 5028;
-constexpr int kDuplex = 5029;
-constexpr int kManualDuplex = 5030;
-constexpr int kBackSides = 5031;
-constexpr int kLayout = 5033;
-constexpr int kDetails = 5034;
-constexpr int kDefaults = 5035;
-constexpr int kSummaryPaper = 5038;  // values of the summary
-constexpr int kSummaryFit = 5041;
-constexpr int kSummaryColor = 5044;
-constexpr int kSummaryResolution = 5047;
-constexpr int kSummaryLayout = 5053;
-constexpr int kSummaryWatermark = 5059;
+constexpr int kPaper = 5006, kFitPaper = 5008, kSource = 5010, kMedium = 5012, kCodeBox = 5013, kCode = 5014,
+              kCopies = 5017, kCopiesSpin = 5018, kCollate = 5019, kZoom = 5021, kPercent = 5022, kPercentSpin = 5023,
+              kLandscape = 5027, kRotated = 5028, kDuplex = 5029, kManualDuplex = 5030, kBackSides = 5031,
+              kLayout = 5033, kDetails = 5034, kDefaults = 5035, kSummaryPaper = 5038, kSummaryFit = 5041,
+              kSummaryColor = 5044, kSummaryResolution = 5047, kSummaryLayout = 5053, kSummaryWatermark = 5059;
 
 // Controls of the custom size's dialog.
-constexpr int kWidth = 5302;
-constexpr int kWidthRange = 5305;
-constexpr int kLength = 5307;
-constexpr int kLengthRange = 5310;
-constexpr int kInches = 5313;
-constexpr int kFeedText = 5316;
-constexpr int kSizeOk = 5317;
-constexpr int kSizeCancel = 5318;
+constexpr int kWidth = 5302, kWidthRange = 5305, kLength = 5307, kLengthRange = 5310, kInches = 5313, kFeedText = 5316,
+              kSizeOk = 5317, kSizeCancel = 5318;
 
 // Controls of the layout's details.
-constexpr int kRightEdge = 5214;
-constexpr int kShiftX = 5224;
-constexpr int kShiftY = 5228;
-constexpr int kOrders = 5232;
-constexpr int kBorder = 5234;
-constexpr int kBorderStyle = 5236;
-constexpr int kDetailsDefaults = 5237;
+constexpr int kRightEdge = 5214, kShiftX = 5224, kShiftY = 5228, kOrders = 5232, kBorder = 5234, kBorderStyle = 5236,
+              kDetailsDefaults = 5237;
 
 constexpr int kCustomSize = 258;  // value of the list of papers
 

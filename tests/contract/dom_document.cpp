@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "driver/ptprovider/dom_classes.h"
 #include "driver/ptprovider/print_schema.h"
 #include "tests/contract/transcript.h"
 
@@ -16,16 +17,17 @@ void Check(HRESULT result, const char* what) {
 }
 
 template <class Interface>
-ComReference<Interface> NewObject(const CLSID& classId, const char* what) {
+ComReference<Interface> NewObject(const CLSID& classId, const IID& interfaceId, const char* what) {
     void* object = nullptr;
-    Check(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, kInterfaceId<Interface>, &object), what);
+    Check(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, interfaceId, &object), what);
     return ComReference<Interface>(static_cast<Interface*>(object));
 }
 
 }  // namespace
 
 ComReference<IXMLDOMDocument2> NewDocument() {
-    auto document = NewObject<IXMLDOMDocument2>(kDomDocumentClass, "making a document");
+    auto document =
+        NewObject<IXMLDOMDocument2>(velmora::kDomDocument60, velmora::kIidDomDocument2, "making a document");
     Check(document->put_async(VARIANT_FALSE), "put_async");
     Check(document->put_validateOnParse(VARIANT_FALSE), "put_validateOnParse");
     Check(document->put_resolveExternals(VARIANT_FALSE), "put_resolveExternals");
@@ -53,7 +55,8 @@ ComReference<IXMLDOMDocument2> LoadDocument(const std::string& text) {
 }
 
 ComReference<IMXNamespaceManager> NewNamespaceManager() {
-    return NewObject<IMXNamespaceManager>(kNamespaceManagerClass, "making a namespace manager");
+    return NewObject<IMXNamespaceManager>(velmora::kMxNamespaceManager60, velmora::kIidNamespaceManager,
+                                          "making a namespace manager");
 }
 
 ComReference<IXMLDOMNode> NewNode(IXMLDOMDocument2* document, DOMNodeType type, const WideText& name,
@@ -70,9 +73,9 @@ void SetAttributeNode(IXMLDOMDocument2* document, IXMLDOMNode* element, const Wi
     const auto node = NewNode(document, NODE_ATTRIBUTE, name, uri);
     Check(node->put_nodeValue(Variant(value).Get()), "put_nodeValue");
     ComReference<IXMLDOMAttribute> attribute;
-    Check(node.Query(kInterfaceId<IXMLDOMAttribute>, &attribute), "QueryInterface of an attribute");
+    Check(node.Query(velmora::kIidDomAttribute, &attribute), "QueryInterface of an attribute");
     ComReference<IXMLDOMElement> owner;
-    Check(ComReference<IXMLDOMNode>::Share(element).Query(kInterfaceId<IXMLDOMElement>, &owner),
+    Check(ComReference<IXMLDOMNode>::Share(element).Query(velmora::kIidDomElement, &owner),
           "QueryInterface of an element");
     ComReference<IXMLDOMAttribute> former;
     Check(owner->setAttributeNode(attribute.Get(), former.Receive()), "setAttributeNode");

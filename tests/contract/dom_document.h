@@ -17,30 +17,6 @@ namespace contract {
 using velmora::ComReference;
 using velmora::OwnedBstr;
 
-// Classes of MSXML 6.
-inline constexpr CLSID kDomDocumentClass = {
-    0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
-inline constexpr CLSID kNamespaceManagerClass = {
-    0x88D96A11, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
-
-// The ids of the DOM's interfaces differ in their first part only.
-constexpr IID DomInterfaceId(DWORD firstPart) {
-    return {firstPart, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
-}
-template <class Interface>
-inline constexpr IID kInterfaceId = {};
-template <>
-inline constexpr IID kInterfaceId<IUnknown> = {0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMAttribute> = DomInterfaceId(0x2933BF85);
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMElement> = DomInterfaceId(0x2933BF86);
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMDocument2> = DomInterfaceId(0x2933BF95);
-template <>
-inline constexpr IID kInterfaceId<IMXNamespaceManager> = {
-    0xC90352F6, 0x643C, 0x4FBC, {0xBB, 0x23, 0xE9, 0x96, 0xEB, 0x2D, 0x51, 0xFD}};
-
 // COM on the current thread for as long as this lives.
 class ComOnThread {
   public:

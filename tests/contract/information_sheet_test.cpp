@@ -8,14 +8,10 @@
 namespace contract {
 namespace {
 
-constexpr int kRestoreAll = 10009;
-constexpr int kQuestion = 0xFFFF;
+constexpr int kRestoreAll = 10009, kQuestion = 0xFFFF;
 
 // Of the other pages.
-constexpr int kCopies = 5017;
-constexpr int kMonochrome = 6010;
-constexpr int kWatermark = 7003;
-constexpr int kDividers = 9003;
+constexpr int kCopies = 5017, kMonochrome = 6010, kWatermark = 7003, kDividers = 9003;
 
 const Step kTurn = TurnTo(kInformationTab);
 

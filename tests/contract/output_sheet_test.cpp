@@ -9,23 +9,13 @@ namespace contract {
 namespace {
 
 // Controls of the page.
-constexpr int kDividers = 9003;
-constexpr int kBefore = 9004;
-constexpr int kAfter = 9005;
-constexpr int kAround = 9006;
-constexpr int kSourceLabel = 9007;
-constexpr int kSource = 9008;
-constexpr int kLabel = 9009;
-constexpr int kText = 9010;
+constexpr int kDividers = 9003, kBefore = 9004, kAfter = 9005, kAround = 9006, kSourceLabel = 9007, kSource = 9008,
+              kLabel = 9009, kText = 9010;
 constexpr int kBoxes[] = {9012, 9013, 9014};
-constexpr int kBinary = 9015;
-constexpr int kDefaults = 9017;
+constexpr int kBinary = 9015, kDefaults = 9017;
 
 // Of the Paper page.
-constexpr int kPaper = 5006;
-constexpr int kSizeOk = 5317;
-constexpr int kCustomSize = 258;
-constexpr int kA4 = 9;
+constexpr int kPaper = 5006, kSizeOk = 5317, kCustomSize = 258, kA4 = 9;
 
 constexpr int kNoticeOk = 1604;
 

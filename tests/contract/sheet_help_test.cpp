@@ -10,8 +10,7 @@
 namespace contract {
 namespace {
 
-constexpr int kAvailable = 11004;
-constexpr int kInstalled = 11007;
+constexpr int kAvailable = 11004, kInstalled = 11007;
 
 constexpr WCHAR kEngineKey[] = TEXT("CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32");
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,22 +19,9 @@ namespace contract {
 namespace {
 
 // Controls of the page.
-constexpr int kOn = 7003;
-constexpr int kName = 7005;
-constexpr int kAdd = 7006;
-constexpr int kChange = 7007;
-constexpr int kDelete = 7008;
-constexpr int kFace = 7010;
-constexpr int kStyle = 7012;
-constexpr int kSize = 7014;
-constexpr int kSizeSpin = 7015;
-constexpr int kFamily = 7017;
-constexpr int kPosition = 7019;
-constexpr int kShade = 7023;
-constexpr int kAngle = 7025;
-constexpr int kAngleSlider = 7026;
-constexpr int kRestore = 7030;
-constexpr int kReady = 3107;
+constexpr int kOn = 7003, kName = 7005, kAdd = 7006, kChange = 7007, kDelete = 7008, kFace = 7010, kStyle = 7012,
+              kSize = 7014, kSizeSpin = 7015, kFamily = 7017, kPosition = 7019, kShade = 7023, kAngle = 7025,
+              kAngleSlider = 7026, kRestore = 7030, kReady = 3107;
 
 // Of the Paper page.
 constexpr int kPaper = 5006;
@@ -244,19 +232,12 @@ class WatermarkSheet : public SheetTest {
         for (int i = 8; i < count; ++i) {
             const std::string index = std::to_string(i);
             write("WMString" + index, "Own " + index);
-            for (const auto& [key, value] : Section{{"WMType", "1"},
-                                                    {"WMFace", "Arial"},
-                                                    {"WMCharSet", "0"},
-                                                    {"WMBold", "0"},
-                                                    {"WMItalic", "0"},
-                                                    {"WMSize", "40"},
-                                                    {"WMOutline", "0"},
-                                                    {"WMColor", "00000000"},
-                                                    {"WMAngle", "0"},
-                                                    {"WMPlacement", "0"},
-                                                    {"WMPositionX", "0"},
-                                                    {"WMPositionY", "0"}}) {
-                write(key + index, value);
+            std::istringstream settings(
+                "Type=1 Face=Arial CharSet=0 Bold=0 Italic=0 Size=40 Outline=0 Color=00000000 Angle=0 Placement=0 "
+                "PositionX=0 PositionY=0");
+            for (std::string setting; settings >> setting;) {
+                const size_t equals = setting.find('=');
+                write("WM" + setting.substr(0, equals) + index, setting.substr(equals + 1));
             }
         }
         write("NumWatermarks", std::to_string(count));

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "driver/ptprovider/dom_classes.h"
 #include "tests/contract/dom_document.h"
 
 namespace contract {
@@ -131,7 +132,7 @@ class NamespaceManager final : public IMXNamespaceManager {
     virtual ~NamespaceManager() = default;
 
     HRESULT WINAPI QueryInterface(REFIID interfaceId, void** object) override {
-        const bool known = interfaceId == kInterfaceId<IUnknown> || interfaceId == kInterfaceId<IMXNamespaceManager>;
+        const bool known = interfaceId == IID_IUnknown || interfaceId == velmora::kIidNamespaceManager;
         *object = known ? this : nullptr;
         if (known) {
             AddRef();

@@ -12,6 +12,7 @@
 
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
+#include "driver/ptprovider/dom_classes.h"
 #include "tests/contract/dom_document.h"
 #include "tests/contract/sheet_host.h"
 #include "tests/contract/wine_namespace_manager.h"
@@ -520,7 +521,7 @@ bool PushesNodeContexts(HANDLE) {
 
 HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
                                      LPVOID* object) {
-    if (classId != kNamespaceManagerClass || outer != nullptr || (context & CLSCTX_INPROC_SERVER) == 0) {
+    if (classId != velmora::kMxNamespaceManager60 || outer != nullptr || (context & CLSCTX_INPROC_SERVER) == 0) {
         return GENUINE_OF(CoCreateInstance, L"ole32.dll")(classId, outer, context, interfaceId, object);
     }
     const ComReference<IMXNamespaceManager> manager(MakeNamespaceManager());
