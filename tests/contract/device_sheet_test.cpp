@@ -84,53 +84,37 @@ Step Remove(int item) {
 class DeviceSheet : public SheetTest {};
 
 TEST_F(DeviceSheet, KeepsWhatIsInstalled) {
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    // Over a device, `commits` times of a change, after which the device is another.
+    const auto check = [&](const char* title, const Device& device, std::vector<Step> steps, size_t commits,
+                           const Device& after, LONG result = CPSUI_OK) {
+        SCOPED_TRACE(title);
+        Record(title);
+        Install(printer, device);
+        const PrinterData before = printer.Data();
+        const ChangeListener listener;
+        EXPECT_EQ(ShowDeviceSheet(printer, std::move(steps)), result);
+        EXPECT_EQ(StoredText(printer), Text(after));
+        EXPECT_EQ(listener.Printers(), std::vector<WideText>(commits, printer.Name()));
+        PrinterData data = printer.Data();
+        data[kDeviceInfo] = before.at(kDeviceInfo);
+        EXPECT_TRUE(data == before) << "other printer data has changed";
+    };
     const Step ok = InSheet(PSBTN_OK);
     const Step apply = InSheet(PSBTN_APPLYNOW);
     const Step cancel = InSheet(PSBTN_CANCEL);
-    const Step pressBoth = [] {
-        PressButton(kInstall);
-        PressButton(kRemove);
-    };
-    const struct {
-        const char* title;
-        Device before;
-        std::vector<Step> steps;
-        LONG result;
-        size_t commits;
-        Device after;
-    } cases[] = {
-        {"nothing changed", kBare, {ok}, CPSUI_OK, 0, kBare},
-        {"nothing selected", kBare, {pressBoth, Describe("pressed"), ok}, CPSUI_OK, 0, kBare},
-        {"the tray", kBare, {Add(0), Describe("installed"), ok}, CPSUI_OK, 1, {7, 1, 0, 5}},
-        {"the duplex unit", kBare, {Add(1), Describe("installed"), ok}, CPSUI_OK, 1, {3, 0, 1, 5}},
-        {"one by one", kBare, {Add(0), apply, Describe("applied"), Add(0), apply, ok}, CPSUI_OK, 2, kWhole},
-        {"there and back", kBare, {Add(0), Remove(0), apply, ok}, CPSUI_OK, 1, kBare},
-        {"removed", kWhole, {Remove(1), Remove(0), Describe("removed"), ok}, CPSUI_OK, 1, kBare},
-        {"cancelled", kBare, {Add(0), Add(0), cancel}, CPSUI_CANCEL, 0, kBare},
-        {"cancelled after applying", kBare, {Add(1), apply, Remove(0), cancel}, CPSUI_OK, 1, {3, 0, 1, 5}},
-        {"no tray can be",
-         {3, kNotApplicable, 0, 5},
-         {Describe("shown"), Add(0), ok},
-         CPSUI_OK,
-         1,
-         {7, kNotApplicable, 1, 5}},
-        {"no duplex unit can be", {3, 0, kNotApplicable, 5}, {Add(0), ok}, CPSUI_OK, 1, {7, 1, kNotApplicable, 5}},
-        {"the stapler stays", {3, 0, 4, 5}, {Add(1), ok}, CPSUI_OK, 1, {3, 0, 5, 5}},
-    };
-    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.title);
-        Record(c.title);
-        Install(printer, c.before);
-        const PrinterData before = printer.Data();
-        const ChangeListener listener;
-        EXPECT_EQ(ShowDeviceSheet(printer, c.steps), c.result);
-        EXPECT_EQ(StoredText(printer), Text(c.after));
-        EXPECT_EQ(listener.Printers(), std::vector<WideText>(c.commits, printer.Name()));
-        PrinterData after = printer.Data();
-        after[kDeviceInfo] = before.at(kDeviceInfo);
-        EXPECT_TRUE(after == before) << "other printer data has changed";
-    }
+    check("nothing changed", kBare, {ok}, 0, kBare);
+    check("nothing selected", kBare, {Press(kInstall), Press(kRemove), Describe("pressed"), ok}, 0, kBare);
+    check("the tray", kBare, {Add(0), Describe("installed"), ok}, 1, {7, 1, 0, 5});
+    check("the duplex unit", kBare, {Add(1), Describe("installed"), ok}, 1, kWithDuplex);
+    check("one by one", kBare, {Add(0), apply, Describe("applied"), Add(0), apply, ok}, 2, kWhole);
+    check("there and back", kBare, {Add(0), Remove(0), apply, ok}, 1, kBare);
+    check("removed", kWhole, {Remove(1), Remove(0), Describe("removed"), ok}, 1, kBare);
+    check("cancelled", kBare, {Add(0), Add(0), cancel}, 0, kBare, CPSUI_CANCEL);
+    check("cancelled after applying", kBare, {Add(1), apply, Remove(0), cancel}, 1, kWithDuplex);
+    check("no tray can be", {3, kNotApplicable, 0, 5}, {Describe("shown"), Add(0), ok}, 1, {7, kNotApplicable, 1, 5});
+    check("no duplex unit can be", {3, 0, kNotApplicable, 5}, {Add(0), ok}, 1, {7, 1, kNotApplicable, 5});
+    check("the stapler stays", {3, 0, 4, 5}, {Add(1), ok}, 1, {3, 0, 5, 5});
 }
 
 TEST_F(DeviceSheet, InEveryLanguage) {

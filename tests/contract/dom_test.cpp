@@ -258,30 +258,6 @@ TEST_F(Dom, SaysWhatItDoesNotFind) {
     EXPECT_EQ(value.Get().vt, VT_NULL);
 }
 
-TEST_F(Dom, OwnsByReferences) {
-    auto document = LoadDocument(TEXT("<a x='1'>text</a>"));
-    auto root = RootOf(document.Get());
-    ComReference<IXMLDOMNode> text;
-    ASSERT_EQ(root->get_firstChild(text.Receive()), S_OK);
-    for (IUnknown* object : std::initializer_list<IUnknown*>{document.Get(), root.Get(), text.Get()}) {
-        const ULONG before = object->AddRef();
-        EXPECT_EQ(object->AddRef(), before + 1);
-        EXPECT_EQ(object->Release(), before);
-        EXPECT_EQ(object->Release(), before - 1);
-    }
-
-    // A node keeps its tree.
-    ComReference<IXMLDOMNamedNodeMap> map;
-    ASSERT_EQ(root->get_attributes(map.Receive()), S_OK);
-    document.Reset();
-    root.Reset();
-    EXPECT_EQ(Facts(text.Get()), R"(3 name "#text" base - uri - prefix - text "text" value "text")");
-    ComReference<IXMLDOMNode> found;
-    EXPECT_EQ(map->getNamedItem(OwnedBstr(TEXT("x")).Get(), found.Receive()), S_OK);
-    ASSERT_EQ(text->get_parentNode(found.Receive()), S_OK);
-    EXPECT_EQ(TextBy(found.Get(), &IXMLDOMNode::get_nodeName), "\"a\"");
-}
-
 // --- Namespaces
 
 class Namespaces : public Dom {

@@ -20,17 +20,12 @@ using velmora::kPrivateNamespace;
 using velmora::QualifiedName;
 using velmora::SchemaDocument;
 
-// ASCII as it is, for messages and literals.
-std::string Narrow(const WideText& text) {
-    return Printable(text);
-}
-
 // A document with its long namespaces told by the prefixes that they usually have.
 std::string Shortened(IXMLDOMDocument2* document) {
     std::string text = CanonicalText(document);
     std::vector<std::pair<std::string, std::string>> names;
     for (const velmora::StandardNamespace& standard : velmora::kStandardNamespaces) {
-        names.emplace_back(Narrow(standard.uri), Narrow(standard.prefix));
+        names.emplace_back(Printable(standard.uri), Printable(standard.prefix));
     }
     // The instance namespace begins as the schema's does.
     std::swap(names[0], names[1]);
@@ -65,7 +60,7 @@ class SchemaDocuments : public ContractTest {
     }
     // "uri|name" as it was read.
     static std::string Told(const QualifiedName& name) {
-        return name.localName ? Narrow(name.uri.Text()) + "|" + Narrow(name.localName.Text()) : "nothing";
+        return name.localName ? Printable(name.uri.Text()) + "|" + Printable(name.localName.Text()) : "nothing";
     }
     // A new document with an element of the private namespace as its root.
     void Create() {
@@ -179,14 +174,14 @@ TEST_F(SchemaDocuments, BindPrefixesThatAreFree) {
     // Prefixes that were generated are never generated again, nor is one that is bound.
     OwnedBstr prefix;
     EXPECT_EQ(schema_.DeclareNamespace(schema_.Root(), TEXT("u:new"), TEXT("psk"), &prefix), S_OK);
-    EXPECT_EQ(Narrow(prefix.Text()), "ns0002");
+    EXPECT_EQ(Printable(prefix.Text()), "ns0002");
     EXPECT_EQ(schema_.AddNamespaceAttribute(TEXT("u:own"), TEXT("ns0003")), S_OK);
     EXPECT_EQ(schema_.DeclareNamespace(schema_.Root(), TEXT("u:next"), nullptr, &prefix), S_OK);
-    EXPECT_EQ(Narrow(prefix.Text()), "ns0004");
+    EXPECT_EQ(Printable(prefix.Text()), "ns0004");
     EXPECT_EQ(schema_.DeclareNamespace(schema_.Root(), TEXT("u:free"), TEXT("free"), &prefix), S_OK);
-    EXPECT_EQ(Narrow(prefix.Text()), "free");
+    EXPECT_EQ(Printable(prefix.Text()), "free");
     EXPECT_EQ(schema_.LookupPrefix(schema_.Root(), TEXT("u:free"), &prefix), S_OK);
-    EXPECT_EQ(Narrow(prefix.Text()), "free");
+    EXPECT_EQ(Printable(prefix.Text()), "free");
     EXPECT_EQ(schema_.LookupPrefix(schema_.Root(), TEXT("u:nowhere"), &prefix), S_FALSE);
     RecordDocument(loaded_.Get());
 }
@@ -198,13 +193,13 @@ TEST_F(SchemaDocuments, MakeNamesThatMeanTheSameWhereTheyStand) {
     ASSERT_EQ(schema_.FindChildElement(nullptr, TEXT("u:default"), TEXT("b"), &inner), S_OK);
     OwnedBstr text;
     EXPECT_EQ(schema_.MakeQName(schema_.Root(), TEXT("u:k"), TEXT("n"), &text), S_OK);
-    EXPECT_EQ(Narrow(text.Text()), "k:n");
+    EXPECT_EQ(Printable(text.Text()), "k:n");
     EXPECT_EQ(schema_.MakeQName(schema_.Root(), TEXT("u:default"), TEXT("n"), &text), S_OK);
-    EXPECT_EQ(Narrow(text.Text()), "n");
+    EXPECT_EQ(Printable(text.Text()), "n");
     EXPECT_EQ(schema_.MakeQName(inner.Get(), TEXT("u:k"), TEXT("n"), &text), S_OK);
-    EXPECT_EQ(Narrow(text.Text()), "ns0000:n");
+    EXPECT_EQ(Printable(text.Text()), "ns0000:n");
     EXPECT_EQ(schema_.MakeQName(inner.Get(), TEXT("u:hidden"), TEXT("n"), &text), S_OK);
-    EXPECT_EQ(Narrow(text.Text()), "k:n");
+    EXPECT_EQ(Printable(text.Text()), "k:n");
     QualifiedName name;
     EXPECT_EQ(schema_.SplitQName(inner.Get(), TEXT("ns0000:n"), &name), S_OK);
     EXPECT_EQ(Told(name), "u:k|n");
@@ -233,7 +228,7 @@ TEST_F(SchemaDocuments, ResolveNamesWhereTheyStand) {
         for (const bool isInner : {false, true}) {
             QualifiedName name;
             schema_.SplitQName(isInner ? inner.Get() : schema_.Root(), row.text, &name);
-            EXPECT_EQ(Told(name), isInner ? row.inner : row.outer) << Narrow(row.text);
+            EXPECT_EQ(Told(name), isInner ? row.inner : row.outer) << Printable(row.text);
         }
     }
     QualifiedName name;
@@ -292,8 +287,8 @@ TEST_F(SchemaDocuments, AreReadByNamespaceAndName) {
         const HRESULT result = schema_.FindFeatureOption(nullptr, row.uri, row.feature, &feature, &option, &name);
         EXPECT_EQ(name.localName && name.Is(kKeywordsNamespace, row.option ? row.option : TEXT("")),
                   row.option != nullptr)
-            << Narrow(row.feature);
-        EXPECT_EQ(result == S_OK, row.option && feature && option) << Narrow(row.feature);
+            << Printable(row.feature);
+        EXPECT_EQ(result == S_OK, row.option && feature && option) << Printable(row.feature);
     }
     ElementReference option;
     ASSERT_EQ(schema_.FindFeatureOption(nullptr, kKeywordsNamespace, TEXT("F"), nullptr, &option, nullptr), S_OK);
@@ -355,7 +350,7 @@ TEST_F(SchemaDocuments, WithoutADocumentRefuseEverything) {
     EXPECT_EQ(schema_.AttachDocument(nullptr), E_INVALIDARG);
     // The manager alone knows the standard namespaces then.
     EXPECT_EQ(schema_.LookupPrefix(nullptr, kKeywordsNamespace, &text), S_OK);
-    EXPECT_EQ(Narrow(text.Text()), "psk");
+    EXPECT_EQ(Printable(text.Text()), "psk");
 }
 
 }  // namespace
