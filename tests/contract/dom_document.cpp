@@ -61,9 +61,11 @@ ComReference<IMXNamespaceManager> NewNamespaceManager() {
 
 ComReference<IXMLDOMNode> NewNode(IXMLDOMDocument2* document, DOMNodeType type, const WideText& name,
                                   const WideText& uri) {
+    VARIANT number{};
+    number.vt = VT_I4;
+    number.lVal = type;
     ComReference<IXMLDOMNode> node;
-    Check(document->createNode(Variant(type).Get(), OwnedBstr(name.c_str()).Get(), OwnedBstr(uri.c_str()).Get(),
-                               node.Receive()),
+    Check(document->createNode(number, OwnedBstr(name.c_str()).Get(), OwnedBstr(uri.c_str()).Get(), node.Receive()),
           "createNode");
     return node;
 }
@@ -71,7 +73,11 @@ ComReference<IXMLDOMNode> NewNode(IXMLDOMDocument2* document, DOMNodeType type, 
 void SetAttributeNode(IXMLDOMDocument2* document, IXMLDOMNode* element, const WideText& name, const WideText& uri,
                       const WideText& value) {
     const auto node = NewNode(document, NODE_ATTRIBUTE, name, uri);
-    Check(node->put_nodeValue(Variant(value).Get()), "put_nodeValue");
+    const OwnedBstr text(value.c_str());
+    VARIANT passed{};
+    passed.vt = VT_BSTR;
+    passed.bstrVal = text.Get();
+    Check(node->put_nodeValue(passed), "put_nodeValue");
     ComReference<IXMLDOMAttribute> attribute;
     Check(node.Query(velmora::kIidDomAttribute, &attribute), "QueryInterface of an attribute");
     ComReference<IXMLDOMElement> owner;

@@ -1,4 +1,4 @@
-// COM on the test's thread, values, and the XML documents that tests make (msxml2.h).
+// COM on the test's thread, and the XML documents that tests make (msxml2.h).
 #pragma once
 
 #include <windows.h>
@@ -16,6 +16,7 @@ namespace contract {
 
 using velmora::ComReference;
 using velmora::OwnedBstr;
+using velmora::OwnedVariant;
 
 // COM on the current thread for as long as this lives.
 class ComOnThread {
@@ -31,32 +32,6 @@ class ComOnThread {
 
   private:
     const bool initialized_;  // else the thread has it already, in another mode
-};
-
-// An owned value; VT_EMPTY at first.
-class Variant {
-  public:
-    Variant() { VariantInit(&value_); }
-    explicit Variant(LONG number) : Variant() {
-        value_.vt = VT_I4;
-        value_.lVal = number;
-    }
-    explicit Variant(const WideText& text) : Variant() {
-        value_.vt = VT_BSTR;
-        value_.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    }
-    ~Variant() { VariantClear(&value_); }
-    Variant(const Variant&) = delete;
-    Variant& operator=(const Variant&) = delete;
-
-    const VARIANT& Get() const { return value_; }
-    VARIANT* Receive() {
-        VariantClear(&value_);
-        return &value_;
-    }
-
-  private:
-    VARIANT value_;
 };
 
 // An empty document that waits for its loading, checks nothing and fetches nothing. Throws std::runtime_error where

@@ -40,12 +40,12 @@ std::string TextBy(IXMLDOMNode* node, Getter getter) {
 }
 
 std::string ValueOf(IXMLDOMNode* node) {
-    Variant value;
+    OwnedVariant value;
     const HRESULT result = node->get_nodeValue(value.Receive());
-    if (value.Get().vt == VT_BSTR) {
-        return Shown(result, value.Get().bstrVal);
+    if (result == S_OK && value.Text() != nullptr) {
+        return '"' + Printable(value.Text()) + '"';
     }
-    return result == S_FALSE && value.Get().vt == VT_NULL ? "-" : "result " + std::to_string(result);
+    return result == S_FALSE && value.Text() == nullptr ? "-" : "result " + std::to_string(result);
 }
 
 std::string Facts(IXMLDOMNode* node) {
@@ -253,9 +253,9 @@ TEST_F(Dom, SaysWhatItDoesNotFind) {
     ComReference<IXMLDOMAttribute> attribute;
     EXPECT_EQ(root->getAttributeNode(none.Get(), attribute.Receive()), S_FALSE);
     EXPECT_FALSE(attribute);
-    Variant value;
+    OwnedVariant value;
     EXPECT_EQ(root->getAttribute(none.Get(), value.Receive()), S_FALSE);
-    EXPECT_EQ(value.Get().vt, VT_NULL);
+    EXPECT_EQ(value.Text(), nullptr);
 }
 
 // --- Namespaces
