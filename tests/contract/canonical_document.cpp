@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/contract/contract_test.h"
 #include "tests/contract/transcript.h"
 #include "tests/print_schema/xml_tree.h"
 
@@ -71,9 +72,7 @@ std::string CanonicalText(IXMLDOMDocument2* document) {
 }
 
 void RecordDocument(IXMLDOMDocument2* document) {
-    WCHAR value[MAX_PATH] = {};
-    GetEnvironmentVariableW(TEXT("APPDATA"), value, MAX_PATH);
-    const std::string folder = '"' + Printable(value);
+    const std::string folder = '"' + Printable(Variable(TEXT("APPDATA")));
     std::istringstream lines(CanonicalText(document));
     for (std::string line; std::getline(lines, line);) {
         const size_t place = folder.size() > 1 ? line.find(folder) : std::string::npos;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 
 namespace contract {
 namespace {
@@ -31,6 +33,24 @@ DevModeBuffer DefaultDevMode(const InstalledPrinter& printer, const WideText& pr
 
 WideText FileName(const WideText& path) {
     return path.substr(path.rfind(TEXT('\\')) + 1);
+}
+
+WideText Variable(const WCHAR* name) {
+    WCHAR value[MAX_PATH] = {};
+    GetEnvironmentVariableW(name, value, MAX_PATH);
+    return value;
+}
+
+WideText ComputerName() {
+    WCHAR name[MAX_COMPUTERNAME_LENGTH + 1] = {};
+    DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
+    GetComputerNameW(name, &length);
+    return name;
+}
+
+std::string ContentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace contract

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
+#include <string>
 
 #include "driver/devmode/private_devmode.h"
 #include "tests/contract/environment.h"
@@ -42,5 +44,12 @@ std::basic_string<Character> TextOf(const Character (&field)[capacity]) {
 
 // What follows the last backslash.
 WideText FileName(const WideText& path);
+
+// A variable of the environment; empty where there is none.
+WideText Variable(const WCHAR* name);
+WideText ComputerName();
+
+// A file's bytes, none where it can't be read.
+std::string ContentOf(const std::filesystem::path& file);
 
 }  // namespace contract

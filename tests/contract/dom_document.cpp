@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "driver/ptprovider/dom_classes.h"
+#include "driver/ptprovider/print_schema.h"
 #include "tests/contract/transcript.h"
 
 namespace contract {
@@ -15,16 +17,17 @@ void Check(HRESULT result, const char* what) {
 }
 
 template <class Interface>
-ComReference<Interface> NewObject(const CLSID& classId, const char* what) {
+ComReference<Interface> NewObject(const CLSID& classId, const IID& interfaceId, const char* what) {
     void* object = nullptr;
-    Check(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, kInterfaceId<Interface>, &object), what);
+    Check(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, interfaceId, &object), what);
     return ComReference<Interface>(static_cast<Interface*>(object));
 }
 
 }  // namespace
 
 ComReference<IXMLDOMDocument2> NewDocument() {
-    auto document = NewObject<IXMLDOMDocument2>(kDomDocumentClass, "making a document");
+    auto document =
+        NewObject<IXMLDOMDocument2>(velmora::kDomDocument60, velmora::kIidDomDocument2, "making a document");
     Check(document->put_async(VARIANT_FALSE), "put_async");
     Check(document->put_validateOnParse(VARIANT_FALSE), "put_validateOnParse");
     Check(document->put_resolveExternals(VARIANT_FALSE), "put_resolveExternals");
@@ -34,32 +37,54 @@ ComReference<IXMLDOMDocument2> NewDocument() {
 ComReference<IXMLDOMDocument2> LoadDocument(const WideText& text) {
     auto document = NewDocument();
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    if (document->loadXML(Bstr(text).Get(), &loaded) != S_OK || loaded != VARIANT_TRUE) {
+    if (document->loadXML(OwnedBstr(text.c_str()).Get(), &loaded) != S_OK || loaded != VARIANT_TRUE) {
         throw std::runtime_error("not well-formed: " + Printable(text));
     }
     return document;
 }
 
+ComReference<IXMLDOMDocument2> LoadDocument(const std::string& text) {
+    WideText whole(text.begin(), text.end());
+    for (const velmora::StandardNamespace& standard : velmora::kStandardNamespaces) {
+        const WideText shortForm = TEXT("{") + WideText(standard.prefix) + TEXT("}");
+        for (size_t place = 0; (place = whole.find(shortForm, place)) != WideText::npos;) {
+            whole.replace(place, shortForm.size(), standard.uri);
+        }
+    }
+    return LoadDocument(whole);
+}
+
 ComReference<IMXNamespaceManager> NewNamespaceManager() {
-    return NewObject<IMXNamespaceManager>(kNamespaceManagerClass, "making a namespace manager");
+    return NewObject<IMXNamespaceManager>(velmora::kMxNamespaceManager60, velmora::kIidNamespaceManager,
+                                          "making a namespace manager");
 }
 
 ComReference<IXMLDOMNode> NewNode(IXMLDOMDocument2* document, DOMNodeType type, const WideText& name,
                                   const WideText& uri) {
+    VARIANT number{};
+    number.vt = VT_I4;
+    number.lVal = type;
     ComReference<IXMLDOMNode> node;
-    Check(document->createNode(Variant(type).Get(), Bstr(name).Get(), Bstr(uri).Get(), node.Receive()), "createNode");
+    Check(document->createNode(number, OwnedBstr(name.c_str()).Get(), OwnedBstr(uri.c_str()).Get(), node.Receive()),
+          "createNode");
     return node;
 }
 
 void SetAttributeNode(IXMLDOMDocument2* document, IXMLDOMNode* element, const WideText& name, const WideText& uri,
                       const WideText& value) {
-    const auto attribute = NewNode(document, NODE_ATTRIBUTE, name, uri).As<IXMLDOMAttribute>();
-    Check(attribute->put_nodeValue(Variant(value).Get()), "put_nodeValue");
-    void* owner = nullptr;
-    Check(element->QueryInterface(kInterfaceId<IXMLDOMElement>, &owner), "QueryInterface of an element");
-    const ComReference<IXMLDOMElement> ownerElement(static_cast<IXMLDOMElement*>(owner));
+    const auto node = NewNode(document, NODE_ATTRIBUTE, name, uri);
+    const OwnedBstr text(value.c_str());
+    VARIANT passed{};
+    passed.vt = VT_BSTR;
+    passed.bstrVal = text.Get();
+    Check(node->put_nodeValue(passed), "put_nodeValue");
+    ComReference<IXMLDOMAttribute> attribute;
+    Check(node.Query(velmora::kIidDomAttribute, &attribute), "QueryInterface of an attribute");
+    ComReference<IXMLDOMElement> owner;
+    Check(ComReference<IXMLDOMNode>::Share(element).Query(velmora::kIidDomElement, &owner),
+          "QueryInterface of an element");
     ComReference<IXMLDOMAttribute> former;
-    Check(ownerElement->setAttributeNode(attribute.Get(), former.Receive()), "setAttributeNode");
+    Check(owner->setAttributeNode(attribute.Get(), former.Receive()), "setAttributeNode");
 }
 
 }  // namespace contract

@@ -1,4 +1,4 @@
-// COM objects, their texts and values as tests own them, and the XML documents that tests make (msxml2.h).
+// COM on the test's thread, and the XML documents that tests make (msxml2.h).
 #pragma once
 
 #include <windows.h>
@@ -7,37 +7,16 @@
 #include <objbase.h>
 #include <oleauto.h>
 
-#include <utility>
+#include <string>
 
+#include "driver/base/com.h"
 #include "tests/contract/environment.h"
 
 namespace contract {
 
-// Classes of MSXML 6.
-inline constexpr CLSID kDomDocumentClass = {
-    0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
-inline constexpr CLSID kNamespaceManagerClass = {
-    0x88D96A11, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
-
-// The ids of the DOM's interfaces differ in their first part only.
-constexpr IID DomInterfaceId(DWORD firstPart) {
-    return {firstPart, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
-}
-template <class Interface>
-inline constexpr IID kInterfaceId = {};
-template <>
-inline constexpr IID kInterfaceId<IUnknown> = {0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMNode> = DomInterfaceId(0x2933BF80);
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMAttribute> = DomInterfaceId(0x2933BF85);
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMElement> = DomInterfaceId(0x2933BF86);
-template <>
-inline constexpr IID kInterfaceId<IXMLDOMDocument2> = DomInterfaceId(0x2933BF95);
-template <>
-inline constexpr IID kInterfaceId<IMXNamespaceManager> = {
-    0xC90352F6, 0x643C, 0x4FBC, {0xBB, 0x23, 0xE9, 0x96, 0xEB, 0x2D, 0x51, 0xFD}};
+using velmora::ComReference;
+using velmora::OwnedBstr;
+using velmora::OwnedVariant;
 
 // COM on the current thread for as long as this lives.
 class ComOnThread {
@@ -55,99 +34,14 @@ class ComOnThread {
     const bool initialized_;  // else the thread has it already, in another mode
 };
 
-// An owned reference to an object, or none.
-template <class Interface>
-class ComReference {
-  public:
-    ComReference() = default;
-    explicit ComReference(Interface* owned) : object_(owned) {}
-    ComReference(ComReference&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-    ComReference& operator=(ComReference&& other) noexcept {
-        std::swap(object_, other.object_);
-        return *this;
-    }
-    ~ComReference() { Release(); }
-
-    Interface* Get() const { return object_; }
-    Interface* operator->() const { return object_; }
-    explicit operator bool() const { return object_ != nullptr; }
-
-    void Release() {
-        if (object_ != nullptr) {
-            std::exchange(object_, nullptr)->Release();
-        }
-    }
-    // For a call's owned result; what was held is released before.
-    Interface** Receive() {
-        Release();
-        return &object_;
-    }
-    // Another interface of the object; none where it doesn't have it.
-    template <class Other>
-    ComReference<Other> As() const {
-        void* other = nullptr;
-        object_->QueryInterface(kInterfaceId<Other>, &other);
-        return ComReference<Other>(static_cast<Other*>(other));
-    }
-
-  private:
-    Interface* object_ = nullptr;
-};
-
-// An owned text, or none.
-class Bstr {
-  public:
-    Bstr() = default;
-    explicit Bstr(const WideText& text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-    ~Bstr() { SysFreeString(text_); }
-    Bstr(const Bstr&) = delete;
-    Bstr& operator=(const Bstr&) = delete;
-
-    BSTR Get() const { return text_; }
-    BSTR* Receive() {
-        SysFreeString(text_);
-        text_ = nullptr;
-        return &text_;
-    }
-    // Empty where there is none.
-    WideText Text() const { return text_ == nullptr ? WideText() : WideText(text_, SysStringLen(text_)); }
-
-  private:
-    BSTR text_ = nullptr;
-};
-
-// An owned value; VT_EMPTY at first.
-class Variant {
-  public:
-    Variant() { VariantInit(&value_); }
-    explicit Variant(LONG number) : Variant() {
-        value_.vt = VT_I4;
-        value_.lVal = number;
-    }
-    explicit Variant(const WideText& text) : Variant() {
-        value_.vt = VT_BSTR;
-        value_.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    }
-    ~Variant() { VariantClear(&value_); }
-    Variant(const Variant&) = delete;
-    Variant& operator=(const Variant&) = delete;
-
-    const VARIANT& Get() const { return value_; }
-    VARIANT* Receive() {
-        VariantClear(&value_);
-        return &value_;
-    }
-
-  private:
-    VARIANT value_;
-};
-
 // An empty document that waits for its loading, checks nothing and fetches nothing. Throws std::runtime_error where
 // there is none; COM must be there on the thread.
 ComReference<IXMLDOMDocument2> NewDocument();
 
 // A document of a text. Throws std::runtime_error, with the text, where it isn't well-formed.
 ComReference<IXMLDOMDocument2> LoadDocument(const WideText& text);
+// The same of an ASCII text, where the usual prefix of a standard namespace in braces, "{psf}", stands for its URI.
+ComReference<IXMLDOMDocument2> LoadDocument(const std::string& text);
 
 // A new namespace manager. Throws std::runtime_error where there is none.
 ComReference<IMXNamespaceManager> NewNamespaceManager();

@@ -8,7 +8,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace contract {
 
@@ -24,8 +23,8 @@ class ContractEnvironment {
     // Section "intl", key "iMeasure" of the user's settings.
     virtual void SetMetric(bool metric) = 0;
 
-    // What GetVersionExW tells. False where the host's version is what it is.
-    virtual bool SetSystemVersion(DWORD major, DWORD minor) = 0;
+    // What GetVersionExW tells, where the host's version isn't what it is.
+    virtual void SetSystemVersion(DWORD major, DWORD minor) = 0;
 
     // What GetUserDefaultLangID tells the driver, and the ANSI code page of that language. A fresh machine is English
     // (0x0409).
@@ -41,8 +40,6 @@ class ContractEnvironment {
     virtual void AddProgram(const WideText& fileName, Program run = nullptr) = 0;
     // The driver package's program for watermarks, KV62WM.EXE: the driver can start it from now on, and it really runs.
     virtual void AddWatermarkProgram() = 0;
-    // The command lines by which programs were started, the first one first.
-    const std::vector<std::string>& StartedCommands() const { return startedCommands_; }
 
     // `user` is called each time that this thread waits for input in a message loop, also in one that `user` itself has
     // run. It may send messages and input. Null: nobody is there.
@@ -66,9 +63,6 @@ class ContractEnvironment {
 
     // Called before a printer that was prepared is deleted: tells the driver where the spooler won't.
     virtual void LeaveDriver(HMODULE driver, HANDLE printer) = 0;
-
-  protected:
-    std::vector<std::string> startedCommands_;
 };
 
 // The host's machine, fresh: no printer of another test, metric, and empty APPDATA and USERPROFILE folders. At most one

@@ -41,10 +41,7 @@ class LayerEnvironment : public ContractEnvironment {
 
     void SetMetric(bool metric) override { machine_.SetMetric(metric); }
 
-    bool SetSystemVersion(DWORD major, DWORD minor) override {
-        machine_.SetSystemVersion(major, minor);
-        return true;
-    }
+    void SetSystemVersion(DWORD major, DWORD minor) override { machine_.SetSystemVersion(major, minor); }
 
     void SetLanguage(LANGID language) override {
         constexpr LANGID kJapanese = 0x0411;
@@ -65,8 +62,7 @@ class LayerEnvironment : public ContractEnvironment {
 
     void AddProgram(const WideText& fileName, Program run) override {
         machine_.SetWaitsElapseAtOnce(true);
-        machine_.SetProgram(fileName, [this, run](const std::string& command) {
-            startedCommands_.push_back(command);
+        machine_.SetProgram(fileName, [run](const std::string& command) {
             if (run) {
                 run(command);
             }
@@ -74,10 +70,8 @@ class LayerEnvironment : public ContractEnvironment {
     }
 
     void AddWatermarkProgram() override {
-        machine_.SetProgram(u"KV62WM.EXE", [this](const std::string& command) {
-            startedCommands_.push_back(command);
-            velmora::RunWatermarkProgram(command.c_str());
-        });
+        machine_.SetProgram(u"KV62WM.EXE",
+                            [](const std::string& command) { velmora::RunWatermarkProgram(command.c_str()); });
     }
 
     void SetUser(std::function<void()> user) override { machine_.SetUser(std::move(user)); }

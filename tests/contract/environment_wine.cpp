@@ -64,7 +64,7 @@ class WineEnvironment : public ContractEnvironment {
         }
     }
 
-    bool SetSystemVersion(DWORD, DWORD) override { return false; }
+    void SetSystemVersion(DWORD, DWORD) override {}
 
     void SetLanguage(LANGID language) override {
         constexpr UINT kJapanese = 932;
@@ -136,7 +136,6 @@ class WineEnvironment : public ContractEnvironment {
     ProgramStart StartProgram(const std::string& command) {
         for (const auto& [name, program] : programs_) {
             if (command.find(name) != std::string::npos) {
-                startedCommands_.push_back(command);
                 if (program.second) {
                     program.second(command);
                 }

@@ -8,14 +8,10 @@
 namespace contract {
 namespace {
 
-constexpr int kRestoreAll = 10009;
-constexpr int kQuestion = 0xFFFF;
+constexpr int kRestoreAll = 10009, kQuestion = 0xFFFF;
 
 // Of the other pages.
-constexpr int kCopies = 5017;
-constexpr int kMonochrome = 6010;
-constexpr int kWatermark = 7003;
-constexpr int kDividers = 9003;
+constexpr int kCopies = 5017, kMonochrome = 6010, kWatermark = 7003, kDividers = 9003;
 
 const Step kTurn = TurnTo(kInformationTab);
 
@@ -28,15 +24,7 @@ std::vector<Step> RestoreAll() {
     return {kTurn, Press(kRestoreAll), Answer(IDOK)};
 }
 
-std::vector<Step> operator+(std::vector<Step> steps, const std::vector<Step>& more) {
-    steps.insert(steps.end(), more.begin(), more.end());
-    return steps;
-}
-
-class InformationSheet : public SheetTest {
-  protected:
-    InstalledPrinter printer_{*environment_, PackageOf("VELMORA-C3200.XPI")};
-};
+using InformationSheet = DocumentSheetTest;
 
 TEST_F(InformationSheet, RestoresTheDefaultsOfAllPages) {
     // Some of each page.
@@ -62,37 +50,23 @@ TEST_F(InformationSheet, RestoresTheDefaultsOfAllPages) {
                                     TurnTo(kColorTab),     See(kMonochrome, "on unchecked"),
                                     TurnTo(kWatermarkTab), See(kWatermark, "on unchecked"),
                                     TurnTo(kOutputTab),    See(kDividers, "on unchecked")};
-    RunCases(
-        printer_,
-        {
-            {"cancelled",
-             kSettings,
-             {kTurn, Press(kRestoreAll), See(kQuestion, "on Restore the defaults of all pages?"), Answer(IDCANCEL)},
-             ""},
-            {"no other page was open", kSettings, RestoreAll(), unopened + " uiStale=1"},
-            {"all pages were open", kSettings, open + RestoreAll(), shown + " uiStale=1"},
-            {"all pages are opened then", kSettings, RestoreAll() + seen, unopened},
-            {"twice", kSettings, open + RestoreAll() + RestoreAll(), shown + " uiStale=1"},
-            {"changed after that", "", open + RestoreAll() + std::vector<Step>{TurnTo(kOutputTab), Press(kDividers)},
-             "colorChoiceB=0 finishFlagA=1 uiStale=1"},
-        });
+    Check("cancelled", kSettings,
+          {kTurn, Press(kRestoreAll), See(kQuestion, "on Restore the defaults of all pages?"), Answer(IDCANCEL)}, "");
+    Check("no other page was open", kSettings, RestoreAll(), unopened + " uiStale=1");
+    Check("all pages were open", kSettings, open + RestoreAll(), shown + " uiStale=1");
+    Check("all pages are opened then", kSettings, RestoreAll() + seen, unopened);
+    Check("twice", kSettings, open + RestoreAll() + RestoreAll(), shown + " uiStale=1");
+    Check("changed after that", "", open + RestoreAll() + std::vector<Step>{TurnTo(kOutputTab), Press(kDividers)},
+          "colorChoiceB=0 finishFlagA=1 uiStale=1");
 }
 
 TEST_F(InformationSheet, InEveryLanguage) {
-    for (const Language& language : kLanguages) {
-        SCOPED_TRACE(language.name);
-        Record(language.name);
-        environment_->SetLanguage(language.id);
-        const auto look = [&](const std::string& name) {
-            return std::vector<Step>{Describe(name), TakePicture(*environment_, name + '-' + language.name)};
-        };
+    InEachLanguage([this] {
         const std::vector<Step> steps =
-            std::vector<Step>{kTurn} + look("information") +
-            std::vector<Step>{Press(kRestoreAll),
-                              TakePicture(*environment_, std::string("information-question-") + language.name),
-                              Answer(IDOK), InSheet(PSBTN_OK)};
+            std::vector<Step>{kTurn} + Look("information") +
+            std::vector<Step>{Press(kRestoreAll), Picture("information-question"), Answer(IDOK), InSheet(PSBTN_OK)};
         EXPECT_EQ(ShowDocumentSheet(printer_, steps), IDOK);
-    }
+    });
 }
 
 }  // namespace

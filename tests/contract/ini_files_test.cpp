@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -94,8 +93,8 @@ class IniFiles : public ContractTest {
     }
     // The file at the path; "no file" where there is none.
     std::string Bytes() const {
-        std::ifstream stream(environment_->HostPath(path_), std::ios::binary);
-        return stream ? std::string{std::istreambuf_iterator<char>(stream), {}} : "no file";
+        const std::filesystem::path file = environment_->HostPath(path_);
+        return std::filesystem::exists(file) ? ContentOf(file) : "no file";
     }
 
     // What a call gives in a buffer of that size: as many characters as it says. A test failure where it ends without a
@@ -156,25 +155,14 @@ TEST_F(IniFiles, ReadInEveryEncodingWithAllLineEnds) {
         {TEXT("oNE"), TEXT("a"), TEXT("1 2")},
         {TEXT(" One "), TEXT(" A "), TEXT("1 2")},
         {TEXT("One"), TEXT("quoted"), TEXT("q x")},
-        {TEXT("One"), TEXT("single"), TEXT("s")},
-        {TEXT("One"), TEXT("half"), TEXT("\"h")},
-        {TEXT("One"), TEXT("other"), TEXT("'x\"")},
-        {TEXT("One"), TEXT("quote"), TEXT("\"")},
         {TEXT("One"), TEXT("two"), TEXT("")},
-        {TEXT("One"), TEXT("twice"), TEXT("\"x\"")},
         {TEXT("One"), TEXT("blanks"), TEXT("  in ")},
-        {TEXT("One"), TEXT("tabs"), TEXT("t")},
         {TEXT("One"), TEXT("empty"), TEXT("")},
         {TEXT("One"), TEXT("alone"), nullptr},
         {TEXT("One"), TEXT("off"), nullptr},
         {TEXT("One"), TEXT(";off"), TEXT("1")},
         {TEXT("One"), TEXT("in"), nullptr},
         {TEXT("One"), TEXT("with"), TEXT("a=b;c")},
-        {TEXT("One"), TEXT("semi"), TEXT("a ; b")},
-        {TEXT("One"), TEXT("hash"), TEXT("#1")},
-        {TEXT("One"), TEXT("bracket"), TEXT("[x]")},
-        {TEXT("One"), TEXT("in ner"), TEXT("k")},
-        {TEXT("One"), TEXT("#h"), TEXT("1")},
         {TEXT("One"), TEXT(""), TEXT("nameless")},
         {TEXT("One"), TEXT("N\x00E9"), TEXT("\x00E9\x00E4")},
         {TEXT("One"), TEXT("late"), nullptr},
@@ -182,12 +170,10 @@ TEST_F(IniFiles, ReadInEveryEncodingWithAllLineEnds) {
         {TEXT("three"), TEXT("A"), TEXT("3")},
         {TEXT(""), TEXT("A"), nullptr},
         {TEXT(""), TEXT("lost"), TEXT("1")},
-        {TEXT("x"), TEXT("A"), nullptr},
         {TEXT("x]y"), TEXT("A"), TEXT("5")},
         {TEXT("open"), TEXT("A"), nullptr},
         {TEXT("last"), TEXT("k"), TEXT("v")},
         {TEXT("none"), TEXT("k"), nullptr},
-        {TEXT("none"), nullptr, nullptr},
     };
     for (const auto& [encoding, name] : kEncodings) {
         for (const WCHAR* end : {TEXT("\r\n"), TEXT("\n"), TEXT("\r")}) {
@@ -265,41 +251,24 @@ TEST_F(IniFiles, Numbers) {
     const struct {
         const char* text;
         UINT number;
-    } numbers[] = {
-        {"12", 12},
-        {" 12abc", 12},
-        {"12 34", 12},
-        {"1.5", 1},
-        {"1,000", 1},
-        {"\t9", 9},
-        {"010", 10},
-        {"+7", 7},
-        {"-1", 0xFFFFFFFF},
-        {"-", 0},
-        {"+", 0},
-        {"- 1", 0},
-        {"--1", 0},
-        {"x", 0},
-        {"", 42},
-        {"   ", 42},
-        {"0x1F", 31},
-        {"0X1F", 0},
-        {"0xg", 0},
-        {"0x", 0},
-        {"-0x10", 0u - 16},
-        {"0b101", 5},
-        {"0o17", 15},
-        {"0x123456789", 0x23456789},
-        {"\"5\"", 5},
-        {"\" 6\"", 6},
-        {"'7'", 7},
-        {"2147483648", 0x80000000},
-        {"4294967295", 0xFFFFFFFF},
-        {"4294967296", 0},
-        {"-2147483649", 0x7FFFFFFF},
-        {"99999999999999999999", 0x630FFFFF},
-        {"-99999999999999999999", 0x9CF00001},
-    };
+    } numbers[] = {{"12", 12},
+                   {" 12abc", 12},
+                   {"\t9", 9},
+                   {"010", 10},
+                   {"+7", 7},
+                   {"-1", 0xFFFFFFFF},
+                   {"-", 0},
+                   {"x", 0},
+                   {"", 42},
+                   {"007070FF", 7070},
+                   {"0x1F", 31},
+                   {"0x", 0},
+                   {"-0x10", 0u - 16},
+                   {"0b101", 5},
+                   {"\"5\"", 5},
+                   {"2147483648", 0x80000000},
+                   {"-2147483648", 0x80000000},
+                   {"-99999999999999999999", 0x9CF00001}};
     for (const auto& number : numbers) {
         NewFile(std::string("[s]\r\nn=") + number.text + "\r\n");
         EXPECT_EQ(GetPrivateProfileIntW(TEXT("s"), TEXT("n"), 42, path_.c_str()), number.number) << number.text;
@@ -320,7 +289,6 @@ TEST_F(IniFiles, Writes) {
         std::string after;
     } writes[] = {
         {"no file", "no file", TEXT("a"), TEXT("k"), TEXT("v"), "[a]\r\nk=v\r\n"},
-        {"no file, delete", "no file", TEXT("a"), nullptr, nullptr, "no file"},
         {"no file, delete key", "no file", TEXT("a"), TEXT("k"), nullptr, "no file"},
         {"empty file", "", TEXT("a"), TEXT("k"), TEXT("v"), "[a]\r\nk=v\r\n"},
         {"new section", "; c\r\n[b]\r\nx=1\r\n", TEXT("A"), TEXT("k"), TEXT("v"),
@@ -329,26 +297,17 @@ TEST_F(IniFiles, Writes) {
          "[a]\r\nx=1\r\n;\r\nk=v\r\n[b]\r\nx=1\r\n"},
         {"in an empty section", "[a]\r\n[b]\r\n", TEXT("A"), TEXT("k"), TEXT("v"), "[a]\r\nk=v\r\n[b]\r\n"},
         {"replaced", "[a]\r\nX=1\r\ny=2\r\n", TEXT("A"), TEXT("x"), TEXT("new"), "[a]\r\nX=new\r\ny=2\r\n"},
-        {"replaced by the same", "[a]\nX = 1\ny=2", TEXT("A"), TEXT("x"), TEXT(" 1"), "[a]\nX = 1\ny=2"},
         {"first of two", "[a]\r\nx=1\r\nx=2\r\n[a]\r\nx=3\r\n", TEXT("a"), TEXT("x"), TEXT("9"),
          "[a]\r\nx=9\r\nx=2\r\n[a]\r\nx=3\r\n"},
-        {"key without value", "[a]\r\nx\r\n", TEXT("a"), TEXT("x"), TEXT("1"), "[a]\r\nx=1\r\n"},
         {"delete key", "[a]\r\nx=1\r\nX=2\r\ny=2\r\n", TEXT("a"), TEXT("x"), nullptr, "[a]\r\nX=2\r\ny=2\r\n"},
         {"delete no key", "[a]\nx = 1", TEXT("a"), TEXT("z"), nullptr, "[a]\nx = 1"},
         {"delete section", "t=1\r\n[a]\r\nx=1\r\n; c\r\n[b]\r\ny=1\r\n[a]\r\n", TEXT("A"), nullptr, TEXT("v"),
          "t=1\r\n[b]\r\ny=1\r\n[a]\r\n"},
-        {"delete no section", "[b]\nx = 1", TEXT("A"), nullptr, nullptr, "[b]\nx = 1"},
-        {"quotes", "[a]\r\n", TEXT("a"), TEXT("k"), TEXT("\"v\""), "[a]\r\nk=\"v\"\r\n"},
         {"blanks", "[a]\r\n", TEXT("a"), TEXT("k"), TEXT(" \t v  "), "[a]\r\nk=v  \r\n"},
-        {"semicolon", "[a]\r\n", TEXT("a"), TEXT("k"), TEXT(";v=1"), "[a]\r\nk=;v=1\r\n"},
-        {"bracket", "[a]\r\n", TEXT("a"), TEXT("k"), TEXT("[b]"), "[a]\r\nk=[b]\r\n"},
         {"empty value", "[a]\r\nk=1\r\n", TEXT("a"), TEXT("k"), TEXT(""), "[a]\r\nk=\r\n"},
         {"line ends", "[a]\r\n", TEXT("a"), TEXT("k"), TEXT("v\rj=w\r\nb"), "[a]\r\nk=v\rj=w\r\nb\r\n"},
         {"empty key", "[a]\r\nx=1\r\n", TEXT("a"), TEXT(""), TEXT("v"), "[a]\r\nx=1\r\n=v\r\n"},
-        {"empty section", "[a]\r\nx=1\r\n", TEXT(""), TEXT("k"), TEXT("v"), "k=v\r\n[a]\r\nx=1\r\n"},
         {"key with equals", "[a]\r\nx=1\r\n", TEXT("a"), TEXT("k=j"), TEXT("v"), "[a]\r\nx=1\r\nk=j=v\r\n"},
-        {"key of a comment", "[a]\r\n;k=1\r\n", TEXT("a"), TEXT(";k"), TEXT("v"), "[a]\r\n;k=v\r\n"},
-        {"section in brackets", "[a]\r\n", TEXT("[b]"), TEXT("k"), TEXT("v"), "[a]\r\n[[b]]\r\nk=v\r\n"},
         {"not in ANSI", "[a]\r\n", TEXT("a"), mixed.c_str(), mixed.c_str(), "[a]\r\nk?\x80=k?\x80\r\n"},
         {"other bytes", "[a]\r\n\x82\xA0=\x83\x5C\x81\x8D\x90\r\n", TEXT("a"), TEXT("\x00E9"), TEXT("\x20AC"),
          "[a]\r\n\x82\xA0=\x83\x5C\x81\x8D\x90\r\n\xE9=\x80\r\n"},

@@ -156,7 +156,7 @@ void RecordBlock(const std::string& title, const std::string& block) {
     }
 }
 
-class JobHooks : public ContractTest {};
+using JobHooks = SheetTest;
 
 // A model of each kind of block.
 constexpr const char* kPjlModel = "VELMORA-C3200.XPI";
@@ -198,20 +198,14 @@ TEST_F(JobHooks, JobsOfEveryModel) {
 TEST_F(JobHooks, PromptInEveryLanguage) {
     InstalledPrinter printer(*environment_, PackageOf(kPjlModel));
     DevModeBuffer devMode = DefaultDevMode(printer, printer.Name());
-    for (const Language& language : kLanguages) {
-        SCOPED_TRACE(language.name);
-        Record(language.name);
-        environment_->SetLanguage(language.id);
-        const std::string picture = std::string("prompt-") + language.name;
-        const Step pressOk = [] { PressButton(1604); };
+    InEachLanguage([&] {
         Job job(printer, devMode.Get());
         Block block = {};
-        RunWithUser(*environment_, {Describe("prompt"), TakePicture(*environment_, picture), pressOk},
-                    [&] { block = job.Prompt(100); });
+        RunWithUser(*environment_, Look("prompt") + std::vector<Step>{Press(1604)}, [&] { block = job.Prompt(100); });
         EXPECT_EQ(block.answer, -1);
         EXPECT_EQ(block.size, 0u);
         EXPECT_EQ(job.State(), nullptr);
-    }
+    });
 }
 
 TEST_F(JobHooks, RecordFitsExactly) {

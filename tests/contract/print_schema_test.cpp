@@ -23,10 +23,12 @@ namespace {
 
 using velmora::VelmoraDevMode;
 
+constexpr const char* kColor = "VELMORA-C3200.XPI";
+
 // A document as its reader gets it: saved and read again. Some DOMs save a declaration that was set beside the same one
 // that was read or is the element's own; it counts once.
 ComReference<IXMLDOMDocument2> Saved(IXMLDOMDocument2* document) {
-    Bstr saved;
+    OwnedBstr saved;
     EXPECT_EQ(document->get_xml(saved.Receive()), S_OK);
     WideText text = saved.Text();
     const WideText prefixes = TEXT(" xmlns:");
@@ -92,7 +94,7 @@ DriverPackage XpsWriterPackage(const std::string& model) {
 
 // A printer's default device mode as a conversion begins with it: features without options lose their numbers.
 VelmoraDevMode PreparedDevMode(const InstalledPrinter& printer, IPrintTicketProvider* provider) {
-    const auto empty = LoadDocument(TicketText(""));
+    const auto empty = NewTicket();
     return DevModeOf(provider, empty.Get(), *DefaultDevMode(printer, printer.Name()).content);
 }
 
@@ -122,7 +124,7 @@ TEST_F(PrintSchema, HoldsForEveryModelsDocuments) {
         EXPECT_EQ(Findings(ticket.Get()), "");
         EXPECT_EQ(Content(ticket.Get()), content);
 
-        const auto empty = LoadDocument(TicketText(""));
+        const auto empty = NewTicket();
         Validate(provider.Get(), empty.Get());
         record("validated", empty.Get());
 
@@ -140,19 +142,16 @@ TEST_F(PrintSchema, KeepsWhatApplicationsSayInTheirWords) {
         features += "<f:Feature name='" + prefix + ":Fold'><f:Option name='" + prefix + ":Once'/></f:Feature>";
     }
     const std::string text =
-        "<f:PrintTicket version='1' xmlns:f='http://schemas.microsoft.com/windows/2003/08/printing/"
-        "printschemaframework' xmlns:k='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'"
-        " xmlns:i='http://www.w3.org/2001/XMLSchema-instance' xmlns:s='http://www.w3.org/2001/XMLSchema'" +
-        declarations + ">" + features +
+        "<f:PrintTicket version='1' xmlns:f='{psf}' xmlns:k='{psk}' xmlns:i='{xsi}' xmlns:s='{xsd}'" + declarations +
+        ">" + features +
         "<f:Feature name='k:PageOrientation'><f:Option name='k:Landscape'/></f:Feature>"
         "<f:ParameterInit name='k:PageCopies'><f:Value i:type='s:integer'>2</f:Value></f:ParameterInit>"
         "</f:PrintTicket>";
     for (const bool isXpsWriter : {false, true}) {
         SCOPED_TRACE(isXpsWriter);
-        const std::string model = "VELMORA-C3200.XPI";
-        InstalledPrinter printer(*environment_, isXpsWriter ? XpsWriterPackage(model) : PackageOf(model));
+        InstalledPrinter printer(*environment_, isXpsWriter ? XpsWriterPackage(kColor) : PackageOf(kColor));
         auto provider = BoundProviderOf(printer);
-        const auto ticket = LoadDocument(WideText(text.begin(), text.end()));
+        const auto ticket = LoadDocument(text);
         Validate(provider.Get(), ticket.Get());
         EXPECT_EQ(Findings(ticket.Get()), "");
         RecordDocument(ticket.Get());
@@ -175,7 +174,7 @@ TEST_F(PrintSchema, KeepsWhatApplicationsSayInTheirWords) {
 }
 
 TEST_F(PrintSchema, HasTheFeaturesOfXpsWriters) {
-    InstalledPrinter printer(*environment_, XpsWriterPackage("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, XpsWriterPackage(kColor));
     auto provider = ProviderOf(printer);
     const std::string uri =
         "http://schemas.microsoft.com/windows/2006/06/printing/printschemakeywords/microsoftxpsdocumentwriter";
@@ -186,7 +185,7 @@ TEST_F(PrintSchema, HasTheFeaturesOfXpsWriters) {
     const VelmoraDevMode devMode = PreparedDevMode(printer, provider.Get());
     const VelmoraDevMode changed = driver_test::With(devMode, "jobInterleaving=1 jobImageType=3");
     const auto ticket = TicketOf(provider.Get(), changed);
-    const auto empty = LoadDocument(TicketText(""));
+    const auto empty = NewTicket();
     Validate(provider.Get(), empty.Get());
     const auto capabilities = CapabilitiesOf(provider.Get(), nullptr);
     for (IXMLDOMDocument2* document : {ticket.Get(), empty.Get(), capabilities.Get()}) {
@@ -201,58 +200,42 @@ TEST_F(PrintSchema, HasTheFeaturesOfXpsWriters) {
 
 // A device mode that becomes a ticket, which becomes a device mode again on top of the default one.
 TEST_F(PrintSchema, TicketsSayWhatDeviceModesSay) {
-    const struct {
-        const char* model;
-        const char* settings;
-        std::vector<std::string> lost;
-    } rows[] = {
-        {"VELMORA-C3200.XPI",
-         "dmOrientation=2 rotate180=1 dmCopies=12 dmColor=1 dmCollate=1 collateCopy=1 pageOrderFlags=1",
-         {}},
-        // What isn't bound has no order of pages.
-        {"VELMORA-C3200.XPI",
-         "pagesPerSheet=4 nupOrder=17 layoutMode=1 nupBorderWidth=60 posterMode=3",
-         {"nupOrder[0] is 0, not 17"}},
-        {"VELMORA-C3200.XPI", "booklet=4 nupOrder=1 bookletGutter=60 separatorSheet=2", {}},
-        // A gutter has no sign: the edge tells it.
-        {"VELMORA-C3200.XPI", "gutterShiftX=-60", {"gutterShiftX[0] is 60, not -60", "finishingOption[0] is 6, not 0"}},
-        {"VELMORA-C3200.XPI", "scaleMode=66 scaleValue=70 optionFlags=524824 blackText=1 trueTypeMode=0", {}},
-        {"VELMORA-C3200.XPI", "scaleMode=33 scaleValue=11 scaleLength=2100 scaleWidth=1480", {}},
-        {"VELMORA-C3200.XPI",
-         "frontCoverMode=1 frontCoverBin=257 frontCoverMedia=2 backCoverMode=2 interleaveMode=1 interleaveBin=257",
-         {}},
-        {"VELMORA-C3200.XPI",
-         "watermarkFlags=21 watermarkFontSize=9000 watermarkAngle=300 watermarkPosition=2 watermarkItalic=1",
-         {}},
-        {"VELMORA-M4500.XPI",
-         "psContrast=-50 psBrightness=7 optionFlags=524384 extraFlag=1 psHalftoneFrequency=600 psHalftoneAngle=300",
-         {}},
-        {"VELMORA-I700.XPI",
-         "pagesPerSheet=12 mediaIndex=2 resolutionIndex=0 resolutionId=300 dmPrintQuality=300 dmYResolution=300",
-         {}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.settings);
-        InstalledPrinter printer(*environment_, PackageOf(row.model));
+    const auto check = [this](const char* model, const char* settings, const std::vector<std::string>& lost = {}) {
+        SCOPED_TRACE(settings);
+        InstalledPrinter printer(*environment_, PackageOf(model));
         auto provider = BoundProviderOf(printer);
         const VelmoraDevMode devMode = PreparedDevMode(printer, provider.Get());
-        VelmoraDevMode changed = driver_test::With(devMode, row.settings);
+        VelmoraDevMode changed = driver_test::With(devMode, settings);
         if (changed.privatePart.watermarkFlags != 0) {
             memcpy(changed.privatePart.watermarkText, TEXT("Draft"), sizeof(TEXT("Draft")));
             memcpy(changed.privatePart.watermarkFont, TEXT("Courier New"), sizeof(TEXT("Courier New")));
         }
         const auto ticket = TicketOf(provider.Get(), changed);
         EXPECT_EQ(Findings(ticket.Get()), "");
-        EXPECT_EQ(Differences(changed, DevModeOf(provider.Get(), ticket.Get(), devMode)), row.lost);
-    }
+        EXPECT_EQ(Differences(changed, DevModeOf(provider.Get(), ticket.Get(), devMode)), lost);
+    };
+    check(kColor, "dmOrientation=2 rotate180=1 dmCopies=12 dmColor=1 dmCollate=1 collateCopy=1 pageOrderFlags=1");
+    // What isn't bound has no order of pages.
+    check(kColor, "pagesPerSheet=4 nupOrder=17 layoutMode=1 nupBorderWidth=60 posterMode=3",
+          {"nupOrder[0] is 0, not 17"});
+    check(kColor, "booklet=4 nupOrder=1 bookletGutter=60 separatorSheet=2");
+    // A gutter has no sign: the edge tells it.
+    check(kColor, "gutterShiftX=-60", {"gutterShiftX[0] is 60, not -60", "finishingOption[0] is 6, not 0"});
+    check(kColor, "scaleMode=66 scaleValue=70 optionFlags=524824 blackText=1 trueTypeMode=0");
+    check(kColor, "scaleMode=33 scaleValue=11 scaleLength=2100 scaleWidth=1480");
+    check(kColor,
+          "frontCoverMode=1 frontCoverBin=257 frontCoverMedia=2 backCoverMode=2 interleaveMode=1 interleaveBin=257");
+    check(kColor, "watermarkFlags=21 watermarkFontSize=9000 watermarkAngle=300 watermarkPosition=2 watermarkItalic=1");
+    check("VELMORA-M4500.XPI",
+          "psContrast=-50 psBrightness=7 optionFlags=524384 extraFlag=1 psHalftoneFrequency=600 psHalftoneAngle=300");
+    check("VELMORA-I700.XPI",
+          "pagesPerSheet=12 mediaIndex=2 resolutionIndex=0 resolutionId=300 dmPrintQuality=300 dmYResolution=300");
 }
 
 // The printer's overlays are what the user's settings folder holds.
 TEST_F(PrintSchema, ListsTheUsersOverlays) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    WCHAR applicationData[MAX_PATH];
-    ASSERT_NE(GetEnvironmentVariableW(TEXT("APPDATA"), applicationData, MAX_PATH), 0u);
-    const auto folder = environment_->HostPath(WideText(applicationData) + TEXT("\\Kestranix Inc.\\Velmora Contract"));
+    InstalledPrinter printer(*environment_, PackageOf(kColor));
+    const auto folder = environment_->HostPath(Variable(TEXT("APPDATA")) + TEXT("\\Kestranix Inc.\\Velmora Contract"));
     std::filesystem::create_directories(folder);
     // A device mode holds twelve characters.
     for (const char* name : {"LETTER.ovl", "12345678.ovl", "123456789.ovl", "OTHER.txt"}) {
@@ -291,7 +274,7 @@ TEST_F(PrintSchema, ListsTheUsersOverlays) {
 
 // What is printable is told of the paper that is printed on, whatever the document's pages are.
 TEST_F(PrintSchema, ListsThePaperThatPagesAreFittedTo) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf(kColor));
     auto provider = BoundProviderOf(printer);
     const auto scored = [](const char* name, const char* value) {
         return std::string("<psf:ScoredProperty name='psk:") + name + "'><psf:Value>" + value +
@@ -303,7 +286,7 @@ TEST_F(PrintSchema, ListsThePaperThatPagesAreFittedTo) {
     const std::string fit =
         "<psf:Feature name='psk:PageScaling'><psf:Option name='psk:FitApplicationMediaSizeToPageMediaSize'/>"
         "</psf:Feature>";
-    const auto ticket = LoadDocument(TicketText(paper + fit));
+    const auto ticket = NewTicket(paper + fit);
     const auto capabilities = CapabilitiesOf(provider.Get(), ticket.Get());
     EXPECT_EQ(Findings(capabilities.Get()), "");
     const std::string text = CanonicalText(capabilities.Get());

@@ -51,7 +51,7 @@ ComReference<IPrintTicketProvider> BoundProviderOf(const InstalledPrinter& print
 
 ComReference<IXMLDOMDocument2> TicketOf(IPrintTicketProvider* provider, const velmora::VelmoraDevMode& devMode) {
     velmora::VelmoraDevMode input = devMode;
-    auto ticket = LoadDocument(TicketText(""));
+    auto ticket = NewTicket();
     Check(provider->ConvertDevModeToPrintTicket(sizeof(input), &input.publicPart, ticket.Get()) == S_OK,
           "a device mode");
     return ticket;
@@ -81,12 +81,9 @@ void Validate(IPrintTicketProvider* provider, IXMLDOMDocument2* ticket) {
     Check(provider->ValidatePrintTicket(ticket) == S_PT_NO_CONFLICT, "a ticket's validation");
 }
 
-WideText TicketText(const std::string& content, const std::string& declarations) {
-    const std::string text =
-        "<psf:PrintTicket version='1' xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/"
-        "printschemaframework' xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'" +
-        declarations + ">" + content + "</psf:PrintTicket>";
-    return WideText(text.begin(), text.end());
+ComReference<IXMLDOMDocument2> NewTicket(const std::string& content) {
+    return LoadDocument("<psf:PrintTicket version='1' xmlns:psf='{psf}' xmlns:psk='{psk}'>" + content +
+                        "</psf:PrintTicket>");
 }
 
 }  // namespace contract

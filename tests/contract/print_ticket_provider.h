@@ -40,7 +40,7 @@ ComReference<IXMLDOMDocument2> CapabilitiesOf(IPrintTicketProvider* provider, IX
 // Adds to a ticket what it lacks.
 void Validate(IPrintTicketProvider* provider, IXMLDOMDocument2* ticket);
 
-// A ticket that holds `content`; `declarations` are attributes of its root, each after a blank.
-WideText TicketText(const std::string& content, const std::string& declarations = {});
+// A ticket that holds `content`, where psf and psk are bound.
+ComReference<IXMLDOMDocument2> NewTicket(const std::string& content = {});
 
 }  // namespace contract

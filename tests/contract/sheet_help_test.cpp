@@ -10,14 +10,12 @@
 namespace contract {
 namespace {
 
-constexpr const char* kModel = "VELMORA-C3200.XPI";
-constexpr int kAvailable = 11004;
-constexpr int kInstalled = 11007;
+constexpr int kAvailable = 11004, kInstalled = 11007;
 
 constexpr WCHAR kEngineKey[] = TEXT("CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32");
 
 DriverPackage PackageWithHelp() {
-    DriverPackage package = PackageOf(kModel);
+    DriverPackage package = PackageOf(kColorModel);
     package.dependentFiles.push_back({TEXT("KV62ENUS.CHM"), {}, "help"});
     return package;
 }

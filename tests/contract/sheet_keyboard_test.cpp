@@ -4,7 +4,6 @@
 
 #include <commctrl.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -50,16 +49,6 @@ HWND TargetOf(const std::vector<HWND>& controls, size_t index) {
     return (code & DLGC_STATIC) == 0 ? controls[index] : index + 1 < controls.size() ? controls[index + 1] : nullptr;
 }
 
-// The access key of a text as a virtual key; 0: none.
-WORD AccessKeyOf(const WideText& text) {
-    const size_t mark = text.find('&');
-    if (mark == WideText::npos || mark + 1 == text.size()) {
-        return 0;
-    }
-    const WCHAR key = text[mark + 1];
-    return static_cast<WORD>(key >= 'a' && key <= 'z' ? key - ('a' - 'A') : key);
-}
-
 HWND TabsOf(HWND sheet) {
     return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETTABCONTROL, 0, 0));
 }
@@ -68,109 +57,104 @@ class SheetKeyboard : public SheetTest {
   protected:
     // Steps that walk over the front page by the Tab key until it comes back to where it began.
     void WalkByTab() {
-        struct Walk {
-            std::vector<HWND> stops;  // that are to be reached
-            std::vector<HWND> reached;
-            std::string line;
-            bool isOver = false;
-        };
-        const auto walk = std::make_shared<Walk>();
-        steps_.push_back([walk] {
+        steps_.push_back([this] {
+            stops_.clear();
+            reached_.clear();
+            line_.clear();
             for (const HWND control : ControlsOf(FrontPage())) {
                 if (CanBeUsed(control) && Has(control, WS_TABSTOP)) {
-                    walk->stops.push_back(control);
+                    stops_.push_back(control);
                 }
             }
-            SetFocus(walk->stops.front());
+            SetFocus(stops_.front());
         });
         for (int i = 0; i < kMostStops; ++i) {
-            steps_.push_back([walk] {
+            steps_.push_back([this] {
                 const HWND control = FocusOn(FrontPage());
-                walk->isOver = walk->isOver || (!walk->reached.empty() && control == walk->stops.front());
-                if (walk->isOver) {
+                if (IsBack(control)) {
                     return;
                 }
                 if (control != nullptr) {
-                    walk->reached.push_back(control);
+                    reached_.push_back(control);
                 }
-                walk->line += ' ' + std::to_string(control != nullptr ? GetDlgCtrlID(control) : FocusedControl());
+                line_ += ' ' + std::to_string(control != nullptr ? GetDlgCtrlID(control) : FocusedControl());
                 PressKey(VK_TAB);
             });
         }
-        steps_.push_back([walk] {
-            Record("  Tab:" + walk->line);
-            EXPECT_TRUE(walk->isOver) << "Tab doesn't come back:" << walk->line;
-            EXPECT_EQ(walk->reached, walk->stops) << "Tab leaves something out:" << walk->line;
+        steps_.push_back([this] {
+            Record("  Tab:" + line_);
+            EXPECT_TRUE(IsBack(FocusOn(FrontPage()))) << "Tab doesn't come back:" << line_;
+            EXPECT_EQ(reached_, stops_) << "Tab leaves something out:" << line_;
         });
     }
+    bool IsBack(HWND control) const { return !reached_.empty() && control == stops_.front(); }
 
     // Steps that press the access keys of the front page. What was checked by them is unchecked again, and a dialog
     // that was opened is closed.
     void PressAccessKeys() {
-        struct Keys {
-            HWND sheet = nullptr;
-            std::string line;
-        };
-        const auto keys = std::make_shared<Keys>();
-        steps_.push_back([keys] { keys->sheet = FrontDialog(); });
+        steps_.push_back([this] {
+            sheet_ = FrontDialog();
+            line_.clear();
+        });
         for (int n = 0; n < kMostKeys; ++n) {
-            const auto target = std::make_shared<HWND>(nullptr);
-            const auto key = std::make_shared<WORD>(WORD{0});
-            steps_.push_back([n, target, key] {
-                const std::vector<HWND> controls = ControlsOf(FrontPage());
-                int left = n;
-                for (size_t i = 0; i < controls.size(); ++i) {
-                    const WORD found = AccessKeyOf(TextOf(controls[i]));
-                    if (found == 0 || left-- > 0) {
-                        continue;
-                    }
-                    *target = TargetOf(controls, i);
-                    if (*target != nullptr && CanBeUsed(controls[i]) && CanBeUsed(*target)) {
-                        *key = found;
-                        SetFocus(nullptr);
-                        SetFocus(GetNextDlgTabItem(FrontPage(), nullptr, TRUE));
-                        PressKey(*key, {VK_MENU});
-                    }
-                    return;
-                }
-            });
-            steps_.push_back([keys, target, key] {
-                if (*key == 0) {
-                    return;
-                }
-                const std::string id = std::to_string(GetDlgCtrlID(*target));
-                keys->line += ' ' + id;
-                if (FrontDialog() != keys->sheet) {
-                    keys->line += " opens a dialog,";
-                    PressKey(VK_ESCAPE);
-                    return;
-                }
-                // A button that is pressed may take itself off.
-                EXPECT_TRUE(FocusOn(FrontPage()) == *target || !CanBeUsed(*target))
-                    << id << " isn't reached by " << static_cast<char>(*key) << ", but " << FocusedControl();
-                const bool isCheckBox = (SendMessageW(*target, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0 &&
-                                        (GetWindowLongPtrW(*target, GWL_STYLE) & BS_TYPEMASK) == BS_AUTOCHECKBOX;
-                if (isCheckBox) {
-                    keys->line += SendMessageW(*target, BM_GETCHECK, 0, 0) == BST_CHECKED ? " checked" : " unchecked";
-                    PressKey(VK_SPACE);
-                }
-            });
+            steps_.push_back([this, n] { PressAccessKey(n); });
+            steps_.push_back([this] { CheckReached(); });
         }
-        steps_.push_back([keys] { Record("  access keys:" + keys->line); });
+        steps_.push_back([this] { Record("  access keys:" + line_); });
     }
 
+    // The nth of the front page, where its control can be used.
+    void PressAccessKey(int n) {
+        key_ = 0;
+        const std::vector<HWND> controls = ControlsOf(FrontPage());
+        for (size_t i = 0; i < controls.size(); ++i) {
+            const WORD found = AccessKeyOf(TextOf(controls[i]));
+            if (found == 0 || n-- > 0) {
+                continue;
+            }
+            target_ = TargetOf(controls, i);
+            if (target_ != nullptr && CanBeUsed(controls[i]) && CanBeUsed(target_)) {
+                key_ = found;
+                SetFocus(nullptr);
+                SetFocus(GetNextDlgTabItem(FrontPage(), nullptr, TRUE));
+                PressKey(key_, {VK_MENU});
+            }
+            return;
+        }
+    }
+
+    void CheckReached() {
+        if (key_ == 0) {
+            return;
+        }
+        const std::string id = std::to_string(GetDlgCtrlID(target_));
+        line_ += ' ' + id;
+        if (FrontDialog() != sheet_) {
+            line_ += " opens a dialog,";
+            PressKey(VK_ESCAPE);
+            return;
+        }
+        // A button that is pressed may take itself off.
+        EXPECT_TRUE(FocusOn(FrontPage()) == target_ || !CanBeUsed(target_))
+            << id << " isn't reached by " << static_cast<char>(key_) << ", but " << FocusedControl();
+        const bool isCheckBox = (SendMessageW(target_, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0 &&
+                                (GetWindowLongPtrW(target_, GWL_STYLE) & BS_TYPEMASK) == BS_AUTOCHECKBOX;
+        if (isCheckBox) {
+            line_ += SendMessageW(target_, BM_GETCHECK, 0, 0) == BST_CHECKED ? " checked" : " unchecked";
+            PressKey(VK_SPACE);
+        }
+    }
+
+    std::vector<HWND> stops_;  // that are to be reached
+    std::vector<HWND> reached_;
+    std::string line_;
+    HWND sheet_ = nullptr;
+    HWND target_ = nullptr;  // of the access key
+    WORD key_ = 0;           // 0: none was pressed
     std::vector<Step> steps_;
 };
 
 TEST_F(SheetKeyboard, ReachesEverything) {
-    struct Device {
-        DWORD installedOptions;
-        DWORD secondTray;
-        DWORD duplexUnit;
-        DWORD memoryKey;
-    };
-    constexpr Device kBare = {3, 0, 0, 5};
-    constexpr Device kWhole = {7, 1, 1, 5};
     const struct {
         const char* model;
         Device device;
@@ -186,7 +170,7 @@ TEST_F(SheetKeyboard, ReachesEverything) {
         Record(title);
         environment_->SetLanguage(sheet.language.id);
         InstalledPrinter printer(*environment_, PackageOf(sheet.model));
-        printer.SetData(TEXT("DeviceInfo"), REG_BINARY, &sheet.device, sizeof(sheet.device));
+        Install(printer, sheet.device);
         steps_.clear();
         for (int page = 0; page < kMostPages; ++page) {
             if (page > 0) {

@@ -14,12 +14,6 @@ namespace {
 
 using velmora::VelmoraDevMode;
 
-WideText ClassOf(HWND window) {
-    WCHAR name[32] = {};
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return name;
-}
-
 // The part of an editable combo box that is typed into.
 HWND EditOf(HWND comboBox) {
     HWND child = GetWindow(comboBox, GW_CHILD);
@@ -86,6 +80,33 @@ VelmoraDevMode WithoutPath(const VelmoraDevMode& devMode) {
 
 }  // namespace
 
+void Install(InstalledPrinter& printer, const Device& device) {
+    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, &device, sizeof(device));
+}
+
+std::vector<Step> operator+(std::vector<Step> steps, const std::vector<Step>& more) {
+    steps.insert(steps.end(), more.begin(), more.end());
+    return steps;
+}
+
+void SheetTest::InEachLanguage(const std::function<void()>& show) {
+    for (const Language& language : kLanguages) {
+        SCOPED_TRACE(language.name);
+        Record(language.name);
+        language_ = language;
+        environment_->SetLanguage(language.id);
+        show();
+    }
+}
+
+Step SheetTest::Picture(const std::string& name) {
+    return TakePicture(*environment_, name + '-' + language_.name);
+}
+
+std::vector<Step> SheetTest::Look(const std::string& name, const std::vector<int>& hostsOwn) {
+    return {Describe(name, hostsOwn), Picture(name)};
+}
+
 LONG SheetTest::ShowDeviceSheet(InstalledPrinter& printer, std::vector<Step> steps, size_t refusedPage) {
     DEVICEPROPERTYHEADER header = {};
     header.cbSize = sizeof(header);
@@ -128,24 +149,29 @@ VelmoraDevMode SheetTest::AppliedDevMode(InstalledPrinter& printer) {
     return *output.content;
 }
 
-void SheetTest::RunCase(InstalledPrinter& printer, const VelmoraDevMode& base, const DocumentCase& documentCase) {
-    SCOPED_TRACE(documentCase.title);
-    Record(documentCase.title);
-    const VelmoraDevMode input = driver_test::With(base, documentCase.settings);
-    std::vector<Step> steps = documentCase.steps;
+void SheetTest::CheckSheet(InstalledPrinter& printer, const char* title, const VelmoraDevMode& devMode,
+                           std::vector<Step> steps, const std::string& written) {
+    SCOPED_TRACE(title);
+    Record(title);
     steps.push_back(InSheet(PSBTN_OK));
     DevModeBuffer output;
-    EXPECT_EQ(ShowDocumentSheet(printer, steps, input, &output), IDOK);
-    const std::string written = Changes(input, *output.content);
-    EXPECT_EQ(written, documentCase.written);
-    Record("  gets " + written);
+    EXPECT_EQ(ShowDocumentSheet(printer, std::move(steps), devMode, &output), IDOK);
+    const std::string changes = Changes(devMode, *output.content);
+    EXPECT_EQ(changes, written);
+    Record("  gets " + changes);
 }
 
-void SheetTest::RunCases(InstalledPrinter& printer, const std::vector<DocumentCase>& cases) {
-    const VelmoraDevMode base = AppliedDevMode(printer);
-    for (const DocumentCase& c : cases) {
-        RunCase(printer, base, c);
+void DocumentSheetTest::InstallDevice(const Device& device) {
+    Install(printer_, device);
+    applied_.reset();
+}
+
+void DocumentSheetTest::Check(const char* title, const char* settings, std::vector<Step> steps,
+                              const std::string& written) {
+    if (!applied_) {
+        applied_ = AppliedDevMode(printer_);
     }
+    CheckSheet(printer_, title, driver_test::With(*applied_, settings), std::move(steps), written);
 }
 
 std::string Changes(const VelmoraDevMode& before, const VelmoraDevMode& after) {

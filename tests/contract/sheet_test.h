@@ -1,6 +1,8 @@
 // What tests of property sheets share.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,8 +19,28 @@ struct Language {
 };
 inline constexpr Language kLanguages[] = {{0x0409, "EN"}, {0x0407, "DE"}, {0x0411, "JA"}};
 
+// What a device has: the words of the printer data "DeviceInfo".
+struct Device {
+    DWORD installedOptions;
+    DWORD secondTray;
+    DWORD duplexUnit;
+    DWORD memoryKey;
+};
+inline constexpr Device kBare = {3, 0, 0, 5};
+inline constexpr Device kWithDuplex = {3, 0, 1, 5};
+inline constexpr Device kWhole = {7, 1, 1, 5};
+void Install(InstalledPrinter& printer, const Device& device);
+
+inline constexpr const char* kColorModel = "VELMORA-C3200.XPI";
+
 class SheetTest : public ContractTest {
   protected:
+    // Calls `show` once for each language, which is the user's meanwhile.
+    void InEachLanguage(const std::function<void()>& show);
+    // A step that takes a picture of the front dialog, NAME-LANGUAGE.png, and steps that describe it before.
+    Step Picture(const std::string& name);
+    std::vector<Step> Look(const std::string& name, const std::vector<int>& hostsOwn = {});
+
     // Shows the printer's device sheet to a user who takes the steps; notes what went over between driver and host in
     // the transcript. The host's result.
     LONG ShowDeviceSheet(InstalledPrinter& printer, std::vector<Step> steps, size_t refusedPage = 0);
@@ -34,17 +56,29 @@ class SheetTest : public ContractTest {
     // in it.
     velmora::VelmoraDevMode AppliedDevMode(InstalledPrinter& printer);
 
-    // A run of the sheet: what its user does and sees, and what the application gets.
-    struct DocumentCase {
-        const char* title;
-        const char* settings;     // of the device mode that the sheet opens with, over AppliedDevMode
-        std::vector<Step> steps;  // OK follows
-        std::string written;      // the Changes that the application gets
-    };
-    void RunCases(InstalledPrinter& printer, const std::vector<DocumentCase>& cases);
-    // `base` in place of AppliedDevMode.
-    void RunCase(InstalledPrinter& printer, const velmora::VelmoraDevMode& base, const DocumentCase& documentCase);
+    // Checks a run of the document sheet over a device mode: OK follows the steps, and what the application gets
+    // differs from the device mode by the Changes `written`.
+    void CheckSheet(InstalledPrinter& printer, const char* title, const velmora::VelmoraDevMode& devMode,
+                    std::vector<Step> steps, const std::string& written);
+
+    Language language_ = kLanguages[0];  // the user's
 };
+
+// The document sheet of a printer for colour.
+class DocumentSheetTest : public SheetTest {
+  protected:
+    void InstallDevice(const Device& device);
+    // CheckSheet over AppliedDevMode with other settings.
+    void Check(const char* title, const char* settings, std::vector<Step> steps, const std::string& written);
+
+    InstalledPrinter printer_{*environment_, PackageOf(kColorModel)};
+
+  private:
+    std::optional<velmora::VelmoraDevMode> applied_;  // AppliedDevMode with this device
+};
+
+// Steps and those after them.
+std::vector<Step> operator+(std::vector<Step> steps, const std::vector<Step>& more);
 
 // The fields of a device mode that differ from before, in their order: "dmCopies=2 colorAdjust[1]=10 uiCode="7"".
 // Of a rendered watermark's path only the extension stands, "*.WM".

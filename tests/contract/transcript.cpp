@@ -1,7 +1,5 @@
 #include "tests/contract/transcript.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +13,7 @@
 
 #include "driver/devmode/devmode_fields.h"
 #include "driver/devmode/private_devmode.h"
+#include "tests/contract/contract_test.h"
 
 namespace contract {
 namespace {
@@ -106,19 +105,6 @@ class TranscriptWriter : public testing::Environment {
 
 const testing::Environment* const kWriter = testing::AddGlobalTestEnvironment(new TranscriptWriter);
 
-// Leaves the file name alone in the path's place, moved to the field's start.
-void MaskFolder(WCHAR* path, size_t capacity) {
-    size_t name = 0;
-    size_t end = 0;
-    while (end < capacity && path[end] != 0) {
-        if (path[end++] == '\\') {
-            name = end;
-        }
-    }
-    memmove(path, path + name, (end - name) * sizeof(WCHAR));
-    memset(path + (end - name), 0, name * sizeof(WCHAR));
-}
-
 }  // namespace
 
 std::string Hex(const uint8_t* bytes, size_t count) {
@@ -153,10 +139,10 @@ std::vector<std::string> Differences(const VelmoraDevMode& expected, const Velmo
 void RecordDevMode(const DEVMODEW* devMode) {
     const auto masked = std::make_unique<VelmoraDevMode>();
     memcpy(masked.get(), devMode, sizeof(VelmoraDevMode));
-    WCHAR path[std::extent_v<decltype(masked->privatePart.descriptionPath)>];
-    memcpy(path, masked->privatePart.descriptionPath, sizeof(path));
-    MaskFolder(path, std::size(path));
-    memcpy(masked->privatePart.descriptionPath, path, sizeof(path));
+    auto& path = masked->privatePart.descriptionPath;
+    const WideText name = FileName(TextOf(path));
+    memset(path, 0, sizeof(path));
+    memcpy(path, name.data(), name.size() * sizeof(WCHAR));
 
     RecordFields(velmora::PublicFields(), &masked->publicPart);
     RecordFields(velmora::PrivateFields(), &masked->privatePart);

@@ -27,12 +27,6 @@ constexpr std::pair<int, const char*> kSheetButtons[] = {
 
 constexpr WCHAR kDialogClass[] = TEXT("#32770");
 
-WideText ClassOf(HWND window) {
-    WCHAR name[64] = {};
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return name;
-}
-
 HWND PageOf(HWND dialog) {
     return reinterpret_cast<HWND>(SendMessageW(dialog, PSM_GETCURRENTPAGEHWND, 0, 0));
 }
@@ -163,6 +157,21 @@ HWND Control(int id) {
     const HWND control = page != nullptr ? GetDlgItem(page, id) : nullptr;
     EXPECT_TRUE(control != nullptr) << "no control " << id;
     return control;
+}
+
+WideText ClassOf(HWND window) {
+    WCHAR name[64] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return name;
+}
+
+WORD AccessKeyOf(const WideText& text) {
+    const size_t mark = text.find('&');
+    if (mark == WideText::npos || mark + 1 == text.size()) {
+        return 0;
+    }
+    const WCHAR key = text[mark + 1];
+    return static_cast<WORD>(key >= 'a' && key <= 'z' ? key - ('a' - 'A') : key);
 }
 
 WideText TextOf(HWND window) {

@@ -28,7 +28,10 @@ HWND FrontPage();
 // A control of FrontPage by its id. A test failure, and null, where there is none.
 HWND Control(int id);
 
+WideText ClassOf(HWND window);
 WideText TextOf(HWND window);
+// The access key of a text as a virtual key; 0: none.
+WORD AccessKeyOf(const WideText& text);
 
 // Id of the control that has the focus; 0 where there is none.
 int FocusedControl();

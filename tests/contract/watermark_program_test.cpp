@@ -1,7 +1,6 @@
 // The driver package's program for watermarks, started as the driver starts it: what it draws of a picture is the same
 // on both hosts, of a text only as far as their fonts are.
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 
@@ -39,8 +38,7 @@ class WatermarkProgramTest : public ContractTest {
         CloseHandle(done);
         EXPECT_EQ(GetPrivateProfileIntW(TEXT("MAKEWM"), TEXT("Result"), 0, kJobFile), 1u);
 
-        std::ifstream stream(environment_->HostPath(TEXT("C:\\mark.CWM")), std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+        const std::string bytes = ContentOf(environment_->HostPath(TEXT("C:\\mark.CWM")));
         const char* fault = nullptr;
         auto picture = velmora::ReadWatermarkFile({reinterpret_cast<const BYTE*>(bytes.data()), bytes.size()}, &fault);
         EXPECT_TRUE(picture) << fault;

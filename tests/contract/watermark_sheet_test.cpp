@@ -6,38 +6,25 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/contract/sheet_test.h"
 #include "tests/contract/transcript.h"
+#include "tests/driver/changed_devmode.h"
 #include "tools/wm/watermark_file.h"
 
 namespace contract {
 namespace {
 
 // Controls of the page.
-constexpr int kOn = 7003;
-constexpr int kName = 7005;
-constexpr int kAdd = 7006;
-constexpr int kChange = 7007;
-constexpr int kDelete = 7008;
-constexpr int kFace = 7010;
-constexpr int kStyle = 7012;
-constexpr int kSize = 7014;
-constexpr int kSizeSpin = 7015;
-constexpr int kFamily = 7017;
-constexpr int kPosition = 7019;
-constexpr int kShade = 7023;
-constexpr int kAngle = 7025;
-constexpr int kAngleSlider = 7026;
-constexpr int kRestore = 7030;
-constexpr int kReady = 3107;
+constexpr int kOn = 7003, kName = 7005, kAdd = 7006, kChange = 7007, kDelete = 7008, kFace = 7010, kStyle = 7012,
+              kSize = 7014, kSizeSpin = 7015, kFamily = 7017, kPosition = 7019, kShade = 7023, kAngle = 7025,
+              kAngleSlider = 7026, kRestore = 7030, kReady = 3107;
 
 // Of the Paper page.
 constexpr int kPaper = 5006;
-constexpr int kLandscape = 5027;
-constexpr int kLayout = 5033;
 
 constexpr int kNoticeOk = 1604;
 
@@ -52,7 +39,7 @@ constexpr WCHAR kProgram[] = TEXT("KV62WM.EXE");
 const Step kTurn = TurnTo(kWatermarkTab);
 
 DriverPackage PackageWithoutProgram() {
-    DriverPackage package = PackageOf("VELMORA-C3200.XPI");
+    DriverPackage package = PackageOf(kColorModel);
     std::erase_if(package.dependentFiles, [](const PackageFile& file) { return file.name == kProgram; });
     return package;
 }
@@ -200,7 +187,7 @@ Step Key(WORD key) {
 }
 
 // A file by its path, which may be a short one.
-std::string ContentOf(const WideText& path) {
+std::string ContentOfShort(const WideText& path) {
     std::string bytes(1 << 22, 0);
     DWORD size = 0;
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
@@ -213,27 +200,20 @@ std::string ContentOf(const WideText& path) {
 
 class WatermarkSheet : public SheetTest {
   protected:
-    // A run of the sheet, after which the user's list differs from before.
-    struct Case {
-        DocumentCase document;
-        std::string stored;  // its StoredChanges
-    };
-    void RunCases(InstalledPrinter& printer, const std::vector<Case>& cases) {
+    // CheckSheet over AppliedDevMode with other settings; the user's list has the StoredChanges `stored` then.
+    void Check(InstalledPrinter& printer, const char* title, const char* settings, std::vector<Step> steps,
+               const std::string& written, const std::string& stored) {
+        SCOPED_TRACE(title);
         const velmora::VelmoraDevMode base = AppliedDevMode(printer);  // makes the list, too
-        for (const Case& c : cases) {
-            SCOPED_TRACE(c.document.title);
-            const Entries before = Stored(printer);
-            RunCase(printer, base, c.document);
-            const std::string stored = StoredChanges(before, Stored(printer));
-            EXPECT_EQ(stored, c.stored);
-            Record("  stores " + stored);
-        }
+        const Entries before = Stored(printer);
+        CheckSheet(printer, title, driver_test::With(base, settings), std::move(steps), written);
+        const std::string changes = StoredChanges(before, Stored(printer));
+        EXPECT_EQ(changes, stored);
+        Record("  stores " + changes);
     }
 
-    WideText SettingsFolder() const {
-        WCHAR folder[MAX_PATH] = {};
-        GetEnvironmentVariableW(TEXT("APPDATA"), folder, MAX_PATH);
-        return WideText(folder) + TEXT("\\Kestranix Inc.\\Velmora Contract\\");
+    static WideText SettingsFolder() {
+        return Variable(TEXT("APPDATA")) + TEXT("\\Kestranix Inc.\\Velmora Contract\\");
     }
 
     WideText SettingsFile(const InstalledPrinter& printer) const {
@@ -252,19 +232,12 @@ class WatermarkSheet : public SheetTest {
         for (int i = 8; i < count; ++i) {
             const std::string index = std::to_string(i);
             write("WMString" + index, "Own " + index);
-            for (const auto& [key, value] : Section{{"WMType", "1"},
-                                                    {"WMFace", "Arial"},
-                                                    {"WMCharSet", "0"},
-                                                    {"WMBold", "0"},
-                                                    {"WMItalic", "0"},
-                                                    {"WMSize", "40"},
-                                                    {"WMOutline", "0"},
-                                                    {"WMColor", "00000000"},
-                                                    {"WMAngle", "0"},
-                                                    {"WMPlacement", "0"},
-                                                    {"WMPositionX", "0"},
-                                                    {"WMPositionY", "0"}}) {
-                write(key + index, value);
+            std::istringstream settings(
+                "Type=1 Face=Arial CharSet=0 Bold=0 Italic=0 Size=40 Outline=0 Color=00000000 Angle=0 Placement=0 "
+                "PositionX=0 PositionY=0");
+            for (std::string setting; settings >> setting;) {
+                const size_t equals = setting.find('=');
+                write("WM" + setting.substr(0, equals) + index, setting.substr(equals + 1));
             }
         }
         write("NumWatermarks", std::to_string(count));
@@ -291,100 +264,64 @@ class WatermarkSheet : public SheetTest {
 };
 
 TEST_F(WatermarkSheet, ChoosesAWatermark) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    RunCases(
-        printer,
-        {
-            {{"looked at",
-              "",
-              {kTurn, See(kOn, "on unchecked"), See(kName, "off 0"), See(kDelete, "off"), See(kStyle, "off 0"),
-               See(kSize, "off 50"), See(kFamily, "off 1"), See(kPosition, "off 0"), See(kAngle, "off 45"),
-               See(kReady, "on item 0 of 1")},
-              ""},
-             ""},
-            {{"on",
-              "",
-              {kTurn, Press(kOn), See(kName, "on 0"), See(kAdd, "off"), See(kChange, "off"), See(kDelete, "off"),
-               SeeOffered(kName, "0 1 2 3 4 5 6 7"), SeeOffered(kStyle, "0 1 2 3"),
-               SeeOffered(kFamily, "0 1 2 3 4 5 6 7"), SeeOffered(kPosition, "0 6 2 7 8 4 9"),
-               See(kSizeSpin, "on 8..400 at 50")},
-              kRendered + " outputFlag=1"},
-             "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
-            {{"another",
-              "outputFlag=1",
-              {kTurn, ChooseItem(kName, 2), See(kChange, "off")},
-              kRendered + " outputLevel=2"},
-             "[2] Copy, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
-            {{"the one that is rendered already",
-              "outputFlag=1 outputLevel=2",
-              {kTurn, ChooseItem(kName, 0)},
-              kRendered + " outputLevel=0"},
-             ""},
-            {{"in black", "outputFlag=1 dmColor=1", {kTurn, ChooseItem(kName, 2)}, kRenderedInBlack + " outputLevel=2"},
-             ""},
-            {{"off",
-              "outputFlag=1 watermarkFlags=36 watermarkFontSize=200 watermarkAngle=100 watermarkIndex=600",
-              {kTurn, Press(kOn), See(kName, "off 0")},
-              "watermarkFlags=0 watermarkIndex=0 watermarkFontSize=0 watermarkAngle=0 outputFlag=0"},
-             ""},
-            {{"one that there isn't", "outputLevel=17", {kTurn, See(kName, "off 0")}, "outputLevel=0"}, ""},
-        });
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Check(printer, "looked at", "",
+          {kTurn, See(kOn, "on unchecked"), See(kName, "off 0"), See(kDelete, "off"), See(kStyle, "off 0"),
+           See(kSize, "off 50"), See(kFamily, "off 1"), See(kPosition, "off 0"), See(kAngle, "off 45"),
+           See(kReady, "on item 0 of 1")},
+          "", "");
+    Check(printer, "on", "",
+          {kTurn, Press(kOn), See(kName, "on 0"), See(kAdd, "off"), See(kChange, "off"), See(kDelete, "off"),
+           SeeOffered(kName, "0 1 2 3 4 5 6 7"), SeeOffered(kStyle, "0 1 2 3"), SeeOffered(kFamily, "0 1 2 3 4 5 6 7"),
+           SeeOffered(kPosition, "0 6 2 7 8 4 9"), See(kSizeSpin, "on 8..400 at 50")},
+          kRendered + " outputFlag=1", "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM");
+    Check(printer, "another", "outputFlag=1", {kTurn, ChooseItem(kName, 2), See(kChange, "off")},
+          kRendered + " outputLevel=2", "[2] Copy, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM");
+    Check(printer, "the one that is rendered already", "outputFlag=1 outputLevel=2", {kTurn, ChooseItem(kName, 0)},
+          kRendered + " outputLevel=0", "");
+    Check(printer, "in black", "outputFlag=1 dmColor=1", {kTurn, ChooseItem(kName, 2)},
+          kRenderedInBlack + " outputLevel=2", "");
+    Check(printer, "off", "outputFlag=1 watermarkFlags=36 watermarkFontSize=200 watermarkAngle=100 watermarkIndex=600",
+          {kTurn, Press(kOn), See(kName, "off 0")},
+          "watermarkFlags=0 watermarkIndex=0 watermarkFontSize=0 watermarkAngle=0 outputFlag=0", "");
+    Check(printer, "one that there isn't", "outputLevel=17", {kTurn, See(kName, "off 0")}, "outputLevel=0", "");
 }
 
 TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    RunCases(
-        printer,
-        {
-            {{"added",
-              "",
-              {kTurn, Press(kOn), Name(TEXT("Mine")), See(kAdd, "on"), See(kChange, "off"), Choose(kStyle, 3),
-               Type(kSize, TEXT("36")), Choose(kFamily, 3), Slide(kShade, 15), Choose(kPosition, 9),
-               Slide(kAngleSlider, 47), See(kAngle, "on 45"), Slide(kAngleSlider, 30), Press(kAdd), See(kName, "on 8"),
-               See(kAdd, "off"), See(kChange, "on"), See(kDelete, "on")},
-              kRendered + " watermarkPosition=9 outputFlag=1 outputLevel=8 shadeMaxFlag=1"},
-             "now 9 [8] Mine, 36 bold italic 00FF0000, 300 at 9, 200 x 100 *.WM *.CWM"},
-            {{"two more, with a name that there is",
-              "outputFlag=1 outputLevel=8",
-              {kTurn, See(kName, "on 8"), Name(TEXT("Second")), Press(kAdd), Name(TEXT("Mine")), See(kAdd, "off"),
-               See(kDelete, "on"), Name(TEXT("")), See(kDelete, "off"), Name(TEXT("Third")), Press(kAdd)},
-              kRendered + " watermarkPosition=9 outputLevel=10 shadeMaxFlag=1"},
-             "now 11 [9] Second, 36 bold italic 00FF0000, 300 at 9 [10] Third, 36 bold italic 00FF0000, 300 at 9, 200 "
-             "x 100 *.WM *.CWM"},
-            {{"changed",
-              "outputFlag=1 outputLevel=8",
-              {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
-              kRendered + " watermarkPosition=9"},
-             "[8] Mine, 36 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
-            {{"renamed",
-              "outputFlag=1 outputLevel=8",
-              {kTurn, Name(TEXT("Yours")), See(kAdd, "on"), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
-              kRendered + " watermarkPosition=9"},
-             "[8] Yours, 36 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
-            {{"edited and not stored by a button",
-              "outputFlag=1 outputLevel=8",
-              {kTurn, Type(kSize, TEXT("900")), Leave(), See(kSize, "on 400"), Type(kSize, TEXT("3")), Leave(),
-               See(kSize, "on 8"), Type(kSize, TEXT("x")), Leave(), See(kSize, "on 8")},
-              kRendered + " watermarkPosition=9"},
-             "[8] Yours, 8 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
-            {{"without a name",
-              "outputFlag=1 outputLevel=8",
-              {kTurn, Name(TEXT("")), Type(kSize, TEXT("30"))},
-              kRendered + " watermarkPosition=9"},
-             "[8] Yours, 30 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
-            {{"with the name of another",
-              "outputFlag=1 outputLevel=8",
-              {kTurn, Name(TEXT("Third")), Type(kSize, TEXT("31"))},
-              kRendered + " watermarkPosition=9 outputLevel=10"},
-             "[10] Third, 31 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
-            {{"deleted",
-              "outputFlag=1 outputLevel=9",
-              {kTurn, ChooseItem(kName, 8), Press(kDelete), See(kName, "on 0"),
-               SeeOffered(kName, "0 1 2 3 4 5 6 7 8 9")},
-              kRendered + " outputLevel=0"},
-             "now 10 [0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM [8] Second, 36 bold italic "
-             "00FF0000, 300 at 9 [9] Third, 31 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM"},
-        });
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Check(printer, "added", "",
+          {kTurn, Press(kOn), Name(TEXT("Mine")), See(kAdd, "on"), See(kChange, "off"), Choose(kStyle, 3),
+           Type(kSize, TEXT("36")), Choose(kFamily, 3), Slide(kShade, 15), Choose(kPosition, 9),
+           Slide(kAngleSlider, 47), See(kAngle, "on 45"), Slide(kAngleSlider, 30), Press(kAdd), See(kName, "on 8"),
+           See(kAdd, "off"), See(kChange, "on"), See(kDelete, "on")},
+          kRendered + " watermarkPosition=9 outputFlag=1 outputLevel=8 shadeMaxFlag=1",
+          "now 9 [8] Mine, 36 bold italic 00FF0000, 300 at 9, 200 x 100 *.WM *.CWM");
+    Check(printer, "two more, with a name that there is", "outputFlag=1 outputLevel=8",
+          {kTurn, See(kName, "on 8"), Name(TEXT("Second")), Press(kAdd), Name(TEXT("Mine")), See(kAdd, "off"),
+           See(kDelete, "on"), Name(TEXT("")), See(kDelete, "off"), Name(TEXT("Third")), Press(kAdd)},
+          kRendered + " watermarkPosition=9 outputLevel=10 shadeMaxFlag=1",
+          "now 11 [9] Second, 36 bold italic 00FF0000, 300 at 9 [10] Third, 36 bold italic 00FF0000, 300 at 9, 200 "
+          "x 100 *.WM *.CWM");
+    Check(printer, "changed", "outputFlag=1 outputLevel=8",
+          {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
+          kRendered + " watermarkPosition=9", "[8] Mine, 36 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM");
+    Check(printer, "renamed", "outputFlag=1 outputLevel=8",
+          {kTurn, Name(TEXT("Yours")), See(kAdd, "on"), See(kChange, "on"), Press(kChange), See(kName, "on 8")},
+          kRendered + " watermarkPosition=9", "[8] Yours, 36 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM");
+    Check(printer, "edited and not stored by a button", "outputFlag=1 outputLevel=8",
+          {kTurn, Type(kSize, TEXT("900")), Leave(), See(kSize, "on 400"), Type(kSize, TEXT("3")), Leave(),
+           See(kSize, "on 8"), Type(kSize, TEXT("x")), Leave(), See(kSize, "on 8")},
+          kRendered + " watermarkPosition=9", "[8] Yours, 8 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM");
+    Check(printer, "without a name", "outputFlag=1 outputLevel=8", {kTurn, Name(TEXT("")), Type(kSize, TEXT("30"))},
+          kRendered + " watermarkPosition=9", "[8] Yours, 30 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM");
+    Check(printer, "with the name of another", "outputFlag=1 outputLevel=8",
+          {kTurn, Name(TEXT("Third")), Type(kSize, TEXT("31"))}, kRendered + " watermarkPosition=9 outputLevel=10",
+          "[10] Third, 31 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM");
+    Check(printer, "deleted", "outputFlag=1 outputLevel=9",
+          {kTurn, ChooseItem(kName, 8), Press(kDelete), See(kName, "on 0"), SeeOffered(kName, "0 1 2 3 4 5 6 7 8 9")},
+          kRendered + " outputLevel=0",
+          "now 10 [0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM [8] Second, 36 bold italic "
+          "00FF0000, 300 at 9 [9] Third, 31 bold italic 00F0F0F0, 300 at 9, 200 x 100 *.WM *.CWM");
     const Entries before = Stored(printer);
     const std::string files = ".CWM .CWM .WM .WM";  // of those that there are still
     EXPECT_EQ(RenderedFiles(), files);
@@ -396,49 +333,32 @@ TEST_F(WatermarkSheet, KeepsTheUsersOwn) {
 }
 
 TEST_F(WatermarkSheet, ChangesBuiltInOnesAtApply) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    RunCases(
-        printer,
-        {
-            {{"colours", "outputFlag=1", {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "off")}, kRendered},
-             "[0] Confidential, 50 00F0F0F0, 450 at 0, 200 x 100 *.WM *.CWM"},
-            {{"white",
-              "outputFlag=1 outputLevel=1",
-              {kTurn, Choose(kFamily, 7), Slide(kShade, 3)},
-              kRendered + " outputStep=3"},
-             "[1] Draft, 50 00FFFFFF, 450 at 0, 200 x 100 *.WM *.CWM"},
-            {{"the place",
-              "outputFlag=1 outputLevel=2",
-              {kTurn, Choose(kPosition, 4), Slide(kAngleSlider, 355)},
-              kRendered + " watermarkPosition=4"},
-             "[2] Copy, 50 007070FF, 3550 at 4, 200 x 100 *.WM *.CWM"},
-            {{"restored",
-              "outputFlag=1 outputLevel=2",
-              {kTurn, See(kAngle, "on 355"), Press(kRestore), See(kOn, "on unchecked"), See(kName, "off 0"),
-               See(kAngle, "off 45"), See(kFamily, "off 1")},
-              "outputFlag=0 outputLevel=0"},
-             "[0] Confidential, 50 007070FF, 450 at 0 [1] Draft, 50 007070FF, 450 at 0 [2] Copy, 50 007070FF, 450 at "
-             "0"},
-        });
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Check(printer, "colours", "outputFlag=1", {kTurn, Choose(kFamily, 0), Slide(kShade, 0), See(kChange, "off")},
+          kRendered, "[0] Confidential, 50 00F0F0F0, 450 at 0, 200 x 100 *.WM *.CWM");
+    Check(printer, "white", "outputFlag=1 outputLevel=1", {kTurn, Choose(kFamily, 7), Slide(kShade, 3)},
+          kRendered + " outputStep=3", "[1] Draft, 50 00FFFFFF, 450 at 0, 200 x 100 *.WM *.CWM");
+    Check(printer, "the place", "outputFlag=1 outputLevel=2", {kTurn, Choose(kPosition, 4), Slide(kAngleSlider, 355)},
+          kRendered + " watermarkPosition=4", "[2] Copy, 50 007070FF, 3550 at 4, 200 x 100 *.WM *.CWM");
+    Check(printer, "restored", "outputFlag=1 outputLevel=2",
+          {kTurn, See(kAngle, "on 355"), Press(kRestore), See(kOn, "on unchecked"), See(kName, "off 0"),
+           See(kAngle, "off 45"), See(kFamily, "off 1")},
+          "outputFlag=0 outputLevel=0",
+          "[0] Confidential, 50 007070FF, 450 at 0 [1] Draft, 50 007070FF, 450 at 0 [2] Copy, 50 007070FF, 450 at "
+          "0");
 }
 
 TEST_F(WatermarkSheet, OverwritesInAFullList) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
     AppliedDevMode(printer);
     Fill(printer, 18);
-    RunCases(printer, {
-                          {{"a new name",
-                            "outputFlag=1 outputLevel=17",
-                            {kTurn, See(kName, "on 17"), Name(TEXT("Another")), See(kAdd, "off"), See(kChange, "on"),
-                             See(kDelete, "off"), Type(kSize, TEXT("60"))},
-                            kRendered + " shadeMaxFlag=1"},
-                           "[17] Own 17, 60 00000000, 0 at 0, 200 x 100 *.WM *.CWM"},
-                          {{"room again",
-                            "outputFlag=1 outputLevel=17",
-                            {kTurn, Press(kDelete), Name(TEXT("Another")), See(kAdd, "on"), Press(kAdd)},
-                            kRendered},
-                           "[17] Another, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"},
-                      });
+    Check(printer, "a new name", "outputFlag=1 outputLevel=17",
+          {kTurn, See(kName, "on 17"), Name(TEXT("Another")), See(kAdd, "off"), See(kChange, "on"), See(kDelete, "off"),
+           Type(kSize, TEXT("60"))},
+          kRendered + " shadeMaxFlag=1", "[17] Own 17, 60 00000000, 0 at 0, 200 x 100 *.WM *.CWM");
+    Check(printer, "room again", "outputFlag=1 outputLevel=17",
+          {kTurn, Press(kDelete), Name(TEXT("Another")), See(kAdd, "on"), Press(kAdd)}, kRendered,
+          "[17] Another, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM");
 }
 
 TEST_F(WatermarkSheet, IsRenderedForItsPrinter) {
@@ -448,15 +368,15 @@ TEST_F(WatermarkSheet, IsRenderedForItsPrinter) {
         const char* files;
     } cases[] = {
         {"VELMORA-M2100.XPI", "dmColor=0 " + kRenderedInBlack, "*.WM"},
-        {"VELMORA-C3200.XPI", kRendered, "*.WM *.CWM"},
+        {kColorModel, kRendered, "*.WM *.CWM"},
         {"VELMORA-I700.XPI", kRenderedInBlack, "*.WM *.WM"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.model);
         Record(c.model);
         InstalledPrinter printer(*environment_, PackageOf(c.model));
-        RunCases(printer, {{{"on", "", {kTurn, Press(kOn)}, c.written + " outputFlag=1"},
-                            std::string("[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 ") + c.files}});
+        Check(printer, "on", "", {kTurn, Press(kOn)}, c.written + " outputFlag=1",
+              std::string("[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 ") + c.files);
     }
 }
 
@@ -475,12 +395,12 @@ TEST_F(WatermarkSheet, EndsWithoutARendering) {
     };
     for (const auto& c : cases) {
         renderer_.answer = c.answer;
-        InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-        RunCases(printer, {{{c.title, "", {kTurn, Press(kOn)}, c.written + "outputFlag=1"}, c.stored}});
+        InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+        Check(printer, c.title, "", {kTurn, Press(kOn)}, c.written + "outputFlag=1", c.stored);
         EXPECT_EQ(RenderedFiles(), c.stored.empty() ? "" : ".CWM .WM");
     }
     InstalledPrinter printer(*environment_, PackageWithoutProgram());
-    RunCases(printer, {{{"there is no program", "", {kTurn, Press(kOn)}, "outputFlag=1"}, ""}});
+    Check(printer, "there is no program", "", {kTurn, Press(kOn)}, "outputFlag=1", "");
 }
 
 // By the program of the driver package.
@@ -492,7 +412,7 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
         COLORREF ink;  // of the file that is printed
     } cases[] = {
         {"VELMORA-M2100.XPI", " *.WM", RGB(153, 153, 153)},
-        {"VELMORA-C3200.XPI", " *.WM *.CWM", RGB(255, 112, 112)},
+        {kColorModel, " *.WM *.CWM", RGB(255, 112, 112)},
         {"VELMORA-I700.XPI", " *.WM *.WM", RGB(255, 112, 112)},
     };
     for (const auto& [model, files, ink] : cases) {
@@ -504,7 +424,7 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
         EXPECT_TRUE(Stored(printer)[0].ends_with(files)) << Stored(printer)[0];
         const velmora::PrivateDevMode& own = output.PrivatePart();
         EXPECT_EQ(own.watermarkFlags, 36u);
-        const std::string bytes = ContentOf(TextOf(own.watermarkFile));
+        const std::string bytes = ContentOfShort(TextOf(own.watermarkFile));
         const char* fault = "";
         const auto picture =
             velmora::ReadWatermarkFile({reinterpret_cast<const BYTE*>(bytes.data()), bytes.size()}, &fault);
@@ -517,98 +437,57 @@ TEST_F(WatermarkSheet, IsReallyRendered) {
 }
 
 TEST_F(WatermarkSheet, StaysWhereSettingsConflict) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    constexpr DWORD kWithDuplex[] = {3, 0, 1, 5};
-    printer.SetData(TEXT("DeviceInfo"), REG_BINARY, kWithDuplex, sizeof(kWithDuplex));
-    RunCases(printer, {{{"a banner on both sides",
-                         "dmPaperSize=600 dmDuplex=2",
-                         {kTurn, Press(kOn), InSheet(PSBTN_OK), Press(kNoticeOk), See(kOn, "on checked"),
-                          TurnTo(kPaperTab), Choose(kPaper, 9)},
-                         "dmPaperSize=9 dmDuplex=0 " + kRendered + " outputFlag=1"},
-                        "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"}});
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Install(printer, kWithDuplex);
+    Check(printer, "a banner on both sides", "dmPaperSize=600 dmDuplex=2",
+          {kTurn, Press(kOn), InSheet(PSBTN_OK), Press(kNoticeOk), See(kOn, "on checked"), TurnTo(kPaperTab),
+           Choose(kPaper, 9)},
+          "dmPaperSize=9 dmDuplex=0 " + kRendered + " outputFlag=1",
+          "[0] Confidential, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM");
 }
 
 TEST_F(WatermarkSheet, IsUsedByTheKeyboard) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    RunCases(printer, {{{"arrows",
-                         "outputFlag=1",
-                         {kTurn,
-                          FocusOn(kAngleSlider),
-                          Key(VK_RIGHT),
-                          See(kAngle, "on 50"),
-                          Key(VK_NEXT),
-                          See(kAngle, "on 80"),
-                          Key(VK_HOME),
-                          See(kAngle, "on 0"),
-                          Key(VK_END),
-                          See(kAngle, "on 355"),
-                          FocusOn(kShade),
-                          Key(VK_LEFT),
-                          Key(VK_NEXT),
-                          FocusOn(kSize),
-                          Key(VK_UP),
-                          See(kSize, "on 51"),
-                          Key(VK_DOWN),
-                          Key(VK_DOWN),
-                          See(kSize, "on 49"),
-                          FocusOn(kPosition),
-                          Key(VK_DOWN),
-                          See(kPosition, "on 6"),
-                          FocusOn(kName),
-                          Key(VK_DOWN),
-                          See(kName, "on 1")},
-                         kRendered + " outputLevel=1"},
-                        "[1] Draft, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM"}});
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    Check(printer, "arrows", "outputFlag=1",
+          {kTurn,
+           FocusOn(kAngleSlider),
+           Key(VK_RIGHT),
+           See(kAngle, "on 50"),
+           Key(VK_NEXT),
+           See(kAngle, "on 80"),
+           Key(VK_HOME),
+           See(kAngle, "on 0"),
+           Key(VK_END),
+           See(kAngle, "on 355"),
+           FocusOn(kShade),
+           Key(VK_LEFT),
+           Key(VK_NEXT),
+           FocusOn(kSize),
+           Key(VK_UP),
+           See(kSize, "on 51"),
+           Key(VK_DOWN),
+           Key(VK_DOWN),
+           See(kSize, "on 49"),
+           FocusOn(kPosition),
+           Key(VK_DOWN),
+           See(kPosition, "on 6"),
+           FocusOn(kName),
+           Key(VK_DOWN),
+           See(kName, "on 1")},
+          kRendered + " outputLevel=1", "[1] Draft, 50 007070FF, 450 at 0, 200 x 100 *.WM *.CWM");
 }
 
 TEST_F(WatermarkSheet, InEveryLanguage) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    for (const Language& language : kLanguages) {
-        SCOPED_TRACE(language.name);
-        Record(language.name);
-        environment_->SetLanguage(language.id);
-        std::vector<Step> steps;
-        const auto act = [&](std::vector<Step> more) { steps.insert(steps.end(), more.begin(), more.end()); };
-        const auto look = [&](const std::string& name) {
-            // Hosts differ in their fonts, and in what they keep of Japanese texts.
-            act({Describe(name, {kName, kFace}), TakePicture(*environment_, name + '-' + language.name)});
-        };
-        act({kTurn});
-        look("watermark");
-        act({Press(kOn), Name(TEXT("Mine"))});
-        look("watermark-new");
-        act({Press(kAdd), Choose(kFamily, 3)});
-        look("watermark-own");
-        act({InSheet(PSBTN_CANCEL)});
-        ShowDocumentSheet(printer, steps);
-    }
-}
-
-// For people to look at.
-TEST_F(WatermarkSheet, PreviewsThePage) {
-    InstalledPrinter printer(*environment_, PackageOf("VELMORA-C3200.XPI"));
-    std::vector<Step> steps = {kTurn, Press(kOn)};
-    const auto picture = [&](const std::string& name, std::vector<Step> change) {
-        steps.insert(steps.end(), change.begin(), change.end());
-        steps.push_back(TakePicture(*environment_, "watermark-" + name));
-    };
-    const auto layOut = [](int layout) { return std::vector<Step>{TurnTo(kPaperTab), Choose(kLayout, layout), kTurn}; };
-    picture("portrait", {});
-    for (const int position : {2, 4, 6, 7, 8, 9}) {
-        picture("position-" + std::to_string(position), {Choose(kPosition, position)});
-    }
-    for (const int angle : {0, 90, 180, 270}) {
-        picture("angle-" + std::to_string(angle), {Choose(kPosition, 0), Slide(kAngleSlider, angle)});
-    }
-    picture("bold-italic", {Slide(kAngleSlider, 45), Choose(kStyle, 3), Type(kSize, TEXT("80"))});
-    picture("two-up", layOut(2));
-    picture("four-up", layOut(4));
-    picture("poster", layOut(6));
-    picture("landscape", {TurnTo(kPaperTab), Press(kLandscape), kTurn});
-    picture("two-up-landscape", layOut(2));
-    picture("off", {Press(kOn)});
-    steps.push_back(InSheet(PSBTN_CANCEL));
-    ShowDocumentSheet(printer, steps);
+    InstalledPrinter printer(*environment_, PackageOf(kColorModel));
+    // Hosts differ in their fonts, and in what they keep of Japanese texts.
+    const std::vector<int> hostsOwn = {kName, kFace};
+    InEachLanguage([&] {
+        ShowDocumentSheet(printer, std::vector<Step>{kTurn} + Look("watermark", hostsOwn) +
+                                       std::vector<Step>{Press(kOn), Name(TEXT("Mine"))} +
+                                       Look("watermark-new", hostsOwn) +
+                                       std::vector<Step>{Press(kAdd), Choose(kFamily, 3)} +
+                                       Look("watermark-own", hostsOwn) + std::vector<Step>{InSheet(PSBTN_CANCEL)});
+    });
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "driver/ptprovider/dom_classes.h"
 #include "tests/contract/dom_document.h"
 
 namespace contract {
@@ -81,7 +82,7 @@ Bindings DeclarationsIn(std::wstring_view tag) {
 // element of a document takes the XML declaration out of it there.
 Bindings DeclarationsOf(IXMLDOMNode* element, IXMLDOMDocument2* scratch) {
     ComReference<IXMLDOMNode> copy;
-    Bstr saved;
+    OwnedBstr saved;
     if (element->cloneNode(VARIANT_FALSE, copy.Receive()) != S_OK ||
         scratch->appendChild(copy.Get(), nullptr) != S_OK) {
         return {};
@@ -131,7 +132,7 @@ class NamespaceManager final : public IMXNamespaceManager {
     virtual ~NamespaceManager() = default;
 
     HRESULT WINAPI QueryInterface(REFIID interfaceId, void** object) override {
-        const bool known = interfaceId == kInterfaceId<IUnknown> || interfaceId == kInterfaceId<IMXNamespaceManager>;
+        const bool known = interfaceId == IID_IUnknown || interfaceId == velmora::kIidNamespaceManager;
         *object = known ? this : nullptr;
         if (known) {
             AddRef();

@@ -12,6 +12,7 @@
 
 #include "driver/devmode/private_devmode.h"
 #include "driver/entry/driver_interface.h"
+#include "driver/ptprovider/dom_classes.h"
 #include "tests/contract/dom_document.h"
 #include "tests/contract/sheet_host.h"
 #include "tests/contract/wine_namespace_manager.h"
@@ -19,11 +20,16 @@
 namespace contract {
 namespace {
 
+// Null where the module hasn't the export.
+template <class Function>
+Function ExportOf(HMODULE module, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
 // The test program's own imports are replaced too, so what a stand-in builds on is asked of the library itself.
 template <class Function>
 Function Genuine(const char* name, const wchar_t* library = L"winspool.drv") {
-    const auto address = GetProcAddress(GetModuleHandleW(library), name);
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+    return ExportOf<Function>(GetModuleHandleW(library), name);
 }
 #define GENUINE(call) Genuine<decltype(&(call))>(#call)
 #define GENUINE_OF(call, library) Genuine<decltype(&(call))>(#call, library)
@@ -350,17 +356,36 @@ BOOL WINAPI StandInGetPrinter(HANDLE printer, DWORD level, LPBYTE data, DWORD si
     return TRUE;
 }
 
-// The printer's driver, to be freed; null, with the last error set, where it can't be loaded.
-HMODULE LoadDriver(HANDLE printer) {
-    const auto getDriver = GENUINE(GetPrinterDriverW);
-    DWORD needed = 0;
-    getDriver(printer, nullptr, 3, nullptr, 0, &needed);
-    std::vector<BYTE> block(needed);
-    if (needed == 0 || !getDriver(printer, nullptr, 3, block.data(), needed, &needed)) {
-        return nullptr;
+// The printer's driver, loaded for as long as this lives; none, with the last error set, where it can't be loaded.
+class LoadedDriver {
+  public:
+    explicit LoadedDriver(HANDLE printer) {
+        const auto getDriver = GENUINE(GetPrinterDriverW);
+        DWORD needed = 0;
+        getDriver(printer, nullptr, 3, nullptr, 0, &needed);
+        std::vector<BYTE> block(needed);
+        if (needed != 0 && getDriver(printer, nullptr, 3, block.data(), needed, &needed)) {
+            module_ = LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
+        }
     }
-    return LoadLibraryW(reinterpret_cast<const DRIVER_INFO_3W*>(block.data())->pConfigFile);
-}
+    ~LoadedDriver() {
+        if (module_ != nullptr) {
+            FreeLibrary(module_);
+        }
+    }
+    LoadedDriver(const LoadedDriver&) = delete;
+    LoadedDriver& operator=(const LoadedDriver&) = delete;
+
+    // Null where the driver has no such export, or there is none.
+    template <class Function>
+    Function Export(const char* name) const {
+        return module_ != nullptr ? ExportOf<Function>(module_, name) : nullptr;
+    }
+
+  private:
+    HMODULE module_ = nullptr;
+};
+#define DRIVER_EXPORT(driver, call) (driver).Export<decltype(&::call)>(#call)
 
 // --- Document settings: DocumentPropertiesW
 
@@ -378,26 +403,21 @@ LONG WINAPI StandInDocumentProperties(HWND owner, HANDLE printer, LPWSTR printer
     if ((mode & DM_PROMPT) != 0) {
         return GENUINE(DocumentPropertiesW)(owner, printer, printerName, output, input, mode);
     }
-    const HMODULE driver = LoadDriver(printer);
-    if (driver == nullptr) {
+    const LoadedDriver driver(printer);
+    const auto ask = DRIVER_EXPORT(driver, DrvDocumentPropertySheets);
+    if (ask == nullptr) {
         return -1;
     }
-    const auto ask = reinterpret_cast<decltype(&::DrvDocumentPropertySheets)>(
-        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDocumentPropertySheets")));
-    LONG result = -1;
-    if (ask != nullptr) {
-        DOCUMENTPROPERTYHEADER header = {sizeof(header), 0, printer, printerName, nullptr, nullptr, 0, 0};
-        result = ask(nullptr, reinterpret_cast<LPARAM>(&header));
-        if (result > 0 && mode != 0 && output != nullptr) {
-            header.pdmIn = input;
-            header.pdmOut = output;
-            header.cbOut = static_cast<DWORD>(result);
-            header.fMode = mode;
-            result = ask(nullptr, reinterpret_cast<LPARAM>(&header));
-        }
+    DOCUMENTPROPERTYHEADER header = {sizeof(header), 0, printer, printerName, nullptr, nullptr, 0, 0};
+    const LONG result = ask(nullptr, reinterpret_cast<LPARAM>(&header));
+    if (result <= 0 || mode == 0 || output == nullptr) {
+        return result;
     }
-    FreeLibrary(driver);
-    return result;
+    header.pdmIn = input;
+    header.pdmOut = output;
+    header.cbOut = static_cast<DWORD>(result);
+    header.fMode = mode;
+    return ask(nullptr, reinterpret_cast<LPARAM>(&header));
 }
 
 // --- Printer settings: PrinterProperties
@@ -411,17 +431,11 @@ bool ShowsPrinterProperties(HANDLE) {
 
 // Whether the printer's settings were shown.
 BOOL WINAPI StandInPrinterProperties(HWND owner, HANDLE printer) {
-    const HMODULE driver = LoadDriver(printer);
-    if (driver == nullptr) {
-        return FALSE;
-    }
-    const auto show = reinterpret_cast<decltype(&::DrvDevicePropertySheets)>(
-        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDevicePropertySheets")));
+    const LoadedDriver driver(printer);
+    const auto show = DRIVER_EXPORT(driver, DrvDevicePropertySheets);
     std::wstring name = PrinterName(printer);
     DEVICEPROPERTYHEADER header = {sizeof(header), 0, printer, name.data()};
-    const bool isShown = show != nullptr && SheetHost(show, &header, owner).Run() >= 0;
-    FreeLibrary(driver);
-    return isShown ? TRUE : FALSE;
+    return show != nullptr && SheetHost(show, &header, owner).Run() >= 0 ? TRUE : FALSE;
 }
 
 // --- Jobs: DevQueryPrint
@@ -446,58 +460,25 @@ struct QueryPrintInfo {
 
 // Asks the driver's DevQueryPrintEx, as the spooler does.
 BOOL WINAPI StandInDevQueryPrint(HANDLE printer, LPDEVMODEW devMode, DWORD* reason) {
-    const HMODULE driver = LoadDriver(printer);
-    if (driver == nullptr) {
-        return FALSE;
-    }
-    const auto ask = reinterpret_cast<decltype(&::DevQueryPrintEx)>(
-        reinterpret_cast<void*>(GetProcAddress(driver, "DevQueryPrintEx")));
+    const LoadedDriver driver(printer);
+    const auto ask = DRIVER_EXPORT(driver, DevQueryPrintEx);
     wchar_t text[256] = L"";
     QueryPrintInfo info = {sizeof(info), 1, printer, devMode, text, ARRAYSIZE(text), 0};
     const BOOL allowed = ask != nullptr && ask(reinterpret_cast<PDEVQUERYPRINT_INFO>(&info));
     if (allowed) {
         *reason = 0;
     }
-    FreeLibrary(driver);
     return allowed;
 }
 
 // --- Capabilities: DeviceCapabilitiesW
 
-// The driver behind a printer of this name, open for using it; both empty where there is none.
-struct DriverOfPrinter {
-    explicit DriverOfPrinter(const wchar_t* printerName) {
-        std::wstring name = printerName;
-        if (OpenPrinterW(name.data(), &printer, nullptr)) {
-            module = LoadDriver(printer);
-        }
-    }
-    ~DriverOfPrinter() {
-        if (module != nullptr) {
-            FreeLibrary(module);
-        }
-        if (printer != nullptr) {
-            ClosePrinter(printer);
-        }
-    }
-    DriverOfPrinter(const DriverOfPrinter&) = delete;
-    DriverOfPrinter& operator=(const DriverOfPrinter&) = delete;
-
-    HANDLE printer = nullptr;
-    HMODULE module = nullptr;
-};
-
-decltype(&::DrvDeviceCapabilities) CapabilitiesOf(HMODULE driver) {
-    return reinterpret_cast<decltype(&::DrvDeviceCapabilities)>(
-        reinterpret_cast<void*>(GetProcAddress(driver, "DrvDeviceCapabilities")));
-}
-
 // Whether what the driver says of its printer comes back: that it is asked isn't enough, as it knows little where it is
 // given no handle of the printer.
 bool GivesCapabilities(HANDLE printer) {
     std::wstring name = PrinterName(printer);
-    const DriverOfPrinter driver(name.c_str());
-    const auto ask = driver.module != nullptr ? CapabilitiesOf(driver.module) : nullptr;
+    const LoadedDriver driver(printer);
+    const auto ask = DRIVER_EXPORT(driver, DrvDeviceCapabilities);
     if (ask == nullptr) {
         throw std::runtime_error("the driver can't be asked for its capabilities");
     }
@@ -505,7 +486,7 @@ bool GivesCapabilities(HANDLE printer) {
     const WORD indices[] = {DC_PAPERS, DC_MAXEXTENT, DC_BINS, DC_DRIVER, DC_ENUMRESOLUTIONS};
     return std::all_of(std::begin(indices), std::end(indices), [&](WORD index) {
         return genuine(name.c_str(), nullptr, index, nullptr, nullptr) ==
-               static_cast<int>(ask(driver.printer, name.data(), index, nullptr, nullptr));
+               static_cast<int>(ask(printer, name.data(), index, nullptr, nullptr));
     });
 }
 
@@ -515,11 +496,17 @@ int WINAPI StandInDeviceCapabilities(LPCWSTR device, LPCWSTR, WORD capability, L
         return -1;
     }
     std::wstring name = device;
-    const DriverOfPrinter driver(device);
-    const auto ask = driver.module != nullptr ? CapabilitiesOf(driver.module) : nullptr;
-    return ask == nullptr
-               ? -1
-               : static_cast<int>(ask(driver.printer, name.data(), capability, output, const_cast<DEVMODEW*>(devMode)));
+    HANDLE printer = nullptr;
+    if (!OpenPrinterW(name.data(), &printer, nullptr)) {
+        return -1;
+    }
+    int answer = -1;
+    const LoadedDriver driver(printer);
+    if (const auto ask = DRIVER_EXPORT(driver, DrvDeviceCapabilities)) {
+        answer = static_cast<int>(ask(printer, name.data(), capability, output, const_cast<DEVMODEW*>(devMode)));
+    }
+    ClosePrinter(printer);
+    return answer;
 }
 
 // --- Namespaces of XML documents: CoCreateInstance of MXNamespaceManager60
@@ -534,9 +521,8 @@ bool PushesNodeContexts(HANDLE) {
 
 HRESULT WINAPI StandInCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
                                      LPVOID* object) {
-    if (classId != kNamespaceManagerClass || outer != nullptr || (context & CLSCTX_INPROC_SERVER) == 0) {
-        const auto genuine = Genuine<decltype(&CoCreateInstance)>("CoCreateInstance", L"ole32.dll");
-        return genuine(classId, outer, context, interfaceId, object);
+    if (classId != velmora::kMxNamespaceManager60 || outer != nullptr || (context & CLSCTX_INPROC_SERVER) == 0) {
+        return GENUINE_OF(CoCreateInstance, L"ole32.dll")(classId, outer, context, interfaceId, object);
     }
     const ComReference<IMXNamespaceManager> manager(MakeNamespaceManager());
     return manager->QueryInterface(interfaceId, object);
@@ -749,8 +735,7 @@ void SendMissingEvent(HMODULE driver, HANDLE printer, int event) {
     if (sendsEvents) {
         return;
     }
-    const auto tell = reinterpret_cast<BOOL(WINAPI*)(LPWSTR, INT, DWORD, LPARAM)>(
-        reinterpret_cast<void*>(GetProcAddress(driver, "DrvPrinterEvent")));
+    const auto tell = ExportOf<decltype(&::DrvPrinterEvent)>(driver, "DrvPrinterEvent");
     std::wstring name = PrinterName(printer);
     if (tell != nullptr && !tell(name.data(), event, PRINTER_EVENT_FLAG_NO_UI, 0) &&
         event == PRINTER_EVENT_INITIALIZE) {

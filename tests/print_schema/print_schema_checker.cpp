@@ -92,14 +92,6 @@ std::optional<int64_t> Integer(const WideText& text) {
     return number;
 }
 
-bool IsDecimal(const WideText& text) {
-    size_t place = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
-    const WideText number = text.substr(place);
-    return number.find_first_not_of(TEXT("0123456789.")) == WideText::npos &&
-           number.find_first_of(TEXT("0123456789")) != WideText::npos &&
-           std::count(number.begin(), number.end(), TEXT('.')) <= 1;
-}
-
 class Checker {
   public:
     explicit Checker(IXMLDOMDocument2* document) : tree_(document) { elements_.resize(tree_.Nodes().size()); }
@@ -309,8 +301,6 @@ class Checker {
             const std::optional<int64_t> number = Integer(value.text);
             isRead = number.has_value();
             value.number = number.value_or(0);
-        } else if (type->type == ValueType::kDecimal) {
-            isRead = IsDecimal(value.text);
         } else if (type->type == ValueType::kQName) {
             const std::optional<Name> qualified = Resolve(value, value.text, "the value");
             if (!qualified) {
@@ -389,8 +379,6 @@ class Checker {
 
     int Kind() const { return isTicket_ ? kTickets : kCapabilities; }
 
-    bool Counts(int documents) const { return (documents & Kind()) != 0; }
-
     // Whether the element is excepted from a rule, by its own name or, a feature, by its options' scored properties'.
     bool IsExcepted(Rule rule, const Element& element, WideView property = {}) const {
         const auto isNamedSo = [&](const Element& named) {
@@ -428,8 +416,8 @@ class Checker {
 
     void CheckRequiredProperties(Element& element) {
         for (const PropertyRow& row : kProperties) {
-            if (row.isRequired && Counts(row.documents) && Lists(row.places, PlaceName(element)) &&
-                FitsDataType(row, element) && !Named(element, TEXT("Property"), row.uri, row.name) &&
+            if (row.isRequired && !isTicket_ && Lists(row.places, PlaceName(element)) && FitsDataType(row, element) &&
+                !Named(element, TEXT("Property"), row.uri, row.name) &&
                 !IsExcepted(Rule::kRequiredProperty, element, row.name)) {
                 Report(element, "has no property " + Printable(row.name));
             }
@@ -459,7 +447,7 @@ class Checker {
             Report(property, known ? "doesn't belong in " + Printable(PlaceName(outer)) : "isn't a known property");
             return;
         }
-        if (!Counts(fitting->documents)) {
+        if (isTicket_) {
             Report(property, "doesn't belong in print tickets");
             return;
         }

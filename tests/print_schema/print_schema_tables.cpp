@@ -14,10 +14,8 @@ using velmora::kOemNamespace;
 using velmora::kPrivateNamespace;
 using velmora::kSchemaNamespace;
 
-constexpr ValueTypeName kValueTypeNames[] = {{ValueType::kString, TEXT("string")},
-                                             {ValueType::kInteger, TEXT("integer")},
-                                             {ValueType::kQName, TEXT("QName")},
-                                             {ValueType::kDecimal, TEXT("decimal")}};
+constexpr ValueTypeName kValueTypeNames[] = {
+    {ValueType::kString, TEXT("string")}, {ValueType::kInteger, TEXT("integer")}, {ValueType::kQName, TEXT("QName")}};
 
 constexpr ElementRow kElementRows[] = {
     {TEXT("PrintTicket"), TEXT("Feature Property ParameterInit"), TEXT("version"), false},
@@ -32,56 +30,37 @@ constexpr ElementRow kElementRows[] = {
     {TEXT("Value"), TEXT(""), TEXT(""), false},
 };
 
-constexpr PropertyRow Definition(const WCHAR* name, bool isRequired, ValueType forType, ValueType type,
-                                 int64_t least = kNoLeast, const WCHAR* nameUri = nullptr,
-                                 const WCHAR* names = nullptr) {
-    return {kFrameworkNamespace,
-            name,
-            TEXT("ParameterDef"),
-            kCapabilities,
-            isRequired,
-            forType,
-            type,
-            least,
-            nameUri,
-            names};
-}
-
-constexpr PropertyRow Area(const WCHAR* name, const WCHAR* place, ValueType type, int64_t least = kNoLeast) {
-    return {kKeywordsNamespace, name, place, kCapabilities, true, ValueType::kNone, type, least, nullptr, nullptr};
-}
+constexpr const WCHAR* kDefinition = TEXT("ParameterDef");
+constexpr const WCHAR* kImageable = TEXT("PageImageableSize");
+constexpr const WCHAR* kArea = TEXT("ImageableArea");
 
 constexpr PropertyRow kPropertyRows[] = {
-    {kFrameworkNamespace, TEXT("SelectionType"), TEXT("Feature"), kCapabilities, true, ValueType::kNone,
-     ValueType::kQName, kNoLeast, kKeywordsNamespace, TEXT("PickOne")},
-    {kKeywordsNamespace, TEXT("DisplayName"), TEXT("Feature Option ParameterDef"), kCapabilities, false,
-     ValueType::kNone, ValueType::kString, kNoLeast, nullptr, nullptr},
+    {kFrameworkNamespace, TEXT("SelectionType"), TEXT("Feature"), true, ValueType::kQName, kNoLeast, ValueType::kNone,
+     kKeywordsNamespace, TEXT("PickOne")},
+    {kKeywordsNamespace, TEXT("DisplayName"), TEXT("Feature Option ParameterDef"), false, ValueType::kString},
 
-    Definition(TEXT("DataType"), true, ValueType::kNone, ValueType::kQName, kNoLeast, kSchemaNamespace,
-               TEXT("string integer")),
-    Definition(TEXT("DefaultValue"), true, ValueType::kNone, ValueType::kNone),
-    Definition(TEXT("MinValue"), true, ValueType::kInteger, ValueType::kInteger),
-    Definition(TEXT("MaxValue"), true, ValueType::kInteger, ValueType::kInteger),
-    Definition(TEXT("Multiple"), true, ValueType::kInteger, ValueType::kInteger, 1),
-    Definition(TEXT("MinLength"), false, ValueType::kString, ValueType::kInteger, 0),
-    Definition(TEXT("MaxLength"), false, ValueType::kString, ValueType::kInteger, 1),
-    Definition(TEXT("UnitType"), true, ValueType::kNone, ValueType::kString),
-    Definition(TEXT("Mandatory"), true, ValueType::kNone, ValueType::kQName, kNoLeast, kKeywordsNamespace,
-               TEXT("Conditional Unconditional")),
+    {kFrameworkNamespace, TEXT("DataType"), kDefinition, true, ValueType::kQName, kNoLeast, ValueType::kNone,
+     kSchemaNamespace, TEXT("string integer")},
+    {kFrameworkNamespace, TEXT("DefaultValue"), kDefinition, true, ValueType::kNone},
+    {kFrameworkNamespace, TEXT("MinValue"), kDefinition, true, ValueType::kInteger, kNoLeast, ValueType::kInteger},
+    {kFrameworkNamespace, TEXT("MaxValue"), kDefinition, true, ValueType::kInteger, kNoLeast, ValueType::kInteger},
+    {kFrameworkNamespace, TEXT("Multiple"), kDefinition, true, ValueType::kInteger, 1, ValueType::kInteger},
+    {kFrameworkNamespace, TEXT("MinLength"), kDefinition, false, ValueType::kInteger, 0, ValueType::kString},
+    {kFrameworkNamespace, TEXT("MaxLength"), kDefinition, false, ValueType::kInteger, 1, ValueType::kString},
+    {kFrameworkNamespace, TEXT("UnitType"), kDefinition, true, ValueType::kString},
+    {kFrameworkNamespace, TEXT("Mandatory"), kDefinition, true, ValueType::kQName, kNoLeast, ValueType::kNone,
+     kKeywordsNamespace, TEXT("Conditional Unconditional")},
 
-    {kKeywordsNamespace, TEXT("DevicePrintRate"), TEXT("PrintCapabilities"), kCapabilities, false, ValueType::kNone,
-     ValueType::kInteger, 1, nullptr, nullptr},
-    {kKeywordsNamespace, TEXT("UnitType"), TEXT("DevicePrintRate"), kCapabilities, true, ValueType::kNone,
-     ValueType::kString, kNoLeast, nullptr, nullptr},
-    {kKeywordsNamespace, TEXT("PageImageableSize"), TEXT("PrintCapabilities"), kCapabilities, false, ValueType::kNone,
-     ValueType::kNone, kNoLeast, nullptr, nullptr},
-    Area(TEXT("ImageableSizeWidth"), TEXT("PageImageableSize"), ValueType::kInteger, 1),
-    Area(TEXT("ImageableSizeHeight"), TEXT("PageImageableSize"), ValueType::kInteger, 1),
-    Area(TEXT("ImageableArea"), TEXT("PageImageableSize"), ValueType::kNone),
-    Area(TEXT("OriginWidth"), TEXT("ImageableArea"), ValueType::kInteger, 0),
-    Area(TEXT("OriginHeight"), TEXT("ImageableArea"), ValueType::kInteger, 0),
-    Area(TEXT("ExtentWidth"), TEXT("ImageableArea"), ValueType::kInteger, 1),
-    Area(TEXT("ExtentHeight"), TEXT("ImageableArea"), ValueType::kInteger, 1),
+    {kKeywordsNamespace, TEXT("DevicePrintRate"), TEXT("PrintCapabilities"), false, ValueType::kInteger, 1},
+    {kKeywordsNamespace, TEXT("UnitType"), TEXT("DevicePrintRate"), true, ValueType::kString},
+    {kKeywordsNamespace, kImageable, TEXT("PrintCapabilities"), false, ValueType::kNone},
+    {kKeywordsNamespace, TEXT("ImageableSizeWidth"), kImageable, true, ValueType::kInteger, 1},
+    {kKeywordsNamespace, TEXT("ImageableSizeHeight"), kImageable, true, ValueType::kInteger, 1},
+    {kKeywordsNamespace, kArea, kImageable, true, ValueType::kNone},
+    {kKeywordsNamespace, TEXT("OriginWidth"), kArea, true, ValueType::kInteger, 0},
+    {kKeywordsNamespace, TEXT("OriginHeight"), kArea, true, ValueType::kInteger, 0},
+    {kKeywordsNamespace, TEXT("ExtentWidth"), kArea, true, ValueType::kInteger, 1},
+    {kKeywordsNamespace, TEXT("ExtentHeight"), kArea, true, ValueType::kInteger, 1},
 };
 
 constexpr const WCHAR* kInputBins = TEXT("AutoSelect AutoSheetFeeder Cassette Manual Tractor");
@@ -173,27 +152,27 @@ constexpr FeatureRow kFeatureRows[] = {
 };
 
 constexpr ScoredPropertyRow kScoredPropertyRows[] = {
-    {nullptr, nullptr, TEXT("OptionName"), false, ValueType::kQName, kNoLeast, nullptr},
-    {TEXT("JobDeviceLanguage"), nullptr, TEXT("LanguageLevel"), false, ValueType::kString, kNoLeast, nullptr},
-    {TEXT("PageMediaSize"), nullptr, TEXT("MediaSizeWidth"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("PageMediaSize"), nullptr, TEXT("MediaSizeHeight"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("PageResolution"), nullptr, TEXT("ResolutionX"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("PageResolution"), nullptr, TEXT("ResolutionY"), true, ValueType::kInteger, 1, nullptr},
+    {nullptr, nullptr, TEXT("OptionName"), false, ValueType::kQName},
+    {TEXT("JobDeviceLanguage"), nullptr, TEXT("LanguageLevel"), false, ValueType::kString},
+    {TEXT("PageMediaSize"), nullptr, TEXT("MediaSizeWidth"), true, ValueType::kInteger, 1},
+    {TEXT("PageMediaSize"), nullptr, TEXT("MediaSizeHeight"), true, ValueType::kInteger, 1},
+    {TEXT("PageResolution"), nullptr, TEXT("ResolutionX"), true, ValueType::kInteger, 1},
+    {TEXT("PageResolution"), nullptr, TEXT("ResolutionY"), true, ValueType::kInteger, 1},
     {TEXT("DocumentDuplex"), kTwoSided, TEXT("DuplexMode"), true, ValueType::kQName, kNoLeast,
      TEXT("Automatic Manual")},
     {TEXT("JobDuplexAllDocumentsContiguously"), kTwoSided, TEXT("DuplexMode"), true, ValueType::kQName, kNoLeast,
      TEXT("Automatic Manual")},
-    {TEXT("DocumentNUp"), nullptr, TEXT("PagesPerSheet"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("JobNUpDocumentsContiguously"), nullptr, TEXT("PagesPerSheet"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("PagePoster"), nullptr, TEXT("SheetsPerPage"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("PageWatermark"), TEXT("Text"), TEXT("Text"), true, ValueType::kString, kNoLeast, nullptr},
-    {TEXT("PageWatermark"), TEXT("Text"), TEXT("FontSize"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("PageWatermark"), TEXT("Text"), TEXT("Angle"), true, ValueType::kInteger, 0, nullptr},
-    {TEXT("PageWatermark"), TEXT("Text"), TEXT("FontColor"), true, ValueType::kInteger, 0, nullptr},
-    {TEXT("PageWatermark"), TEXT("Text"), TEXT("Transparency"), true, ValueType::kInteger, 0, nullptr},
-    {TEXT("PageScaling"), TEXT("CustomSquare"), TEXT("Scale"), true, ValueType::kInteger, 1, nullptr},
-    {TEXT("DocumentBinding"), kBound, TEXT("BindingGutter"), true, ValueType::kInteger, 0, nullptr},
-    {TEXT("JobBindAllDocuments"), kBound, TEXT("BindingGutter"), true, ValueType::kInteger, 0, nullptr},
+    {TEXT("DocumentNUp"), nullptr, TEXT("PagesPerSheet"), true, ValueType::kInteger, 1},
+    {TEXT("JobNUpDocumentsContiguously"), nullptr, TEXT("PagesPerSheet"), true, ValueType::kInteger, 1},
+    {TEXT("PagePoster"), nullptr, TEXT("SheetsPerPage"), true, ValueType::kInteger, 1},
+    {TEXT("PageWatermark"), TEXT("Text"), TEXT("Text"), true, ValueType::kString},
+    {TEXT("PageWatermark"), TEXT("Text"), TEXT("FontSize"), true, ValueType::kInteger, 1},
+    {TEXT("PageWatermark"), TEXT("Text"), TEXT("Angle"), true, ValueType::kInteger, 0},
+    {TEXT("PageWatermark"), TEXT("Text"), TEXT("FontColor"), true, ValueType::kInteger, 0},
+    {TEXT("PageWatermark"), TEXT("Text"), TEXT("Transparency"), true, ValueType::kInteger, 0},
+    {TEXT("PageScaling"), TEXT("CustomSquare"), TEXT("Scale"), true, ValueType::kInteger, 1},
+    {TEXT("DocumentBinding"), kBound, TEXT("BindingGutter"), true, ValueType::kInteger, 0},
+    {TEXT("JobBindAllDocuments"), kBound, TEXT("BindingGutter"), true, ValueType::kInteger, 0},
 };
 
 constexpr ParameterRow kParameterRows[] = {
@@ -203,7 +182,7 @@ constexpr ParameterRow kParameterRows[] = {
     {TEXT("PageMediaSizeMediaSizeWidth"), ValueType::kInteger, 1},
     {TEXT("PageMediaSizeMediaSizeHeight"), ValueType::kInteger, 1},
     {TEXT("DocumentNUpPageBorderWidth"), ValueType::kInteger, 0},
-    {TEXT("PageWatermarkTextText"), ValueType::kString, kNoLeast},
+    {TEXT("PageWatermarkTextText"), ValueType::kString},
     {TEXT("PageWatermarkTextFontSize"), ValueType::kInteger, 1},
     {TEXT("PageWatermarkTextAngle"), ValueType::kInteger, 0},
     {TEXT("PageWatermarkTextColor"), ValueType::kInteger, 0},
@@ -218,21 +197,19 @@ struct Exception {
     int documents;
     const WCHAR* uri;
     const WCHAR* names;
-    const WCHAR* property;  // for kRequiredProperty
+    const WCHAR* property = nullptr;  // for kRequiredProperty
 };
 
 constexpr Exception kExceptions[] = {
     // A ticket's feature stays empty where the settings select none of the model's.
     {Rule::kSomeOption, kTickets, kKeywordsNamespace,
      TEXT("PageMediaSize PageInputBin JobInputBin PageMediaColor PageResolution PagePhotoPrintingIntent "
-          "JobDigitalSignatureProcessing"),
-     nullptr},
-    // A ticket's feature stays empty where the settings select none of the model's.
-    {Rule::kSomeOption, kTickets, kPrivateNamespace, TEXT("MediaSize MediaType InputBin"), nullptr},
+          "JobDigitalSignatureProcessing")},
+    {Rule::kSomeOption, kTickets, kPrivateNamespace, TEXT("MediaSize MediaType InputBin")},
     // Models without grey shades have no option for it.
-    {Rule::kSomeOption, kTickets, kKeywordsNamespace, TEXT("PageOutputColor"), nullptr},
+    {Rule::kSomeOption, kTickets, kKeywordsNamespace, TEXT("PageOutputColor")},
     // Models may have rendering intents without letting users choose one.
-    {Rule::kSomeOption, kBoth, kKeywordsNamespace, TEXT("PageICMRenderingIntent"), nullptr},
+    {Rule::kSomeOption, kBoth, kKeywordsNamespace, TEXT("PageICMRenderingIntent")},
     // Exceptions say how to select in the features that they hold.
     {Rule::kRequiredProperty, kCapabilities, kPrivateNamespace,
      TEXT("DocumentMediaException* DocumentBlankSheetException* DocumentWatermarkException* "
@@ -252,15 +229,14 @@ constexpr Exception kExceptions[] = {
      TEXT("DocumentStartOCMData DocumentSheetOCMData DocumentEndOCMData DocumentStartColorCorrectionCommands "
           "DocumentPageColorCorrectionCommands DocumentTextColorCorrectionCommands "
           "DocumentImageColorCorrectionCommands DocumentGraphicsColorCorrectionCommands DocumentStartPJL "
-          "DocumentEndPJL"),
-     nullptr},
+          "DocumentEndPJL")},
     // A paper that the model doesn't list is called custom, and its size is told for user-defined ones only.
     {Rule::kKnownParameter, kTickets, kKeywordsNamespace,
-     TEXT("PageMediaSizeMediaSizeWidth PageMediaSizeMediaSizeHeight"), nullptr},
+     TEXT("PageMediaSizeMediaSizeWidth PageMediaSizeMediaSizeHeight")},
     // Device modes don't hold typed texts.
-    {Rule::kKnownParameter, kTickets, kOemNamespace, TEXT("*UserInput"), nullptr},
+    {Rule::kKnownParameter, kTickets, kOemNamespace, TEXT("*UserInput")},
     // No pages are the default, and they can't be set.
-    {Rule::kDefaultWithinRange, kCapabilities, kPrivateNamespace, TEXT("DocumentExceptionPages*"), nullptr},
+    {Rule::kDefaultWithinRange, kCapabilities, kPrivateNamespace, TEXT("DocumentExceptionPages*")},
 };
 
 // `pattern` with one * at most.

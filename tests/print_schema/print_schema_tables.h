@@ -19,7 +19,7 @@ constexpr int kTickets = 1;
 constexpr int kCapabilities = 2;
 constexpr int kBoth = 3;
 
-enum class ValueType { kNone, kString, kInteger, kQName, kDecimal };
+enum class ValueType { kNone, kString, kInteger, kQName };
 
 struct ValueTypeName {
     ValueType type;
@@ -39,18 +39,17 @@ struct ElementRow {
 extern const std::span<const ElementRow> kElements;
 const ElementRow* FindElement(WideView name);
 
-// A property of the framework or keywords namespace.
+// A property of the framework or keywords namespace, in print capabilities.
 struct PropertyRow {
     const WCHAR* uri;
     const WCHAR* name;
-    const WCHAR* places;  // the elements that may hold it, properties by their own names
-    int documents;
-    bool isRequired;       // in each of its places
-    ValueType forType;     // of the parameters whose definitions have it; kNone: of all, or in other places
-    ValueType type;        // of its value; kNone: it has none, or, DefaultValue, one of the parameter's type
-    int64_t least;         // of an integer
-    const WCHAR* nameUri;  // a QName's namespace
-    const WCHAR* names;    // and local names; null: any
+    const WCHAR* places;       // the elements that may hold it, properties by their own names
+    bool isRequired;           // in each of its places
+    ValueType type;            // of its value; kNone: it has none, or, DefaultValue, one of the parameter's type
+    int64_t least = kNoLeast;  // of an integer
+    ValueType forType = ValueType::kNone;  // of the parameters whose definitions have it; kNone: of all, or elsewhere
+    const WCHAR* nameUri = nullptr;        // a QName's namespace
+    const WCHAR* names = nullptr;          // and local names; null: any
 };
 extern const std::span<const PropertyRow> kProperties;
 
@@ -68,9 +67,9 @@ struct ScoredPropertyRow {
     const WCHAR* options;  // null: all, those of other namespaces and those without name too
     const WCHAR* name;
     bool isRequired;
-    ValueType type;      // of its value, or of its parameter
-    int64_t least;       // of an integer
-    const WCHAR* names;  // local names of a QName of the keywords namespace; null: any
+    ValueType type;                // of its value, or of its parameter
+    int64_t least = kNoLeast;      // of an integer
+    const WCHAR* names = nullptr;  // local names of a QName of the keywords namespace; null: any
 };
 extern const std::span<const ScoredPropertyRow> kScoredProperties;
 
@@ -78,7 +77,7 @@ extern const std::span<const ScoredPropertyRow> kScoredProperties;
 struct ParameterRow {
     const WCHAR* name;
     ValueType type;
-    int64_t least;
+    int64_t least = kNoLeast;
 };
 extern const std::span<const ParameterRow> kParameters;
 
