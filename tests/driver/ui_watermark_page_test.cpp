@@ -94,6 +94,11 @@ TEST_F(WatermarkPage, TakesOnlyWhatIsChosenOrTyped) {
         }
         EXPECT_EQ(Context().watermarkEdit.current, 0u);
         EXPECT_FALSE(Context().isChanged[kWatermarkSlot]);
+        EXPECT_GE(Ask(page, kFace, CB_SELECTSTRING, static_cast<WPARAM>(-1),
+                      reinterpret_cast<LPARAM>(TEXT("Times New Roman"))),
+                  0);
+        Notify(page, kFace, CBN_SELCHANGE);
+        EXPECT_EQ(ToText(Context().watermarkEdit.choices.face), "Times New Roman");
         SetDlgItemTextW(page, kAngle, TEXT("400"));
         EXPECT_EQ(Ask(page, kAngleSlider, TBM_GETPOS), 355);
         SetDlgItemTextW(page, kAngle, TEXT("-"));
