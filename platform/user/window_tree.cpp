@@ -21,15 +21,6 @@ HWND Sibling(Window& window, LONG_PTR step) {
     return at >= 0 && at < static_cast<LONG_PTR>(siblings.size()) ? siblings[static_cast<size_t>(at)] : nullptr;
 }
 
-void AddDescendants(Window& window, std::vector<HWND>& all) {
-    for (const HWND child : ChildrenOf(window)) {
-        all.push_back(child);
-        if (Window* const found = FindWindowObject(child)) {
-            AddDescendants(*found, all);
-        }
-    }
-}
-
 BOOL Enumerate(const std::vector<HWND>& windows, WNDENUMPROC proc, LPARAM parameter) {
     for (const HWND window : windows) {
         if (IsWindow(window) && !proc(window, parameter)) {
